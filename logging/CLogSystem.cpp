@@ -1,0 +1,83 @@
+#include "CLogSystem.h"
+
+#include <QLoggingCategory>
+
+#include <utility>
+
+namespace {
+
+Q_LOGGING_CATEGORY(svgtoolCategory, "svgtool")
+
+void writeDebug(const std::string &line)
+{
+    qCDebug(svgtoolCategory, "%s", line.c_str());
+}
+
+void writeInfo(const std::string &line)
+{
+    qCInfo(svgtoolCategory, "%s", line.c_str());
+}
+
+void writeWarning(const std::string &line)
+{
+    qCWarning(svgtoolCategory, "%s", line.c_str());
+}
+
+// A fatal line reports a failed conversion. Qt's own fatal level would end the host.
+void writeCritical(const std::string &line)
+{
+    qCCritical(svgtoolCategory, "%s", line.c_str());
+}
+
+} // namespace
+
+namespace basic_logging {
+
+LevelOutput::LevelOutput(void (*defaultSink)(const std::string &)) : m_defaultSink(defaultSink) { }
+
+LevelOutput::~LevelOutput() = default;
+
+void LevelOutput::setSink(Sink sink)
+{
+    std::shared_ptr<const Sink> shared;
+    if (sink)
+        shared = std::make_shared<const Sink>(std::move(sink));
+    const std::lock_guard lock(m_mutex);
+    m_sink = std::move(shared);
+}
+
+void LevelOutput::operator()(const std::string &line) const
+{
+    std::shared_ptr<const Sink> sink;
+    {
+        const std::lock_guard lock(m_mutex);
+        sink = m_sink;
+    }
+    if (sink)
+        (*sink)(line);
+    else
+        m_defaultSink(line);
+}
+
+LevelOutput tracelevel(&writeDebug);
+LevelOutput infolevel(&writeInfo);
+LevelOutput warnlevel(&writeWarning);
+LevelOutput fatallevel(&writeCritical);
+
+} // namespace basic_logging
+
+CLogSystem::CLogSystem() : m_names{ "INFO" }, m_level(&*m_names.begin()) { }
+
+CLogSystem::~CLogSystem() = default;
+
+void CLogSystem::setLevel(const std::string &name)
+{
+    const std::lock_guard lock(m_namesMutex);
+    m_level.store(&*m_names.insert(name).first, std::memory_order_release);
+}
+
+namespace {
+CLogSystem rootInstance;
+} // namespace
+
+CLogSystem *CLogSystem::theRootInstance = &rootInstance;
