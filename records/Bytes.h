@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <type_traits>
+
+namespace svgtool {
+
+/// Bytes that somebody else owns.
+struct ByteView
+{
+    const char *data = nullptr;
+    qint64 size = 0;
+};
+
+/// Bytes [offset, offset + length) of @p all, or nothing unless all of them lie inside.
+inline std::optional<ByteView> slice(ByteView all, qint64 offset, qint64 length)
+{
+    if (offset < 0 || length < 0 || offset > all.size || length > all.size - offset)
+        return std::nullopt;
+    return ByteView{ all.data + offset, length };
+}
+
+/// The bytes of @p all from @p offset on; none when the offset lies past the end.
+inline ByteView tail(ByteView all, qint64 offset)
+{
+    if (offset < 0 || offset > all.size)
+        return {};
+    return { all.data + offset, all.size - offset };
+}
+
+/// A T over the start of @p bytes; what they do not cover reads as zero.
+template<class T>
+T readPadded(ByteView bytes)
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+    T value{};
+    if (bytes.size > 0)
+        std::memcpy(&value, bytes.data, std::min<size_t>(sizeof value, size_t(bytes.size)));
+    return value;
+}
+
+/// Element @p index of the T values packed in @p bytes; it must lie inside.
+template<class T>
+T elementAt(ByteView bytes, qint64 index)
+{
+    return readPadded<T>({ bytes.data + index * qint64(sizeof(T)), qint64(sizeof(T)) });
+}
+
+/// The T that lies at the start of @p bytes, to be read and changed where it is.
+///
+/// For the few structures that are followed by an array in the same block. The block must be
+/// writable, aligned for T and at least sizeof(T) long, as a record's private copy is.
+template<class T>
+T *overlay(char *bytes)
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+    // Moving the bytes onto themselves begins the life of a T there.
+    return static_cast<T *>(std::memmove(bytes, bytes, sizeof(T)));
+}
+
+} // namespace svgtool
