@@ -1,0 +1,379 @@
+// Text metrics against what GDI reported for the same fonts, and against numbers no font has.
+
+#include "platform/FontEngine.h"
+#include "platform/PlatformDependent.h"
+
+#ifndef Q_OS_WIN
+#include "platform/FontScaling.h"
+
+#include <fontconfig/fontconfig.h>
+#endif
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <ostream>
+#include <thread>
+#include <vector>
+
+namespace svgtool {
+
+static constexpr qint32 kMin = std::numeric_limits<qint32>::min();
+static constexpr qint32 kMax = std::numeric_limits<qint32>::max();
+
+// WIN_GetFontinPoints
+
+struct PointsCase
+{
+    const char *name;
+    qint32 pixels;
+    qint32 points;
+    friend void PrintTo(const PointsCase &c, std::ostream *out) { *out << c.name; }
+};
+
+class FontinPoints : public testing::TestWithParam<PointsCase>
+{
+};
+
+TEST_P(FontinPoints, At96Dpi)
+{
+    if (horizontalDpi() != 96)
+        GTEST_SKIP() << "the screen has " << horizontalDpi() << " dots per inch";
+    EXPECT_EQ(WIN_GetFontinPoints(GetParam().pixels), GetParam().points);
+}
+
+static constexpr PointsCase kPointsCases[] = {
+    { "inch", 96, 72 },
+    { "truncatedToZero", 1, 0 },
+    { "negativeTruncatedToZero", -1, 0 },
+    { "negativeTruncated", -3, -2 }, // -2.25
+    { "lastBeforeWrap", 29826161, 22369620 }, // 2147483592 / 96
+    { "firstWrapped", 29826162, -22369621 }, // (2147483664 - 2^32) / 96 = -22369621.16
+    { "largest", kMax, 0 }, // 72 (2^31 - 1) = -72 modulo 2^32
+    { "smallest", kMin, 0 }, // 72 * 2^31 = 0 modulo 2^32
+};
+INSTANTIATE_TEST_SUITE_P(Pixels, FontinPoints, testing::ValuesIn(kPointsCases),
+                         testing::PrintToStringParamName());
+
+// Any file may ask for these.
+
+struct HostileCase
+{
+    const char *name;
+    qint32 height;
+    qint32 weight;
+    int nameLength;
+    friend void PrintTo(const HostileCase &c, std::ostream *out) { *out << c.name; }
+};
+
+class HostileFont : public testing::TestWithParam<HostileCase>
+{
+};
+
+// 100000 units: line breaks, prefixes, halves of surrogate pairs and what no font has.
+static QString oddText()
+{
+    static constexpr char16_t kUnits[] = { 0xD83D, u'&', 0xDE00, u'\r', 0,      u'\n', 0xFFFF,
+                                           u'A',   u'&', u'&',   u'\t', 0xFFFE, u'\n', u'\r' };
+    QString text;
+    for (size_t i = 0; text.size() < 100000; ++i)
+        text += QChar(kUnits[i * i % std::size(kUnits)]);
+    return text;
+}
+
+TEST_P(HostileFont, JustReturns)
+{
+    const HostileCase &font = GetParam();
+    const QString name(font.nameLength, QChar(u'\xD800'));
+    const TextDescription description{ oddText(), name, font.weight, font.height };
+    qint32 height = -1;
+    qint32 width = -1;
+    qint32 descent = -1;
+    EXPECT_TRUE(WIN32_GetTextDimensions(height, width, descent, description));
+    EXPECT_GE(height, 0);
+    EXPECT_GE(width, 0);
+    EXPECT_GE(descent, 0);
+    EXPECT_EQ(descent, WIN_GetFontDescent(font.height, name, font.weight));
+    EXPECT_LE(WIN_GetActualHeight(font.height, name, font.weight), std::max(font.height, 0));
+}
+
+static constexpr HostileCase kHostileCases[] = {
+    { "smallestHeight", kMin, 400, 5 },
+    { "largestHeight", kMax, 700, 5 },
+    { "smallestWeight", 12, kMin, 5 },
+    { "largestWeight", -12, kMax, 5 },
+    { "noHeight", 0, 0, 0 },
+    { "longName", 16, 400, 1000000 },
+};
+INSTANTIATE_TEST_SUITE_P(Values, HostileFont, testing::ValuesIn(kHostileCases),
+                         testing::PrintToStringParamName());
+
+// More names than are kept are neither mixed up nor remembered wrongly.
+TEST(FontNames, UnknownOnesAllGiveTheSubstitute)
+{
+    const TextDescription arial{ "Weight", "Arial", 400, -40 };
+    for (int i = 0; i < 300; ++i) {
+        TextDescription unknown = arial;
+        unknown.faceName = QStringLiteral("No Such Face %1").arg(i % 150);
+        qint32 expected[3] = {};
+        qint32 actual[3] = {};
+        WIN32_GetTextDimensions(expected[0], expected[1], expected[2], arial);
+        WIN32_GetTextDimensions(actual[0], actual[1], actual[2], unknown);
+        ASSERT_TRUE(std::equal(std::begin(expected), std::end(expected), actual)) << i;
+    }
+}
+
+TEST(FontNames, EndAtAZeroUnitAndAfter31Units)
+{
+    const auto widthIn = [](const QString &name) {
+        return textExtent("iiiiiWWWWW", name, 400, -40).width;
+    };
+    const QString mono = QStringLiteral("DejaVu Sans Mono");
+    EXPECT_EQ(widthIn(mono + QChar(u'\0') + QStringLiteral("###")), widthIn(mono));
+    EXPECT_EQ(widthIn(QString(31, u'x') + QStringLiteral("y")), widthIn(QString(31, u'x')));
+}
+
+TEST(TextMetrics, ThreadsDoNotDisturbEachOther)
+{
+    static constexpr const char *kFaces[] = { "Arial", "DejaVu Sans", "No Such Face", "",
+                                              "Liberation Mono" };
+    const auto measureAll = [] {
+        std::vector<qint32> numbers;
+        for (int round = 0; round < 20; ++round) {
+            for (const char *face : kFaces) {
+                const QString name = QLatin1String(face);
+                const qint32 weight = round % 2 == 0 ? 400 : 700;
+                const TextExtent extent = textExtent("Two\nlines", name, weight, -20 - round);
+                numbers.insert(numbers.end(),
+                               { extent.width, extent.height,
+                                 WIN_GetFontDescent(20 + round, name, weight) });
+            }
+        }
+        return numbers;
+    };
+    std::vector<std::vector<qint32>> results(4);
+    std::vector<std::thread> threads;
+    for (auto &result : results)
+        threads.emplace_back([&] { result = measureAll(); });
+    for (auto &thread : threads)
+        thread.join();
+    const std::vector<qint32> expected = measureAll();
+    for (const auto &result : results)
+        EXPECT_EQ(result, expected);
+}
+
+#ifndef Q_OS_WIN
+
+// The tables of Liberation Sans, so that these hold without the font.
+static constexpr FontTables kSans{ 2048, 1854, 434, 1854, -434, 67, 1208 };
+
+TEST(FontScaling, PixelsPerEm)
+{
+    static constexpr qint32 kCases[][2] = { { -16, 16 },    { 16, 14 },
+                                            { 0, 14 },      { 100, 89 },
+                                            { 1, 1 },       { 3, 3 },
+                                            { kMin, kMax }, { kMax, 1922223125 } };
+    for (const auto &[height, pixels] : kCases)
+        EXPECT_EQ(pixelsPerEm(kSans, height), pixels) << height;
+    EXPECT_EQ(pixelsPerEm({ 65535, 1, 0, 0, 0, 0, 0 }, kMax), kMax);
+}
+
+TEST(FontScaling, MetricsAreScaledEachByItself)
+{
+    const FontMetrics metrics = scaledMetrics(kSans, 24);
+    EXPECT_EQ(metrics.height, 27);
+    EXPECT_EQ(metrics.ascent, 22);
+    EXPECT_EQ(metrics.descent, 5);
+    EXPECT_EQ(metrics.internalLeading, 3);
+    EXPECT_EQ(metrics.externalLeading, 1);
+    EXPECT_EQ(metrics.averageWidth, 14);
+}
+
+TEST(FontScaling, HalvesGoUpward)
+{
+    EXPECT_EQ(roundedQuotient(5, 2), 3);
+    EXPECT_EQ(roundedQuotient(-5, 2), -2);
+    EXPECT_EQ(roundedQuotient(-7, 2), -3);
+    EXPECT_EQ(roundedQuotient(-11, 4), -3);
+    // 31/64 pixel and a little rounds to 1/2 first, and that to a pixel.
+    EXPECT_EQ(scaledAdvance(1017, fixedScale(kSans, 1)), 1);
+    EXPECT_EQ(scaledAdvance(1007, fixedScale(kSans, 1)), 0);
+}
+
+TEST(FontScaling, ExtremesAreClamped)
+{
+    constexpr FontTables kTiny{ 1, 65535, 65535, 32767, -32768, 32767, -32768 };
+    const FontMetrics metrics = scaledMetrics(kTiny, kMax);
+    EXPECT_EQ(metrics.height, kMax);
+    EXPECT_EQ(metrics.internalLeading, kMax);
+    EXPECT_EQ(metrics.externalLeading, 0);
+    EXPECT_EQ(metrics.averageWidth, kMin);
+    EXPECT_EQ(scaledAdvance(65535, fixedScale(kTiny, kMax)), kMax);
+}
+
+// The recorded numbers hold for these files only: Liberation 1.07.4 and DejaVu 2.37.
+static bool isInstalled(const char *family, int version)
+{
+    const std::unique_ptr<FcConfig, void (*)(FcConfig *)> config(FcInitLoadConfigAndFonts(),
+                                                                 FcConfigDestroy);
+    const std::unique_ptr<FcPattern, void (*)(FcPattern *)> pattern(
+            FcPatternBuild(nullptr, FC_FAMILY, FcTypeString, family, FC_FONTVERSION, FcTypeInteger,
+                           version, nullptr),
+            FcPatternDestroy);
+    const std::unique_ptr<FcObjectSet, void (*)(FcObjectSet *)> objects(
+            FcObjectSetBuild(FC_FILE, nullptr), FcObjectSetDestroy);
+    const std::unique_ptr<FcFontSet, void (*)(FcFontSet *)> fonts(
+            FcFontList(config.get(), pattern.get(), objects.get()), FcFontSetDestroy);
+    constexpr int kFilesOfAFamily = 4;
+    return fonts && fonts->nfont >= kFilesOfAFamily;
+}
+
+class ReferenceMetrics : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const QString folder =
+                qEnvironmentVariable("SVGTOOL_SHARED_DIR", QStringLiteral(SVGTOOL_SHARED_DIR));
+        QFile file(folder + QStringLiteral("/reference/text-metrics.json"));
+        if (!file.open(QIODevice::ReadOnly))
+            GTEST_SKIP() << "no " << file.fileName().toStdString();
+        for (const char *family : { "Liberation Sans", "Liberation Serif", "Liberation Mono" }) {
+            if (!isInstalled(family, 70123))
+                GTEST_SKIP() << "no " << family << " 1.07.4";
+        }
+        for (const char *family : { "DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono" }) {
+            if (!isInstalled(family, 155320))
+                GTEST_SKIP() << "no " << family << " 2.37";
+        }
+        m_all = QJsonDocument::fromJson(file.readAll()).object();
+    }
+
+    QJsonArray rows(const char *key) const { return m_all[QLatin1String(key)].toArray(); }
+
+    QJsonObject m_all;
+};
+
+static const QString kReferenceFace = QStringLiteral("Liberation Sans");
+
+static void expectExtent(const QString &text, const QJsonArray &expected, const QString &face,
+                         qint32 weight, qint32 height)
+{
+    qint32 actual[3] = { -1, -1, -1 };
+    EXPECT_TRUE(WIN32_GetTextDimensions(actual[0], actual[1], actual[2],
+                                        { text, face, weight, height }));
+    EXPECT_EQ(actual[1], expected[0].toInt()) << "width of " << text.toStdString();
+    EXPECT_EQ(actual[0], expected[1].toInt()) << "height of " << text.toStdString();
+}
+
+TEST_F(ReferenceMetrics, FontRows)
+{
+    EXPECT_EQ(horizontalDpi(), m_all[QLatin1String("dpi")].toInt());
+    const QJsonArray strings = rows("strings");
+    ASSERT_EQ(rows("fonts").size(), 168);
+    for (const QJsonValue row : rows("fonts")) {
+        const QJsonObject font = row.toObject();
+        const auto number = [&](const char *key) { return font[QLatin1String(key)].toInt(); };
+        const QString face = font[QLatin1String("face")].toString();
+        const qint32 weight = number("weight");
+        const qint32 height = number("height");
+        SCOPED_TRACE(testing::Message() << face.toStdString() << " " << weight << " at " << height);
+
+        EXPECT_EQ(WIN_GetActualHeight(height, face, weight),
+                  height - number("tmExternalLeading") - number("tmInternalLeading"));
+        EXPECT_EQ(WIN_GetFontDescent(height, face, weight), number("tmDescent"));
+        const FontMetrics metrics = fontMetrics(face, weight, height);
+        EXPECT_EQ(metrics.height, number("tmHeight"));
+        EXPECT_EQ(metrics.ascent, number("tmAscent"));
+        EXPECT_EQ(metrics.internalLeading, number("tmInternalLeading"));
+        EXPECT_EQ(metrics.externalLeading, number("tmExternalLeading"));
+        EXPECT_EQ(metrics.averageWidth, number("tmAveCharWidth"));
+        const QJsonArray extents = font[QLatin1String("extents")].toArray();
+        ASSERT_EQ(extents.size(), strings.size());
+        for (auto i = extents.size(); i-- > 0;)
+            expectExtent(strings[i].toString(), extents[i].toArray(), face, weight, height);
+    }
+}
+
+TEST_F(ReferenceMetrics, EdgeStrings)
+{
+    const QJsonArray extents =
+            m_all[QLatin1String("edges")].toObject()[QLatin1String("extents")].toArray();
+    ASSERT_EQ(extents.size(), 47);
+    for (const QJsonValue row : extents) {
+        const QJsonArray edge = row.toArray();
+        expectExtent(edge[0].toString(), { edge[1], edge[2] }, kReferenceFace, 400, -16);
+    }
+}
+
+TEST_F(ReferenceMetrics, Weights)
+{
+    ASSERT_EQ(rows("weights").size(), 15);
+    for (const QJsonValue row : rows("weights")) {
+        const QJsonArray weight = row.toArray();
+        EXPECT_EQ(textExtent("Weight", kReferenceFace, weight[0].toInt(), -16).width,
+                  weight[2].toInt())
+                << weight[0].toInt();
+    }
+}
+
+TEST_F(ReferenceMetrics, SmallAndLargeHeights)
+{
+    ASSERT_EQ(rows("smallHeights").size(), 19);
+    for (const QJsonValue row : rows("smallHeights")) {
+        const QJsonArray expected = row.toArray();
+        const FontMetrics metrics = fontMetrics(kReferenceFace, 400, expected[0].toInt());
+        EXPECT_EQ(metrics.height, expected[1].toInt()) << expected[0].toInt();
+        EXPECT_EQ(metrics.descent, expected[2].toInt()) << expected[0].toInt();
+        EXPECT_EQ(metrics.internalLeading, expected[3].toInt()) << expected[0].toInt();
+        EXPECT_EQ(metrics.externalLeading, expected[4].toInt()) << expected[0].toInt();
+    }
+}
+
+TEST_F(ReferenceMetrics, Substitutes)
+{
+    // The recording names "Arial" and the like as selected, for which these files stand.
+    const auto file = [](const QString &selected) {
+        if (selected == QLatin1String("Times New Roman"))
+            return QStringLiteral("Liberation Serif");
+        if (selected == QLatin1String("Courier New"))
+            return QStringLiteral("Liberation Mono");
+        return kReferenceFace;
+    };
+    ASSERT_EQ(rows("substitutes").size(), 7);
+    for (const QJsonValue row : rows("substitutes")) {
+        const QString asked = row.toArray()[0].toString();
+        const QString selected = file(row.toArray()[1].toString());
+        for (const qint32 weight : { 400, 700 }) {
+            EXPECT_EQ(textExtent("The quick brown fox", asked, weight, 100).width,
+                      textExtent("The quick brown fox", selected, weight, 100).width)
+                    << asked.toStdString();
+        }
+    }
+}
+
+TEST_F(ReferenceMetrics, GlyphNumbersToText)
+{
+    const auto units = [](std::initializer_list<ushort> numbers) {
+        QString text;
+        for (const ushort number : numbers)
+            text += QChar(number);
+        return text;
+    };
+    // Glyph 3 is the blank's and the no-break space's; the letters follow in ASCII's order.
+    EXPECT_EQ(WIN_GetTextOfGlyphs(units({ 36, 3, 68 }), kReferenceFace, 400), "A a");
+    EXPECT_EQ(WIN_GetTextOfGlyphs(units({ 36, 0 }), kReferenceFace, 400), "");
+    EXPECT_EQ(WIN_GetTextOfGlyphs(units({ 36, 0xFFFF }), kReferenceFace, 400), "");
+    EXPECT_EQ(WIN_GetTextOfGlyphs({}, kReferenceFace, 400), "");
+}
+
+#endif
+
+} // namespace svgtool
