@@ -1,0 +1,150 @@
+#include "emf/Emf2SVG.h"
+
+#include "logging/TraceScope.h"
+#include "records/BEndTools.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <vector>
+
+namespace svgtool {
+
+static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
+
+qint32 Emf2SvgConverter::OnCreatePen(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnCreatePen");
+    auto pen = readPadded<EMRCREATEPEN>({ record, size });
+    InitEMRCREATEPEN(&pen);
+    m_writer.CreatePen(pen.ihPen, pen.lopn.lopnStyle, MapX(pen.lopn.lopnWidth.x, false),
+                       pen.lopn.lopnColor);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnCreatePenEx(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnCreatePenEx");
+    const ByteView all{ record, size };
+    auto pen = readPadded<EMREXTCREATEPEN>(all);
+    InitEMREXTCREATEPEN(&pen);
+    // What the record promises but does not hold is dropped.
+    const ByteView rest = tail(all, sizeof(EMREXTCREATEPEN));
+    const qint64 count = std::min<qint64>(pen.elp.elpNumEntries, rest.size / 4);
+    std::vector<quint32> entries;
+    for (qint64 i = 0; i < count; ++i)
+        entries.push_back(qFromLittleEndian(elementAt<quint32>(rest, i)));
+    m_writer.CreatePen(pen.ihPen, pen.elp.elpPenStyle,
+                       MapX(static_cast<qint32>(pen.elp.elpWidth), false), pen.elp.elpColor,
+                       entries);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnCreateBrushIndirect");
+    auto brush = readPadded<EMRCREATEBRUSHINDIRECT>({ record, size });
+    InitEMRCREATEBRUSHINDIRECT(&brush);
+    m_writer.CreateBrushI(brush.ihBrush, brush.lb);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnExtCreateFontIndirect(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnExtCreateFontIndirect");
+    auto font = readPadded<EMREXTCREATEFONTINDIRECTW>({ record, size });
+    InitEMREXTCREATEFONTINDIRECTW(&font);
+    LOGFONTW &logFont = font.elfw.elfLogFont;
+    logFont.lfHeight = MapY(logFont.lfHeight, false);
+    m_writer.CreateFont(font.ihFont, logFont);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnSelectObject(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnSelectObject");
+    auto object = readPadded<EMRSELECTOBJECT>({ record, size });
+    InitEMRSELECTOBJECT(&object);
+    m_writer.SelectObject(object.ihObject);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnDeleteObject(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnDeleteObject");
+    auto object = readPadded<EMRDELETEOBJECT>({ record, size });
+    InitEMRDELETEOBJECT(&object);
+    m_writer.DeleteObject(object.ihObject);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnSetBkColor(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnSetBkColor");
+    auto color = readPadded<EMRSETBKCOLOR>({ record, size });
+    InitEMRCOLOR(&color);
+    m_writer.SetBkgColor(color.crColor);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnSetTextColor(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnSetTextColor");
+    auto color = readPadded<EMRSETTEXTCOLOR>({ record, size });
+    InitEMRCOLOR(&color);
+    m_writer.SetTextColor(color.crColor);
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnSetBkMode(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnSetBkMode");
+    auto mode = readPadded<EMRSETBKMODE>({ record, size });
+    InitEMRSETBKMODE(&mode);
+    m_writer.SetBkMode(static_cast<qint32>(mode.iMode));
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnBeginPath(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnBeginPath");
+    m_writer.StartPath();
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnEndPath(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnEndPath");
+    m_writer.EndPath();
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnStrokePath(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnStrokePath");
+    m_writer.StrokePath();
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnFillPath(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnFillPath");
+    m_writer.FillPath();
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnCloseFigure(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnCloseFigure");
+    m_writer.CloseFigure();
+    return 1;
+}
+
+qint32 Emf2SvgConverter::OnAbortPath(char * /*record*/, quint32 /*size*/)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnAbortPath");
+    m_writer.AbortPath();
+    return 1;
+}
+
+} // namespace svgtool

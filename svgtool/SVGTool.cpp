@@ -1,0 +1,149 @@
+#include "svgtool/SVGTool.h"
+
+#include "emf/Emf2SVG.h"
+#include "logging/TraceScope.h"
+#include "records/BEndTools.h"
+#include "records/Bytes.h"
+#include "records/RecordDump.h"
+#include "wmf/Wmf2SVG.h"
+
+#include <QFile>
+
+#include <memory>
+#include <new>
+
+namespace svgtool {
+
+static constexpr char kTraceUnit[] = ".\\SVGTool.cpp";
+
+namespace {
+
+    // Lives from the library's loading to its unloading; nothing of the library switches it on.
+    RecordDump recordDump;
+
+    // A zero-filled block of our own with a copy of bytes in it, or nothing without memory.
+    std::unique_ptr<char[]> copyOf(ByteView bytes)
+    {
+        std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes.size)]());
+        if (copy != nullptr && bytes.size > 0)
+            std::memcpy(copy.get(), bytes.data, size_t(bytes.size));
+        return copy;
+    }
+
+    void handBack(const QString &document, QByteArray &svgOut)
+    {
+        // Made first, so that what the caller had is lost only to a whole document.
+        QByteArray text = document.toUtf8();
+        svgOut.swap(text);
+    }
+
+    qint32 ConvertEMFToSVG(ByteView data, QByteArray &svgOut)
+    {
+        SVGTOOL_TRACE("ConvertEMFToSVG");
+        try {
+            Emf2SvgConverter converter;
+            auto header = readPadded<ENHMETAHEADER>(data);
+            InitEnhMetaHeader(&header);
+            if (qint64(header.nBytes) != data.size) {
+                logWarning(kTraceUnit, "Invalid EMF data");
+                return SvgToolInvalidEmf;
+            }
+            const auto copy = copyOf(data);
+            if (copy == nullptr)
+                return SvgToolUnusableInput;
+            const qint32 result = converter.ConvertEMFToSVG({ copy.get(), data.size }, &recordDump);
+            handBack(converter.document(), svgOut);
+            return result;
+        } catch (...) {
+            logFatal(kTraceUnit, "Exception occured while converting EMF data to SVG");
+            return SvgToolException;
+        }
+    }
+
+    qint32 ConvertWMFToSVG(ByteView data, QByteArray &svgOut)
+    {
+        SVGTOOL_TRACE("ConvertWMFToSVG");
+        constexpr quint32 kPlaceableKey = 0x9AC6CDD7;
+        try {
+            WMF2SVGConverter converter;
+            auto placeable = readPadded<METAPLACEABLEHEADER>(data);
+            InitPlaceableMetaHeader(&placeable);
+            const bool hasKey = placeable.Key == kPlaceableKey;
+            const bool counts = converter.InitializeCoordinates(hasKey, placeable) != 0;
+            auto header = readPadded<METAHEADER>(
+                    tail(data, hasKey ? qint64(sizeof(METAPLACEABLEHEADER)) : 0));
+            InitWindowsMetaHeader(&header);
+            if (header.HeaderSize != 9 || header.NumberOfMembers != 0)
+                return SvgToolInvalidWmf;
+
+            // Quirk: the length comes from the header alone, whatever the data have, and decides
+            // which record is the last. The copy holds no more than there is; the records end with
+            // it.
+            const qint64 placeableBytes = counts ? qint64(sizeof(METAPLACEABLEHEADER)) : 0;
+            const qint64 totalBytes = qint64(header.Size) * 2 + placeableBytes;
+            const qint64 firstRecord = placeableBytes + qint64(sizeof(METAHEADER));
+            const auto copy = copyOf(data);
+            if (copy == nullptr)
+                return SvgToolUnusableInput;
+            const qint32 result =
+                    converter.ConvertWMFToSVG(tail({ copy.get(), data.size }, firstRecord),
+                                              totalBytes, header.MaxRecord, &recordDump);
+            handBack(converter.document(), svgOut);
+            return result;
+        } catch (...) {
+            // Quirk: the message names EMF here too; hosts look for it.
+            logFatal(kTraceUnit, "Exception occured while converting EMF data to SVG");
+            return SvgToolException;
+        }
+    }
+
+    qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut)
+    {
+        SVGTOOL_TRACE("ConvertMetaFileToSVG");
+        constexpr qint64 kSmallestFile = sizeof(METAHEADER);
+        const ByteView data{ metafileData.constData(), metafileData.size() };
+        if (data.size < kSmallestFile)
+            return SvgToolUnusableInput;
+        const auto copy = copyOf(data);
+        if (copy == nullptr)
+            return SvgToolUnusableInput;
+        const ByteView block{ copy.get(), data.size };
+
+        const Emf2SvgConverter detector;
+        // Data too short for an EMF header leave it zero, and so are never taken for one.
+        ENHMETAHEADER header{};
+        if (block.size >= qint64(sizeof header))
+            header = readPadded<ENHMETAHEADER>(block);
+        InitEnhMetaHeader(&header);
+        return detector.IsValidEMFFile(header) != -2 ? ConvertEMFToSVG(block, svgOut)
+                                                     : ConvertWMFToSVG(block, svgOut);
+    }
+
+} // namespace
+} // namespace svgtool
+
+// What the functions behind these do not catch themselves, such as memory that runs out before a
+// conversion begins, ends here: no exception crosses the library's border.
+
+qint32 ConvertMetaFileToSVG(const QByteArray &metafileData, QByteArray &svgOut)
+{
+    try {
+        return svgtool::convertMetaFile(metafileData, svgOut);
+    } catch (...) {
+        return SvgToolException;
+    }
+}
+
+qint32 WMFToSVG(const QString &filePath, QByteArray &svgOut)
+{
+    try {
+        QFile file(filePath);
+        if (!file.exists() || !file.open(QIODevice::ReadOnly))
+            return SvgToolUnusableInput;
+        const QByteArray bytes = file.readAll();
+        file.close();
+        return ConvertMetaFileToSVG(bytes, svgOut);
+    } catch (...) {
+        return SvgToolException;
+    }
+}

@@ -1,0 +1,97 @@
+#include "support/Conversion.h"
+#include "support/EmfBuilder.h"
+#include "support/WmfBuilder.h"
+#include "svgtool/SVGTool.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace svgtool::test {
+namespace {
+
+    QByteArray patched(QByteArray bytes, int offset, char value)
+    {
+        bytes[offset] = value;
+        return bytes;
+    }
+
+    struct RefusedCase
+    {
+        const char *name;
+        QByteArray bytes;
+        qint32 result;
+    };
+
+    void PrintTo(const RefusedCase &refused, std::ostream *out)
+    {
+        *out << refused.name;
+    }
+
+    class Refused : public testing::TestWithParam<RefusedCase>
+    {
+    };
+
+    TEST_P(Refused, KeepsWhatTheCallerHad)
+    {
+        QByteArray svg("before");
+        EXPECT_EQ(ConvertMetaFileToSVG(GetParam().bytes, svg), GetParam().result);
+        EXPECT_EQ(svg, QByteArray("before"));
+    }
+
+    const RefusedCase kRefused[] = {
+        { "empty", QByteArray(), 0 },
+        { "oneByteShort", WmfBuilder().withoutEnd().build().left(17), 0 },
+        { "zeros", QByteArray(18, '\0'), -3 },
+        { "text", QByteArray("This is no metafile, only text."), -3 },
+        { "headerSizeTen", WmfBuilder().headerSize(10).build(), -3 },
+        { "members", WmfBuilder().members(1).build(), -3 },
+        { "placeableWithBadHeader", WmfBuilder().placeable(0, 0, 9, 9, 96).headerSize(8).build(),
+          -3 },
+        { "placeableAlone", WmfBuilder().placeable(0, 0, 9, 9, 96).build().left(22), -3 },
+        { "emfOneByteLonger", EmfBuilder().build() + '\0', -2 },
+        { "emfOneByteShorter", EmfBuilder().build().chopped(1), -2 },
+        // Without all 88 bytes of its header an EMF is not seen as one.
+        { "emfHeaderCut", EmfBuilder().build().left(87), -3 },
+        { "emfWithoutSignature", patched(EmfBuilder().build(), 40, '?'), -3 },
+    };
+
+    INSTANTIATE_TEST_SUITE_P(EntryPoints, Refused, testing::ValuesIn(kRefused),
+                             testing::PrintToStringParamName());
+
+    TEST(EntryPoints, ReplaceWhatTheCallerHad)
+    {
+        QByteArray svg("before");
+        EXPECT_EQ(ConvertMetaFileToSVG(EmfBuilder().build(), svg), 1);
+        EXPECT_EQ(svg.toStdString(), documentHead(100, 50) + "</svg>\n");
+        EXPECT_EQ(ConvertMetaFileToSVG(WmfBuilder().build(), svg), 2);
+        EXPECT_EQ(svg.toStdString(), documentHead(1024, 768) + "</svg>\n");
+    }
+
+    TEST(EntryPoints, TakeEighteenBytes)
+    {
+        EXPECT_EQ(convert(WmfBuilder().withoutEnd().build()).text,
+                  documentHead(1024, 768) + "</svg>\n");
+    }
+
+    TEST(EntryPoints, ConvertFilesOfBothKinds)
+    {
+        QTemporaryDir folder;
+        const auto write = [&folder](const char *name, const QByteArray &bytes) {
+            QFile file(folder.filePath(QLatin1String(name)));
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(bytes);
+            return file.fileName();
+        };
+        QByteArray svg("before");
+        EXPECT_EQ(WMFToSVG(folder.filePath(QStringLiteral("missing.wmf")), svg), 0);
+        EXPECT_EQ(WMFToSVG(folder.path(), svg), 0);
+        EXPECT_EQ(WMFToSVG(write("empty.wmf", {}), svg), 0);
+        EXPECT_EQ(svg, QByteArray("before"));
+        EXPECT_EQ(WMFToSVG(write("a.wmf", WmfBuilder().build()), svg), 2);
+        EXPECT_EQ(WMFToSVG(write("b.wmf", EmfBuilder().build()), svg), 1);
+    }
+
+} // namespace
+} // namespace svgtool::test

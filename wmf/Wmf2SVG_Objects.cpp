@@ -1,0 +1,99 @@
+#include "wmf/Wmf2SVG.h"
+
+#include "logging/TraceScope.h"
+#include "records/BEndTools.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace svgtool {
+
+static constexpr char kTraceUnit[] = ".\\Wmf2SVG.cpp";
+
+quint16 WMF2SVGConverter::allocateIndex()
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::allocateIndex");
+    constexpr quint32 kIndices = 0x10000;
+    if (!m_freeIndices.empty())
+        return m_freeIndices.extract(m_freeIndices.begin()).value();
+    // With every index in use, the next one wraps around.
+    return m_indexCount < kIndices ? static_cast<quint16>(m_indexCount++) : quint16(0);
+}
+
+void WMF2SVGConverter::freeIndex(quint16 index)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::freeIndex");
+    if (index < m_indexCount)
+        m_freeIndices.insert(index);
+}
+
+// The object index of a selection or deletion.
+static quint16 readIndex(const char *record, quint32 size)
+{
+    const auto source = readPadded<WMRSELECTOBJECT>({ record, size });
+    WMRSELECTOBJECT object = source;
+    InitWMRSELECTOBJECT(&object, &source);
+    return object.ihObject;
+}
+
+qint32 WMF2SVGConverter::OnMetaSelectObject(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnMetaSelectObject");
+    m_writer.SelectObject(readIndex(record, size));
+    return 1;
+}
+
+qint32 WMF2SVGConverter::OnMetaDeleteObject(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnMetaDeleteObject");
+    const quint16 index = readIndex(record, size);
+    freeIndex(index);
+    m_writer.DeleteObject(index);
+    return 1;
+}
+
+// A pen's width is a size: it does not turn negative with the axis, and a line that is there does
+// not vanish.
+qint32 WMF2SVGConverter::scaledPenWidth(qint16 width) const
+{
+    const qint32 scaled = std::abs(qint32(scaleX(width)));
+    return width > 0 ? std::max(scaled, 1) : scaled;
+}
+
+qint32 WMF2SVGConverter::OnCreatePenIndirect(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnCreatePenIndirect");
+    const auto source = readPadded<WMRCREATEPEN>({ record, size });
+    WMRCREATEPEN pen = source;
+    InitWMRCREATEPEN(&pen, &source);
+    m_writer.CreatePen(allocateIndex(), pen.lopn.lopnStyle, scaledPenWidth(pen.lopn.lopnWidth.x),
+                       pen.lopn.lopnColor);
+    return 1;
+}
+
+qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnMetaCreateBrushIndirect");
+    const auto source = readPadded<WMRCREATEBRUSHINDIRECT>({ record, size });
+    WMRCREATEBRUSHINDIRECT brush = source;
+    InitWMRCREATEBRUSHINDIRECT(&brush, &source);
+    m_writer.CreateBrushI(allocateIndex(),
+                          { brush.lb.lbStyle, brush.lb.lbColor, brush.lb.lbHatch });
+    return 1;
+}
+
+qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnMetaCreateFontIndirect");
+    constexpr qint64 kFaceNameBytes = 32;
+    const ByteView all{ record, size };
+    const auto source = readPadded<WMREXTCREATEFONTINDIRECT>(all);
+    WMREXTCREATEFONTINDIRECT font = source;
+    InitWMREXTCREATEFONTINDIRECT(&font, &source);
+    ByteView faceName = tail(all, sizeof(WMREXTCREATEFONTINDIRECT));
+    faceName.size = std::min(faceName.size, kFaceNameBytes);
+    m_writer.MetaCreateFont(allocateIndex(), font.font, faceName);
+    return 1;
+}
+
+} // namespace svgtool
