@@ -1,0 +1,56 @@
+# What `cmake --install` puts in place. Nothing in it depends on the prefix: the installed tree may
+# be moved.
+include(CMakePackageConfigHelpers)
+
+set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
+
+# A logging library that a host brought in place of ours may be one that is installed already.
+get_target_property(logging_is_imported basic_logging IMPORTED)
+set(installed_libraries svgtool)
+if(NOT logging_is_imported)
+  list(APPEND installed_libraries basic_logging)
+  if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
+    install(FILES "${SVGTOOL_LOGGING_DIR}/CLogSystem.h"
+      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging)
+  endif()
+endif()
+
+if(NOT WIN32)
+  set_target_properties(${installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
+install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/svgtool/SVGTool.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
+
+if(TARGET metafile2svg)
+  file(RELATIVE_PATH libraries_from_tool
+    "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  if(NOT WIN32)
+    set_target_properties(metafile2svg PROPERTIES
+      INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
+  endif()
+  install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+# CMake package: find_package(SVGTool) gives SVGTool::SVGTool and SVGTool::basic_logging.
+install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
+configure_package_config_file(cmake/SVGToolConfig.cmake.in SVGToolConfig.cmake
+  INSTALL_DESTINATION ${SVGTOOL_PACKAGE_DIR}
+  NO_SET_AND_CHECK_MACRO)
+# Before version 1 a new minor version may break its users.
+write_basic_package_version_file(SVGToolConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfig.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfigVersion.cmake
+  DESTINATION ${SVGTOOL_PACKAGE_DIR})
+
+# pkg-config package, for hosts built without CMake.
+file(RELATIVE_PATH prefix_from_pc
+  "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
+configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that a task needs, those that are missing and no others.
+# usage: scripts/setup.sh build|test|ci
+set -euo pipefail
+
+build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
+    fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
+test=("${build[@]}" libgtest-dev binutils)
+ci=("${test[@]}" qtbase5-dev clang-format git)
+
+case ${1-} in
+build) packages=("${build[@]}") ;;
+test) packages=("${test[@]}") ;;
+ci) packages=("${ci[@]}") ;;
+*)
+    echo "usage: $0 build|test|ci" >&2
+    exit 2
+    ;;
+esac
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    {
+        echo "setup: this system has no Debian packages, so nothing is installed."
+        echo "setup: what Debian 12 calls ${packages[*]}"
+        echo "setup: must be there, or the next step will miss it."
+    } >&2
+    exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    state=$(dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null || true)
+    grep -qx installed <<<"$state" || missing+=("$package")
+done
+[ "${#missing[@]}" -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        echo "setup: these packages are missing: ${missing[*]}" >&2
+        echo "setup: install them as root (there is no sudo here), then try again." >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+echo "setup: installing ${missing[*]}"
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${missing[@]}"
