@@ -188,6 +188,9 @@ qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
         return 0;
     InitEMFRecHandlers();
     initFrame(header);
+    // Far more than a drawing needs, and still in proportion to the file.
+    constexpr qint64 kClipRects = 100000;
+    m_clipRectsLeft = data.size + kClipRects;
     if (dump != nullptr)
         dump->write("################# Start Of File ######################\n\n");
     // The header may be longer than its fixed part, so the records begin where it says it ends.

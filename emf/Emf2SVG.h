@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <map>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -112,7 +113,7 @@ private:
 
     // Emf2SVG_Regions.cpp
     std::vector<RECTL> mapRects(std::vector<RECTL> rects) const;
-    bool combineClip(const QRegion &region, quint32 mode);
+    std::optional<QRegion> combinedClip(std::span<const RECTL> rects, quint32 mode) const;
     qint32 OnExtSetClipRgn(char *record, quint32 size);
     qint32 OnFillRgn(char *record, quint32 size);
     qint32 OnFrameRgn(char *record, quint32 size);
@@ -152,6 +153,7 @@ private:
     CMySVGWriter m_writer;
     QRegion m_deviceRegion; ///< of the header
     QRegion m_clipRegion;
+    qint64 m_clipRectsLeft = 0; ///< how many rectangles of clip regions may still be written
     std::span<const char *const> m_recordNames; ///< by record type
     XFORM m_worldTransform{};
     bool m_hasWorldTransform = false; ///< until then, the identity is meant

@@ -7,6 +7,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -71,26 +73,53 @@ qint32 Emf2SvgConverter::OnFrameRgn(char *record, quint32 size)
     return 1;
 }
 
-bool Emf2SvgConverter::combineClip(const QRegion &region, quint32 mode)
+// How many rectangles a combination of two regions can have at most. Each of its bands takes the
+// spans of one band of either; bars that cross give as many as the product.
+static qint64 largestCombination(const QRegion &a, const QRegion &b)
 {
+    qint64 bands = 0;
+    qint64 spans = 0;
+    for (const QRegion *region : { &a, &b }) {
+        qint64 widest = 0;
+        qint64 current = 0;
+        const QRect *previous = nullptr;
+        for (const QRect &rect : *region) {
+            const bool isNewBand = previous == nullptr || previous->top() != rect.top();
+            bands += isNewBand ? 1 : 0;
+            current = isNewBand ? 1 : current + 1;
+            widest = std::max(widest, current);
+            previous = &rect;
+        }
+        spans += widest;
+    }
+    return 2 * bands * spans;
+}
+
+std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rects,
+                                                      quint32 mode) const
+{
+    constexpr qint64 kLargest = 1 << 22;
+    QRegion region;
+    try {
+        region = RectsToRegion(rects);
+    } catch (const std::bad_alloc &) {
+        return std::nullopt;
+    }
+    if (largestCombination(m_clipRegion, region) > kLargest)
+        return std::nullopt;
     switch (mode) { // [MS-EMF] 2.1.29
     case 1: // RGN_AND
-        m_clipRegion = m_clipRegion.intersected(region);
-        return true;
+        return m_clipRegion.intersected(region);
     case 2: // RGN_OR
-        m_clipRegion = m_clipRegion.united(region);
-        return true;
+        return m_clipRegion.united(region);
     case 3: // RGN_XOR
-        m_clipRegion = m_clipRegion.xored(region);
-        return true;
+        return m_clipRegion.xored(region);
     case 4: // RGN_DIFF
-        m_clipRegion = m_clipRegion.subtracted(region);
-        return true;
+        return m_clipRegion.subtracted(region);
     case 5: // RGN_COPY
-        m_clipRegion = region;
-        return true;
+        return region;
     default:
-        return false;
+        return std::nullopt;
     }
 }
 
@@ -106,8 +135,15 @@ qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
         return 1;
     }
     const auto rects = readRegion(record, size, sizeof(EMREXTSELECTCLIPRGN), clip.cbRgnData);
-    if (!rects || !combineClip(RectsToRegion(*rects), clip.iMode))
+    // A small record may combine with a large region and write all of it again, so the rectangles
+    // that a file may write are counted.
+    if (!rects || m_clipRegion.rectCount() > m_clipRectsLeft)
         return 0;
+    const auto combined = combinedClip(*rects, clip.iMode);
+    if (!combined || combined->rectCount() > m_clipRectsLeft)
+        return 0;
+    m_clipRegion = *combined;
+    m_clipRectsLeft -= std::max(1, m_clipRegion.rectCount());
     // Device units: of the whole mapping only the document's origin applies.
     std::vector<RECTL> clipRects = RegionToRects(m_clipRegion);
     for (RECTL &rect : clipRects)

@@ -354,5 +354,34 @@ namespace {
     INSTANTIATE_TEST_SUITE_P(Regions, EmfBody, testing::ValuesIn(kRegions),
                              testing::PrintToStringParamName());
 
+    size_t clipCount(const EmfBuilder &emf)
+    {
+        return size_t(QByteArray::fromStdString(convert(emf.build()).body()).count("<clipPath"));
+    }
+
+    // Crossing bars cut each other into a number of rectangles that is the product of theirs, and a
+    // large region can be written again by a small record; neither may outgrow the file.
+    TEST(ClipRegions, DoNotMultiply)
+    {
+        ByteWriter upright;
+        ByteWriter lying;
+        constexpr int kBars = 2000;
+        for (ByteWriter *data : { &upright, &lying })
+            data->u32(32).u32(1).u32(kBars).u32(kBars * 16).u32(0).u32(0).u32(0).u32(0);
+        for (int i = 0; i < 2 * kBars; i += 2) {
+            upright.u32(i).u32(0).u32(i + 1).u32(2 * kBars);
+            lying.u32(0).u32(i).u32(2 * kBars).u32(i + 1);
+        }
+        EmfBuilder emf;
+        emf.record(kClipRegion, clipRegion(kCopy, upright.result()));
+        EXPECT_EQ(clipCount(EmfBuilder(emf).record(kClipRegion, clipRegion(kXor, lying.result()))),
+                  1U);
+        const QByteArray nothing = regionData({});
+        for (int i = 0; i < 200; ++i)
+            emf.record(kClipRegion, clipRegion(kOr, nothing));
+        EXPECT_LT(clipCount(emf), 100U);
+        EXPECT_GT(clipCount(emf), 50U);
+    }
+
 } // namespace
 } // namespace svgtool::test
