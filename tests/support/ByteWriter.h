@@ -3,6 +3,7 @@
 #include <QByteArray>
 
 #include <cstring>
+#include <initializer_list>
 
 namespace svgtool::test {
 
@@ -18,6 +19,19 @@ public:
     ByteWriter &u32(qint64 value)
     {
         return u16(int(value & 0xFFFF)).u16(int((value >> 16) & 0xFFFF));
+    }
+    /// Many numbers of 16 or 32 bits at once.
+    ByteWriter &u16s(std::initializer_list<int> values)
+    {
+        for (const int value : values)
+            u16(value);
+        return *this;
+    }
+    ByteWriter &u32s(std::initializer_list<qint64> values)
+    {
+        for (const qint64 value : values)
+            u32(value);
+        return *this;
     }
     ByteWriter &f32(float value)
     {

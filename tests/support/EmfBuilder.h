@@ -74,16 +74,16 @@ public:
     {
         QByteArray records = m_records;
         if (m_hasEnd)
-            records += ByteWriter().u32(14).u32(20).u32(0).u32(16).u32(20).result();
+            records += ByteWriter().u32s({ 14, 20, 0, 16, 20 }).result();
         const int headerSize = 88 + int(m_headerExtra.size());
         ByteWriter header;
         header.u32(m_headerType).u32(headerSize);
         for (const auto &group : { m_bounds, m_frame })
             for (const int value : group)
                 header.u32(value);
-        header.u32(0x464D4520).u32(0x10000).u32(headerSize + records.size());
+        header.u32s({ 0x464D4520, 0x10000, headerSize + records.size() });
         header.u32(m_recordCount >= 0 ? m_recordCount : 1 + m_count + (m_hasEnd ? 1 : 0));
-        header.u16(1).u16(0).u32(0).u32(0).u32(0);
+        header.u16(1).u16(0).u32s({ 0, 0, 0 });
         for (const int value : m_device)
             header.u32(value);
         return header.bytes(m_headerExtra).bytes(records).result();

@@ -16,7 +16,7 @@ using PointList = std::initializer_list<std::pair<int, int>>;
 inline QByteArray pointList(PointList points, bool is16Bit = false, qint64 count = -1)
 {
     ByteWriter body;
-    body.u32(0).u32(0).u32(0).u32(0).u32(count >= 0 ? count : qint64(points.size()));
+    body.u32s({ 0, 0, 0, 0 }).u32(count >= 0 ? count : qint64(points.size()));
     for (const auto &[x, y] : points)
         is16Bit ? body.u16(x).u16(y) : body.u32(x).u32(y);
     return body.result();
@@ -33,7 +33,7 @@ inline QByteArray figures(std::initializer_list<qint64> counts, PointList points
                           bool is16Bit = false)
 {
     ByteWriter body;
-    body.u32(0).u32(0).u32(0).u32(0).u32(qint64(counts.size())).u32(qint64(points.size()));
+    body.u32s({ 0, 0, 0, 0 }).u32(qint64(counts.size())).u32(qint64(points.size()));
     for (const qint64 count : counts)
         body.u32(count);
     for (const auto &[x, y] : points)
@@ -60,7 +60,7 @@ inline QByteArray transform(std::initializer_list<float> numbers, int mode = 0)
 
 inline QByteArray angleArc(int x, int y, quint32 radius, float start, float sweep)
 {
-    return ByteWriter().u32(x).u32(y).u32(radius).f32(start).f32(sweep).result();
+    return ByteWriter().u32s({ x, y, radius }).f32(start).f32(sweep).result();
 }
 
 /// A font: its height, escapement and face name, and no more of the record than that.
@@ -68,7 +68,7 @@ inline QByteArray font(quint32 index, int height, const char *faceName, int esca
                        int charSet = 0)
 {
     ByteWriter body;
-    body.u32(index).u32(height).u32(0).u32(escapement).u32(0).u32(0).u16(0);
+    body.u32s({ index, height, 0, escapement, 0, 0 }).u16(0);
     body.bytes(QByteArray(1, '\0')).bytes(QByteArray(1, char(charSet))).u32(0);
     for (const char *letter = faceName; *letter != '\0'; ++letter)
         body.u16(*letter);
@@ -90,7 +90,7 @@ struct TextRecord
         const qint64 textAt = 76;
         const qint64 advancesAt = textAt + (text.size() * 2 + 3) / 4 * 4;
         ByteWriter body;
-        body.u32(0).u32(0).u32(0).u32(0).u32(1).f32(1).f32(1);
+        body.u32s({ 0, 0, 0, 0, 1 }).f32(1).f32(1);
         body.u32(x).u32(y).u32(count >= 0 ? count : qint64(text.size())).u32(textAt).u32(options);
         for (const int edge : rect)
             body.u32(edge);
@@ -110,9 +110,9 @@ inline QByteArray smallText(int x, int y, quint32 count, quint32 options,
                             const QByteArray &characters)
 {
     ByteWriter body;
-    body.u32(x).u32(y).u32(count).u32(options).u32(1).f32(1).f32(1);
+    body.u32s({ x, y, count, options, 1 }).f32(1).f32(1);
     if ((options & 0x100) == 0)
-        body.u32(0).u32(0).u32(0).u32(0);
+        body.u32s({ 0, 0, 0, 0 });
     return body.bytes(characters).result();
 }
 

@@ -16,12 +16,7 @@ public:
     {
         m_placeable = ByteWriter()
                               .u32(0x9AC6CDD7)
-                              .u16(0)
-                              .u16(left)
-                              .u16(top)
-                              .u16(right)
-                              .u16(bottom)
-                              .u16(inch)
+                              .u16s({ 0, left, top, right, bottom, inch })
                               .u32(0)
                               .u16(0)
                               .result();
@@ -77,7 +72,7 @@ public:
         if (m_hasEnd)
             records += ByteWriter().u32(3).u16(0).result();
         ByteWriter header;
-        header.u16(1).u16(m_headerSize).u16(0x300);
+        header.u16s({ 1, m_headerSize, 0x300 });
         header.u32(m_size >= 0 ? m_size : (18 + records.size()) / 2);
         header.u16(0).u32(m_maxRecord).u16(m_members);
         return m_placeable + header.result() + records;

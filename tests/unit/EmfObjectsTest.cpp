@@ -112,8 +112,8 @@ namespace {
                            std::initializer_list<qint64> entries)
     {
         ByteWriter body;
-        body.u32(1).u32(0).u32(0).u32(0).u32(0);
-        body.u32(style).u32(width).u32(0).u32(0x0000FF).u32(0).u32(entryCount);
+        body.u32s({ 1, 0, 0, 0, 0 });
+        body.u32s({ style, width, 0, 0x0000FF, 0, entryCount });
         for (const qint64 entry : entries)
             body.u32(entry);
         return body.result();
@@ -190,7 +190,7 @@ namespace {
     {
         ByteWriter data;
         data.u32(32).u32(1).u32(count >= 0 ? count : qint64(rects.size()));
-        data.u32(qint64(rects.size()) * 16).u32(0).u32(0).u32(0).u32(0);
+        data.u32(qint64(rects.size()) * 16).u32s({ 0, 0, 0, 0 });
         for (const auto &rect : rects)
             for (const int edge : rect)
                 data.u32(edge);
@@ -199,28 +199,13 @@ namespace {
 
     QByteArray fillRegion(quint32 brush, const QByteArray &region)
     {
-        return ByteWriter()
-                .u32(0)
-                .u32(0)
-                .u32(0)
-                .u32(0)
-                .u32(region.size())
-                .u32(brush)
-                .bytes(region)
-                .result();
+        return ByteWriter().u32s({ 0, 0, 0, 0, region.size(), brush }).bytes(region).result();
     }
 
     QByteArray frameRegion(quint32 brush, int width, int height, const QByteArray &region)
     {
         return ByteWriter()
-                .u32(0)
-                .u32(0)
-                .u32(0)
-                .u32(0)
-                .u32(region.size())
-                .u32(brush)
-                .u32(width)
-                .u32(height)
+                .u32s({ 0, 0, 0, 0, region.size(), brush, width, height })
                 .bytes(region)
                 .result();
     }
@@ -367,10 +352,10 @@ namespace {
         ByteWriter lying;
         constexpr int kBars = 2000;
         for (ByteWriter *data : { &upright, &lying })
-            data->u32(32).u32(1).u32(kBars).u32(kBars * 16).u32(0).u32(0).u32(0).u32(0);
+            data->u32(32).u32s({ 1, kBars, kBars * 16, 0, 0, 0, 0 });
         for (int i = 0; i < 2 * kBars; i += 2) {
-            upright.u32(i).u32(0).u32(i + 1).u32(2 * kBars);
-            lying.u32(0).u32(i).u32(2 * kBars).u32(i + 1);
+            upright.u32s({ i, 0, i + 1, 2 * kBars });
+            lying.u32s({ 0, i, 2 * kBars, i + 1 });
         }
         EmfBuilder emf;
         emf.record(kClipRegion, clipRegion(kCopy, upright.result()));

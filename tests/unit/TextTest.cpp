@@ -38,8 +38,8 @@ namespace {
     "<rect x=\"" x "\" y=\"" y "\" width=\"" width "\" height=\"" height                           \
     "\" rx=\"0\" ry=\"0\" fill=\"none\" stroke=\"none\"fill-opacity=\"0\" />\n"
 // Any selection brings the pen and the brush of the start into the style.
-#define LINE(x1, y1, x2, y2)                                                               \
-    "<line x1=\"" x1 "\" y1 = \"" y1 "\" x2 =\"" x2 "\" y2=\"" y2                           \
+#define LINE(x1, y1, x2, y2)                                                                       \
+    "<line x1=\"" x1 "\" y1 = \"" y1 "\" x2 =\"" x2 "\" y2=\"" y2                                  \
     "\" stroke=\"none\" stroke-width=\"1\"  fill=\"white\"/>\n"
 
     const EmfCase kTexts[] = {
@@ -222,7 +222,7 @@ namespace {
                        const QByteArray &rect = {})
     {
         ByteWriter fontBody;
-        fontBody.u16(height).u16(0).u16(0).u16(0).u16(0).u16(0).u16(0).u16(0).u16(0).bytes(QByteArray("F\0", 2));
+        fontBody.u16s({ height, 0, 0, 0, 0, 0, 0, 0, 0 }).bytes(QByteArray("F\0", 2));
         ByteWriter body;
         body.u16(20).u16(10).u16(int(characters.size())).u16(options).bytes(rect).bytes(characters);
         if (characters.size() % 2 != 0)

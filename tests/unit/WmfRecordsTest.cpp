@@ -45,7 +45,7 @@ namespace {
 
 #define RECT(x, y, w, h, style)                                                                    \
     "<rect x=\"" x "\" y=\"" y "\" width=\"" w "\" height=\"" h "\" rx=\"0\" ry=\"0\" " style "/>" \
-                                                                                              "\n"
+    "\n"
 #define LINE(x1, y1, x2, y2)                                                                       \
     "<line x1=\"" x1 "\" y1 = \"" y1 "\" x2 =\"" x2 "\" y2=\"" y2 "\" " DEFAULT_STYLE "/>\n"
 
