@@ -41,7 +41,8 @@ void LevelOutput::setSink(Sink sink)
 {
     std::shared_ptr<const Sink> shared;
     if (sink)
-        shared = std::make_shared<const Sink>(std::move(sink));
+        // make_shared would bring in a symbol that keeps the library loaded for good.
+        shared.reset(new Sink(std::move(sink)));
     const std::lock_guard lock(m_mutex);
     m_sink = std::move(shared);
 }

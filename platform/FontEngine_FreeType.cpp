@@ -162,7 +162,7 @@ quint16 FontFace::readAdvance(char16_t unit) const
     return static_cast<quint16>(std::clamp<FT_Fixed>(units, 0, 0xFFFF));
 }
 
-// Asking FreeType takes twenty times as long as the rest of measuring a character.
+// Without what is kept here, measuring a text takes more than ten times as long.
 qint32 FontFace::advance(char16_t unit)
 {
     KnownAdvance &place = m_advances[unit % m_advances.size()];
@@ -242,9 +242,6 @@ std::shared_ptr<FontFace> FontCatalog::face(const QString &faceName, qint32 weig
     constexpr qint32 kLastRegularWeight = 550;
     constexpr int kLongestName = 31; // LF_FACESIZE of GDI without the final zero
     QString name = faceName.left(kLongestName);
-    const auto end = name.indexOf(QChar(u'\0'));
-    if (end >= 0)
-        name.truncate(end);
     if (name.isEmpty())
         name = QLatin1String(kSubstituteFace);
     return recall(name, weight > kLastRegularWeight);
@@ -318,7 +315,7 @@ std::optional<FontFile> FontCatalog::match(const QString &name, bool isBold) con
     const Pattern asked(FcPatternCreate());
     if (!m_config || !asked)
         return std::nullopt;
-    const QByteArray family = name.toUtf8();
+    const QByteArray family = name.toUtf8(); // fontconfig reads up to a zero byte
     FcPatternAddString(asked.get(), FC_FAMILY,
                        reinterpret_cast<const FcChar8 *>(family.constData()));
     FcPatternAddInteger(asked.get(), FC_WEIGHT, isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);

@@ -130,14 +130,13 @@ TEST(FontNames, UnknownOnesAllGiveTheSubstitute)
     }
 }
 
-TEST(FontNames, EndAtAZeroUnitAndAfter31Units)
+// Font records carry stray bytes behind the name.
+TEST(FontNames, EndAtAZeroUnit)
 {
-    const auto widthIn = [](const QString &name) {
-        return textExtent("iiiiiWWWWW", name, 400, -40).width;
-    };
     const QString mono = QStringLiteral("DejaVu Sans Mono");
-    EXPECT_EQ(widthIn(mono + QChar(u'\0') + QStringLiteral("###")), widthIn(mono));
-    EXPECT_EQ(widthIn(QString(31, u'x') + QStringLiteral("y")), widthIn(QString(31, u'x')));
+    const QString stray = mono + QChar(u'\0') + QStringLiteral("###");
+    EXPECT_EQ(textExtent("iiiiiWWWWW", stray, 400, -40).width,
+              textExtent("iiiiiWWWWW", mono, 400, -40).width);
 }
 
 TEST(TextMetrics, ThreadsDoNotDisturbEachOther)
@@ -160,6 +159,7 @@ TEST(TextMetrics, ThreadsDoNotDisturbEachOther)
     };
     std::vector<std::vector<qint32>> results(4);
     std::vector<std::thread> threads;
+    threads.reserve(results.size());
     for (auto &result : results)
         threads.emplace_back([&] { result = measureAll(); });
     for (auto &thread : threads)
