@@ -20,7 +20,7 @@ sed -E -e 's/"([a-z-]+ ?= ?")/" \1/g' -e '1s/<svg /<svg xmlns:xlink="http:\/\/ww
 rsvg-convert "$work/ours.svg" -o "$work/ours.png"
 
 # Width and height of a PNG: two big-endian numbers at byte 16.
-size=($(od -An -j16 -N8 -t u1 "$painted"))
+read -ra size < <(od -An -j16 -N8 -t u1 "$painted")
 width=$((size[2] * 256 + size[3])) height=$((size[6] * 256 + size[7]))
 image() {
     echo "<g transform=\"translate($2, 10)\">"
