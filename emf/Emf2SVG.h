@@ -153,7 +153,7 @@ private:
     CMySVGWriter m_writer;
     QRegion m_deviceRegion; ///< of the header
     QRegion m_clipRegion;
-    qint64 m_clipRectsLeft = 0; ///< how many rectangles of clip regions may still be written
+    qint64 m_clipRectsLeft = 0; ///< how many rectangles clips may still read and write
     std::span<const char *const> m_recordNames; ///< by record type
     XFORM m_worldTransform{};
     bool m_hasWorldTransform = false; ///< until then, the identity is meant

@@ -136,14 +136,16 @@ qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
     }
     const auto rects = readRegion(record, size, sizeof(EMREXTSELECTCLIPRGN), clip.cbRgnData);
     // A small record may combine with a large region and write all of it again, so the rectangles
-    // that a file may write are counted.
-    if (!rects || m_clipRegion.rectCount() > m_clipRectsLeft)
+    // that a file has read and written that way are counted.
+    const qint64 read = clip.iMode == kCopy ? 0 : m_clipRegion.rectCount();
+    if (!rects || read > m_clipRectsLeft)
         return 0;
+    m_clipRectsLeft -= read;
     const auto combined = combinedClip(*rects, clip.iMode);
     if (!combined || combined->rectCount() > m_clipRectsLeft)
         return 0;
     m_clipRegion = *combined;
-    m_clipRectsLeft -= std::max(1, m_clipRegion.rectCount());
+    m_clipRectsLeft -= m_clipRegion.rectCount();
     // Device units: of the whole mapping only the document's origin applies.
     std::vector<RECTL> clipRects = RegionToRects(m_clipRegion);
     for (RECTL &rect : clipRects)
