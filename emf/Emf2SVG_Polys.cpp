@@ -5,6 +5,7 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -74,7 +75,8 @@ namespace {
 
         // A reader that fills the copy itself puts the points behind as many words as there are
         // points, not behind the counts.
-        std::vector<char> copy(size_t(headSize + pointCount * qint64(4 + sizeof(Point))));
+        std::vector<char> copy(size_t(headSize + std::max(figureCount, pointCount) * 4
+                                      + pointCount * qint64(sizeof(Point))));
         qint64 pointsAt = headSize + pointCount * 4;
         if (!read(overlay<Record>(copy.data()), overlay<Record>(record))) {
             copy.assign(record, record + size);

@@ -16,6 +16,8 @@ namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
+static constexpr quint32 kCopy = 5; // RGN_COPY
+
 // The rectangles of the cbRgnData bytes of region data at offset; nothing unless the whole of them
 // lies inside the record and holds as many rectangles as it says.
 static std::optional<std::vector<RECTL>> readRegion(char *record, quint32 size, qint64 offset,
@@ -103,8 +105,11 @@ std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rec
     try {
         region = RectsToRegion(rects);
     } catch (const std::bad_alloc &) {
+        // Its own limit too: a region of too many rectangles fails the record, not the file.
         return std::nullopt;
     }
+    if (mode == kCopy)
+        return region;
     if (largestCombination(m_clipRegion, region) > kLargest)
         return std::nullopt;
     switch (mode) { // [MS-EMF] 2.1.29
@@ -116,8 +121,6 @@ std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rec
         return m_clipRegion.xored(region);
     case 4: // RGN_DIFF
         return m_clipRegion.subtracted(region);
-    case 5: // RGN_COPY
-        return region;
     default:
         return std::nullopt;
     }
@@ -126,7 +129,6 @@ std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rec
 qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnExtSetClipRgn");
-    constexpr quint32 kCopy = 5;
     auto clip = readPadded<EMREXTSELECTCLIPRGN>({ record, size });
     InitEMREXTSELECTCLIPRGN(&clip);
     if (clip.cbRgnData == 0 && clip.iMode == kCopy) {

@@ -41,8 +41,11 @@ static std::optional<QString> readUtf16(ByteView record, qint64 offset, qint64 c
 static std::optional<qint32> sumAdvances(ByteView record, const EMRTEXT &text, qint64 count)
 {
     const qint64 stride = (text.fOptions & kPairsOfAdvances) != 0 ? 2 : 1;
-    const auto advances = slice(record, text.offDx, count * stride * 4);
-    if (text.offDx == 0 || !advances)
+    // Without a rectangle the offset stands in its place.
+    const bool hasRect = (text.fOptions & kNoRect) == 0;
+    const quint32 offset = hasRect ? text.offDx : static_cast<quint32>(text.rcl.left);
+    const auto advances = slice(record, offset, count * stride * 4);
+    if (offset == 0 || !advances)
         return std::nullopt;
     qint32 sum = 0;
     for (qint64 i = 0; i < count; ++i)
@@ -88,7 +91,9 @@ qint32 Emf2SvgConverter::OnExtTextOutW(char *record, quint32 size)
         extent.width = MapX(*advances, false);
     const POINTL baseline = m_writer.GetPointOfReference(mapPoint(source.ptlReference), extent);
     RECTL background = m_writer.CalculateRect(baseline, extent);
-    if ((source.fOptions & kOpaque) != 0)
+    const bool hasRect = (source.fOptions & kNoRect) == 0 && source.rcl.left < source.rcl.right
+            && source.rcl.top < source.rcl.bottom;
+    if (hasRect && (source.fOptions & kOpaque) != 0)
         background = { MapX(source.rcl.left, true), MapY(source.rcl.top, true),
                        MapX(source.rcl.right, true), MapY(source.rcl.bottom, true) };
     m_writer.TextOut(text, baseline.x, baseline.y, background);
@@ -109,7 +114,10 @@ qint32 Emf2SvgConverter::OnSmallTextOut(char *record, quint32 size)
     QString text;
     if ((textOut.fuOptions & kSmallChars) != 0) {
         const qint64 count = std::min<qint64>(textOut.cChars, rest->size);
-        text = decodeText({ rest->data, count }, m_writer.styles().fontCharSet());
+        const ByteView bytes{ rest->data, count };
+        text = (textOut.fuOptions & kGlyphIndex) != 0
+                ? shownText(QString::fromLatin1(bytes.data, static_cast<int>(count)), kGlyphIndex)
+                : decodeText(bytes, m_writer.styles().fontCharSet());
     } else {
         text = shownText(readUtf16(all, offset, textOut.cChars).value_or(QString()),
                          textOut.fuOptions);

@@ -39,7 +39,7 @@ bool GetPointOnEllipse(qint32 left, qint32 top, qint32 right, qint32 bottom, qin
     return true;
 }
 
-// The angle of a point about the centre, from -pi/2 (not included) to 3/2 pi.
+// The angle of a point about the centre, from 0 to 2 pi (not included).
 static double angleAbout(qint32 x, qint32 y, qint32 centerX, qint32 centerY)
 {
     const double pi = 2.0 * std::asin(1.0);

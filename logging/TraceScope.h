@@ -56,7 +56,14 @@ public:
     TraceScope &operator=(const TraceScope &) = delete;
 
 private:
-    static bool isOn() noexcept { return CLogSystem::theRootInstance->getLevel() == "TRACE"; }
+    static bool isOn() noexcept
+    {
+        try {
+            return CLogSystem::theRootInstance->getLevel() == "TRACE";
+        } catch (...) {
+            return false;
+        }
+    }
 
     // A sink that throws, or a line that finds no memory, must not change what is converted.
     void write(const char *event) const noexcept

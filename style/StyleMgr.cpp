@@ -116,7 +116,8 @@ void CStyleManager::rebuildCombinedStyle()
     m_combinedStyle = m_penStyle + QLatin1Char(' ');
     if (m_brushStyle.contains(fill) && m_combinedStyle.contains(fill)) {
         // Quirk: a form feed stands where the "f" of "fill" is meant. It is never found, so the
-        // positions count from the end of the text; the combined text depends on what that cuts.
+        // positions count from the end of the text. No pen text holds a fill, so it never comes to
+        // it.
         const auto start = m_combinedStyle.indexOf(QLatin1String("\fill"));
         const auto first = m_combinedStyle.indexOf(quote, start);
         const auto second = m_combinedStyle.indexOf(quote, first + 1);

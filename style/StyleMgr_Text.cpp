@@ -4,6 +4,7 @@
 #include "platform/PlatformDependent.h"
 #include "records/Numeric.h"
 #include "style/HatchTemplates.h"
+#include "style/XmlText.h"
 
 #include <QStringList>
 
@@ -122,10 +123,12 @@ QString CStyleManager::GetCurrTextStyle() const
     return m_textStyle + QLatin1String(" fill=\"") + m_textColor + QLatin1String("\" ");
 }
 
-// A face name comes from the file: escaped, it cannot add attributes or elements of its own.
+// A face name comes from the file: escaped, it cannot add attributes or elements of its own, and
+// without the characters that XML forbids it cannot break the document.
 static QString fontFamilyText(const QString &faceName)
 {
-    return QLatin1String(" font-family=\"") + faceName.toHtmlEscaped() + QLatin1String("\" ");
+    return QLatin1String(" font-family=\"") + withoutForbiddenCharacters(faceName).toHtmlEscaped()
+            + QLatin1String("\" ");
 }
 
 static QString decorationText(bool underline, bool strikeOut)

@@ -3,7 +3,7 @@
 #include "logging/TraceScope.h"
 #include "platform/PlatformDependent.h"
 #include "records/Numeric.h"
-#include "svg/TextDecoding.h"
+#include "style/XmlText.h"
 
 #include <cmath>
 
@@ -52,6 +52,10 @@ TextDimensions CMySVGWriter::GetTextDimensions(const QString &text) const
     qint32 height = 0;
     TextDimensions extent;
     WIN32_GetTextDimensions(height, extent.width, extent.descent, description);
+    // The cell is that of one line, however many the text has.
+    qint32 noWidth = 0;
+    description.text.clear();
+    WIN32_GetTextDimensions(height, noWidth, extent.descent, description);
     extent.ascent = wrapSub(height, extent.descent);
     return extent;
 }

@@ -11,8 +11,4 @@ namespace svgtool {
 ///                 ANSI. Characters of symbol fonts go to the private-use range U+F000 to U+F0FF.
 QString decodeText(ByteView bytes, quint8 charSet);
 
-/// @p text without the characters that no XML document may hold: controls other than tab, line feed
-/// and carriage return, unpaired surrogates, U+FFFE and U+FFFF.
-QString withoutForbiddenCharacters(const QString &text);
-
 } // namespace svgtool

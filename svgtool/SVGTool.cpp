@@ -9,6 +9,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -85,9 +86,11 @@ namespace {
             const auto copy = copyOf(data);
             if (copy == nullptr)
                 return SvgToolUnusableInput;
+            // Data that end with the headers have no record, but they are not missing.
+            const qint64 start = std::min(firstRecord, data.size);
             const qint32 result =
-                    converter.ConvertWMFToSVG(tail({ copy.get(), data.size }, firstRecord),
-                                              totalBytes, header.MaxRecord, &recordDump);
+                    converter.ConvertWMFToSVG({ copy.get() + start, data.size - start }, totalBytes,
+                                              header.MaxRecord, &recordDump);
             handBack(converter.document(), svgOut);
             return result;
         } catch (...) {

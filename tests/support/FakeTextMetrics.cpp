@@ -22,7 +22,7 @@ bool WIN32_GetTextDimensions(qint32 &textHeight, qint32 &textWidth, qint32 &desc
                              const TextDescription &description)
 {
     const qint32 size = std::abs(description.height);
-    textHeight = size + size / 4;
+    textHeight = (size + size / 4) * qint32(1 + description.text.count(QLatin1Char('\n')));
     textWidth = qint32(description.text.size()) * (size / 2);
     descent = size / 4;
     return true;

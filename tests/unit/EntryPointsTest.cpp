@@ -75,6 +75,13 @@ namespace {
                   documentHead(1024, 768) + "</svg>\n");
     }
 
+    TEST(EntryPoints, TakePlaceableHeadersWithoutRecords)
+    {
+        const QByteArray wmf = WmfBuilder().placeable(0, 0, 9, 8, 96).withoutEnd().build();
+        for (const int size : { 30, 39, 40 })
+            EXPECT_EQ(convert(wmf.left(size)).text, documentHead(9, 8) + "</svg>\n") << size;
+    }
+
     TEST(EntryPoints, ConvertFilesOfBothKinds)
     {
         QTemporaryDir folder;

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
+#include <limits>
+#include <new>
 #include <random>
 #include <tuple>
 
@@ -13,14 +15,81 @@ namespace {
     using Edge = std::tuple<qint32, qint32, qint32, qint32>;
     using Edges = std::vector<Edge>;
 
-    Edges edgesOf(const std::vector<RECTL> &rects)
+    constexpr qint32 kLeast = std::numeric_limits<qint32>::min();
+    constexpr qint32 kMost = std::numeric_limits<qint32>::max();
+
+    template<class Line>
+    Edges numbersOf(const std::list<Line> &lines)
     {
-        std::list<CLine> lines;
-        EXPECT_TRUE(ConvertRgnDataToPath(rects, lines));
         Edges edges;
         for (const CLine &line : lines)
             edges.emplace_back(line.x1, line.y1, line.x2, line.y2);
         return edges;
+    }
+
+    Edges edgesOf(const std::vector<RECTL> &rects)
+    {
+        std::list<CLine> lines;
+        EXPECT_TRUE(ConvertRgnDataToPath(rects, lines));
+        return numbersOf(lines);
+    }
+
+    struct SplitCase
+    {
+        const char *name;
+        CLine a, b;
+        qint32 result;
+        Edges horizontal, vertical;
+    };
+
+    TEST(RegionEdges, OverlapsLeaveWhatIsNotShared)
+    {
+        const SplitCase cases[] = {
+            { "aBegins",
+              { 0, 3, 10, 3 },
+              { 4, 3, 15, 3 },
+              2,
+              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } },
+              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } } },
+            { "aInside",
+              { 4, 3, 6, 3 },
+              { 0, 3, 10, 3 },
+              2,
+              { { 0, 3, 4, 3 }, { 6, 3, 10, 3 } },
+              { { 4, 3, 0, 3 }, { 6, 3, 10, 3 } } },
+            { "sameBegin",
+              { 0, 3, 10, 3 },
+              { 0, 3, 6, 3 },
+              1,
+              { { 6, 3, 10, 3 } },
+              { { 10, 3, 6, 3 } } },
+            { "sameEnd",
+              { 2, 3, 9, 3 },
+              { 5, 3, 9, 3 },
+              1,
+              { { 2, 3, 5, 3 } },
+              { { 2, 3, 5, 3 } } },
+            { "pointInside",
+              { 4, 3, 4, 3 },
+              { 0, 3, 9, 3 },
+              2,
+              { { 0, 3, 4, 3 }, { 4, 3, 9, 3 } },
+              { { 4, 3, 0, 3 }, { 4, 3, 9, 3 } } },
+            { "equal", { 0, 3, 10, 3 }, { 0, 3, 10, 3 }, 0, {}, {} },
+            { "touchAtTheEnd", { 0, 3, 5, 3 }, { 5, 3, 9, 3 }, -1, {}, {} },
+            { "touchAtTheBegin", { 5, 3, 9, 3 }, { 0, 3, 5, 3 }, -1, {}, {} },
+            { "apart", { 0, 3, 5, 3 }, { 6, 3, 9, 3 }, -1, {}, {} },
+            { "otherY", { 0, 3, 10, 3 }, { 4, 4, 15, 4 }, -1, {}, {} },
+            { "sameSide", { 5, 0, 5, 9 }, { 5, 0, 5, 4 }, -1, {}, {} },
+        };
+        for (const SplitCase &each : cases) {
+            std::list<CHLine> horizontal;
+            std::list<CVLine> vertical;
+            EXPECT_EQ(HSplitIfOverlap(each.a, each.b, horizontal), each.result) << each.name;
+            EXPECT_EQ(VSplitIfOverlap(each.a, each.b, vertical), each.result) << each.name;
+            EXPECT_EQ(numbersOf(horizontal), each.horizontal) << each.name;
+            EXPECT_EQ(numbersOf(vertical), each.vertical) << each.name;
+        }
     }
 
     struct EdgesCase
@@ -40,6 +109,35 @@ namespace {
             { "reversed",
               { { 10, 5, 0, 0 } },
               { { 0, 5, 10, 5 }, { 0, 0, 10, 0 }, { 10, 0, 10, 5 }, { 0, 0, 0, 5 } } },
+            { "partlyShared",
+              { { 0, 0, 10, 5 }, { 5, 5, 15, 10 } },
+              { { 0, 0, 10, 0 },
+                { 5, 10, 15, 10 },
+                { 0, 5, 5, 5 },
+                { 10, 5, 15, 5 },
+                { 0, 0, 0, 5 },
+                { 10, 0, 10, 5 },
+                { 5, 5, 5, 10 },
+                { 15, 5, 15, 10 } } },
+            { "emptyCutsToo",
+              { { 0, 0, 9, 5 }, { 4, 5, 4, 8 } },
+              { { 0, 0, 9, 0 },
+                { 4, 8, 4, 8 },
+                { 0, 5, 4, 5 },
+                { 4, 5, 9, 5 },
+                { 0, 0, 0, 5 },
+                { 9, 0, 9, 5 },
+                { 4, 5, 4, 8 },
+                { 4, 5, 4, 8 } } },
+            { "widest",
+              { { kLeast, kLeast, kMost, kMost }, { 0, kMost, kMost, 7 } },
+              { { kLeast, kLeast, kMost, kLeast },
+                { 0, 7, kMost, 7 },
+                { kLeast, kMost, 0, kMost },
+                { kLeast, kLeast, kLeast, kMost },
+                { kMost, kLeast, kMost, kMost },
+                { 0, 7, 0, kMost },
+                { kMost, 7, kMost, kMost } } },
             { "sideBySide",
               { { 0, 0, 5, 5 }, { 5, 0, 9, 5 } },
               { { 0, 0, 5, 0 },
@@ -86,9 +184,7 @@ namespace {
             else
                 lines.erase(b);
         }
-        Edges edges;
-        for (const CHLine &line : lines)
-            edges.emplace_back(line.x1, line.y1, line.x2, line.y2);
+        Edges edges = numbersOf(lines);
         for (const RECTL &rect : rects)
             for (const qint32 side : { 0, 1 }) {
                 const CVLine line = GetVLine(rect, side);
@@ -103,7 +199,7 @@ namespace {
         for (int round = 0; round < 3000; ++round) {
             const int range = 2 + int(random() % 20);
             const auto coordinate = [&] { return qint32(random() % unsigned(range)) - range / 2; };
-            std::vector<RECTL> rects(random() % 25);
+            std::vector<RECTL> rects(round % 1000 == 1 ? 800 : random() % 25);
             for (RECTL &rect : rects)
                 rect = { coordinate(), coordinate(), coordinate(), coordinate() };
             // Some as they come, some as a region divides them.
@@ -136,6 +232,59 @@ namespace {
                                            rect.bottom() + 1);
             ASSERT_EQ(parts, expectedParts) << "round " << round;
         }
+    }
+
+    TEST(Regions, KeepTheLastColumnAndPassTheLastRow)
+    {
+        const std::vector<RECTL> rects = RegionToRects(RectsToRegion({ { { 1, 2, 11, 7 } } }));
+        ASSERT_EQ(rects.size(), 1U);
+        EXPECT_EQ(std::tie(rects[0].left, rects[0].top, rects[0].right, rects[0].bottom),
+                  std::make_tuple(1, 2, 10, 7));
+    }
+
+    // One by one, to any number of rectangles.
+    QRegion plainRegion(const std::vector<RECTL> &rects)
+    {
+        QRegion region;
+        for (const RECTL &r : rects)
+            region += QRect(r.left, r.top, r.right - r.left, r.bottom - r.top);
+        return region;
+    }
+
+    TEST(Regions, OfManyBandsInOrderAreDividedAsQtDoes)
+    {
+        // Qt leaves bands with the same columns apart when it appends to them.
+        std::vector<RECTL> rects;
+        for (qint32 y = 0; y < 20000; y += 2) {
+            rects.push_back({ 0, y, 3, y + 2 });
+            rects.push_back({ 5, y, 8, y + 2 });
+        }
+        EXPECT_EQ(RectsToRegion(rects), plainRegion(rects));
+    }
+
+    TEST(Regions, OfManyInNoOrderCoverTheSameArea)
+    {
+        std::mt19937 random(3);
+        std::vector<RECTL> rects(4000);
+        for (RECTL &rect : rects) {
+            const auto at = [&] { return qint32(random() % 1000); };
+            rect.left = at();
+            rect.top = at();
+            rect.right = rect.left + 25;
+            rect.bottom = rect.top + 25;
+        }
+        const QRegion expected = plainRegion(rects);
+        EXPECT_TRUE(RectsToRegion(rects).xored(expected).isEmpty());
+    }
+
+    TEST(Regions, ThatGrowByTheSquareAreRefused)
+    {
+        std::vector<RECTL> bars;
+        for (qint32 i = 0; i < 1100; ++i) {
+            bars.push_back({ 0, 4 * i, 4400, 4 * i + 2 });
+            bars.push_back({ 4 * i, 0, 4 * i + 2, 4400 });
+        }
+        EXPECT_THROW(RectsToRegion(bars), std::bad_alloc);
     }
 
 } // namespace

@@ -319,6 +319,8 @@ namespace {
         };
         EXPECT_EQ(styles.GetCurrTextStyle(), QStringLiteral("   fill=\"black\" "));
         EXPECT_EQ(select(logFont({})), " font-family=\"Arial\"  fill=\"black\" ");
+        EXPECT_EQ(select(logFont(QStringLiteral("A") + QChar(1) + QChar(0xFFFE) + QChar(0xD800))),
+                  " font-family=\"A\"  fill=\"black\" ");
         styles.SetTextColor(0);
         LOGFONTW font = logFont(QStringLiteral("a \"b\" <&>"));
         font.lfWeight = 700;

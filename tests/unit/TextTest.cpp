@@ -74,6 +74,16 @@ namespace {
                           TextRecord{ 10, 20, QStringLiteral("Hi"), 2, {}, { 1, 2, 31, 42 } }
                                   .body()),
           BACKGROUND("1", "2", "30", "40") TEXT("10", "40", "Hi") },
+        { "nullRectangle",
+          withFont()
+                  .record(kSetBkMode, { 2 })
+                  .record(kText,
+                          TextRecord{ 10, 20, QStringLiteral("Hi"), 2, {}, { 0, 0, -1, -1 } }
+                                  .body()),
+          BACKGROUND("10", "20", "20", "25") TEXT("10", "40", "Hi") },
+        { "cellOfOneLine",
+          withFont().record(kText, TextRecord{ 0, 0, QStringLiteral("a\nb") }.body()),
+          TEXT("0", "20", "a\nb") },
         { "advancesGiveTheWidth",
           withFont()
                   .record(kSetTextAlign, { 2 })
@@ -167,6 +177,8 @@ namespace {
           SMALL_TEXT("10", "40", "H\xC3\xA9") },
         { "rotated", withFont(900).record(kSmallText, smallText(10, 20, 2, 0x300, "Hi")),
           "<g transform=\"rotate(-90 30 20)\">" SMALL_TEXT("30", "20", "Hi") "</g>" },
+        { "narrowGlyphs", withFont().record(kSmallText, smallText(10, 20, 2, 0x310, "\x08\x09")),
+          SMALL_TEXT("10", "40", "HI") },
         { "cyrillic",
           EmfBuilder()
                   .record(kCreateFont, font(1, -20, "F", 0, 204))
