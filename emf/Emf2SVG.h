@@ -31,8 +31,8 @@ public:
     /// @param dump  lists the records that have no handler; may be null
     /// @return 1 on success, 0 on bad data or exhausted memory, -1 on a caught exception
     qint32 ConvertEMFToSVG(ByteView data, RecordDump *dump);
-    /// The document written so far.
-    const QString &document() { return m_writer.document(); }
+    /// Hands over the document written so far, in UTF-8.
+    QByteArray takeDocument() { return m_writer.takeDocument(); }
 
     /// An arc of an ellipse, in output units.
     struct Arc

@@ -21,13 +21,13 @@ namespace {
     class Base64Device : public QIODevice
     {
     public:
-        explicit Base64Device(QTextStream &text) : m_text(text) { open(QIODevice::WriteOnly); }
+        explicit Base64Device(TextBuffer &text) : m_text(text) { open(QIODevice::WriteOnly); }
 
         bool isSequential() const override { return true; }
         /// Writes what is left over of the last group of three bytes.
         void finish()
         {
-            m_text << QLatin1String(m_rest.toBase64());
+            m_text << m_rest.toBase64();
             m_rest.clear();
         }
 
@@ -40,14 +40,14 @@ namespace {
             for (qint64 done = 0; done < size; done += kPiece) {
                 m_rest.append(data + done, int(std::min(kPiece, size - done)));
                 const auto whole = m_rest.size() / 3 * 3;
-                m_text << QLatin1String(m_rest.left(whole).toBase64());
+                m_text << m_rest.left(whole).toBase64();
                 m_rest.remove(0, whole);
             }
             return size;
         }
 
     private:
-        QTextStream &m_text;
+        TextBuffer &m_text;
         QByteArray m_rest;
     };
 
@@ -141,7 +141,7 @@ RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterO
     const bool mayGoOn = operation == RasterOperations::SourceInvert
             || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image));
     const QImage original = mayGoOn ? image : QImage();
-    const qint64 start = length();
+    const qint64 start = m_document.size();
     const RecordResult result = OnRasterOperation(image, operation);
     if (!writeImage(std::move(image), box))
         return RecordFailed;
@@ -175,19 +175,19 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     // The bytes stay as they are, so what pixels would be cut and mirrored for is left to the
     // viewer: an inner picture shows a part, and a transform turns it round in its place.
     if (isMirrored) {
-        m_stream << "<g transform=\"translate("
-                 << (place.mirrorsX ? qint64(box.left) + box.right : 0) << ","
-                 << (place.mirrorsY ? qint64(box.top) + box.bottom : 0) << ") scale("
-                 << (place.mirrorsX ? -1 : 1) << "," << (place.mirrorsY ? -1 : 1) << ")\">";
+        m_document << "<g transform=\"translate("
+                   << (place.mirrorsX ? qint64(box.left) + box.right : 0) << ","
+                   << (place.mirrorsY ? qint64(box.top) + box.bottom : 0) << ") scale("
+                   << (place.mirrorsX ? -1 : 1) << "," << (place.mirrorsY ? -1 : 1) << ")\">";
     }
     if (isWhole) {
         WriteBlt(transfer.bitmap, box);
     } else {
-        m_stream << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
-                 << qint64(box.right) - box.left << kQ << "height=\""
-                 << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
-                 << place.part.y() << " " << place.part.width() << " " << place.part.height() << kQ
-                 << "preserveAspectRatio=\"none\">";
+        m_document << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
+                   << qint64(box.right) - box.left << kQ << "height=\""
+                   << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
+                   << place.part.y() << " " << place.part.width() << " " << place.part.height()
+                   << kQ << "preserveAspectRatio=\"none\">";
         WriteBlt(transfer.bitmap, { 0, 0, size.width(), size.height() });
         writeLine("</svg>");
     }
@@ -211,27 +211,21 @@ bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
 bool CMySVGWriter::WriteBlt(const Bitmap &bitmap, const RECTL &box)
 {
     SVGTOOL_TRACE("CMySVGWriter::WriteBlt");
-    const qint64 start = length();
-    m_stream << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
-             << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
-             << kQ << "preserveAspectRatio=\"none\" xlink:href=\"data:" << bitmap.mediaType
-             << ";base64,";
-    Base64Device device(m_stream);
+    const qint64 start = m_document.size();
+    m_document << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
+               << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
+               << kQ << "preserveAspectRatio=\"none\" xlink:href=\"data:"
+               << std::string_view(bitmap.mediaType) << ";base64,";
+    Base64Device device(m_document);
     if (bitmap.isFile()) {
         device.write(bitmap.file.data, bitmap.file.size);
     } else if (!QImageWriter(&device, QByteArrayLiteral("png")).write(bitmap.image)) {
-        cutBack(start);
+        m_document.truncate(start);
         return false;
     }
     device.finish();
     writeLine(kQ, m_styles.clipReference(), "/>");
     return true;
-}
-
-void CMySVGWriter::cutBack(qint64 length)
-{
-    m_stream.flush();
-    m_document.truncate(length);
 }
 
 void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
@@ -245,7 +239,7 @@ void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation 
     if (!goesOn)
         m_openTransfers.clear();
     if (isOpen && !image.isNull())
-        m_openTransfers.push_back({ box, start, length(), operation, image });
+        m_openTransfers.push_back({ box, start, m_document.size(), operation, image });
 }
 
 std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOperation operation,
@@ -257,19 +251,19 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
     if (m_openTransfers.empty() || !(inverts || paints))
         return std::nullopt;
     const OpenTransfer mask = m_openTransfers.back();
-    if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != length()
+    if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != m_document.size()
         || !isSameBox(mask.box, box))
         return std::nullopt;
     const OpenTransfer &first = m_openTransfers.front();
     if (inverts && first.operation == operation && first.image == image) {
         // Inverted twice, the same pixels are gone but where the mask was between them.
-        cutBack(first.start);
+        m_document.truncate(first.start);
         m_openTransfers.clear();
         return stencil(image, mask.image);
     }
     if (!paints)
         return std::nullopt;
-    cutBack(mask.start);
+    m_document.truncate(mask.start);
     m_openTransfers.clear();
     return combineWithMask(image, mask.image);
 }
@@ -302,7 +296,7 @@ RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operatio
     const auto seen = operation.seen(pattern, 0);
     if (seen && qAlpha(*seen) == 0)
         return RecordHandled;
-    const qint64 start = length();
+    const qint64 start = m_document.size();
     fillBox(box, QColor(seen.value_or(pattern)).name());
     noteTransfer(box, start, operation, pixelOf(pattern));
     return seen ? RecordHandled : RecordApproximated;

@@ -39,8 +39,8 @@ public:
     /// @return 2 on success, 0 without records or memory, -1 on a caught exception
     qint32 ConvertWMFToSVG(ByteView records, qint64 totalBytes, quint32 maxRecordWords,
                            RecordDump *dump);
-    /// The document written so far.
-    const QString &document() { return m_writer.document(); }
+    /// Hands over the document written so far, in UTF-8.
+    QByteArray takeDocument() { return m_writer.takeDocument(); }
 
 private:
     /// Handles the private copy of one record, its head included: non-zero for success.
