@@ -114,14 +114,30 @@ MetafileFacts inspectMetaFile(const QByteArray &metafileData)
     return facts;
 }
 
-QByteArray withActualSize(const QByteArray &emf)
+QByteArray withRepairedHeader(const QByteArray &metafileData, MetafileFormat format)
 {
-    SVGTOOL_TRACE("withActualSize");
-    QByteArray copy = emf;
-    const quint32 size = qToLittleEndian(static_cast<quint32>(emf.size()));
-    if (emf.size() >= qint64(sizeof(ENHMETAHEADER)))
-        std::memcpy(copy.data() + offsetof(ENHMETAHEADER, nBytes), &size, sizeof size);
+    SVGTOOL_TRACE("withRepairedHeader");
+    constexpr quint32 kNoLimit = 0xFFFFFFFF;
+    const bool isEmf = format == MetafileFormat::Emf;
+    const size_t start = format == MetafileFormat::PlaceableWmf ? sizeof(METAPLACEABLEHEADER) : 0;
+    // The size of a WMF counts 16-bit words, and its record that reaches the size is left out.
+    const auto size =
+            static_cast<quint32>(isEmf ? metafileData.size() : metafileData.size() / 2 + 1);
+    QByteArray copy = metafileData;
+    const auto put = [&copy](size_t offset, quint32 value) {
+        if (offset + sizeof value <= size_t(copy.size()))
+            qToLittleEndian(value, copy.data() + offset);
+    };
+    put(isEmf ? offsetof(ENHMETAHEADER, nBytes) : start + offsetof(METAHEADER, Size), size);
+    put(isEmf ? offsetof(ENHMETAHEADER, nRecords) : start + offsetof(METAHEADER, MaxRecord),
+        kNoLimit);
     return copy;
+}
+
+void setLogLevel(const QByteArray &name)
+{
+    SVGTOOL_TRACE("setLogLevel");
+    CLogSystem::theRootInstance->setLevel(name.toStdString());
 }
 
 QByteArray recordName(MetafileFormat format, quint32 type)

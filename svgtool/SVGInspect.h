@@ -46,11 +46,15 @@ MetafileFacts inspectMetaFile(const QByteArray &metafileData);
 /// @note May throw std::bad_alloc before the conversion begins.
 qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut, RecordTally *tally);
 
-/// A copy of @p emf whose header names the size that the data have. Only an EMF may be given.
-QByteArray withActualSize(const QByteArray &emf);
+/// A copy of a metafile whose header does not end its conversion early: it names the size that the
+/// data have, and no limit for the number or the size of the records.
+QByteArray withRepairedHeader(const QByteArray &metafileData, MetafileFormat format);
 
 /// The name of a record type, such as "EMR_POLYLINE16"; its number where it has no name.
 QByteArray recordName(MetafileFormat format, quint32 type);
+
+/// Sets the level of the library's log, for all threads at once; "TRACE" logs every call.
+void setLogLevel(const QByteArray &name);
 
 /// Lists the records of the conversions that follow in the file @p path: of an EMF those that have
 /// no handler, of a WMF all. It is one list for the process: run one conversion at a time.
