@@ -97,7 +97,7 @@ std::optional<Bitmap> CMySVGWriter::decode(const DibBytes &dib)
     return ConvertTo32Bits(dib, m_runLengthPixels);
 }
 
-RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
+HandlerResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawBitmap");
     const RasterOperation operation = transfer.operation;
@@ -105,14 +105,14 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         return PatBlt(transfer.corners, operation);
     const auto place = placeBitmap(transfer);
     if (!place)
-        return RecordHandled;
+        return HandlerDone;
     if (transfer.bitmap.isFile())
         return drawFile(transfer, *place);
 
     QImage image = std::move(transfer.bitmap.image);
     if (place->part != image.rect())
         image = image.copy(place->part);
-    RecordResult result = RecordHandled;
+    HandlerResult result = HandlerDone;
     if (transfer.transparentColour)
         clearColour(image, *transfer.transparentColour);
     if (!transfer.mask.isNull())
@@ -124,33 +124,33 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         else
             return drawOperation(std::move(image), place->box, operation);
     }
-    return writeImage(std::move(image), place->box) ? result : RecordFailed;
+    return writeImage(std::move(image), place->box) ? result : HandlerFailed;
 }
 
-RecordResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
+HandlerResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
 {
     SVGTOOL_TRACE("CMySVGWriter::OnRasterOperation");
     const auto colour = solidColour(m_styles.brushPaint());
     const bool isExact =
             applyRasterOperation(image, operation, colour.value_or(qRgb(255, 255, 255)));
-    return isExact && (colour || !operation.usesPattern()) ? RecordHandled : RecordApproximated;
+    return isExact && (colour || !operation.usesPattern()) ? HandlerDone : HandlerApproximated;
 }
 
-RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
+HandlerResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
 {
     const bool mayGoOn = operation == RasterOperations::SourceInvert
             || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image));
     const QImage original = mayGoOn ? image : QImage();
     const qint64 start = m_document.size();
-    const RecordResult result = OnRasterOperation(image, operation);
+    const HandlerResult result = OnRasterOperation(image, operation);
     if (!writeImage(std::move(image), box))
-        return RecordFailed;
+        return HandlerFailed;
     noteTransfer(box, start, operation, original);
     return result;
 }
 
-RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
-                                     const BitmapPlacement &place) const
+HandlerResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
+                                      const BitmapPlacement &place) const
 {
     const auto offset = [](qint64 value) {
         constexpr qint64 kFar = 1 << 30;
@@ -160,13 +160,13 @@ RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transf
                        offset(transfer.maskY + place.part.y() - transfer.sourceY));
     const QImage mask = transfer.mask.copy(QRect(start, image.size()));
     QImage outside = image;
-    const RecordResult inside = OnRasterOperation(image, transfer.operation);
-    const RecordResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
+    const HandlerResult inside = OnRasterOperation(image, transfer.operation);
+    const HandlerResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
     chooseByMask(image, outside, mask);
     return std::max(inside, rest);
 }
 
-RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
+HandlerResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
 {
     const QSize size = transfer.bitmap.size;
     const RECTL &box = place.box;
@@ -193,7 +193,7 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     }
     if (isMirrored)
         writeLine("</g>");
-    return transfer.operation == RasterOperations::SourceCopy ? RecordHandled : RecordApproximated;
+    return transfer.operation == RasterOperations::SourceCopy ? HandlerDone : HandlerApproximated;
 }
 
 bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
@@ -268,38 +268,38 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
     return combineWithMask(image, mask.image);
 }
 
-RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
+HandlerResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
 {
     SVGTOOL_TRACE("CMySVGWriter::PatBlt");
     const auto [left, right] = std::minmax(corners.left, corners.right);
     const auto [top, bottom] = std::minmax(corners.top, corners.bottom);
     const RECTL box{ left, top, right, bottom };
     if (operation == kNothing || left == right || top == bottom)
-        return RecordHandled;
+        return HandlerDone;
     // What needs pixels that are not there, and what only inverts what lies beneath.
     if (operation.usesSource() || operation == kDestinationInvert)
-        return RecordFailed;
+        return HandlerFailed;
 
     const QString paint = m_styles.brushPaint();
     if (operation.usesPattern() && (paint.isEmpty() || paint == QLatin1String("none")))
-        return paint.isEmpty() ? RecordApproximated : RecordHandled;
+        return paint.isEmpty() ? HandlerApproximated : HandlerDone;
     const auto colour = solidColour(paint);
     if (operation.usesPattern() && !colour) {
         fillBox(box, paint);
-        return operation == kPatternCopy ? RecordHandled : RecordApproximated;
+        return operation == kPatternCopy ? HandlerDone : HandlerApproximated;
     }
     const QRgb pattern = colour.value_or(qRgb(255, 255, 255));
     if (operation == kPatternInvert) {
         if (const auto whole = mergeTransfers(box, operation, pixelOf(pattern)))
-            return writeImage(*whole, box) ? RecordHandled : RecordFailed;
+            return writeImage(*whole, box) ? HandlerDone : HandlerFailed;
     }
     const auto seen = operation.seen(pattern, 0);
     if (seen && qAlpha(*seen) == 0)
-        return RecordHandled;
+        return HandlerDone;
     const qint64 start = m_document.size();
     fillBox(box, QColor(seen.value_or(pattern)).name());
     noteTransfer(box, start, operation, pixelOf(pattern));
-    return seen ? RecordHandled : RecordApproximated;
+    return seen ? HandlerDone : HandlerApproximated;
 }
 
 void CMySVGWriter::fillBox(const RECTL &box, const QString &paint)
