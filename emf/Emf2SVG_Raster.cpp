@@ -65,7 +65,7 @@ qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
     auto blt = readPadded<EMRBITBLT>({ record, size });
     InitEMRBITBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -82,7 +82,7 @@ qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
     auto blt = readPadded<EMRSTRETCHDIBITS>({ record, size });
     InitEMRSTRETCHDIBITS(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -103,7 +103,7 @@ qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
     auto blt = readPadded<EMRSTRETCHBLT>({ record, size });
     InitEMRSTRETCHBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -120,7 +120,7 @@ qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
     auto blt = readPadded<EMRTRANSPARENTBLT>({ record, size });
     InitEMRTRANSPARENTBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
@@ -135,7 +135,7 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
     auto blt = readPadded<EMRMASKBLT>({ record, size });
     InitEMRMASKBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -147,7 +147,7 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
         const auto dib = dibIn(all, maskRange);
         const auto mask = dib ? m_writer.decode(*dib) : std::nullopt;
         if (!mask || mask->image.format() != QImage::Format_Mono)
-            return HandlerFailed;
+            return RecordFailed;
         transfer.mask = mask->image;
         transfer.maskX = blt.xMask;
         transfer.maskY = blt.yMask;
@@ -161,7 +161,7 @@ qint32 Emf2SvgConverter::drawBitmap(BitmapTransfer transfer, const std::optional
 {
     auto bitmap = dib ? m_writer.decode(*dib) : std::nullopt;
     if (!bitmap)
-        return HandlerFailed;
+        return RecordFailed;
     transfer.bitmap = std::move(*bitmap);
     return m_writer.DrawBitmap(std::move(transfer));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/RecordTally.h"
+#include "records/RecordResult.h"
 #include "style/StyleMgr.h"
 #include "svg/BitmapTransfer.h"
 #include "svg/RasterOperation.h"
@@ -150,15 +150,15 @@ public:
     /// Decodes a bitmap, within the allowance that all bitmaps of the document share.
     std::optional<Bitmap> decode(const DibBytes &dib);
     /// Draws a bitmap: cuts its source out, mirrors it, and calls the next two.
-    HandlerResult DrawBitmap(BitmapTransfer transfer);
+    RecordResult DrawBitmap(BitmapTransfer transfer);
     /// Turns the pixels into what a raster operation leaves to be seen, with the current brush as
     /// pattern. A hatched brush counts as white.
-    HandlerResult OnRasterOperation(QImage &image, RasterOperation operation) const;
+    RecordResult OnRasterOperation(QImage &image, RasterOperation operation) const;
     /// Writes the bitmap into the rectangle as an "image" element with a base64 "data:" URL.
     bool WriteBlt(const Bitmap &bitmap, const RECTL &box);
     /// Fills a rectangle as an operation without a source does, with the current brush as pattern.
     /// @param corners  of the rectangle, in any order
-    HandlerResult PatBlt(const RECTL &corners, RasterOperation operation);
+    RecordResult PatBlt(const RECTL &corners, RasterOperation operation);
 
     /// The object operations forward to the style manager. CreateBrushI also writes the pattern
     /// definitions that the creation made.
@@ -188,9 +188,9 @@ private:
         m_document.append(pieces..., '\n');
     }
     void writeOrCollect(std::string_view pathData);
-    HandlerResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
-    HandlerResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
-    HandlerResult applyMask(QImage &image, const BitmapTransfer &transfer,
+    RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
+    RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
+    RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
                             const BitmapPlacement &place) const;
     bool writeImage(QImage image, const RECTL &box);
     void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,

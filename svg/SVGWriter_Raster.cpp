@@ -97,7 +97,7 @@ std::optional<Bitmap> CMySVGWriter::decode(const DibBytes &dib)
     return ConvertTo32Bits(dib, m_runLengthPixels);
 }
 
-HandlerResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
+RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawBitmap");
     const RasterOperation operation = transfer.operation;
@@ -105,14 +105,14 @@ HandlerResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         return PatBlt(transfer.corners, operation);
     const auto place = placeBitmap(transfer);
     if (!place)
-        return HandlerDone;
+        return RecordHandled;
     if (transfer.bitmap.isFile())
         return drawFile(transfer, *place);
 
     QImage image = std::move(transfer.bitmap.image);
     if (place->part != image.rect())
         image = image.copy(place->part);
-    HandlerResult result = HandlerDone;
+    RecordResult result = RecordHandled;
     if (transfer.transparentColour)
         clearColour(image, *transfer.transparentColour);
     if (!transfer.mask.isNull())
@@ -124,32 +124,32 @@ HandlerResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         else
             return drawOperation(std::move(image), place->box, operation);
     }
-    return writeImage(std::move(image), place->box) ? result : HandlerFailed;
+    return writeImage(std::move(image), place->box) ? result : RecordFailed;
 }
 
-HandlerResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
+RecordResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
 {
     SVGTOOL_TRACE("CMySVGWriter::OnRasterOperation");
     const auto colour = solidColour(m_styles.brushPaint());
     const bool isExact =
             applyRasterOperation(image, operation, colour.value_or(qRgb(255, 255, 255)));
-    return isExact && (colour || !operation.usesPattern()) ? HandlerDone : HandlerApproximated;
+    return isExact && (colour || !operation.usesPattern()) ? RecordHandled : RecordApproximated;
 }
 
-HandlerResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
+RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
 {
     const bool mayGoOn = operation == RasterOperations::SourceInvert
             || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image));
     const QImage original = mayGoOn ? image : QImage();
     const qint64 start = m_document.size();
-    const HandlerResult result = OnRasterOperation(image, operation);
+    const RecordResult result = OnRasterOperation(image, operation);
     if (!writeImage(std::move(image), box))
-        return HandlerFailed;
+        return RecordFailed;
     noteTransfer(box, start, operation, original);
     return result;
 }
 
-HandlerResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
+RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
                                       const BitmapPlacement &place) const
 {
     const auto offset = [](qint64 value) {
@@ -160,13 +160,13 @@ HandlerResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &trans
                        offset(transfer.maskY + place.part.y() - transfer.sourceY));
     const QImage mask = transfer.mask.copy(QRect(start, image.size()));
     QImage outside = image;
-    const HandlerResult inside = OnRasterOperation(image, transfer.operation);
-    const HandlerResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
+    const RecordResult inside = OnRasterOperation(image, transfer.operation);
+    const RecordResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
     chooseByMask(image, outside, mask);
     return std::max(inside, rest);
 }
 
-HandlerResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
+RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
 {
     const QSize size = transfer.bitmap.size;
     const RECTL &box = place.box;
@@ -193,7 +193,7 @@ HandlerResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitma
     }
     if (isMirrored)
         writeLine("</g>");
-    return transfer.operation == RasterOperations::SourceCopy ? HandlerDone : HandlerApproximated;
+    return transfer.operation == RasterOperations::SourceCopy ? RecordHandled : RecordApproximated;
 }
 
 bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
@@ -268,38 +268,38 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
     return combineWithMask(image, mask.image);
 }
 
-HandlerResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
+RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
 {
     SVGTOOL_TRACE("CMySVGWriter::PatBlt");
     const auto [left, right] = std::minmax(corners.left, corners.right);
     const auto [top, bottom] = std::minmax(corners.top, corners.bottom);
     const RECTL box{ left, top, right, bottom };
     if (operation == kNothing || left == right || top == bottom)
-        return HandlerDone;
+        return RecordHandled;
     // What needs pixels that are not there, and what only inverts what lies beneath.
     if (operation.usesSource() || operation == kDestinationInvert)
-        return HandlerFailed;
+        return RecordFailed;
 
     const QString paint = m_styles.brushPaint();
     if (operation.usesPattern() && (paint.isEmpty() || paint == QLatin1String("none")))
-        return paint.isEmpty() ? HandlerApproximated : HandlerDone;
+        return paint.isEmpty() ? RecordApproximated : RecordHandled;
     const auto colour = solidColour(paint);
     if (operation.usesPattern() && !colour) {
         fillBox(box, paint);
-        return operation == kPatternCopy ? HandlerDone : HandlerApproximated;
+        return operation == kPatternCopy ? RecordHandled : RecordApproximated;
     }
     const QRgb pattern = colour.value_or(qRgb(255, 255, 255));
     if (operation == kPatternInvert) {
         if (const auto whole = mergeTransfers(box, operation, pixelOf(pattern)))
-            return writeImage(*whole, box) ? HandlerDone : HandlerFailed;
+            return writeImage(*whole, box) ? RecordHandled : RecordFailed;
     }
     const auto seen = operation.seen(pattern, 0);
     if (seen && qAlpha(*seen) == 0)
-        return HandlerDone;
+        return RecordHandled;
     const qint64 start = m_document.size();
     fillBox(box, QColor(seen.value_or(pattern)).name());
     noteTransfer(box, start, operation, pixelOf(pattern));
-    return seen ? HandlerDone : HandlerApproximated;
+    return seen ? RecordHandled : RecordApproximated;
 }
 
 void CMySVGWriter::fillBox(const RECTL &box, const QString &paint)

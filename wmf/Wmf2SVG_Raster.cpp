@@ -51,7 +51,7 @@ qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, qui
             bitmap = m_writer.decode(*dib);
     }
     if (!bitmap)
-        return HandlerFailed;
+        return RecordFailed;
     transfer.bitmap = std::move(*bitmap);
     return m_writer.DrawBitmap(std::move(transfer));
 }
@@ -63,7 +63,7 @@ qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
     WMRPATBLT blt = source;
     InitWMRPATBLT(&blt, &source);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     return m_writer.PatBlt(mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest),
                            RasterOperation(blt.dwRop));
 }
@@ -74,7 +74,7 @@ qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
     auto blt = readPadded<WMRBITBLT>({ record, size });
     InitWMRBITBLT(&blt);
     if (size < quint32(WMRBITBLT::kBitmapOffset))
-        return HandlerFailed;
+        return RecordFailed;
     const WMR head = headOf(record, size);
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);
@@ -103,7 +103,7 @@ qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
     auto blt = readPadded<WMRSTRETCHBLT>({ record, size });
     InitWMRSTRETCHBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
@@ -124,7 +124,7 @@ qint32 WMF2SVGConverter::OnDIBStretchBlt(char *record, quint32 size)
     auto blt = readPadded<WMRDIBSTRETCHBLT>({ record, size });
     InitWMRDIBSTRETCHBLT(&blt);
     if (size < sizeof blt)
-        return HandlerFailed;
+        return RecordFailed;
     const WMR head = headOf(record, size);
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);
