@@ -8,7 +8,6 @@
 #include <QRegion>
 #include <QString>
 
-#include <map>
 #include <optional>
 #include <span>
 #include <vector>
@@ -43,6 +42,14 @@ public:
         bool isWhole; ///< start and end are one point, and the arc is the whole ellipse
     };
 
+    /// What maps the coordinates of one axis.
+    struct Axis
+    {
+        float divisor; ///< logical units per output unit
+        qint32 windowOrigin;
+        qint32 origin; ///< of the document
+    };
+
 private:
     /// Handles the private copy of one record, its head included: non-zero for success.
     using Handler = qint32 (Emf2SvgConverter::*)(char *record, quint32 size);
@@ -59,9 +66,12 @@ private:
     qint32 OnDoNothing(char *record, quint32 size);
 
     // Emf2SVG_Mapping.cpp: coordinates
+    Axis axisX() const;
+    Axis axisY() const;
     qint32 MapX(qint32 x, bool isPoint) const;
     qint32 MapY(qint32 y, bool isPoint) const;
     POINTL mapPoint(const POINTL &point) const;
+    std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 setWorldTransform(const XFORM &xform);
     qint32 OnSetMapMode(char *record, quint32 size);
     qint32 OnSetWindowOrgEx(char *record, quint32 size);
@@ -91,7 +101,6 @@ private:
 
     // Emf2SVG_Polys.cpp: figures of many points
     enum PointListKind { kPolyLine, kPolyLineTo, kPolygon };
-    std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 drawPoints(std::span<const POINTL> points, PointListKind kind, const QString &style);
     qint32 drawFigures(std::span<const POINTL> points, std::span<const quint32> counts,
                        PointListKind kind, const QString &style);
@@ -149,7 +158,7 @@ private:
     qint32 OnMaskBlt(char *record, quint32 size);
     qint32 OnStretchBlt(char *record, quint32 size);
 
-    std::map<quint32, Handler> m_handlers;
+    std::span<const Handler> m_handlers; ///< by record type; null where there is none
     CMySVGWriter m_writer;
     QRegion m_deviceRegion; ///< of the header
     QRegion m_clipRegion;
