@@ -6,6 +6,7 @@
 #include "records/BEndTools.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <memory>
@@ -115,8 +116,13 @@ qint32 Emf2SvgConverter::InitEMFRecHandlers()
         { 30, &Emf2SvgConverter::OnAcceptAndIgnore }, // EMR_INTERSECTCLIPRECT
     };
     static_assert(std::size(kHandlers) == 62);
-    for (const Entry &entry : kHandlers)
-        m_handlers[entry.type] = entry.handler;
+    static constexpr auto kByType = [] {
+        std::array<Handler, std::size(kEmfRecordNames)> table{};
+        for (const Entry &entry : kHandlers)
+            table[entry.type] = entry.handler;
+        return table;
+    }();
+    m_handlers = kByType;
     return 1;
 }
 
@@ -217,7 +223,7 @@ bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.nSize < sizeof(EMR) || head.nSize > records.size)
             return endAt(head.nSize < sizeof(EMR) ? StopReason::BadSize : StopReason::RecordCut);
-        const std::unique_ptr<char[]> copy(new (std::nothrow) char[head.nSize]());
+        const std::unique_ptr<char[]> copy(new (std::nothrow) char[head.nSize]);
         if (copy == nullptr)
             return false;
         std::memcpy(copy.get(), records.data, head.nSize);
@@ -238,9 +244,8 @@ bool Emf2SvgConverter::endAt(StopReason reason)
 
 Emf2SvgConverter::Handler Emf2SvgConverter::findHandler(quint32 type, RecordDump *dump) const
 {
-    const auto entry = m_handlers.find(type);
-    if (entry != m_handlers.end())
-        return entry->second;
+    if (type < m_handlers.size() && m_handlers[type] != nullptr)
+        return m_handlers[type];
     if (dump != nullptr && type < m_recordNames.size() && m_recordNames[type] != nullptr) {
         dump->write(m_recordNames[type]);
         dump->write("\n");

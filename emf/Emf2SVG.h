@@ -9,7 +9,6 @@
 #include <QRegion>
 #include <QString>
 
-#include <map>
 #include <optional>
 #include <span>
 #include <vector>
@@ -47,6 +46,14 @@ public:
         bool isWhole; ///< start and end are one point, and the arc is the whole ellipse
     };
 
+    /// What maps the coordinates of one axis.
+    struct Axis
+    {
+        float divisor; ///< logical units per output unit
+        qint32 windowOrigin;
+        qint32 origin; ///< of the document
+    };
+
 private:
     /// Handles the private copy of one record, its head included: non-zero for success.
     using Handler = qint32 (Emf2SvgConverter::*)(char *record, quint32 size);
@@ -67,9 +74,12 @@ private:
     qint32 handleAndNote(Handler handler, char *record, quint32 size);
 
     // Emf2SVG_Mapping.cpp: coordinates
+    Axis axisX() const;
+    Axis axisY() const;
     qint32 MapX(qint32 x, bool isPoint) const;
     qint32 MapY(qint32 y, bool isPoint) const;
     POINTL mapPoint(const POINTL &point) const;
+    std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 setWorldTransform(const XFORM &xform);
     qint32 OnSetMapMode(char *record, quint32 size);
     qint32 OnSetWindowOrgEx(char *record, quint32 size);
@@ -99,7 +109,6 @@ private:
 
     // Emf2SVG_Polys.cpp: figures of many points
     enum PointListKind { kPolyLine, kPolyLineTo, kPolygon };
-    std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 drawPoints(std::span<const POINTL> points, PointListKind kind, const QString &style);
     qint32 drawFigures(std::span<const POINTL> points, std::span<const quint32> counts,
                        PointListKind kind, const QString &style);
@@ -159,7 +168,7 @@ private:
     qint32 OnMaskBlt(char *record, quint32 size);
     qint32 OnStretchBlt(char *record, quint32 size);
 
-    std::map<quint32, Handler> m_handlers;
+    std::span<const Handler> m_handlers; ///< by record type; null where there is none
     CMySVGWriter m_writer;
     RecordTally *m_tally = nullptr; ///< somebody else's
     QRegion m_deviceRegion; ///< of the header

@@ -12,19 +12,22 @@ static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
 static constexpr XFORM kIdentity{ 1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F };
 
-// One axis of the mapping; every step is rounded to single precision.
+// A position on one axis; every step is rounded to single precision.
 //
 // Quirk: the window origin counts as an unsigned number, so a negative one puts everything far
 // outside; lengths are rounded half up while positions are truncated. Every coordinate depends on
 // both.
-static qint32 mapAxis(qint32 value, bool isPoint, float divisor, qint32 windowOrigin, qint32 origin)
+static qint32 mapPosition(qint32 value, const Emf2SvgConverter::Axis &axis)
 {
-    const float scaled = static_cast<float>(value) / divisor;
-    if (isPoint) {
-        const float fromWindow = scaled - static_cast<float>(static_cast<quint32>(windowOrigin));
-        const float fromOrigin = fromWindow - static_cast<float>(origin);
-        return truncateToInt32(fromOrigin);
-    }
+    const float scaled = static_cast<float>(value) / axis.divisor;
+    const float fromWindow = scaled - static_cast<float>(static_cast<quint32>(axis.windowOrigin));
+    const float fromOrigin = fromWindow - static_cast<float>(axis.origin);
+    return truncateToInt32(fromOrigin);
+}
+
+static qint32 mapLength(qint32 value, const Emf2SvgConverter::Axis &axis)
+{
+    const float scaled = static_cast<float>(value) / axis.divisor;
     if (scaled < 0.0F) {
         const float shifted = scaled - 1.0F;
         const qint32 below = truncateToInt32(shifted);
@@ -36,23 +39,46 @@ static qint32 mapAxis(qint32 value, bool isPoint, float divisor, qint32 windowOr
     return truncateToInt32(rounded);
 }
 
+Emf2SvgConverter::Axis Emf2SvgConverter::axisX() const
+{
+    return { m_isAnisotropic ? m_scaleX : m_modeScaleX, m_windowOrigin.x, m_originX };
+}
+
+Emf2SvgConverter::Axis Emf2SvgConverter::axisY() const
+{
+    return { m_isAnisotropic ? m_scaleY : m_modeScaleY, m_windowOrigin.y, m_originY };
+}
+
 qint32 Emf2SvgConverter::MapX(qint32 x, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapX");
-    return mapAxis(x, isPoint, m_isAnisotropic ? m_scaleX : m_modeScaleX, m_windowOrigin.x,
-                   m_originX);
+    return isPoint ? mapPosition(x, axisX()) : mapLength(x, axisX());
 }
 
 qint32 Emf2SvgConverter::MapY(qint32 y, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapY");
-    return mapAxis(y, isPoint, m_isAnisotropic ? m_scaleY : m_modeScaleY, m_windowOrigin.y,
-                   m_originY);
+    return isPoint ? mapPosition(y, axisY()) : mapLength(y, axisY());
 }
 
 POINTL Emf2SvgConverter::mapPoint(const POINTL &point) const
 {
     return { MapX(point.x, true), MapY(point.y, true) };
+}
+
+// Traced, each coordinate is a call of its own; else the level is asked once for all points.
+std::vector<POINTL> Emf2SvgConverter::mapPoints(std::vector<POINTL> points) const
+{
+    if (isTracing()) {
+        for (POINTL &point : points)
+            point = mapPoint(point);
+        return points;
+    }
+    const Axis x = axisX();
+    const Axis y = axisY();
+    for (POINTL &point : points)
+        point = { mapPosition(point.x, x), mapPosition(point.y, y) };
+    return points;
 }
 
 qint32 Emf2SvgConverter::OnSetMapMode(char *record, quint32 size)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace svgtool {
@@ -21,12 +22,10 @@ namespace {
     template<class Point>
     Points pointsIn(ByteView bytes)
     {
-        Points points;
-        const qint64 count = bytes.size / qint64(sizeof(Point));
-        points.reserve(size_t(count));
-        for (qint64 i = 0; i < count; ++i) {
-            const auto point = elementAt<Point>(bytes, i);
-            points.push_back({ point.x, point.y });
+        Points points(size_t(bytes.size / qint64(sizeof(Point))));
+        for (size_t i = 0; i < points.size(); ++i) {
+            const auto point = elementAt<Point>(bytes, qint64(i));
+            points[i] = { point.x, point.y };
         }
         return points;
     }
@@ -77,25 +76,15 @@ namespace {
         // points, not behind the counts.
         std::vector<char> copy(size_t(headSize + std::max(figureCount, pointCount) * 4
                                       + pointCount * qint64(sizeof(Point))));
-        qint64 pointsAt = headSize + pointCount * 4;
-        if (!read(overlay<Record>(copy.data()), overlay<Record>(record))) {
-            copy.assign(record, record + size);
-            pointsAt = headSize + figureCount * 4;
-        }
-        const ByteView whole{ copy.data(), qint64(copy.size()) };
+        const bool isInCopy = read(overlay<Record>(copy.data()), overlay<Record>(record));
+        const ByteView whole = isInCopy ? ByteView{ copy.data(), qint64(copy.size()) } : all;
+        const qint64 pointsAt = headSize + (isInCopy ? pointCount : figureCount) * 4;
         figures.points =
                 pointsIn<Point>(slice(whole, pointsAt, shared * qint64(sizeof(Point))).value());
         return figures;
     }
 
 } // namespace
-
-std::vector<POINTL> Emf2SvgConverter::mapPoints(std::vector<POINTL> points) const
-{
-    for (POINTL &point : points)
-        point = mapPoint(point);
-    return points;
-}
 
 // Quirk: 32-bit points go to the document as they stand in the record, unmapped (OnPolyBezier
 // alone maps them), and with an empty style; hosts compare documents byte by byte.
@@ -124,22 +113,25 @@ qint32 Emf2SvgConverter::OnPolyLineTo(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnPolygon16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolygon16");
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(*points), kPolygon, m_writer.currentStyle()) : 0;
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
+    return points ? drawPoints(mapPoints(std::move(*points)), kPolygon, m_writer.currentStyle())
+                  : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLine16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLine16");
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(*points), kPolyLine, m_writer.currentStyle()) : 0;
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
+    return points ? drawPoints(mapPoints(std::move(*points)), kPolyLine, m_writer.currentStyle())
+                  : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLineTo16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLineTo16");
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(*points), kPolyLineTo, m_writer.currentStyle()) : 0;
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
+    return points ? drawPoints(mapPoints(std::move(*points)), kPolyLineTo, m_writer.currentStyle())
+                  : 0;
 }
 
 qint32 Emf2SvgConverter::drawPoints(std::span<const POINTL> points, PointListKind kind,
@@ -178,8 +170,8 @@ qint32 Emf2SvgConverter::OnPolyPolygon(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnPolyPolyLine16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyPolyLine16");
-    const auto figures = readFigures<POINTS>(record, size, &InitEMRPOLYPOLYGON16);
-    return figures ? drawFigures(mapPoints(figures->points), figures->counts, kPolyLine,
+    auto figures = readFigures<POINTS>(record, size, &InitEMRPOLYPOLYGON16);
+    return figures ? drawFigures(mapPoints(std::move(figures->points)), figures->counts, kPolyLine,
                                  m_writer.currentStyle())
                    : 0;
 }
@@ -187,8 +179,8 @@ qint32 Emf2SvgConverter::OnPolyPolyLine16(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnPolyPolygon16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyPolygon16");
-    const auto figures = readFigures<POINTS>(record, size, &InitEMRPOLYPOLYGON16);
-    return figures ? drawFigures(mapPoints(figures->points), figures->counts, kPolygon,
+    auto figures = readFigures<POINTS>(record, size, &InitEMRPOLYPOLYGON16);
+    return figures ? drawFigures(mapPoints(std::move(figures->points)), figures->counts, kPolygon,
                                  m_writer.currentStyle())
                    : 0;
 }
@@ -196,10 +188,10 @@ qint32 Emf2SvgConverter::OnPolyPolygon16(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnPolyBezier(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyBezier");
-    const auto points = readPoints<POINTL>(record, size, &InitEMRPOLYGON);
+    auto points = readPoints<POINTL>(record, size, &InitEMRPOLYGON);
     if (!points)
         return 0;
-    m_writer.DrawPolyBeziers(mapPoints(*points), false);
+    m_writer.DrawPolyBeziers(mapPoints(std::move(*points)), false);
     return 1;
 }
 
@@ -216,20 +208,20 @@ qint32 Emf2SvgConverter::OnPolyBezierTo(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnPolyBezier16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyBezier16");
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
     if (!points)
         return 0;
-    m_writer.DrawPolyBeziers(mapPoints(*points), false);
+    m_writer.DrawPolyBeziers(mapPoints(std::move(*points)), false);
     return 1;
 }
 
 qint32 Emf2SvgConverter::OnPolyBezierTo16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyBezierTo16");
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
     if (!points)
         return 0;
-    m_writer.DrawPolyBeziers(mapPoints(*points), true);
+    m_writer.DrawPolyBeziers(mapPoints(std::move(*points)), true);
     return 1;
 }
 
@@ -242,10 +234,10 @@ qint32 Emf2SvgConverter::OnPolyDraw(char *record, quint32 size)
     const auto types = slice(all, typesAt, count);
     if (!types)
         return 0;
-    const auto points = readPoints<POINTS>(record, size, &InitEMRPOLYDRAW16);
+    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYDRAW16);
     if (!points)
         return 0;
-    return m_writer.DrawMixedPoly(mapPoints(*points), *types) ? 1 : 0;
+    return m_writer.DrawMixedPoly(mapPoints(std::move(*points)), *types) ? 1 : 0;
 }
 
 } // namespace svgtool

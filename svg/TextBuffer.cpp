@@ -29,7 +29,6 @@ void TextBuffer::grow(qint64 room)
 QByteArray TextBuffer::take()
 {
     m_bytes.resize(static_cast<decltype(m_bytes.size())>(m_end - m_begin));
-    m_bytes.squeeze();
     m_begin = m_end = m_limit = nullptr;
     return std::exchange(m_bytes, {});
 }

@@ -58,12 +58,7 @@ void WMF2SVGConverter::InitWMFRecHandlers()
     // on it.
     m_winOrgY = 1;
 
-    struct Entry
-    {
-        qint32 function;
-        Handler handler;
-    };
-    static constexpr Entry kHandlers[] = {
+    static constexpr HandlerEntry kHandlers[] = {
         { 0x0102, &WMF2SVGConverter::OnMetaSetBkMode }, // META_SETBKMODE
         // Quirk: the map mode is ignored and arcs draw nothing; hosts compare documents.
         { 0x0103, &WMF2SVGConverter::OnDoNothing }, // META_SETMAPMODE
@@ -91,8 +86,8 @@ void WMF2SVGConverter::InitWMFRecHandlers()
         { 0x0F43, &WMF2SVGConverter::OnStretchDIB }, // META_STRETCHDIB
     };
     static_assert(std::size(kHandlers) == 24);
-    for (const Entry &entry : kHandlers)
-        m_handlers[entry.function] = entry.handler;
+    static_assert(std::ranges::is_sorted(kHandlers, {}, &HandlerEntry::function));
+    m_handlers = kHandlers;
 }
 
 // A 16-bit length in pixels, truncated toward zero.
@@ -154,7 +149,7 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
         if (totalBytes <= walkedBytes)
             return endAt(head.rdFunction == kEndOfFile ? StopReason::EndRecord
                                                        : StopReason::LengthReached);
-        const std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes)]());
+        const std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes)]);
         if (copy == nullptr)
             return false;
         std::memcpy(copy.get(), records.data, size_t(bytes));
@@ -179,17 +174,20 @@ void WMF2SVGConverter::HandleWMFRecordData(char *record, quint32 size, RecordDum
     const auto source = readPadded<WMR>({ record, size });
     WMR head = source;
     InitMETARECORD(&head, &source);
-    const auto handler = m_handlers.find(head.rdFunction);
+    const auto entry =
+            std::ranges::lower_bound(m_handlers, head.rdFunction, {}, &HandlerEntry::function);
+    const Handler handler = entry != m_handlers.end() && entry->function == head.rdFunction
+            ? entry->handler
+            : nullptr;
     if (m_tally != nullptr)
-        handleAndNote(handler != m_handlers.end() ? handler->second : nullptr, record, size,
-                      head.rdFunction);
-    else if (handler != m_handlers.end())
-        (this->*handler->second)(record, size);
+        handleAndNote(handler, record, size, head.rdFunction);
+    else if (handler != nullptr)
+        (this->*handler)(record, size);
     if (dump == nullptr || !dump->isOn)
         return;
     const auto name = std::lower_bound(
             m_recordNames.begin(), m_recordNames.end(), head.rdFunction,
-            [](const WmfRecordName &entry, quint16 function) { return entry.function < function; });
+            [](const WmfRecordName &each, quint16 function) { return each.function < function; });
     if (name != m_recordNames.end() && name->function == head.rdFunction) {
         dump->write(name->name);
         dump->write("\n");
@@ -216,16 +214,26 @@ qint16 WMF2SVGConverter::scaleY(qint16 length) const
     return scaled16(length, m_unitsPerPixel, m_hasPlaceableHeader, m_factorY);
 }
 
+qint16 WMF2SVGConverter::positionX(qint16 x) const
+{
+    return scaleX(wrapToInt16(x - m_winOrgX));
+}
+
+qint16 WMF2SVGConverter::positionY(qint16 y) const
+{
+    return scaleY(wrapToInt16(y - m_winOrgY));
+}
+
 qint16 WMF2SVGConverter::MapX(qint16 x) const
 {
     SVGTOOL_TRACE("WMF2SVGConverter::MapX");
-    return scaleX(wrapToInt16(x - m_winOrgX));
+    return positionX(x);
 }
 
 qint16 WMF2SVGConverter::MapY(qint16 y) const
 {
     SVGTOOL_TRACE("WMF2SVGConverter::MapY");
-    return scaleY(wrapToInt16(y - m_winOrgY));
+    return positionY(y);
 }
 
 // The pair of a record whose parameters are one pair.

@@ -8,7 +8,6 @@
 
 #include <QString>
 
-#include <map>
 #include <set>
 #include <span>
 #include <vector>
@@ -50,6 +49,12 @@ private:
     /// Handles the private copy of one record, its head included: non-zero for success.
     using Handler = qint32 (WMF2SVGConverter::*)(char *record, quint32 size);
 
+    struct HandlerEntry
+    {
+        quint16 function;
+        Handler handler;
+    };
+
     // Wmf2SVG.cpp: the frame
     void InitWMFText();
     void InitWMFRecHandlers();
@@ -59,6 +64,8 @@ private:
     bool endAt(StopReason reason);
     qint16 scaleX(qint16 length) const;
     qint16 scaleY(qint16 length) const;
+    qint16 positionX(qint16 x) const;
+    qint16 positionY(qint16 y) const;
     qint16 MapX(qint16 x) const;
     qint16 MapY(qint16 y) const;
     qint32 OnMetaSetWinOrg(char *record, quint32 size);
@@ -107,7 +114,7 @@ private:
 
     CMySVGWriter m_writer;
     RecordTally *m_tally = nullptr; ///< somebody else's
-    std::map<qint32, Handler> m_handlers;
+    std::span<const HandlerEntry> m_handlers; ///< by function number
     std::span<const WmfRecordName> m_recordNames;
     quint32 m_indexCount = 0; ///< object indices given out, from 0 on
     std::set<quint16> m_freeIndices; ///< those of deleted objects; the lowest is used again first

@@ -75,12 +75,15 @@ qint32 WMF2SVGConverter::OnMetaEllipse(char *record, quint32 size)
 
 std::vector<POINTL> WMF2SVGConverter::mapPoints(ByteView points) const
 {
-    std::vector<POINTL> mapped;
-    const qint64 count = points.size / qint64(sizeof(POINTS));
-    mapped.reserve(size_t(count));
-    for (qint64 i = 0; i < count; ++i) {
-        const auto point = elementAt<POINTS>(points, i);
-        mapped.push_back({ MapX(point.x), MapY(point.y) });
+    std::vector<POINTL> mapped(size_t(points.size / qint64(sizeof(POINTS))));
+    // Traced, each coordinate is a call of its own; else the level is asked once for all points.
+    const bool traces = isTracing();
+    for (size_t i = 0; i < mapped.size(); ++i) {
+        const auto point = elementAt<POINTS>(points, qint64(i));
+        if (traces)
+            mapped[i] = { MapX(point.x), MapY(point.y) };
+        else
+            mapped[i] = { positionX(point.x), positionY(point.y) };
     }
     return mapped;
 }
