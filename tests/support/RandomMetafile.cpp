@@ -38,20 +38,10 @@ namespace {
         return result;
     }
 
-    // Records of 32-bit numbers: how many, and how large each is at most where it is no coordinate.
-    struct Shape
-    {
-        quint32 type;
-        int words;
-    };
-
-    constexpr Shape kShapes[] = {
-        { 42, 4 }, { 43, 4 }, { 44, 6 }, { 45, 8 }, { 46, 8 }, { 47, 8 }, { 54, 2 },
-        { 55, 8 }, { 27, 2 }, { 24, 1 }, { 25, 1 }, { 59, 0 }, { 60, 0 }, { 61, 0 },
-        { 62, 4 }, { 64, 4 }, { 67, 1 }, { 68, 0 }, { 30, 4 }, { 10, 2 }, { 9, 2 },
-        { 11, 2 }, { 12, 2 }, { 17, 1 }, { 18, 1 }, { 22, 1 }, { 41, 5 },
-    };
-
+    // Records of nothing but 32-bit numbers, of which none needs more than these.
+    constexpr int kWords = 8;
+    constexpr quint32 kPlain[] = { 9,  10, 11, 12, 17, 18, 22, 24, 25, 27, 30, 41, 42, 43,
+                                   44, 45, 46, 47, 54, 55, 59, 60, 61, 62, 64, 67, 68 };
     constexpr quint32 kPolys[] = { 2, 3, 4, 5, 6, 85, 86, 87, 88, 89, 90, 91 };
 
     void addObject(EmfBuilder &emf, std::mt19937 &random, int index)
@@ -141,20 +131,17 @@ namespace {
             return;
         }
         default: {
-            const Shape &shape = kShapes[below(random, int(std::size(kShapes)))];
             ByteWriter body;
-            for (int i = 0; i < shape.words; ++i)
+            for (int i = 0; i < kWords; ++i)
                 body.u32(number(random));
-            emf.record(shape.type, body.result());
+            emf.record(kPlain[below(random, int(std::size(kPlain)))], body.result());
         }
         }
     }
 
-    constexpr Shape kWmfShapes[] = {
-        { 0x0102, 1 }, { 0x012D, 1 }, { 0x01F0, 1 }, { 0x0201, 2 }, { 0x0209, 2 }, { 0x020B, 2 },
-        { 0x020C, 2 }, { 0x0213, 2 }, { 0x0214, 2 }, { 0x0324, 9 }, { 0x0325, 9 }, { 0x0418, 4 },
-        { 0x041B, 4 }, { 0x061D, 6 }, { 0x012D, 1 }, { 0x02FA, 5 }, { 0x02FC, 4 }, { 0x02FC, 4 },
-    };
+    // Of 16-bit numbers; brushes and selections more often.
+    constexpr int kWmfPlain[] = { 0x0102, 0x012D, 0x01F0, 0x020B, 0x020C, 0x0213, 0x0214, 0x0324,
+                                  0x0325, 0x0418, 0x041B, 0x061D, 0x012D, 0x02FA, 0x02FC, 0x02FC };
 
 } // namespace
 
@@ -172,21 +159,13 @@ QByteArray randomWmf(std::mt19937 &random)
     WmfBuilder wmf;
     wmf.placeable(0, 0, 1 + below(random, 2000), 1 + below(random, 2000), 1440);
     for (int count = 1 + below(random, 60); count > 0; --count) {
-        const Shape &shape = kWmfShapes[below(random, int(std::size(kWmfShapes)))];
         ByteWriter body;
-        for (int i = 0; i < shape.words; ++i)
+        for (int i = 0; i < kWords; ++i)
             body.u16(i == 0 ? below(random, 5) : number(random) % 0x8000);
-        wmf.record(int(shape.type), body.result());
-        if (below(random, 5) == 0) {
-            const QByteArray letters = text(random).toLatin1();
-            const QByteArray padding(letters.size() % 2, '\0');
-            wmf.record(0x0521,
-                       ByteWriter()
-                               .u16(int(letters.size()))
-                               .bytes(letters + padding)
-                               .u16s({ number(random) & 0x7FFF, 9 })
-                               .result());
-        }
+        wmf.record(kWmfPlain[below(random, int(std::size(kWmfPlain)))], body.result());
+        const QByteArray letters = text(random).leftJustified(10, QLatin1Char('x')).toLatin1();
+        if (below(random, 5) == 0)
+            wmf.record(0x0A32, ByteWriter().u16s({ 9, 9, 10, 0 }).bytes(letters).result());
     }
     return wmf.build();
 }
