@@ -1,5 +1,5 @@
 # What `cmake --install` puts in place. Nothing in it depends on the prefix: the installed tree may
-# be moved.
+# be moved. The components are the Debian packages of cmake/Package.cmake.
 include(CMakePackageConfigHelpers)
 
 set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
@@ -11,7 +11,7 @@ if(NOT logging_is_imported)
   list(APPEND installed_libraries basic_logging)
   if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
     install(FILES "${SVGTOOL_LOGGING_DIR}/CLogSystem.h"
-      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging)
+      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging COMPONENT development)
   endif()
 endif()
 
@@ -19,11 +19,11 @@ if(NOT WIN32)
   set_target_properties(${installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(FILES ${PROJECT_SOURCE_DIR}/svgtool/SVGTool.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool COMPONENT development)
 
 if(TARGET metafile2svg)
   file(RELATIVE_PATH libraries_from_tool
@@ -32,11 +32,25 @@ if(TARGET metafile2svg)
     set_target_properties(metafile2svg PROPERTIES
       INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
   endif()
-  install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  if(NOT WIN32)
+    install(PROGRAMS ${PROJECT_SOURCE_DIR}/cli/metafile2svg-thumbnailer
+      DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.thumbnailer
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/thumbnailers COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.bash
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME metafile2svg
+      COMPONENT tool)
+    install(FILES
+      ${PROJECT_SOURCE_DIR}/docs/metafile2svg.1
+      ${PROJECT_SOURCE_DIR}/docs/metafile2svg-thumbnailer.1
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  endif()
 endif()
 
 # CMake package: find_package(SVGTool) gives SVGTool::SVGTool and SVGTool::basic_logging.
-install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
+install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR}
+  COMPONENT development)
 configure_package_config_file(cmake/SVGToolConfig.cmake.in SVGToolConfig.cmake
   INSTALL_DESTINATION ${SVGTOOL_PACKAGE_DIR}
   NO_SET_AND_CHECK_MACRO)
@@ -45,7 +59,7 @@ write_basic_package_version_file(SVGToolConfigVersion.cmake COMPATIBILITY SameMi
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfigVersion.cmake
-  DESTINATION ${SVGTOOL_PACKAGE_DIR})
+  DESTINATION ${SVGTOOL_PACKAGE_DIR} COMPONENT development)
 
 # pkg-config package, for hosts built without CMake.
 file(RELATIVE_PATH prefix_from_pc
@@ -53,4 +67,4 @@ file(RELATIVE_PATH prefix_from_pc
 string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
 configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -28,6 +28,11 @@ mv "$work/first" "$prefix"
 installed=$(cd "$prefix" && find . -type f -printf '%P\n' | sed -E 's/[.]so[.0-9]*$/.so/' | sort)
 wanted=$(sort <<LIST
 $BINDIR/metafile2svg
+$BINDIR/metafile2svg-thumbnailer
+$DATADIR/bash-completion/completions/metafile2svg
+$DATADIR/thumbnailers/metafile2svg.thumbnailer
+$MANDIR/man1/metafile2svg.1
+$MANDIR/man1/metafile2svg-thumbnailer.1
 $INCLUDEDIR/basic_logging/CLogSystem.h
 $INCLUDEDIR/svgtool/SVGTool.h
 $LIBDIR/libSVGTool.so

@@ -1,0 +1,50 @@
+# Completion of metafile2svg's arguments in bash.
+
+_metafile2svg() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous= word ended=
+    [ "$COMP_CWORD" -eq 0 ] || previous=${COMP_WORDS[COMP_CWORD - 1]}
+    COMPREPLY=()
+
+    # Behind "--" all words are files.
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        [ "$word" != -- ] || ended=1
+    done
+    if [ -z "$ended" ]; then
+        case $previous in
+        -o | --output | --dump-skipped)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
+        --gallery)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -X '!*.htm?(l)' -- "$current"; compgen -d -- "$current")
+            return
+            ;;
+        --log-level)
+            mapfile -t COMPREPLY < <(compgen -W 'TRACE INFO WARN FATAL' -- "$current")
+            return
+            ;;
+        -j | --jobs | --width | --height | --scale)
+            return
+            ;;
+        esac
+        if [[ $current == -* ]]; then
+            mapfile -t COMPREPLY < <(compgen -W '-o -r -j -q --force --fail-fast --width --height
+                --scale --log-level --dump-skipped --info --json --report --check --exact --gallery
+                --version --help' -- "$current")
+            return
+        fi
+    fi
+
+    # Metafiles, and folders on the way to them.
+    compopt -o filenames 2>/dev/null
+    local name
+    while IFS= read -r name; do
+        if [ -d "$name" ] || [[ ${name,,} == *.@(emf|wmf) ]]; then
+            COMPREPLY+=("$name")
+        fi
+    done < <(compgen -f -- "$current")
+}
+
+complete -F _metafile2svg metafile2svg
