@@ -58,7 +58,13 @@ for deb in "${debs[@]}"; do
 done
 quietly apt-get update -q
 quietly apt-get install -q -y "${runtime[@]}"
-inside ldconfig -p | grep -q 'libSVGTool\.so\.0' || fail "the loader does not know the library"
+# Whole outputs are searched: a reader that leaves early would fail the writer.
+holds() {
+    local output
+    output=$(inside "${@:2}" 2>&1) || { echo "$output"; fail "${*:2}"; }
+    grep -q "$1" <<<"$output"
+}
+holds 'libSVGTool\.so\.0' ldconfig -p || fail "the loader does not know the library"
 inside dpkg-query -W fonts-liberation fonts-dejavu-core librsvg2-bin >/dev/null ||
     fail "a recommended package did not come along"
 [ ! -e "$root/usr/include/svgtool" ] || fail "headers came without the development package"
@@ -71,7 +77,7 @@ echo "the tool: converts"
 quietly apt-get install -q -y --no-install-recommends man-db bash-completion
 for page in metafile2svg metafile2svg-thumbnailer; do
     inside man -w "$page" >/dev/null || fail "man finds no page of $page"
-    inside man -l "$(inside man -w "$page")" 2>/dev/null | grep -q NAME || fail "$page(1) is not shown"
+    holds NAME man "$page" || fail "$page(1) is not shown"
 done
 inside bash -c '. /usr/share/bash-completion/bash_completion && _completion_loader metafile2svg
     complete -p metafile2svg' >/dev/null || fail "bash-completion does not load our completion"
@@ -100,5 +106,5 @@ quietly apt-get purge -q -y libsvgtool0 libsvgtool-dev metafile2svg
 left=$(cd "$root" && find . -path ./work -prune -o \
     \( -iname '*svgtool*' -o -iname '*metafile2svg*' -o -iname '*basic_logging*' \) -print)
 [ -z "$left" ] || fail "left behind: $left"
-! inside ldconfig -p | grep -q libSVGTool || fail "the loader still names the library"
+! holds libSVGTool ldconfig -p || fail "the loader still names the library"
 echo "purge: leaves nothing"
