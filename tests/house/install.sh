@@ -83,21 +83,9 @@ ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$prefix/$LIBDIR/libSVGTool.so" "$sam
 same "$work/dlopen.svg" "a host that loads the library at run time"
 
 # A host sets the level and the sinks through the logging library's own header.
-cat >"$work/logging.cpp" <<'SOURCE'
-#include <basic_logging/CLogSystem.h>
-#include <svgtool/SVGTool.h>
-
-int main()
-{
-    int lines = 0;
-    basic_logging::tracelevel.setSink([&lines](const std::string &) { ++lines; });
-    CLogSystem::theRootInstance->setLevel("TRACE");
-    QByteArray svg;
-    ConvertMetaFileToSVG(QByteArray(), svg);
-    return lines == 2 ? 0 : 1; // in and out of the one function
-}
-SOURCE
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$work/logging.cpp" -o "$work/logging" \
+quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/logging.cpp" -o "$work/logging" \
     $packageFlags "-Wl,-rpath,$prefix/$LIBDIR" -lbasic_logging
-quietly "$work/logging"
+"$work/logging" "$sample" >"$work/lines" 2>&1 || fail "a host that takes the log lines"
+grep -qE '^result 1, [0-9]{3,} trace lines, 0 warnings$' "$work/lines" ||
+    fail "a host that takes the log lines gets others: $(cat "$work/lines")"
 echo "a host that takes the log lines: gets them"
