@@ -2,16 +2,18 @@
 # be moved. The components are the Debian packages of cmake/Package.cmake.
 include(CMakePackageConfigHelpers)
 
+# What is not marked otherwise is for those who build hosts.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
 
 # A logging library that a host brought in place of ours may be one that is installed already.
 get_target_property(logging_is_imported basic_logging IMPORTED)
-set(installed_libraries svgtool)
+set(installed_libraries svgtool svgtool_display)
 if(NOT logging_is_imported)
   list(APPEND installed_libraries basic_logging)
   if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
     install(FILES "${SVGTOOL_LOGGING_DIR}/CLogSystem.h"
-      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging COMPONENT development)
+      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging)
   endif()
 endif()
 
@@ -21,9 +23,11 @@ endif()
 install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/svgtool/SVGTool.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool COMPONENT development)
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
+install(FILES ${PROJECT_SOURCE_DIR}/svg/SVGDisplay.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svg)
 
 if(TARGET metafile2svg)
   file(RELATIVE_PATH libraries_from_tool
@@ -48,9 +52,9 @@ if(TARGET metafile2svg)
   endif()
 endif()
 
-# CMake package: find_package(SVGTool) gives SVGTool::SVGTool and SVGTool::basic_logging.
-install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR}
-  COMPONENT development)
+# CMake package: find_package(SVGTool) gives SVGTool::SVGTool, SVGTool::Display and
+# SVGTool::basic_logging.
+install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
 configure_package_config_file(cmake/SVGToolConfig.cmake.in SVGToolConfig.cmake
   INSTALL_DESTINATION ${SVGTOOL_PACKAGE_DIR}
   NO_SET_AND_CHECK_MACRO)
@@ -59,12 +63,15 @@ write_basic_package_version_file(SVGToolConfigVersion.cmake COMPATIBILITY SameMi
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfigVersion.cmake
-  DESTINATION ${SVGTOOL_PACKAGE_DIR} COMPONENT development)
+  DESTINATION ${SVGTOOL_PACKAGE_DIR})
 
-# pkg-config package, for hosts built without CMake.
+# pkg-config packages, for hosts built without CMake.
 file(RELATIVE_PATH prefix_from_pc
   "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
 configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+configure_file(cmake/svgtool-display.pc.in svgtool-display.pc @ONLY)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
+  ${CMAKE_CURRENT_BINARY_DIR}/svgtool-display.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

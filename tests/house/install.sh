@@ -34,13 +34,16 @@ $DATADIR/thumbnailers/metafile2svg.thumbnailer
 $MANDIR/man1/metafile2svg.1
 $MANDIR/man1/metafile2svg-thumbnailer.1
 $INCLUDEDIR/basic_logging/CLogSystem.h
+$INCLUDEDIR/svg/SVGDisplay.h
 $INCLUDEDIR/svgtool/SVGTool.h
 $LIBDIR/libSVGTool.so
+$LIBDIR/libSVGToolDisplay.a
 $LIBDIR/libbasic_logging.so
 $LIBDIR/cmake/SVGTool/SVGToolConfig.cmake
 $LIBDIR/cmake/SVGTool/SVGToolConfigVersion.cmake
 $LIBDIR/cmake/SVGTool/SVGToolTargets.cmake
 $LIBDIR/cmake/SVGTool/SVGToolTargets-${CONFIG,,}.cmake
+$LIBDIR/pkgconfig/svgtool-display.pc
 $LIBDIR/pkgconfig/svgtool.pc
 LIST
 )
