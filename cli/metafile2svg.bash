@@ -22,7 +22,7 @@ _metafile2svg() {
             return
             ;;
         --log-level)
-            mapfile -t COMPREPLY < <(compgen -W 'TRACE INFO WARN FATAL' -- "$current")
+            mapfile -t COMPREPLY < <(compgen -W 'fatal warning info trace' -- "$current")
             return
             ;;
         -j | --jobs | --width | --height | --scale)
@@ -30,9 +30,9 @@ _metafile2svg() {
             ;;
         esac
         if [[ $current == -* ]]; then
-            mapfile -t COMPREPLY < <(compgen -W '-o -r -j -q --force --fail-fast --width --height
-                --scale --log-level --dump-skipped --info --json --report --check --exact --gallery
-                --version --help' -- "$current")
+            mapfile -t COMPREPLY < <(compgen -W '-o --output -r --recursive -j --jobs --force --exact
+                --width --height --scale --check --info --report --json --fail-fast -q --quiet
+                --dump-skipped --log-level -h --help -v --version' -- "$current")
             return
         fi
     fi
