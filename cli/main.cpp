@@ -1,7 +1,6 @@
-#include "cli/Cli.h"
+#include "cli/Run.h"
 
 #include <QCoreApplication>
-#include <QLoggingCategory>
 
 #if defined(_WIN32)
 #include <fcntl.h>
@@ -51,9 +50,6 @@ void prepareProcess()
 int main(int argc, char *argv[])
 {
     prepareProcess();
-    // What the library logs is for the curious: QT_LOGGING_RULES="svgtool=true" shows it.
-    QLoggingCategory::setFilterRules(QStringLiteral("svgtool=false"));
-
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("metafile2svg"));
     QCoreApplication::setApplicationVersion(QStringLiteral(METAFILE2SVG_VERSION));

@@ -5,6 +5,7 @@
 #include "logging/TraceScope.h"
 #include "records/BEndTools.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <memory>
@@ -194,6 +195,8 @@ qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
     if (dump != nullptr)
         dump->write("################# Start Of File ######################\n\n");
     // The header may be longer than its fixed part, so the records begin where it says it ends.
+    if (m_tally != nullptr)
+        m_tally->begin(std::min(qint64(header.nSize), data.size), 2);
     if (!walkRecords(tail(data, header.nSize), header.nRecords, dump))
         return 0;
     m_writer.EndWorldTransform();
@@ -208,21 +211,28 @@ bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *
     SVGTOOL_TRACE("Emf2SvgConverter::walkRecords");
     for (quint32 done = 0; done < count; ++done) {
         if (records.size < qint64(sizeof(EMR)))
-            return true;
+            return endAt(StopReason::DataEnded);
         auto head = readPadded<EMR>(records);
         InitEMR(&head);
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.nSize < sizeof(EMR) || head.nSize > records.size)
-            return true;
+            return endAt(head.nSize < sizeof(EMR) ? StopReason::BadSize : StopReason::RecordCut);
         const std::unique_ptr<char[]> copy(new (std::nothrow) char[head.nSize]());
         if (copy == nullptr)
             return false;
         std::memcpy(copy.get(), records.data, head.nSize);
         records = tail(records, head.nSize);
         if (head.iType == kEndOfFile)
-            return true;
+            return endAt(StopReason::EndRecord);
         HandleEnhMetaRecordData(copy.get(), head.nSize, dump);
     }
+    return endAt(StopReason::CountReached);
+}
+
+bool Emf2SvgConverter::endAt(StopReason reason)
+{
+    if (m_tally != nullptr)
+        m_tally->end(reason);
     return true;
 }
 
@@ -250,6 +260,8 @@ qint32 Emf2SvgConverter::HandleEnhMetaRecordData(char *record, quint32 size, Rec
         InitEMRMETARECORD(&head);
         handler = findHandler(head.iType, dump);
     }
+    if (m_tally != nullptr)
+        return handleAndNote(handler, record, size);
     return handler != nullptr ? (this->*handler)(record, size) : 1;
 }
 

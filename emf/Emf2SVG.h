@@ -3,6 +3,7 @@
 #include "records/Bytes.h"
 #include "records/EmfRecords.h"
 #include "records/RecordDump.h"
+#include "records/RecordTally.h"
 #include "svg/SVGWriter.h"
 
 #include <QRegion>
@@ -31,6 +32,9 @@ public:
     /// @param dump  lists the records that have no handler; may be null
     /// @return 1 on success, 0 on bad data or exhausted memory, -1 on a caught exception
     qint32 ConvertEMFToSVG(ByteView data, RecordDump *dump);
+    /// Counts into @p tally what becomes of the records; null, as it is at first, counts nothing.
+    /// The tally outlives the conversion.
+    void setTally(RecordTally *tally) { m_tally = tally; }
     /// The document written so far.
     const QString &document() { return m_writer.document(); }
 
@@ -55,8 +59,12 @@ private:
     bool walkRecords(ByteView records, quint32 count, RecordDump *dump);
     Handler findHandler(quint32 type, RecordDump *dump) const;
     qint32 HandleEnhMetaRecordData(char *record, quint32 size, RecordDump *dump);
+    bool endAt(StopReason reason);
     qint32 OnAcceptAndIgnore(char *record, quint32 size);
     qint32 OnDoNothing(char *record, quint32 size);
+
+    // Emf2SVG_Tally.cpp
+    qint32 handleAndNote(Handler handler, char *record, quint32 size);
 
     // Emf2SVG_Mapping.cpp: coordinates
     qint32 MapX(qint32 x, bool isPoint) const;
@@ -151,6 +159,7 @@ private:
 
     std::map<quint32, Handler> m_handlers;
     CMySVGWriter m_writer;
+    RecordTally *m_tally = nullptr; ///< somebody else's
     QRegion m_deviceRegion; ///< of the header
     QRegion m_clipRegion;
     qint64 m_clipRectsLeft = 0; ///< how many rectangles clips may still read and write

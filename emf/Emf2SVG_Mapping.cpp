@@ -58,13 +58,15 @@ POINTL Emf2SvgConverter::mapPoint(const POINTL &point) const
 qint32 Emf2SvgConverter::OnSetMapMode(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetMapMode");
+    constexpr quint32 kText = 1; // MM_TEXT
     constexpr quint32 kAnisotropic = 8; // MM_ANISOTROPIC
     auto mode = readPadded<EMRSETMAPMODE>({ record, size });
     InitEMRMAPMODE(&mode);
     // Quirk: no later mode clears the flag; the scaling lasts for the rest of the file.
     if (mode.iMode == kAnisotropic)
         m_isAnisotropic = true;
-    return 1;
+    const bool isKnown = mode.iMode == kAnisotropic || (mode.iMode == kText && !m_isAnisotropic);
+    return isKnown ? HandlerDone : HandlerApproximated;
 }
 
 qint32 Emf2SvgConverter::OnSetWindowOrgEx(char *record, quint32 size)

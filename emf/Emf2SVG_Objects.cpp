@@ -12,6 +12,14 @@ namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
+// A pen without a line is written like a solid one.
+static qint32 penResult(quint32 style)
+{
+    constexpr quint32 kStyleMask = 0x0F;
+    constexpr quint32 kNull = 5; // PS_NULL
+    return (style & kStyleMask) == kNull ? HandlerApproximated : HandlerDone;
+}
+
 qint32 Emf2SvgConverter::OnCreatePen(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnCreatePen");
@@ -19,7 +27,7 @@ qint32 Emf2SvgConverter::OnCreatePen(char *record, quint32 size)
     InitEMRCREATEPEN(&pen);
     m_writer.CreatePen(pen.ihPen, pen.lopn.lopnStyle, MapX(pen.lopn.lopnWidth.x, false),
                        pen.lopn.lopnColor);
-    return 1;
+    return penResult(pen.lopn.lopnStyle);
 }
 
 qint32 Emf2SvgConverter::OnCreatePenEx(char *record, quint32 size)
@@ -37,7 +45,7 @@ qint32 Emf2SvgConverter::OnCreatePenEx(char *record, quint32 size)
     m_writer.CreatePen(pen.ihPen, pen.elp.elpPenStyle,
                        MapX(static_cast<qint32>(pen.elp.elpWidth), false), pen.elp.elpColor,
                        entries);
-    return 1;
+    return penResult(pen.elp.elpPenStyle);
 }
 
 qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
@@ -46,7 +54,8 @@ qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
     auto brush = readPadded<EMRCREATEBRUSHINDIRECT>({ record, size });
     InitEMRCREATEBRUSHINDIRECT(&brush);
     m_writer.CreateBrushI(brush.ihBrush, brush.lb);
-    return 1;
+    constexpr quint32 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
+    return brush.lb.lbStyle <= kNull ? HandlerDone : HandlerApproximated;
 }
 
 qint32 Emf2SvgConverter::OnExtCreateFontIndirect(char *record, quint32 size)
@@ -66,7 +75,11 @@ qint32 Emf2SvgConverter::OnSelectObject(char *record, quint32 size)
     auto object = readPadded<EMRSELECTOBJECT>({ record, size });
     InitEMRSELECTOBJECT(&object);
     m_writer.SelectObject(object.ihObject);
-    return 1;
+    // These two come as brushes.
+    constexpr quint32 kWhitePen = 0x80000006;
+    constexpr quint32 kBlackPen = 0x80000007;
+    return object.ihObject == kWhitePen || object.ihObject == kBlackPen ? HandlerApproximated
+                                                                        : HandlerDone;
 }
 
 qint32 Emf2SvgConverter::OnDeleteObject(char *record, quint32 size)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "records/RecordTally.h"
+
 namespace svgtool {
 
 /// Names of the EMF record types ([MS-EMF] 2.1.1), by type number, for the record dump. Each is
@@ -132,5 +134,37 @@ inline constexpr const char *kEmfRecordNames[] = {
 };
 // clang-format on
 static_assert(sizeof(kEmfRecordNames) / sizeof(kEmfRecordNames[0]) == 123);
+
+/// The EMF record types that are not carried out as GDI does, each with the reason.
+// clang-format off
+inline constexpr TypeOutcome kEmfOutcomes[] = {
+    { 3, RecordOutcome::Approximated }, // EMR_POLYGON: neither mapped nor styled
+    { 4, RecordOutcome::Approximated }, // EMR_POLYLINE: the same
+    { 5, RecordOutcome::Approximated }, // EMR_POLYBEZIERTO: not mapped
+    { 6, RecordOutcome::Approximated }, // EMR_POLYLINETO: neither mapped nor styled
+    { 7, RecordOutcome::Approximated }, // EMR_POLYPOLYLINE: the same
+    { 8, RecordOutcome::Approximated }, // EMR_POLYPOLYGON: the same
+    { 9, RecordOutcome::Approximated }, // EMR_SETWINDOWEXTEX: makes no new scale by itself
+    { 10, RecordOutcome::Approximated }, // EMR_SETWINDOWORGEX: unsigned, and taken off after scaling
+    { 11, RecordOutcome::Approximated }, // EMR_SETVIEWPORTEXTEX: unsigned; one of the modes only
+    { 12, RecordOutcome::Skipped }, // EMR_SETVIEWPORTORGEX: kept and not used
+    { 16, RecordOutcome::Neutral }, // EMR_SETMAPPERFLAGS: a hint for choosing fonts
+    { 45, RecordOutcome::Approximated }, // EMR_ARC: the arc direction is not known
+    { 46, RecordOutcome::Approximated }, // EMR_CHORD: the same
+    { 47, RecordOutcome::Approximated }, // EMR_PIE: the same, and the large-arc test
+    { 55, RecordOutcome::Approximated }, // EMR_ARCTO: the arc direction is not known
+    { 61, RecordOutcome::Approximated }, // EMR_CLOSEFIGURE: ends at x = 0
+    { 64, RecordOutcome::Approximated }, // EMR_STROKEPATH: polylines are closed
+    { 67, RecordOutcome::Approximated }, // EMR_SELECTCLIPPATH: replaces; clips rectangles only
+    { 70, RecordOutcome::Neutral }, // EMR_GDICOMMENT, but see handleAndNote
+    { 75, RecordOutcome::Approximated }, // EMR_EXTSELECTCLIPRGN: clips rectangles only
+    { 84, RecordOutcome::Approximated }, // EMR_EXTTEXTOUTW: without the distances of characters
+    { 91, RecordOutcome::Approximated }, // EMR_POLYPOLYGON16: polygon by polygon, without holes
+    { 108, RecordOutcome::Approximated }, // EMR_SMALLTEXTOUT: without a rectangle
+};
+// clang-format on
+
+/// The EMF record types that put a bitmap into the document, and are nothing if they put none.
+inline constexpr quint32 kEmfBitmapTypes[] = { 76, 77, 78, 79, 80, 81, 114, 116 };
 
 } // namespace svgtool

@@ -5,6 +5,7 @@
 #include "records/BEndTools.h"
 #include "records/Bytes.h"
 #include "records/RecordDump.h"
+#include "svgtool/SVGInspect.h"
 #include "wmf/Wmf2SVG.h"
 
 #include <QFile>
@@ -19,7 +20,7 @@ static constexpr char kTraceUnit[] = ".\\SVGTool.cpp";
 
 namespace {
 
-    // Lives from the library's loading to its unloading; nothing of the library switches it on.
+    // Lives from the library's loading to its unloading; only startRecordDump switches it on.
     RecordDump recordDump;
 
     // A zero-filled block of our own with a copy of bytes in it, or nothing without memory.
@@ -38,7 +39,7 @@ namespace {
         svgOut.swap(text);
     }
 
-    qint32 ConvertEMFToSVG(ByteView data, QByteArray &svgOut)
+    qint32 ConvertEMFToSVG(ByteView data, QByteArray &svgOut, RecordTally *tally)
     {
         SVGTOOL_TRACE("ConvertEMFToSVG");
         try {
@@ -52,6 +53,7 @@ namespace {
             const auto copy = copyOf(data);
             if (copy == nullptr)
                 return SvgToolUnusableInput;
+            converter.setTally(tally);
             const qint32 result = converter.ConvertEMFToSVG({ copy.get(), data.size }, &recordDump);
             handBack(converter.document(), svgOut);
             return result;
@@ -61,7 +63,7 @@ namespace {
         }
     }
 
-    qint32 ConvertWMFToSVG(ByteView data, QByteArray &svgOut)
+    qint32 ConvertWMFToSVG(ByteView data, QByteArray &svgOut, RecordTally *tally)
     {
         SVGTOOL_TRACE("ConvertWMFToSVG");
         constexpr quint32 kPlaceableKey = 0x9AC6CDD7;
@@ -88,6 +90,9 @@ namespace {
                 return SvgToolUnusableInput;
             // Data that end with the headers have no record, but they are not missing.
             const qint64 start = std::min(firstRecord, data.size);
+            if (tally != nullptr)
+                tally->begin(start, 1);
+            converter.setTally(tally);
             const qint32 result =
                     converter.ConvertWMFToSVG({ copy.get() + start, data.size - start }, totalBytes,
                                               header.MaxRecord, &recordDump);
@@ -100,29 +105,52 @@ namespace {
         }
     }
 
-    qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut)
-    {
-        SVGTOOL_TRACE("ConvertMetaFileToSVG");
-        constexpr qint64 kSmallestFile = sizeof(METAHEADER);
-        const ByteView data{ metafileData.constData(), metafileData.size() };
-        if (data.size < kSmallestFile)
-            return SvgToolUnusableInput;
-        const auto copy = copyOf(data);
-        if (copy == nullptr)
-            return SvgToolUnusableInput;
-        const ByteView block{ copy.get(), data.size };
-
-        const Emf2SvgConverter detector;
-        // Data too short for an EMF header leave it zero, and so are never taken for one.
-        ENHMETAHEADER header{};
-        if (block.size >= qint64(sizeof header))
-            header = readPadded<ENHMETAHEADER>(block);
-        InitEnhMetaHeader(&header);
-        return detector.IsValidEMFFile(header) != -2 ? ConvertEMFToSVG(block, svgOut)
-                                                     : ConvertWMFToSVG(block, svgOut);
-    }
-
 } // namespace
+
+qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut, RecordTally *tally)
+{
+    SVGTOOL_TRACE("ConvertMetaFileToSVG");
+    constexpr qint64 kSmallestFile = sizeof(METAHEADER);
+    const ByteView data{ metafileData.constData(), metafileData.size() };
+    if (data.size < kSmallestFile)
+        return SvgToolUnusableInput;
+    const auto copy = copyOf(data);
+    if (copy == nullptr)
+        return SvgToolUnusableInput;
+    const ByteView block{ copy.get(), data.size };
+
+    const Emf2SvgConverter detector;
+    // Data too short for an EMF header leave it zero, and so are never taken for one.
+    ENHMETAHEADER header{};
+    if (block.size >= qint64(sizeof header))
+        header = readPadded<ENHMETAHEADER>(block);
+    InitEnhMetaHeader(&header);
+    return detector.IsValidEMFFile(header) != -2 ? ConvertEMFToSVG(block, svgOut, tally)
+                                                 : ConvertWMFToSVG(block, svgOut, tally);
+}
+
+bool startRecordDump(const QString &path, QString *reason)
+{
+    SVGTOOL_TRACE("startRecordDump");
+    recordDump.file.setFileName(path);
+    recordDump.isOn = recordDump.file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    if (!recordDump.isOn)
+        *reason = recordDump.file.errorString();
+    return recordDump.isOn;
+}
+
+bool stopRecordDump(QString *reason)
+{
+    SVGTOOL_TRACE("stopRecordDump");
+    recordDump.isOn = false;
+    // What failed before and what fails now, in the buffer, both show here.
+    const bool isWhole = recordDump.file.flush() && recordDump.file.error() == QFile::NoError;
+    if (!isWhole)
+        *reason = recordDump.file.errorString();
+    recordDump.file.close();
+    return isWhole;
+}
+
 } // namespace svgtool
 
 // What the functions behind these do not catch themselves, such as memory that runs out before a
@@ -131,7 +159,7 @@ namespace {
 qint32 ConvertMetaFileToSVG(const QByteArray &metafileData, QByteArray &svgOut)
 {
     try {
-        return svgtool::convertMetaFile(metafileData, svgOut);
+        return svgtool::convertMetaFile(metafileData, svgOut, nullptr);
     } catch (...) {
         return SvgToolException;
     }

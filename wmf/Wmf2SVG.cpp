@@ -147,21 +147,29 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
         const qint64 bytes = qint64(head.rdSize) * 2;
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.rdSize > maxRecordWords || head.rdSize < kHeadWords || bytes > records.size)
-            return true;
+            return endAt(bytes > records.size ? StopReason::RecordCut : StopReason::BadSize);
         walkedBytes += bytes;
         // Quirk: the record that reaches the length of the header is not handled, even if it
         // draws. The length counts the headers too, so ordinary files end on their end record.
         if (totalBytes <= walkedBytes)
-            return true;
+            return endAt(head.rdFunction == kEndOfFile ? StopReason::EndRecord
+                                                       : StopReason::LengthReached);
         const std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes)]());
         if (copy == nullptr)
             return false;
         std::memcpy(copy.get(), records.data, size_t(bytes));
         records = tail(records, bytes);
         if (head.rdFunction == kEndOfFile)
-            return true;
+            return endAt(StopReason::EndRecord);
         HandleWMFRecordData(copy.get(), static_cast<quint32>(bytes), dump);
     }
+    return endAt(StopReason::DataEnded);
+}
+
+bool WMF2SVGConverter::endAt(StopReason reason)
+{
+    if (m_tally != nullptr)
+        m_tally->end(reason);
     return true;
 }
 
@@ -172,7 +180,10 @@ void WMF2SVGConverter::HandleWMFRecordData(char *record, quint32 size, RecordDum
     WMR head = source;
     InitMETARECORD(&head, &source);
     const auto handler = m_handlers.find(head.rdFunction);
-    if (handler != m_handlers.end())
+    if (m_tally != nullptr)
+        handleAndNote(handler != m_handlers.end() ? handler->second : nullptr, record, size,
+                      head.rdFunction);
+    else if (handler != m_handlers.end())
         (this->*handler->second)(record, size);
     if (dump == nullptr || !dump->isOn)
         return;
@@ -245,7 +256,7 @@ qint32 WMF2SVGConverter::OnMetaSetWinExt(char *record, quint32 size)
     const bool divides = m_winExtX != 0 && m_winExtY != 0;
     m_factorX = static_cast<float>(m_width) / (divides ? static_cast<float>(m_winExtX) : 1.0F);
     m_factorY = static_cast<float>(m_height) / (divides ? static_cast<float>(m_winExtY) : 1.0F);
-    return 1;
+    return m_hasPlaceableHeader && divides ? HandlerDone : HandlerApproximated;
 }
 
 qint32 WMF2SVGConverter::OnMetaSetBkMode(char *record, quint32 size)

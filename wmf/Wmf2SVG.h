@@ -2,6 +2,7 @@
 
 #include "records/Bytes.h"
 #include "records/RecordDump.h"
+#include "records/RecordTally.h"
 #include "records/WmfRecords.h"
 #include "svg/SVGWriter.h"
 
@@ -39,6 +40,9 @@ public:
     /// @return 2 on success, 0 without records or memory, -1 on a caught exception
     qint32 ConvertWMFToSVG(ByteView records, qint64 totalBytes, quint32 maxRecordWords,
                            RecordDump *dump);
+    /// Counts into @p tally what becomes of the records; null, as it is at first, counts nothing.
+    /// It must know already where the records begin, and it outlives the conversion.
+    void setTally(RecordTally *tally) { m_tally = tally; }
     /// The document written so far.
     const QString &document() { return m_writer.document(); }
 
@@ -52,6 +56,7 @@ private:
     void openDocument();
     bool walkRecords(ByteView records, qint64 totalBytes, quint32 maxRecordWords, RecordDump *dump);
     void HandleWMFRecordData(char *record, quint32 size, RecordDump *dump);
+    bool endAt(StopReason reason);
     qint16 scaleX(qint16 length) const;
     qint16 scaleY(qint16 length) const;
     qint16 MapX(qint16 x) const;
@@ -60,6 +65,9 @@ private:
     qint32 OnMetaSetWinExt(char *record, quint32 size);
     qint32 OnMetaSetBkMode(char *record, quint32 size);
     qint32 OnDoNothing(char *record, quint32 size);
+
+    // Wmf2SVG_Tally.cpp
+    void handleAndNote(Handler handler, char *record, quint32 size, quint16 function);
 
     // Wmf2SVG_Objects.cpp
     quint16 allocateIndex();
@@ -95,6 +103,7 @@ private:
     qint32 OnDIBStretchBlt(char *record, quint32 size);
 
     CMySVGWriter m_writer;
+    RecordTally *m_tally = nullptr; ///< somebody else's
     std::map<qint32, Handler> m_handlers;
     std::span<const WmfRecordName> m_recordNames;
     quint32 m_indexCount = 0; ///< object indices given out, from 0 on

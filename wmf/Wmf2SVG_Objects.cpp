@@ -68,7 +68,10 @@ qint32 WMF2SVGConverter::OnCreatePenIndirect(char *record, quint32 size)
     InitWMRCREATEPEN(&pen, &source);
     m_writer.CreatePen(allocateIndex(), pen.lopn.lopnStyle, scaledPenWidth(pen.lopn.lopnWidth.x),
                        pen.lopn.lopnColor);
-    return 1;
+    // A pen without a line is written like a solid one.
+    constexpr quint16 kStyleMask = 0x0F;
+    constexpr quint16 kNull = 5; // PS_NULL
+    return (pen.lopn.lopnStyle & kStyleMask) == kNull ? HandlerApproximated : HandlerDone;
 }
 
 qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
@@ -79,7 +82,8 @@ qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
     InitWMRCREATEBRUSHINDIRECT(&brush, &source);
     m_writer.CreateBrushI(allocateIndex(),
                           { brush.lb.lbStyle, brush.lb.lbColor, brush.lb.lbHatch });
-    return 1;
+    constexpr quint16 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
+    return brush.lb.lbStyle <= kNull ? HandlerDone : HandlerApproximated;
 }
 
 qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
@@ -93,7 +97,8 @@ qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
     ByteView faceName = tail(all, sizeof(WMREXTCREATEFONTINDIRECT));
     faceName.size = std::min(faceName.size, kFaceNameBytes);
     m_writer.MetaCreateFont(allocateIndex(), font.font, faceName);
-    return 1;
+    // A negative height is written as its unsigned pattern.
+    return font.font.lfHeight < 0 ? HandlerApproximated : HandlerDone;
 }
 
 } // namespace svgtool

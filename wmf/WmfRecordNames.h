@@ -1,5 +1,7 @@
 #pragma once
 
+#include "records/RecordTally.h"
+
 #include <QtGlobal>
 
 namespace svgtool {
@@ -88,6 +90,18 @@ inline constexpr WmfRecordName kWmfRecordNames[] = {
     { 0x0D33, "META_SETDIBTODEV\t\t" },
     { 0x0F43, "META_STRETCHDIB\t\t\t" },
 };
+
+/// The WMF record types that are not carried out as GDI does, each with the reason.
+inline constexpr TypeOutcome kWmfOutcomes[] = {
+    { 0x0105, RecordOutcome::Neutral }, // META_SETRELABS: reserved, without a meaning
+    { 0x0231, RecordOutcome::Neutral }, // META_SETMAPPERFLAGS: a hint for choosing fonts
+    { 0x0626, RecordOutcome::Neutral }, // META_ESCAPE, but see handleAndNote
+    { 0x0A32, RecordOutcome::Approximated }, // META_EXTTEXTOUT: no distances, no background
+};
 // clang-format on
+
+/// The WMF record types that put a bitmap into the document, and are nothing if they put none.
+inline constexpr quint16 kWmfBitmapTypes[] = { 0x061D, 0x0922, 0x0940, 0x0B23,
+                                               0x0B41, 0x0D33, 0x0F43 };
 
 } // namespace svgtool

@@ -80,6 +80,20 @@ quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/main.cpp" -o
 quietly "$work/pc_host" "$sample" "$work/pc.svg"
 same "$work/pc.svg" "a host built with pkg-config"
 
+# Documents for viewers, as the tool makes them.
+"$prefix/$BINDIR/metafile2svg" --width 800 "$sample" -o "$work/tool_display.svg" ||
+    fail "the installed tool makes no document for viewers"
+displayFlags=$("$PKG_CONFIG" --cflags --libs svgtool svgtool-display) ||
+    fail "pkg-config does not know svgtool-display"
+quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/display.cpp" \
+    -o "$work/pc_display" $displayFlags "-Wl,-rpath,$prefix/$LIBDIR"
+for host in "$work/host/display_host" "$work/pc_display"; do
+    "$host" "$sample" >"$work/display.svg" || fail "$host"
+    cmp "$work/tool_display.svg" "$work/display.svg" ||
+        fail "$host gets another document for viewers than the tool"
+done
+echo "hosts of the display library: convert"
+
 # What fontconfig keeps for the process looks leaked once it is unloaded along with us.
 ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$prefix/$LIBDIR/libSVGTool.so" "$sample" >"$work/dlopen.svg" ||
     fail "a host with dlopen"

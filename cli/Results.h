@@ -1,0 +1,40 @@
+#pragma once
+
+#include "svgtool/SVGInspect.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace svgtool {
+
+/// Exit statuses of the tool.
+enum class ExitStatus : int {
+    Converted = 0, ///< all documents are there; also after --help and --version
+    Failed = 1, ///< not all are; a line for each file says why
+    WrongUsage = 2, ///< the arguments make no sense
+    Damaged = 3, ///< all documents are there, but some of damaged metafiles
+};
+
+enum class FileStatus {
+    NotTried, ///< an earlier file failed, and that was to end all
+    Converted,
+    Damaged, ///< converted as far as possible
+    UpToDate, ///< its document is newer than it
+    Failed,
+};
+constexpr size_t kFileStatuses = 5;
+
+/// What became of one metafile: all that reports, and pages made from them, need.
+struct FileResult
+{
+    QString input; ///< path, or "standard input"
+    QString output; ///< path, or "-" for standard output; empty where nothing is written
+    FileStatus status = FileStatus::NotTried;
+    QString message; ///< Damaged and Failed: one line with the file's name and the reason
+    quint64 skipped = 0; ///< records that the document lacks
+    MetafileFacts facts;
+    RecordTally records; ///< what became of them
+    QByteArray document; ///< what was written, if Options::keepsDocuments
+};
+
+} // namespace svgtool

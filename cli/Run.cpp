@@ -1,0 +1,146 @@
+#include "cli/Run.h"
+
+#include "cli/Batch.h"
+#include "cli/Progress.h"
+#include "cli/Report.h"
+
+#include <QLoggingCategory>
+
+#include <new>
+
+namespace svgtool {
+
+namespace {
+
+    void setLogging(const QString &level)
+    {
+        // What the library logs is for the curious; QT_LOGGING_RULES="svgtool=true" shows it too.
+        QString rules = QStringLiteral("svgtool=false\n");
+        static constexpr struct
+        {
+            const char *level;
+            const char *type;
+        } kTypes[] = { { "trace", "debug" },
+                       { "info", "info" },
+                       { "warning", "warning" },
+                       { "fatal", "critical" } };
+        bool isOn = false;
+        for (const auto &[name, type] : kTypes) {
+            isOn = isOn || level == QLatin1String(name);
+            if (isOn)
+                rules += QLatin1String("svgtool.") + QLatin1String(type) + QLatin1String("=true\n");
+        }
+        QLoggingCategory::setFilterRules(rules);
+        if (level == QLatin1String("trace"))
+            setLogLevel(QByteArrayLiteral("TRACE"));
+    }
+
+    // Prints reports one behind the other.
+    class ReportPrinter
+    {
+    public:
+        ReportPrinter(const Options &options, const StandardStreams &streams)
+            : m_options(options),
+              m_stream(options.writes && options.output == kStandardStream ? streams.err
+                                                                           : streams.out)
+        {
+            if (m_options.isJson)
+                print("[\n");
+        }
+        void print(const FileResult &result)
+        {
+            if (m_options.report == Options::Report::None)
+                return;
+            if (m_options.isJson && m_hasOne)
+                print(",\n");
+            m_hasOne = true;
+            print(reportText(result, m_options));
+        }
+        void end()
+        {
+            if (m_options.isJson)
+                print("\n]\n");
+        }
+
+    private:
+        void print(const QByteArray &text) { writeOutput(kStandardStream, m_stream, text); }
+
+        const Options &m_options;
+        std::FILE *m_stream;
+        bool m_hasOne = false;
+    };
+
+    std::vector<FileResult> convertPlan(const Plan &plan, const Options &options,
+                                        const StandardStreams &streams)
+    {
+        ReportPrinter reports(options, streams);
+        Progress progress(streams.err, plan.jobs.size(), plan.isBatch && !options.isQuiet);
+        const auto tell = [&](FileResult &result) {
+            if (!result.message.isEmpty() || options.report != Options::Report::None)
+                progress.hide();
+            if (!result.message.isEmpty())
+                printMessage(streams, result.message);
+            reports.print(result);
+            // A batch may be large; what is told is not needed any more.
+            if (!options.keepsDocuments) {
+                result.records = {};
+                result.facts = {};
+            }
+        };
+        auto results = convertAll(plan.jobs, options, streams, tell,
+                                  [&progress](size_t done) { progress.show(done); });
+        progress.hide();
+        reports.end();
+        return results;
+    }
+
+    ExitStatus convert(Options &options, const StandardStreams &streams)
+    {
+        setLogging(options.logLevel);
+        const Plan plan = makePlan(options);
+        if (!plan.problem.isEmpty()) {
+            printMessage(streams, plan.problem);
+            return ExitStatus::WrongUsage;
+        }
+        if (!plan.isBatch && options.output.isEmpty())
+            options.output = kStandardStream;
+        QString reason;
+        if (!options.dumpFile.isEmpty()) {
+            if (options.threads > 1 && plan.jobs.size() > 1)
+                printMessage(streams, QStringLiteral("--dump-skipped converts one file at a time"));
+            options.threads = 1;
+            if (!startRecordDump(options.dumpFile, &reason))
+                throw Failure{ options.dumpFile, QStringLiteral("cannot be written: ") + reason };
+        }
+        const std::vector<FileResult> results = convertPlan(plan, options, streams);
+        if (plan.isBatch && !options.isQuiet)
+            printMessage(streams, summaryText(results));
+        if (!options.dumpFile.isEmpty() && !stopRecordDump(&reason))
+            throw Failure{ options.dumpFile, QStringLiteral("cannot be written: ") + reason };
+        return exitStatus(results);
+    }
+
+} // namespace
+
+ExitStatus run(Options options, const StandardStreams &streams)
+{
+    try {
+        switch (options.action) {
+        case Options::Action::RejectUsage:
+            printMessage(streams, options.text + QStringLiteral(" (metafile2svg --help explains)"));
+            return ExitStatus::WrongUsage;
+        case Options::Action::PrintText:
+            writeOutput(kStandardStream, streams.out, options.text.toLocal8Bit());
+            return ExitStatus::Converted;
+        case Options::Action::Convert:
+            return convert(options, streams);
+        }
+    } catch (const Failure &failure) {
+        printMessage(streams, failure.file + QLatin1String(": ") + failure.reason);
+    } catch (const std::bad_alloc &) {
+        printMessage(streams, QStringLiteral("not enough memory"));
+    }
+    return ExitStatus::Failed;
+}
+
+} // namespace svgtool
