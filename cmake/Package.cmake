@@ -68,8 +68,9 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
   "converts Windows metafiles to SVG (development files)
 SVGTool reads Windows metafiles (EMF and WMF) and writes SVG 1.1 documents.
 .
-This package holds the headers, the CMake package and the pkg-config file that
-a program needs to be built with the library.")
+This package holds the headers, the CMake package and the pkg-config files that
+a program needs to be built with the library, and the static library that makes
+documents for viewers of its output.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME metafile2svg)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)
