@@ -230,8 +230,10 @@ QString summaryText(const std::vector<FileResult> &results)
             parts += QString::number(counts[size_t(status)]) + QLatin1Char(' ')
                     + QLatin1String(word(status));
     }
-    QString text =
-            QStringLiteral("%1 files: ").arg(results.size()) + parts.join(QLatin1String(", "));
+    QString text = QStringLiteral("%1 %2: ")
+                           .arg(results.size())
+                           .arg(QLatin1String(results.size() == 1 ? "file" : "files"))
+            + parts.join(QLatin1String(", "));
     if (skipped > 0)
         text += QStringLiteral("; %1 records skipped in %2 of them")
                         .arg(skipped)

@@ -5,7 +5,7 @@ set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
-test=("${build[@]}" libgtest-dev binutils)
+test=("${build[@]}" libgtest-dev binutils libxml2-utils)
 ci=("${test[@]}" qtbase5-dev clang-format git)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
