@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Runs the recipe of docs/archives.md on a folder of metafiles: starts it, stops it half way,
-# resumes it, and compares its documents with those of the tool. Needs GNU parallel.
+# Runs the recipe of docs/archives.md on a folder of metafiles: starts it, stops it twice,
+# resumes it, and compares its documents with those of the tool.
 # usage: scripts/test-archives.sh FOLDER [TOOL]
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 [ $# -ge 1 ] || { sed -n '2,4s/^# //p' "${BASH_SOURCE[0]}" >&2; exit 2; }
 folder=$(realpath "$1") tool=$(realpath "${2:-$root/build/release/cli/metafile2svg}")
+"$root/scripts/setup.sh" archives
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
@@ -31,15 +32,21 @@ recipe() {
 }
 ended() { tail -n +2 jobs.log 2>/dev/null | wc -l; }
 
-# Slowed down, so that the stop falls between the jobs.
-(recipe --delay 0.02) &
-pid=$!
-while [ "$(ended)" -lt $((count / 3)) ] && kill -0 "$pid"; do sleep 0.1; done
-kill -TERM "$pid"
-wait "$pid" || true
-stopped=$(ended)
-[ "$stopped" -lt "$count" ] || fail "all $count jobs had ended before the stop"
-
+# Runs until a share of the jobs has ended, then stops by a signal. Slowed down, so that it comes
+# before the end.
+stop_at() {
+    local enough=$1 signal=$2 pid
+    (recipe --delay 0.02) &
+    pid=$!
+    while [ "$(ended)" -lt "$enough" ] && kill -0 "$pid"; do sleep 0.1; done
+    kill "-$signal" "$pid"
+    wait "$pid" || true
+    stops+=("$(ended)")
+    [ "${stops[-1]}" -lt "$count" ] || fail "all $count jobs had ended before the stop"
+}
+stops=()
+stop_at $((count / 4)) TERM
+stop_at $((count / 2)) HUP
 (recipe) || true
 [ "$(tail -n +2 jobs.log | cut -f1 | sort -n | uniq | wc -l)" -eq "$count" ] ||
     fail "the log does not have every job"
@@ -61,5 +68,5 @@ while IFS= read -r name; do
     grep -qF "$name"$'\t' messages.log || fail "$name: no message says why it was not converted"
 done < <(paste statuses files.list | sed -n 's/^1\t//p')
 [ -z "$(find out -name '*.part')" ] || fail "a partial document was left"
-echo "$count files, stopped after $stopped, resumed: $(sort statuses | uniq -c |
+echo "$count files, stopped after ${stops[*]}, resumed: $(sort statuses | uniq -c |
     awk '{ printf "%s%d with status %d", (NR > 1 ? ", " : ""), $1, $2 }')"
