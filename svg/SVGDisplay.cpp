@@ -245,8 +245,12 @@ namespace {
             return;
         }
         separateStrays();
-        if (!m_hasRoot && token.name == "svg")
-            return writeRoot();
+        if (!m_hasRoot && token.name == "svg") {
+            writeRoot();
+            if (token.closesItself)
+                closeElement();
+            return;
+        }
         if (!m_hasRoot) {
             const std::vector<Attribute> attributes = std::exchange(m_tokens.attributes(), {});
             writeRoot();
