@@ -44,6 +44,9 @@ namespace {
             }
         }
 
+        // Lets the threads begin no more files.
+        void end() { m_isEnding = true; }
+
         // Waits for the result of a file, and calls tick while it waits.
         void await(size_t index, const std::function<void(size_t)> &tick)
         {
@@ -97,9 +100,15 @@ std::vector<FileResult> convertAll(const std::vector<Job> &jobs, const Options &
     threadPool.setMaxThreadCount(threads);
     for (int i = 0; i < threads; ++i)
         threadPool.start(QRunnable::create([&pool] { pool.work(); }));
-    for (size_t i = 0; i < jobs.size(); ++i) {
-        pool.await(i, tick);
-        tell(results[i]);
+    try {
+        for (size_t i = 0; i < jobs.size(); ++i) {
+            pool.await(i, tick);
+            tell(results[i]);
+        }
+    } catch (...) {
+        // What is told has nowhere to go; the thread pool waits for the files that are begun.
+        pool.end();
+        throw;
     }
     threadPool.waitForDone();
     return results;

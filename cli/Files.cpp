@@ -10,16 +10,6 @@ namespace svgtool {
 
 namespace {
 
-    // A name or reason as it may stand in the one line that is printed.
-    QString printable(QString text)
-    {
-        for (QChar &character : text) {
-            if (character.category() == QChar::Other_Control)
-                character = QLatin1Char('?');
-        }
-        return text;
-    }
-
     // Everything that the open file still has.
     QByteArray readAll(const QString &name, QFile &file)
     {
@@ -60,6 +50,15 @@ namespace {
     }
 
 } // namespace
+
+QString printable(QString text)
+{
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control)
+            character = QLatin1Char('?');
+    }
+    return text;
+}
 
 QString shownInput(const QString &path)
 {

@@ -33,7 +33,10 @@ QByteArray readInput(const QString &path, std::FILE *standardInput);
 /// A file appears, or changes, only when all of it is written; a device or a pipe is written to.
 void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArray &bytes);
 
-/// Prints one line to standard error; control characters in it become question marks.
+/// A name or reason as it may stand in one line: control characters become question marks.
+QString printable(QString text);
+
+/// Prints one line to standard error, made printable.
 void printMessage(const StandardStreams &streams, const QString &message);
 
 } // namespace svgtool

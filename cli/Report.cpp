@@ -1,5 +1,7 @@
 #include "cli/Report.h"
 
+#include "cli/Files.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -204,7 +206,7 @@ QByteArray reportText(const FileResult &result, const Options &options)
 {
     if (options.isJson)
         return reportJson(result, options);
-    QByteArray text = result.input.toLocal8Bit() + ": " + word(result.status) + '\n';
+    QByteArray text = printable(result.input).toLocal8Bit() + ": " + word(result.status) + '\n';
     if (options.report == Options::Report::Facts)
         text += factsText(result.facts);
     if (hasRecords(result))

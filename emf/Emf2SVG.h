@@ -150,7 +150,9 @@ private:
     qint32 OnSmallTextOut(char *record, quint32 size);
     qint32 OnSetTextAlign(char *record, quint32 size);
 
-    // Bitmaps
+    // Emf2SVG_Raster.cpp: bitmaps
+    RECTL mapCorners(qint32 x, qint32 y, qint32 width, qint32 height) const;
+    qint32 drawBitmap(BitmapTransfer transfer, const std::optional<DibBytes> &dib);
     qint32 OnBitBlt(char *record, quint32 size);
     qint32 OnStretchDIB(char *record, quint32 size);
     qint32 OnTransparentBlt(char *record, quint32 size);

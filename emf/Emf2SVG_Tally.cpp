@@ -5,8 +5,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 namespace svgtool {
@@ -29,14 +27,10 @@ qint32 Emf2SvgConverter::handleAndNote(Handler handler, char *record, quint32 si
     const ByteView all{ record, size };
     const auto type = qFromLittleEndian(readPadded<EMR>(all).iType);
     const bool isDrawing = holdsDrawing(type, all);
-    const bool isBitmap = std::find(std::begin(kEmfBitmapTypes), std::end(kEmfBitmapTypes), type)
-            != std::end(kEmfBitmapTypes);
-    const auto before = isBitmap ? m_writer.document().size() : 0;
-    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : HandlerDone;
+    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : RecordHandled;
 
     const bool doesNothing = handler == nullptr || handler == &Emf2SvgConverter::OnAcceptAndIgnore
-            || handler == &Emf2SvgConverter::OnDoNothing
-            || (isBitmap && m_writer.document().size() == before);
+            || handler == &Emf2SvgConverter::OnDoNothing;
     RecordOutcome outcome =
             recordOutcome(type, doesNothing ? std::nullopt : std::optional(result), kEmfOutcomes);
     if (isDrawing)

@@ -164,7 +164,4 @@ inline constexpr TypeOutcome kEmfOutcomes[] = {
 };
 // clang-format on
 
-/// The EMF record types that put a bitmap into the document, and are nothing if they put none.
-inline constexpr quint32 kEmfBitmapTypes[] = { 76, 77, 78, 79, 80, 81, 114, 116 };
-
 } // namespace svgtool

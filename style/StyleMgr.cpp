@@ -151,6 +151,17 @@ QString CStyleManager::EmfGetBrush(quint32 index)
     return object.style.mid(object.style.indexOf(QLatin1Char('=')));
 }
 
+QString CStyleManager::brushPaint() const
+{
+    SVGTOOL_TRACE("CStyleManager::brushPaint");
+    const QLatin1String opening("fill=\"");
+    const auto start = m_brushStyle.indexOf(opening);
+    if (start < 0)
+        return {};
+    const auto paint = start + opening.size();
+    return m_brushStyle.mid(paint, m_brushStyle.indexOf(QLatin1Char('"'), paint) - paint);
+}
+
 QString CStyleManager::GetBrushPattern(quint32 index)
 {
     return m_patterns[index];

@@ -71,6 +71,9 @@ public:
     const QString &combinedStyle() const { return m_combinedStyle; }
     /// The clip reference; empty when no clip is set.
     const QString &clipReference() const { return m_extraAttributes; }
+    /// The paint of the current brush: a colour, a pattern reference or "none". Empty while a stock
+    /// pen stands in the brush's place.
+    QString brushPaint() const;
     const QString &backgroundColor() const { return m_backgroundColor; }
     /// Rotation of text in whole degrees, clockwise; 0 for none.
     qint32 textRotation() const { return m_textRotation; }

@@ -1,11 +1,16 @@
 #pragma once
 
+#include "records/RecordResult.h"
 #include "style/StyleMgr.h"
+#include "svg/BitmapTransfer.h"
+#include "svg/RasterOperation.h"
 
 #include <QString>
 #include <QTextStream>
 
+#include <optional>
 #include <span>
+#include <vector>
 
 namespace svgtool {
 
@@ -146,6 +151,19 @@ public:
     /// Leaves the style and the size out of the texts that follow.
     bool SetTextStyleSuppression(bool suppresses);
 
+    /// Decodes a bitmap, within the allowance that all bitmaps of the document share.
+    std::optional<Bitmap> decode(const DibBytes &dib);
+    /// Draws a bitmap: cuts its source out, mirrors it, and calls the next two.
+    RecordResult DrawBitmap(BitmapTransfer transfer);
+    /// Turns the pixels into what a raster operation leaves to be seen, with the current brush as
+    /// pattern. A hatched brush counts as white.
+    RecordResult OnRasterOperation(QImage &image, RasterOperation operation) const;
+    /// Writes the bitmap into the rectangle as an "image" element with a base64 "data:" URL.
+    bool WriteBlt(const Bitmap &bitmap, const RECTL &box);
+    /// Fills a rectangle as an operation without a source does, with the current brush as pattern.
+    /// @param corners  of the rectangle, in any order
+    RecordResult PatBlt(const RECTL &corners, RasterOperation operation);
+
     /// The object operations forward to the style manager. CreateBrushI also writes the pattern
     /// definitions that the creation made.
     bool CreatePen(quint32 index, quint32 style, qint32 width, quint32 colour,
@@ -174,6 +192,18 @@ private:
         (m_stream << ... << pieces) << Qt::endl;
     }
     void writeOrCollect(const QString &pathData);
+    qint64 length() { return document().size(); }
+    RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
+    RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
+    RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
+                           const BitmapPlacement &place) const;
+    bool writeImage(QImage image, const RECTL &box);
+    void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
+                      const QImage &image);
+    std::optional<QImage> mergeTransfers(const RECTL &box, RasterOperation operation,
+                                         const QImage &image);
+    void fillBox(const RECTL &box, const QString &paint);
+    void cutBack(qint64 length);
     void drawRects(std::span<const RECTL> rects, const QString &style);
     void useClip();
     template<class... Piece>
@@ -194,6 +224,17 @@ private:
     quint32 m_textAlign = 0;
     bool m_suppressesTextStyle = false;
     QString m_textFallbackStyle;
+    /// A mask, or an XOR before it, that the next transfer to the same place may make whole.
+    struct OpenTransfer
+    {
+        RECTL box;
+        qint64 start; ///< where the document was before it
+        qint64 end;
+        RasterOperation operation;
+        QImage image;
+    };
+    std::vector<OpenTransfer> m_openTransfers;
+    qint64 m_runLengthPixels = kRunLengthPixels;
     CStyleManager m_styles;
 };
 

@@ -96,7 +96,10 @@ private:
     qint32 textAscent() const;
     qint32 OnMetaExtTextOut(char *record, quint32 size);
 
-    // Bitmaps
+    // Wmf2SVG_Raster.cpp: bitmaps
+    RECTL mapCorners(qint16 x, qint16 y, qint16 width, qint16 height) const;
+    qint32 drawBitmap(BitmapTransfer transfer, ByteView bytes, quint32 usage,
+                      bool isDeviceDependent);
     qint32 OnMetaPatBlt(char *record, quint32 size);
     qint32 OnDIBBitBlt(char *record, quint32 size);
     qint32 OnStretchDIB(char *record, quint32 size);

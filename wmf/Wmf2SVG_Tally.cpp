@@ -5,8 +5,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 namespace svgtool {
@@ -27,14 +25,9 @@ void WMF2SVGConverter::handleAndNote(Handler handler, char *record, quint32 size
 {
     SVGTOOL_TRACE("WMF2SVGConverter::handleAndNote");
     const bool isDrawing = holdsDrawing(function, { record, size });
-    const bool isBitmap =
-            std::find(std::begin(kWmfBitmapTypes), std::end(kWmfBitmapTypes), function)
-            != std::end(kWmfBitmapTypes);
-    const auto before = isBitmap ? m_writer.document().size() : 0;
-    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : HandlerDone;
+    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : RecordHandled;
 
-    const bool doesNothing = handler == nullptr || handler == &WMF2SVGConverter::OnDoNothing
-            || (isBitmap && m_writer.document().size() == before);
+    const bool doesNothing = handler == nullptr || handler == &WMF2SVGConverter::OnDoNothing;
     RecordOutcome outcome = recordOutcome(
             function, doesNothing ? std::nullopt : std::optional(result), kWmfOutcomes);
     if (isDrawing)

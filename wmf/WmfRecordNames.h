@@ -100,8 +100,4 @@ inline constexpr TypeOutcome kWmfOutcomes[] = {
 };
 // clang-format on
 
-/// The WMF record types that put a bitmap into the document, and are nothing if they put none.
-inline constexpr quint16 kWmfBitmapTypes[] = { 0x061D, 0x0922, 0x0940, 0x0B23,
-                                               0x0B41, 0x0D33, 0x0F43 };
-
 } // namespace svgtool

@@ -20,7 +20,7 @@ declare -A layers=(
 # Programs know the installed headers and nothing else; the tool reports more than hosts can ask,
 # so it links the static core and knows one header more.
 programs="cli samples"
-installed_headers=" svgtool/SVGTool.h svg/SVGDisplay.h "
+installed_headers="svgtool/SVGTool.h svg/SVGDisplay.h"
 tool_header="svgtool/SVGInspect.h"
 # These may include anything.
 free="tests fuzz bench"
@@ -69,7 +69,7 @@ check_include() {
     fi
     checked=$((checked + 1))
     if [[ " $programs " == *" $folder "* ]]; then
-        [ "$target" = "$folder" ] || [[ $installed_headers == *" $included "* ]] ||
+        [ "$target" = "$folder" ] || [[ " $installed_headers " == *" $included "* ]] ||
             [ "$folder:$included" = "cli:$tool_header" ] ||
             finding "$file:$line: a program includes $included, not an installed header"
     elif [[ ${reachable[$folder]} != *" $target "* ]]; then

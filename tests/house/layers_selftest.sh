@@ -35,6 +35,7 @@ put emf/Emf.h '#include "svg/Writer.h"'
 put wmf/Wmf.h ''
 put svgtool/SVGTool.h '#include <QString>'
 put svgtool/SVGInspect.h ''
+put svg/SVGDisplay.h ''
 
 expect 'two layers down' accepted emf/Good.cpp '#include "records/Bytes.h"'
 expect 'own folder' accepted emf/Good.cpp '#include "Emf.h"'
@@ -43,6 +44,7 @@ expect 'program, own header and library' accepted cli/main.cpp '#include <svgtoo
 expect 'the tool looks at reports' accepted cli/main.cpp '#include "svgtool/SVGInspect.h"'
 expect 'a host looks at reports' 'not an installed header' samples/main.cpp \
     '#include "svgtool/SVGInspect.h"'
+expect 'program, other installed header' accepted cli/main.cpp '#include "svg/SVGDisplay.h"'
 expect 'upwards' 'style/ may not include emf/Emf.h' style/Bad.cpp '#include "emf/Emf.h"'
 expect 'sideways' 'wmf/ may not include emf/Emf.h' wmf/Bad.h '  #  include "emf/Emf.h" // why'
 expect 'angle brackets' 'emf/ may not include wmf/Wmf.h' emf/Bad.h '#include <wmf/Wmf.h>'
