@@ -35,8 +35,8 @@ public:
     /// Counts into @p tally what becomes of the records; null, as it is at first, counts nothing.
     /// The tally outlives the conversion.
     void setTally(RecordTally *tally) { m_tally = tally; }
-    /// The document written so far.
-    const QString &document() { return m_writer.document(); }
+    /// Hands over the document written so far, in UTF-8.
+    QByteArray takeDocument() { return m_writer.takeDocument(); }
 
     /// An arc of an ellipse, in output units.
     struct Arc

@@ -66,7 +66,7 @@ qint32 Emf2SvgConverter::OnSetMapMode(char *record, quint32 size)
     if (mode.iMode == kAnisotropic)
         m_isAnisotropic = true;
     const bool isKnown = mode.iMode == kAnisotropic || (mode.iMode == kText && !m_isAnisotropic);
-    return isKnown ? RecordHandled : RecordApproximated;
+    return isKnown ? HandlerDone : HandlerApproximated;
 }
 
 qint32 Emf2SvgConverter::OnSetWindowOrgEx(char *record, quint32 size)

@@ -17,7 +17,7 @@ static qint32 penResult(quint32 style)
 {
     constexpr quint32 kStyleMask = 0x0F;
     constexpr quint32 kNull = 5; // PS_NULL
-    return (style & kStyleMask) == kNull ? RecordApproximated : RecordHandled;
+    return (style & kStyleMask) == kNull ? HandlerApproximated : HandlerDone;
 }
 
 qint32 Emf2SvgConverter::OnCreatePen(char *record, quint32 size)
@@ -55,7 +55,7 @@ qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
     InitEMRCREATEBRUSHINDIRECT(&brush);
     m_writer.CreateBrushI(brush.ihBrush, brush.lb);
     constexpr quint32 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
-    return brush.lb.lbStyle <= kNull ? RecordHandled : RecordApproximated;
+    return brush.lb.lbStyle <= kNull ? HandlerDone : HandlerApproximated;
 }
 
 qint32 Emf2SvgConverter::OnExtCreateFontIndirect(char *record, quint32 size)
@@ -78,8 +78,8 @@ qint32 Emf2SvgConverter::OnSelectObject(char *record, quint32 size)
     // These two come as brushes.
     constexpr quint32 kWhitePen = 0x80000006;
     constexpr quint32 kBlackPen = 0x80000007;
-    return object.ihObject == kWhitePen || object.ihObject == kBlackPen ? RecordApproximated
-                                                                        : RecordHandled;
+    return object.ihObject == kWhitePen || object.ihObject == kBlackPen ? HandlerApproximated
+                                                                        : HandlerDone;
 }
 
 qint32 Emf2SvgConverter::OnDeleteObject(char *record, quint32 size)

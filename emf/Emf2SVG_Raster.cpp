@@ -64,6 +64,8 @@ qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnBitBlt");
     auto blt = readPadded<EMRBITBLT>({ record, size });
     InitEMRBITBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -79,6 +81,8 @@ qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnStretchDIB");
     auto blt = readPadded<EMRSTRETCHDIBITS>({ record, size });
     InitEMRSTRETCHDIBITS(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -98,6 +102,8 @@ qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnStretchBlt");
     auto blt = readPadded<EMRSTRETCHBLT>({ record, size });
     InitEMRSTRETCHBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -113,6 +119,8 @@ qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnTransparentBlt");
     auto blt = readPadded<EMRTRANSPARENTBLT>({ record, size });
     InitEMRTRANSPARENTBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
@@ -126,6 +134,8 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnMaskBlt");
     auto blt = readPadded<EMRMASKBLT>({ record, size });
     InitEMRMASKBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
@@ -137,7 +147,7 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
         const auto dib = dibIn(all, maskRange);
         const auto mask = dib ? m_writer.decode(*dib) : std::nullopt;
         if (!mask || mask->image.format() != QImage::Format_Mono)
-            return RecordFailed;
+            return HandlerFailed;
         transfer.mask = mask->image;
         transfer.maskX = blt.xMask;
         transfer.maskY = blt.yMask;
@@ -151,7 +161,7 @@ qint32 Emf2SvgConverter::drawBitmap(BitmapTransfer transfer, const std::optional
 {
     auto bitmap = dib ? m_writer.decode(*dib) : std::nullopt;
     if (!bitmap)
-        return RecordFailed;
+        return HandlerFailed;
     transfer.bitmap = std::move(*bitmap);
     return m_writer.DrawBitmap(std::move(transfer));
 }

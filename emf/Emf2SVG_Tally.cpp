@@ -27,7 +27,7 @@ qint32 Emf2SvgConverter::handleAndNote(Handler handler, char *record, quint32 si
     const ByteView all{ record, size };
     const auto type = qFromLittleEndian(readPadded<EMR>(all).iType);
     const bool isDrawing = holdsDrawing(type, all);
-    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : RecordHandled;
+    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : HandlerDone;
 
     const bool doesNothing = handler == nullptr || handler == &Emf2SvgConverter::OnAcceptAndIgnore
             || handler == &Emf2SvgConverter::OnDoNothing;

@@ -75,6 +75,7 @@ void CLogSystem::setLevel(const std::string &name)
 {
     const std::lock_guard lock(m_namesMutex);
     m_level.store(&*m_names.insert(name).first, std::memory_order_release);
+    m_isTracing.store(name == "TRACE", std::memory_order_relaxed);
 }
 
 namespace {

@@ -34,42 +34,56 @@ inline void logFatal(const char *unit, const char *text, int line = __builtin_LI
                                        << basic_logging::Logger::end;
 }
 
+/// Whether the level of @p log is "TRACE". A logging library that offers no isTracing() is asked
+/// for the level's name.
+template<class LogSystem>
+bool isTracing(const LogSystem &log) noexcept
+{
+    if constexpr (requires { log.isTracing(); }) {
+        return log.isTracing();
+    } else {
+        try {
+            return log.getLevel() == "TRACE";
+        } catch (...) {
+            return false;
+        }
+    }
+}
+
+/// Whether calls are traced now; asks the level afresh.
+inline bool isTracing() noexcept
+{
+    return isTracing(*CLogSystem::theRootInstance);
+}
+
 /// Traces one call: "Enter" when it is made, "Exit" when it dies, on every return or exception.
 ///
 /// Both ask the level afresh, so a change of the level during a call shows as an exit without an
-/// entry or the reverse. Off, each costs one level query and one comparison.
+/// entry or the reverse. Off, each costs one level query.
 class TraceScope
 {
 public:
     TraceScope(const char *unit, int line, const char *function) noexcept
         : m_unit(unit), m_line(line), m_function(function)
     {
-        if (isOn())
-            write("Enter");
+        if (isTracing()) [[unlikely]]
+            write("Enter", m_unit, m_line, m_function);
     }
     ~TraceScope()
     {
-        if (isOn())
-            write("Exit");
+        if (isTracing()) [[unlikely]]
+            write("Exit", m_unit, m_line, m_function);
     }
     TraceScope(const TraceScope &) = delete;
     TraceScope &operator=(const TraceScope &) = delete;
 
 private:
-    static bool isOn() noexcept
+    // Static, so that a scope need not exist in memory. A sink that throws, or a line that finds no
+    // memory, must not change what is converted.
+    static void write(const char *event, const char *unit, int line, const char *function) noexcept
     {
         try {
-            return CLogSystem::theRootInstance->getLevel() == "TRACE";
-        } catch (...) {
-            return false;
-        }
-    }
-
-    // A sink that throws, or a line that finds no memory, must not change what is converted.
-    void write(const char *event) const noexcept
-    {
-        try {
-            CLogSystem::theRootInstance->trace << logLocation(m_unit, m_line) << event << m_function
+            CLogSystem::theRootInstance->trace << logLocation(unit, line) << event << function
                                                << basic_logging::Logger::end;
         } catch (...) {
         }

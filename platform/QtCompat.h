@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QTextStream>
 #include <QtGlobal>
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -15,16 +14,6 @@
 // by the library gets its common name here.
 
 namespace svgtool {
-
-/// Sets the encoding that @p stream writes to UTF-8.
-inline void setUtf8(QTextStream &stream)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    stream.setEncoding(QStringConverter::Utf8);
-#else
-    stream.setCodec("UTF-8");
-#endif
-}
 
 /// @p bytes decoded by the encoding of the given name; as Latin-1 where this Qt lacks it.
 inline QString decode(const QByteArray &bytes, const char *encoding)

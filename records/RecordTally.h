@@ -1,7 +1,5 @@
 #pragma once
 
-#include "records/RecordResult.h"
-
 #include <QtGlobal>
 
 #include <array>
@@ -10,6 +8,13 @@
 #include <vector>
 
 namespace svgtool {
+
+/// Results of record handlers; any but 0 is success.
+enum HandlerResult : qint32 {
+    HandlerFailed = 0, ///< the record is broken or asks for what is not supported
+    HandlerDone = 1, ///< carried out
+    HandlerApproximated = 2, ///< carried out, but not as GDI would
+};
 
 /// What became of a record.
 enum class RecordOutcome {
@@ -124,11 +129,11 @@ RecordOutcome recordOutcome(quint32 type, std::optional<qint32> result, const Ta
         return entry != nullptr && entry->outcome == RecordOutcome::Neutral
                 ? RecordOutcome::Neutral
                 : RecordOutcome::Skipped;
-    if (*result == RecordFailed)
+    if (*result == HandlerFailed)
         return RecordOutcome::Skipped;
     if (entry != nullptr)
         return entry->outcome;
-    return *result == RecordApproximated ? RecordOutcome::Approximated : RecordOutcome::Drawn;
+    return *result == HandlerApproximated ? RecordOutcome::Approximated : RecordOutcome::Drawn;
 }
 
 } // namespace svgtool

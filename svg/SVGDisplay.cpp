@@ -161,6 +161,7 @@ namespace {
         void writeRoot();
         void writeTag(std::string_view name, bool closesItself);
         void writeAttribute(const Attribute &attribute);
+        void writeLink(std::string_view target);
         void writeReferences(std::string_view value);
         void writeEndTag(const Token &token);
         std::string_view closeElement();
@@ -362,14 +363,22 @@ namespace {
         write("=\"");
         if (name == "id") {
             write(m_ids.define(value));
-        } else if (name == "xlink:href" && startsWith(value, "#")) {
-            write("#");
-            appendEscaped(m_out, m_ids.current(value.substr(1)), XmlPlace::Value);
+        } else if (name == "xlink:href") {
+            writeLink(value);
         } else {
             writeReferences(value);
         }
         write("\"");
         m_usesXlink |= startsWith(name, "xlink:");
+    }
+
+    void Rewriter::writeLink(std::string_view target)
+    {
+        if (startsWith(target, "#")) {
+            write("#");
+            target = m_ids.current(target.substr(1));
+        }
+        appendEscaped(m_out, target, XmlPlace::Value);
     }
 
     void Rewriter::writeReferences(std::string_view value)

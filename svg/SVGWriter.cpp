@@ -1,7 +1,6 @@
 #include "svg/SVGWriter.h"
 
 #include "logging/TraceScope.h"
-#include "platform/QtCompat.h"
 
 namespace svgtool {
 
@@ -9,10 +8,9 @@ static constexpr char kTraceUnit[] = ".\\SVGWriter.cpp";
 
 CMySVGWriter::CMySVGWriter()
     : m_fallbackStyle(QStringLiteral(" stroke=\"black\" stroke-width=\"1\" fill=\"none\"")),
-      m_stream(&m_document), m_textFallbackStyle(QStringLiteral(" fill=\"black\""))
+      m_textFallbackStyle(QStringLiteral(" fill=\"black\""))
 {
     SVGTOOL_TRACE("CMySVGWriter::CMySVGWriter");
-    setUtf8(m_stream);
 }
 
 const QString &CMySVGWriter::styleOrFallback(const QString &style) const
@@ -48,7 +46,7 @@ bool CMySVGWriter::DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, con
     const bool addClip = m_clipActive && !chosen.contains(QLatin1String("clip-path"));
     writeLine("<rect x=\"", x, kQ, "y=\"", y, kQ, "width=\"", width, kQ, "height=\"", height, kQ,
               "rx=\"", rx, kQ, "ry=\"", ry, kQ, chosen,
-              addClip ? m_styles.clipReference() : QString(), "/>");
+              addClip ? QStringView(m_styles.clipReference()) : QStringView(), "/>");
     return true;
 }
 
@@ -91,15 +89,12 @@ bool CMySVGWriter::DrawLineTo(qint32 x, qint32 y, const QString &style)
     return MoveTo(x, y);
 }
 
-QString CMySVGWriter::GetPointsString(std::span<const POINTL> points) const
+void CMySVGWriter::GetPointsString(std::span<const POINTL> points, TextBuffer &text) const
 {
     SVGTOOL_TRACE("CMySVGWriter::GetPointsString");
-    QString text;
     for (const POINTL &point : points)
-        text += QString::number(point.x) + QLatin1Char(',') + QString::number(point.y)
-                + QLatin1Char(' ');
-    text += QLatin1Char('\n');
-    return text;
+        text.append(point.x, ',', point.y, ' ');
+    text.append('\n');
 }
 
 bool CMySVGWriter::CreatePen(quint32 index, quint32 style, qint32 width, quint32 colour,
@@ -118,7 +113,7 @@ bool CMySVGWriter::CreateBrushI(quint32 index, const LOGBRUSH &brush)
     // An index keeps its last pattern when a brush of another kind takes it; only a pattern that
     // this creation made goes into the document.
     if (m_styles.patternCount() != patternsBefore)
-        m_stream << m_styles.GetBrushPattern(index);
+        m_document << m_styles.GetBrushPattern(index);
     return true;
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "records/RecordResult.h"
+#include "records/RecordTally.h"
 #include "style/StyleMgr.h"
 #include "svg/BitmapTransfer.h"
 #include "svg/RasterOperation.h"
+#include "svg/TextBuffer.h"
 
 #include <QString>
-#include <QTextStream>
 
 #include <optional>
 #include <span>
@@ -40,12 +40,8 @@ public:
     bool CreateXML(qint32 width, qint32 height);
     /// Writes the document tail; called once, last.
     bool Close();
-    /// The text written so far.
-    const QString &document()
-    {
-        m_stream.flush();
-        return m_document;
-    }
+    /// Hands over the text written so far, in UTF-8; what is written next begins a new one.
+    QByteArray takeDocument() { return m_document.take(); }
 
     bool DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const QString &style, qint32 rx,
                   qint32 ry);
@@ -62,8 +58,8 @@ public:
     bool SetWorldTransform(const XFORM &xform);
     /// Ends the group of the transform in force; the interpreter does it before Close.
     bool EndWorldTransform();
-    /// The points as the value of a "points" attribute, line feed included.
-    QString GetPointsString(std::span<const POINTL> points) const;
+    /// Appends the points as the value of a "points" attribute, line feed included.
+    void GetPointsString(std::span<const POINTL> points, TextBuffer &text) const;
 
     /// An elliptic arc from start to end.
     /// @param rotation  of the ellipse's x axis, in degrees
@@ -92,13 +88,13 @@ public:
     bool FillPath();
     /// Closes the path bracket and drops the text collected.
     bool AbortPath();
-    /// Path data of one closed figure of the first @p count points. The first point is used even
-    /// when the count is 0.
-    QString GetPathString(std::span<const POINTL> points, quint32 count) const;
+    /// Appends path data of one closed figure of the first @p count points. The first point is used
+    /// even when the count is 0.
+    void GetPathString(std::span<const POINTL> points, quint32 count, TextBuffer &text) const;
     /// Collects a closed figure.
     bool AddToPath(std::span<const POINTL> points);
     /// Collects path data as they stand.
-    bool AddToPath(const QString &pathData);
+    bool AddToPath(std::string_view pathData);
     /// Collects a line to the start of the figure.
     bool CloseFigure();
     /// Writes polygons that share out @p points as one path, filled by the even-odd rule.
@@ -154,15 +150,15 @@ public:
     /// Decodes a bitmap, within the allowance that all bitmaps of the document share.
     std::optional<Bitmap> decode(const DibBytes &dib);
     /// Draws a bitmap: cuts its source out, mirrors it, and calls the next two.
-    RecordResult DrawBitmap(BitmapTransfer transfer);
+    HandlerResult DrawBitmap(BitmapTransfer transfer);
     /// Turns the pixels into what a raster operation leaves to be seen, with the current brush as
     /// pattern. A hatched brush counts as white.
-    RecordResult OnRasterOperation(QImage &image, RasterOperation operation) const;
+    HandlerResult OnRasterOperation(QImage &image, RasterOperation operation) const;
     /// Writes the bitmap into the rectangle as an "image" element with a base64 "data:" URL.
     bool WriteBlt(const Bitmap &bitmap, const RECTL &box);
     /// Fills a rectangle as an operation without a source does, with the current brush as pattern.
     /// @param corners  of the rectangle, in any order
-    RecordResult PatBlt(const RECTL &corners, RasterOperation operation);
+    HandlerResult PatBlt(const RECTL &corners, RasterOperation operation);
 
     /// The object operations forward to the style manager. CreateBrushI also writes the pattern
     /// definitions that the creation made.
@@ -185,25 +181,23 @@ public:
 private:
     static constexpr char kQ[] = "\" "; ///< closes an attribute value
 
-    /// Writes @p pieces one after the other, then a line feed.
+    /// Writes @p pieces, as TextBuffer takes them, one after the other, then a line feed.
     template<class... Piece>
     void writeLine(const Piece &...pieces)
     {
-        (m_stream << ... << pieces) << Qt::endl;
+        m_document.append(pieces..., '\n');
     }
-    void writeOrCollect(const QString &pathData);
-    qint64 length() { return document().size(); }
-    RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
-    RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
-    RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
-                           const BitmapPlacement &place) const;
+    void writeOrCollect(std::string_view pathData);
+    HandlerResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
+    HandlerResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
+    HandlerResult applyMask(QImage &image, const BitmapTransfer &transfer,
+                            const BitmapPlacement &place) const;
     bool writeImage(QImage image, const RECTL &box);
     void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
                       const QImage &image);
     std::optional<QImage> mergeTransfers(const RECTL &box, RasterOperation operation,
                                          const QImage &image);
     void fillBox(const RECTL &box, const QString &paint);
-    void cutBack(qint64 length);
     void drawRects(std::span<const RECTL> rects, const QString &style);
     void useClip();
     template<class... Piece>
@@ -211,11 +205,10 @@ private:
     const QString &styleOrFallback(const QString &style) const;
 
     QString m_fallbackStyle;
-    QString m_document;
-    QTextStream m_stream;
+    TextBuffer m_document;
     POINTL m_current{}; ///< current position
     POINTL m_figureStart{};
-    QString m_path; ///< path data collected
+    TextBuffer m_path; ///< path data collected
     bool m_isInPath = false;
     bool m_isInTransform = false; ///< a transform's group is open
     bool m_clipActive = false;

@@ -76,7 +76,7 @@ bool CMySVGWriter::EndPath()
 bool CMySVGWriter::StrokePath()
 {
     SVGTOOL_TRACE("CMySVGWriter::StrokePath");
-    writeLine("\n<path d = \"", m_path, "\"", m_styles.GetCurrPenStyle(), "/>");
+    writeLine("\n<path d = \"", m_path.view(), "\"", m_styles.GetCurrPenStyle(), "/>");
     m_path.clear();
     return true;
 }
@@ -85,49 +85,46 @@ bool CMySVGWriter::FillPath()
 {
     SVGTOOL_TRACE("CMySVGWriter::FillPath");
     // Quirk: the quote that closes the path data is the first character of the brush style.
-    writeLine("\n<path d = \"", m_path, m_styles.GetCurrBrushStyle(), "/>");
+    writeLine("\n<path d = \"", m_path.view(), m_styles.GetCurrBrushStyle(), "/>");
     m_path.clear();
     return true;
 }
 
 // One step of path data: a letter and a point.
-static QString step(char letter, const POINTL &point)
+static void addStep(TextBuffer &text, char letter, const POINTL &point)
 {
-    return QLatin1String(" ") + QLatin1Char(letter) + QString::number(point.x) + QLatin1Char(',')
-            + QString::number(point.y) + QLatin1Char(' ');
+    text.append(' ', letter, point.x, ',', point.y, ' ');
 }
 
 // A curve of path data: its three points.
-static QString curve(std::span<const POINTL, 3> points)
+static void addCurve(TextBuffer &text, std::span<const POINTL, 3> points)
 {
-    QString text = step('C', points[0]);
-    for (const POINTL &point : points.subspan(1))
-        text += QString::number(point.x) + QLatin1Char(',') + QString::number(point.y)
-                + QLatin1Char(' ');
-    return text;
+    text.append(" C", points[0].x, ',', points[0].y, ' ', points[1].x, ',', points[1].y, ' ',
+                points[2].x, ',', points[2].y, ' ');
 }
 
-QString CMySVGWriter::GetPathString(std::span<const POINTL> points, quint32 count) const
+void CMySVGWriter::GetPathString(std::span<const POINTL> points, quint32 count,
+                                 TextBuffer &text) const
 {
     SVGTOOL_TRACE("CMySVGWriter::GetPathString");
-    QString text = step('M', points.empty() ? POINTL{} : points.front());
+    addStep(text, 'M', points.empty() ? POINTL{} : points.front());
     for (size_t i = 1; i < count; ++i)
-        text += step('L', points[i]);
+        addStep(text, 'L', points[i]);
     // Quirk: every figure is closed, also one that came from a polyline.
-    return text + QLatin1String(" Z");
+    text.append(" Z");
 }
 
 bool CMySVGWriter::AddToPath(std::span<const POINTL> points)
 {
     SVGTOOL_TRACE("CMySVGWriter::AddToPath");
-    m_path += GetPathString(points, static_cast<quint32>(points.size()));
+    GetPathString(points, static_cast<quint32>(points.size()), m_path);
     return true;
 }
 
-bool CMySVGWriter::AddToPath(const QString &pathData)
+bool CMySVGWriter::AddToPath(std::string_view pathData)
 {
     SVGTOOL_TRACE("CMySVGWriter::AddToPath");
-    m_path += pathData;
+    m_path.append(pathData);
     return true;
 }
 
@@ -142,7 +139,9 @@ bool CMySVGWriter::BeginFigure()
 bool CMySVGWriter::CloseFigure()
 {
     SVGTOOL_TRACE("CMySVGWriter::CloseFigure");
-    AddToPath(step('L', m_figureStart));
+    TextBuffer line;
+    addStep(line, 'L', m_figureStart);
+    AddToPath(line.view());
     // Quirk: only the x goes back to 0; a second close without a new figure depends on it.
     m_figureStart.x = 0;
     return true;
@@ -152,13 +151,13 @@ bool CMySVGWriter::DrawPolyPolygon(std::span<const POINTL> points, std::span<con
                                    const QString &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawPolyPolygon");
-    QString pathData;
+    m_document.append("<path d=\"");
     for (const quint16 count : counts) {
-        pathData += GetPathString(points, count);
+        GetPathString(points, count, m_document);
         points = points.subspan(count);
     }
     // Quirk: the even-odd rule is written always, and no blank follows it.
-    writeLine("<path d=\"", pathData, kQ, "fill-rule=\"evenodd\"", styleOrFallback(style), "/>");
+    writeLine(kQ, "fill-rule=\"evenodd\"", styleOrFallback(style), "/>");
     return true;
 }
 
@@ -168,11 +167,16 @@ bool CMySVGWriter::DrawPolyLine(std::span<const POINTL> points, bool isPolygon, 
     SVGTOOL_TRACE("CMySVGWriter::DrawPolyLine");
     if (m_isInPath)
         return AddToPath(points);
-    if (isPolygon)
-        writeLine("<polygon points=\"", GetPointsString(points), kQ, styleOrFallback(style), "/>");
-    else
-        writeLine("<polyline points=\"", GetPointsString(points), kQ, m_styles.GetCurrPenStyle(),
-                  "/>");
+    if (isPolygon) {
+        m_document.append("<polygon points=\"");
+        GetPointsString(points, m_document);
+        writeLine(kQ, styleOrFallback(style), "/>");
+    } else {
+        const QString penStyle = m_styles.GetCurrPenStyle();
+        m_document.append("<polyline points=\"");
+        GetPointsString(points, m_document);
+        writeLine(kQ, penStyle, "/>");
+    }
     if (isFromCurrent && !points.empty()) {
         DrawLine(m_current.x, m_current.y, points.front().x, points.front().y, QString());
         MoveTo(points.back().x, points.back().y);
@@ -180,7 +184,7 @@ bool CMySVGWriter::DrawPolyLine(std::span<const POINTL> points, bool isPolygon, 
     return true;
 }
 
-void CMySVGWriter::writeOrCollect(const QString &pathData)
+void CMySVGWriter::writeOrCollect(std::string_view pathData)
 {
     if (m_isInPath)
         AddToPath(pathData);
@@ -197,15 +201,16 @@ bool CMySVGWriter::DrawPolyBeziers(std::span<const POINTL> points, bool isFromCu
     auto curves = points.subspan(isFromCurrent ? 0 : 1);
     if (curves.size() < 3)
         return true;
-    QString pathData = step('M', start);
+    TextBuffer pathData;
+    addStep(pathData, 'M', start);
     POINTL end = start;
     for (; curves.size() >= 3; curves = curves.subspan(3)) {
-        pathData += curve(curves.first<3>());
+        addCurve(pathData, curves.first<3>());
         end = curves[2];
     }
     if (m_isInPath)
         m_figureStart = start;
-    writeOrCollect(pathData);
+    writeOrCollect(pathData.view());
     return isFromCurrent ? MoveTo(end.x, end.y) : true;
 }
 
@@ -235,7 +240,7 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
     std::span<const char> rest(types.data, size_t(types.size));
     if (rest.empty())
         return true;
-    QString pathData;
+    TextBuffer pathData;
     POINTL position = m_current;
     POINTL figureStart = rest.front() == kMoveTo ? points.front() : m_current;
     bool needsMove = true;
@@ -244,17 +249,17 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
         if (length == 0)
             return false;
         if (rest.front() != kMoveTo && needsMove)
-            pathData += step('M', position);
+            addStep(pathData, 'M', position);
         needsMove = false;
         if (length == 3)
-            pathData += curve(points.first<3>());
+            addCurve(pathData, points.first<3>());
         else
-            pathData += step(rest.front() == kMoveTo ? 'M' : 'L', points.front());
+            addStep(pathData, rest.front() == kMoveTo ? 'M' : 'L', points.front());
         if (rest.front() == kMoveTo)
             figureStart = points.front();
         position = points[length - 1];
         if ((rest[length - 1] & kCloseFigure) != 0) {
-            pathData += QLatin1String(" Z");
+            pathData.append(" Z");
             needsMove = true;
         }
         rest = rest.subspan(length);
@@ -262,7 +267,7 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
     }
     if (m_isInPath)
         m_figureStart = figureStart;
-    writeOrCollect(pathData);
+    writeOrCollect(pathData.view());
     return MoveTo(position.x, position.y);
 }
 

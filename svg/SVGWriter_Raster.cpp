@@ -21,13 +21,13 @@ namespace {
     class Base64Device : public QIODevice
     {
     public:
-        explicit Base64Device(QTextStream &text) : m_text(text) { open(QIODevice::WriteOnly); }
+        explicit Base64Device(TextBuffer &text) : m_text(text) { open(QIODevice::WriteOnly); }
 
         bool isSequential() const override { return true; }
         /// Writes what is left over of the last group of three bytes.
         void finish()
         {
-            m_text << QLatin1String(m_rest.toBase64());
+            m_text << m_rest.toBase64();
             m_rest.clear();
         }
 
@@ -40,14 +40,14 @@ namespace {
             for (qint64 done = 0; done < size; done += kPiece) {
                 m_rest.append(data + done, int(std::min(kPiece, size - done)));
                 const auto whole = m_rest.size() / 3 * 3;
-                m_text << QLatin1String(m_rest.left(whole).toBase64());
+                m_text << m_rest.left(whole).toBase64();
                 m_rest.remove(0, whole);
             }
             return size;
         }
 
     private:
-        QTextStream &m_text;
+        TextBuffer &m_text;
         QByteArray m_rest;
     };
 
@@ -97,7 +97,7 @@ std::optional<Bitmap> CMySVGWriter::decode(const DibBytes &dib)
     return ConvertTo32Bits(dib, m_runLengthPixels);
 }
 
-RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
+HandlerResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawBitmap");
     const RasterOperation operation = transfer.operation;
@@ -105,14 +105,14 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         return PatBlt(transfer.corners, operation);
     const auto place = placeBitmap(transfer);
     if (!place)
-        return RecordHandled;
+        return HandlerDone;
     if (transfer.bitmap.isFile())
         return drawFile(transfer, *place);
 
     QImage image = std::move(transfer.bitmap.image);
     if (place->part != image.rect())
         image = image.copy(place->part);
-    RecordResult result = RecordHandled;
+    HandlerResult result = HandlerDone;
     if (transfer.transparentColour)
         clearColour(image, *transfer.transparentColour);
     if (!transfer.mask.isNull())
@@ -124,33 +124,33 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
         else
             return drawOperation(std::move(image), place->box, operation);
     }
-    return writeImage(std::move(image), place->box) ? result : RecordFailed;
+    return writeImage(std::move(image), place->box) ? result : HandlerFailed;
 }
 
-RecordResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
+HandlerResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
 {
     SVGTOOL_TRACE("CMySVGWriter::OnRasterOperation");
     const auto colour = solidColour(m_styles.brushPaint());
     const bool isExact =
             applyRasterOperation(image, operation, colour.value_or(qRgb(255, 255, 255)));
-    return isExact && (colour || !operation.usesPattern()) ? RecordHandled : RecordApproximated;
+    return isExact && (colour || !operation.usesPattern()) ? HandlerDone : HandlerApproximated;
 }
 
-RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
+HandlerResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
 {
     const bool mayGoOn = operation == RasterOperations::SourceInvert
             || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image));
     const QImage original = mayGoOn ? image : QImage();
-    const qint64 start = length();
-    const RecordResult result = OnRasterOperation(image, operation);
+    const qint64 start = m_document.size();
+    const HandlerResult result = OnRasterOperation(image, operation);
     if (!writeImage(std::move(image), box))
-        return RecordFailed;
+        return HandlerFailed;
     noteTransfer(box, start, operation, original);
     return result;
 }
 
-RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
-                                     const BitmapPlacement &place) const
+HandlerResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
+                                      const BitmapPlacement &place) const
 {
     const auto offset = [](qint64 value) {
         constexpr qint64 kFar = 1 << 30;
@@ -160,13 +160,13 @@ RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transf
                        offset(transfer.maskY + place.part.y() - transfer.sourceY));
     const QImage mask = transfer.mask.copy(QRect(start, image.size()));
     QImage outside = image;
-    const RecordResult inside = OnRasterOperation(image, transfer.operation);
-    const RecordResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
+    const HandlerResult inside = OnRasterOperation(image, transfer.operation);
+    const HandlerResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
     chooseByMask(image, outside, mask);
     return std::max(inside, rest);
 }
 
-RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
+HandlerResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
 {
     const QSize size = transfer.bitmap.size;
     const RECTL &box = place.box;
@@ -175,25 +175,25 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     // The bytes stay as they are, so what pixels would be cut and mirrored for is left to the
     // viewer: an inner picture shows a part, and a transform turns it round in its place.
     if (isMirrored) {
-        m_stream << "<g transform=\"translate("
-                 << (place.mirrorsX ? qint64(box.left) + box.right : 0) << ","
-                 << (place.mirrorsY ? qint64(box.top) + box.bottom : 0) << ") scale("
-                 << (place.mirrorsX ? -1 : 1) << "," << (place.mirrorsY ? -1 : 1) << ")\">";
+        m_document << "<g transform=\"translate("
+                   << (place.mirrorsX ? qint64(box.left) + box.right : 0) << ","
+                   << (place.mirrorsY ? qint64(box.top) + box.bottom : 0) << ") scale("
+                   << (place.mirrorsX ? -1 : 1) << "," << (place.mirrorsY ? -1 : 1) << ")\">";
     }
     if (isWhole) {
         WriteBlt(transfer.bitmap, box);
     } else {
-        m_stream << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
-                 << qint64(box.right) - box.left << kQ << "height=\""
-                 << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
-                 << place.part.y() << " " << place.part.width() << " " << place.part.height() << kQ
-                 << "preserveAspectRatio=\"none\">";
+        m_document << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
+                   << qint64(box.right) - box.left << kQ << "height=\""
+                   << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
+                   << place.part.y() << " " << place.part.width() << " " << place.part.height()
+                   << kQ << "preserveAspectRatio=\"none\">";
         WriteBlt(transfer.bitmap, { 0, 0, size.width(), size.height() });
         writeLine("</svg>");
     }
     if (isMirrored)
         writeLine("</g>");
-    return transfer.operation == RasterOperations::SourceCopy ? RecordHandled : RecordApproximated;
+    return transfer.operation == RasterOperations::SourceCopy ? HandlerDone : HandlerApproximated;
 }
 
 bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
@@ -211,27 +211,21 @@ bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
 bool CMySVGWriter::WriteBlt(const Bitmap &bitmap, const RECTL &box)
 {
     SVGTOOL_TRACE("CMySVGWriter::WriteBlt");
-    const qint64 start = length();
-    m_stream << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
-             << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
-             << kQ << "preserveAspectRatio=\"none\" xlink:href=\"data:" << bitmap.mediaType
-             << ";base64,";
-    Base64Device device(m_stream);
+    const qint64 start = m_document.size();
+    m_document << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
+               << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
+               << kQ << "preserveAspectRatio=\"none\" xlink:href=\"data:"
+               << std::string_view(bitmap.mediaType) << ";base64,";
+    Base64Device device(m_document);
     if (bitmap.isFile()) {
         device.write(bitmap.file.data, bitmap.file.size);
     } else if (!QImageWriter(&device, QByteArrayLiteral("png")).write(bitmap.image)) {
-        cutBack(start);
+        m_document.truncate(start);
         return false;
     }
     device.finish();
     writeLine(kQ, m_styles.clipReference(), "/>");
     return true;
-}
-
-void CMySVGWriter::cutBack(qint64 length)
-{
-    m_stream.flush();
-    m_document.truncate(length);
 }
 
 void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
@@ -245,7 +239,7 @@ void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation 
     if (!goesOn)
         m_openTransfers.clear();
     if (isOpen && !image.isNull())
-        m_openTransfers.push_back({ box, start, length(), operation, image });
+        m_openTransfers.push_back({ box, start, m_document.size(), operation, image });
 }
 
 std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOperation operation,
@@ -257,55 +251,55 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
     if (m_openTransfers.empty() || !(inverts || paints))
         return std::nullopt;
     const OpenTransfer mask = m_openTransfers.back();
-    if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != length()
+    if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != m_document.size()
         || !isSameBox(mask.box, box))
         return std::nullopt;
     const OpenTransfer &first = m_openTransfers.front();
     if (inverts && first.operation == operation && first.image == image) {
         // Inverted twice, the same pixels are gone but where the mask was between them.
-        cutBack(first.start);
+        m_document.truncate(first.start);
         m_openTransfers.clear();
         return stencil(image, mask.image);
     }
     if (!paints)
         return std::nullopt;
-    cutBack(mask.start);
+    m_document.truncate(mask.start);
     m_openTransfers.clear();
     return combineWithMask(image, mask.image);
 }
 
-RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
+HandlerResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
 {
     SVGTOOL_TRACE("CMySVGWriter::PatBlt");
     const auto [left, right] = std::minmax(corners.left, corners.right);
     const auto [top, bottom] = std::minmax(corners.top, corners.bottom);
     const RECTL box{ left, top, right, bottom };
     if (operation == kNothing || left == right || top == bottom)
-        return RecordHandled;
+        return HandlerDone;
     // What needs pixels that are not there, and what only inverts what lies beneath.
     if (operation.usesSource() || operation == kDestinationInvert)
-        return RecordFailed;
+        return HandlerFailed;
 
     const QString paint = m_styles.brushPaint();
     if (operation.usesPattern() && (paint.isEmpty() || paint == QLatin1String("none")))
-        return paint.isEmpty() ? RecordApproximated : RecordHandled;
+        return paint.isEmpty() ? HandlerApproximated : HandlerDone;
     const auto colour = solidColour(paint);
     if (operation.usesPattern() && !colour) {
         fillBox(box, paint);
-        return operation == kPatternCopy ? RecordHandled : RecordApproximated;
+        return operation == kPatternCopy ? HandlerDone : HandlerApproximated;
     }
     const QRgb pattern = colour.value_or(qRgb(255, 255, 255));
     if (operation == kPatternInvert) {
         if (const auto whole = mergeTransfers(box, operation, pixelOf(pattern)))
-            return writeImage(*whole, box) ? RecordHandled : RecordFailed;
+            return writeImage(*whole, box) ? HandlerDone : HandlerFailed;
     }
     const auto seen = operation.seen(pattern, 0);
     if (seen && qAlpha(*seen) == 0)
-        return RecordHandled;
-    const qint64 start = length();
+        return HandlerDone;
+    const qint64 start = m_document.size();
     fillBox(box, QColor(seen.value_or(pattern)).name());
     noteTransfer(box, start, operation, pixelOf(pattern));
-    return seen ? RecordHandled : RecordApproximated;
+    return seen ? HandlerDone : HandlerApproximated;
 }
 
 void CMySVGWriter::fillBox(const RECTL &box, const QString &paint)

@@ -13,9 +13,9 @@ static constexpr char kTraceUnit[] = ".\\SVGWriter.cpp";
 bool CMySVGWriter::SetExtClipRgn(std::span<const RECTL> rects)
 {
     SVGTOOL_TRACE("CMySVGWriter::SetExtClipRgn");
-    m_stream << "\n<defs><clipPath id= \"ClPath" << m_clipCounter << "\">";
+    m_document << "\n<defs><clipPath id= \"ClPath" << m_clipCounter << "\">";
     drawRects(rects, QStringLiteral("stroke=\"none\" fill=\"none\" stroke-width=\"1\" "));
-    m_stream << "</clipPath></defs>";
+    m_document << "</clipPath></defs>";
     useClip();
     return true;
 }
@@ -23,9 +23,9 @@ bool CMySVGWriter::SetExtClipRgn(std::span<const RECTL> rects)
 bool CMySVGWriter::SetClipPath()
 {
     SVGTOOL_TRACE("CMySVGWriter::SetClipPath");
-    m_stream << "\n<defs><clipPath id= \"ClPath" << m_clipCounter << "\">"
-             << "\n<path d = \"" << m_path << kQ << "/>"
-             << "</clipPath></defs>";
+    m_document << "\n<defs><clipPath id= \"ClPath" << m_clipCounter << "\">"
+               << "\n<path d = \"" << m_path.view() << kQ << "/>"
+               << "</clipPath></defs>";
     m_clipActive = true;
     m_path.clear();
     useClip();

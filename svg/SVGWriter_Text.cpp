@@ -116,13 +116,13 @@ void CMySVGWriter::writeText(const QString &text, qint32 x, qint32 y, const Piec
 {
     const qint32 rotation = m_styles.textRotation();
     if (rotation != 0)
-        m_stream << "<g transform=\"rotate(" << rotation << " " << x << " " << y << ")\">";
-    m_stream << "<text x=\"" << x << "\" y=\"" << y << "\"";
+        m_document << "<g transform=\"rotate(" << rotation << " " << x << " " << y << ")\">";
+    m_document << "<text x=\"" << x << "\" y=\"" << y << "\"";
     if (!m_suppressesTextStyle)
-        (m_stream << ... << attributes);
+        (m_document << ... << attributes);
     writeLine(" >", ConvertToValidXML(text), "</text>");
     if (rotation != 0)
-        m_stream << "</g>";
+        m_document << "</g>";
 }
 
 bool CMySVGWriter::TextOut(const QString &text, qint32 x, qint32 y, const RECTL &background)
@@ -132,9 +132,9 @@ bool CMySVGWriter::TextOut(const QString &text, qint32 x, qint32 y, const RECTL 
     if (shown.isEmpty())
         return true;
     if (m_backgroundMode != kTransparent) {
-        QString style;
-        QTextStream(&style) << "fill=\"" << m_styles.backgroundColor() << kQ << "stroke=\"none\""
-                            << "fill-opacity=\"" << m_styles.textFillOpacity() << kQ;
+        const QString style = QLatin1String("fill=\"") + m_styles.backgroundColor()
+                + QLatin1String("\" stroke=\"none\"fill-opacity=\"")
+                + QString::number(m_styles.textFillOpacity()) + QLatin1String(kQ);
         DrawRect(background.left, background.top, wrapSub(background.right, background.left),
                  wrapSub(background.bottom, background.top), style, 0, 0);
     }

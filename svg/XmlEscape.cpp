@@ -12,11 +12,6 @@ void appendBytes(QByteArray &out, std::string_view bytes)
     out.append(bytes.data(), static_cast<Size>(bytes.size()));
 }
 
-bool isXmlBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
 std::string_view trimmedBlanks(std::string_view text)
 {
     while (!text.empty() && isXmlBlank(text.front()))

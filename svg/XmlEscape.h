@@ -20,8 +20,12 @@ void appendEscaped(QByteArray &out, std::string_view text, XmlPlace place);
 /// Appends a whole comment; blanks at the ends of @p text are not kept.
 void appendComment(QByteArray &out, std::string_view text);
 
-/// Blanks as XML has them.
-bool isXmlBlank(char character);
+/// Whether a character is a blank to XML.
+inline bool isXmlBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+/// @p text without the blanks at its ends.
 std::string_view trimmedBlanks(std::string_view text);
 
 } // namespace svgtool

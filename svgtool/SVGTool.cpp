@@ -23,20 +23,13 @@ namespace {
     // Lives from the library's loading to its unloading; only startRecordDump switches it on.
     RecordDump recordDump;
 
-    // A zero-filled block of our own with a copy of bytes in it, or nothing without memory.
+    // A block of our own with a copy of bytes in it, or nothing without memory.
     std::unique_ptr<char[]> copyOf(ByteView bytes)
     {
-        std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes.size)]());
+        std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes.size)]);
         if (copy != nullptr && bytes.size > 0)
             std::memcpy(copy.get(), bytes.data, size_t(bytes.size));
         return copy;
-    }
-
-    void handBack(const QString &document, QByteArray &svgOut)
-    {
-        // Made first, so that what the caller had is lost only to a whole document.
-        QByteArray text = document.toUtf8();
-        svgOut.swap(text);
     }
 
     qint32 ConvertEMFToSVG(ByteView data, QByteArray &svgOut, RecordTally *tally)
@@ -55,7 +48,7 @@ namespace {
                 return SvgToolUnusableInput;
             converter.setTally(tally);
             const qint32 result = converter.ConvertEMFToSVG({ copy.get(), data.size }, &recordDump);
-            handBack(converter.document(), svgOut);
+            svgOut = converter.takeDocument();
             return result;
         } catch (...) {
             logFatal(kTraceUnit, "Exception occured while converting EMF data to SVG");
@@ -96,7 +89,7 @@ namespace {
             const qint32 result =
                     converter.ConvertWMFToSVG({ copy.get() + start, data.size - start }, totalBytes,
                                               header.MaxRecord, &recordDump);
-            handBack(converter.document(), svgOut);
+            svgOut = converter.takeDocument();
             return result;
         } catch (...) {
             // Quirk: the message names EMF here too; hosts look for it.

@@ -256,7 +256,7 @@ qint32 WMF2SVGConverter::OnMetaSetWinExt(char *record, quint32 size)
     const bool divides = m_winExtX != 0 && m_winExtY != 0;
     m_factorX = static_cast<float>(m_width) / (divides ? static_cast<float>(m_winExtX) : 1.0F);
     m_factorY = static_cast<float>(m_height) / (divides ? static_cast<float>(m_winExtY) : 1.0F);
-    return m_hasPlaceableHeader && divides ? RecordHandled : RecordApproximated;
+    return m_hasPlaceableHeader && divides ? HandlerDone : HandlerApproximated;
 }
 
 qint32 WMF2SVGConverter::OnMetaSetBkMode(char *record, quint32 size)

@@ -43,8 +43,8 @@ public:
     /// Counts into @p tally what becomes of the records; null, as it is at first, counts nothing.
     /// It must know already where the records begin, and it outlives the conversion.
     void setTally(RecordTally *tally) { m_tally = tally; }
-    /// The document written so far.
-    const QString &document() { return m_writer.document(); }
+    /// Hands over the document written so far, in UTF-8.
+    QByteArray takeDocument() { return m_writer.takeDocument(); }
 
 private:
     /// Handles the private copy of one record, its head included: non-zero for success.

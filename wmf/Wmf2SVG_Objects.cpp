@@ -71,7 +71,7 @@ qint32 WMF2SVGConverter::OnCreatePenIndirect(char *record, quint32 size)
     // A pen without a line is written like a solid one.
     constexpr quint16 kStyleMask = 0x0F;
     constexpr quint16 kNull = 5; // PS_NULL
-    return (pen.lopn.lopnStyle & kStyleMask) == kNull ? RecordApproximated : RecordHandled;
+    return (pen.lopn.lopnStyle & kStyleMask) == kNull ? HandlerApproximated : HandlerDone;
 }
 
 qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
@@ -83,7 +83,7 @@ qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
     m_writer.CreateBrushI(allocateIndex(),
                           { brush.lb.lbStyle, brush.lb.lbColor, brush.lb.lbHatch });
     constexpr quint16 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
-    return brush.lb.lbStyle <= kNull ? RecordHandled : RecordApproximated;
+    return brush.lb.lbStyle <= kNull ? HandlerDone : HandlerApproximated;
 }
 
 qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
@@ -98,7 +98,7 @@ qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
     faceName.size = std::min(faceName.size, kFaceNameBytes);
     m_writer.MetaCreateFont(allocateIndex(), font.font, faceName);
     // A negative height is written as its unsigned pattern.
-    return font.font.lfHeight < 0 ? RecordApproximated : RecordHandled;
+    return font.font.lfHeight < 0 ? HandlerApproximated : HandlerDone;
 }
 
 } // namespace svgtool

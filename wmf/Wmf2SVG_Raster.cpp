@@ -51,7 +51,7 @@ qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, qui
             bitmap = m_writer.decode(*dib);
     }
     if (!bitmap)
-        return RecordFailed;
+        return HandlerFailed;
     transfer.bitmap = std::move(*bitmap);
     return m_writer.DrawBitmap(std::move(transfer));
 }
@@ -62,6 +62,8 @@ qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
     const auto source = readPadded<WMRPATBLT>({ record, size });
     WMRPATBLT blt = source;
     InitWMRPATBLT(&blt, &source);
+    if (size < sizeof blt)
+        return HandlerFailed;
     return m_writer.PatBlt(mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest),
                            RasterOperation(blt.dwRop));
 }
@@ -71,6 +73,8 @@ qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
     SVGTOOL_TRACE("WMF2SVGConverter::OnDIBBitBlt");
     auto blt = readPadded<WMRBITBLT>({ record, size });
     InitWMRBITBLT(&blt);
+    if (size < quint32(WMRBITBLT::kBitmapOffset))
+        return HandlerFailed;
     const WMR head = headOf(record, size);
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);
@@ -98,6 +102,8 @@ qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
         return OnDIBStretchBlt(record, size);
     auto blt = readPadded<WMRSTRETCHBLT>({ record, size });
     InitWMRSTRETCHBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
@@ -117,6 +123,8 @@ qint32 WMF2SVGConverter::OnDIBStretchBlt(char *record, quint32 size)
     SVGTOOL_TRACE("WMF2SVGConverter::OnDIBStretchBlt");
     auto blt = readPadded<WMRDIBSTRETCHBLT>({ record, size });
     InitWMRDIBSTRETCHBLT(&blt);
+    if (size < sizeof blt)
+        return HandlerFailed;
     const WMR head = headOf(record, size);
     BitmapTransfer transfer;
     transfer.operation = RasterOperation(blt.dwRop);

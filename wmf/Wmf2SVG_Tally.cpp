@@ -25,7 +25,7 @@ void WMF2SVGConverter::handleAndNote(Handler handler, char *record, quint32 size
 {
     SVGTOOL_TRACE("WMF2SVGConverter::handleAndNote");
     const bool isDrawing = holdsDrawing(function, { record, size });
-    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : RecordHandled;
+    const qint32 result = handler != nullptr ? (this->*handler)(record, size) : HandlerDone;
 
     const bool doesNothing = handler == nullptr || handler == &WMF2SVGConverter::OnDoNothing;
     RecordOutcome outcome = recordOutcome(

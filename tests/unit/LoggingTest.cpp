@@ -1,10 +1,11 @@
 #include "support/Conversion.h"
-#include "support/EmfBuilder.h"
+#include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
 
 #include <CLogSystem.h>
 #include <gtest/gtest.h>
 
+#include <QCryptographicHash>
 #include <QStringList>
 
 #include <vector>
@@ -109,6 +110,27 @@ namespace {
              { "ConvertWMFToSVG", "WMF2SVGConverter::ConvertWMFToSVG",
                "WMF2SVGConverter::InitializeCoordinates", "WMF2SVGConverter::OnMetaRectangle" })
             EXPECT_TRUE(entered.contains(QLatin1String(name))) << name;
+    }
+
+    // Every line but for its number, as it was before the untraced ways around it were made.
+    TEST(Trace, LinesOfASmallFileAreUnchanged)
+    {
+        const auto emf = EmfBuilder()
+                                 .record(43, { 1, 2, 3, 4 })
+                                 .record(86, pointList16({ { 1, 2 }, { 3, 4 }, { 5, 6 } }))
+                                 .record(59)
+                                 .record(2, pointList({ { 1, 2 }, { 3, 4 }, { 5, 6 }, { 7, 8 } }))
+                                 .record(64);
+        const auto wmf = WmfBuilder().record(0x0325, { 2, 1, 2, 3, 4 });
+        LogCapture log("TRACE");
+        convert(emf.build());
+        convert(wmf.build());
+        QByteArray lines;
+        for (const std::string &line : log.trace)
+            lines += QByteArray::fromStdString(withoutNumber(line)) + '\n';
+        EXPECT_EQ(QCryptographicHash::hash(lines, QCryptographicHash::Sha256).toHex().toStdString(),
+                  "47208c8d1331545a6726a43dbcc63c964822cb1b1b5082b367d3ac7fb29e3d85")
+                << lines.toStdString();
     }
 
     TEST(Trace, OffForAnyOtherLevel)

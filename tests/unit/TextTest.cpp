@@ -199,7 +199,7 @@ namespace {
         writer.SmallTextOut(QStringLiteral("b"), 3, 4, QStringLiteral(" s"));
         writer.SetTextStyleSuppression(false);
         writer.SmallTextOut(QStringLiteral("c"), 5, 6, QString());
-        EXPECT_EQ(writer.document().toStdString(),
+        EXPECT_EQ(writer.takeDocument().toStdString(),
                   "<text x=\"1\" y=\"2\" >a</text>\n<text x=\"3\" y=\"4\" >b</text>\n"
                   "<text x=\"5\" y=\"6\" fill=\"black\" >c</text>\n");
     }

@@ -142,7 +142,7 @@ namespace {
     {
         WMF2SVGConverter converter;
         EXPECT_EQ(converter.ConvertWMFToSVG({}, 100, 100, nullptr), 0);
-        EXPECT_EQ(converter.document(), QString());
+        EXPECT_EQ(converter.takeDocument(), QByteArray());
     }
 
 } // namespace

@@ -30,7 +30,7 @@ namespace {
     {
         CMySVGWriter writer;
         GetParam().write(writer);
-        EXPECT_EQ(writer.document().toStdString(), GetParam().text);
+        EXPECT_EQ(writer.takeDocument().toStdString(), GetParam().text);
     }
 
     const QString kStyle = QStringLiteral("S");
@@ -62,8 +62,10 @@ namespace {
     {
         const CMySVGWriter writer;
         const POINTL points[] = { { 10, 20 }, { 30, -40 }, { 50, 60 } };
-        EXPECT_EQ(writer.GetPointsString(points), QStringLiteral("10,20 30,-40 50,60 \n"));
-        EXPECT_EQ(writer.GetPointsString({}), QStringLiteral("\n"));
+        TextBuffer text;
+        writer.GetPointsString(points, text);
+        writer.GetPointsString({}, text);
+        EXPECT_EQ(text.view(), "10,20 30,-40 50,60 \n\n");
     }
 
     TEST(Writer, PatternDefinitionsAreWrittenOnce)
@@ -71,15 +73,15 @@ namespace {
         CMySVGWriter writer;
         const LOGBRUSH hatched{ 2, 0, 3 };
         writer.CreateBrushI(1, hatched);
-        const QString first = writer.document();
-        EXPECT_TRUE(first.contains(QLatin1String("<pattern id=\"BRUSH_1\"")));
-        EXPECT_TRUE(first.endsWith(QLatin1String("</defs>\n")));
+        const QByteArray first = writer.takeDocument();
+        EXPECT_TRUE(first.contains("<pattern id=\"BRUSH_1\""));
+        EXPECT_TRUE(first.endsWith("</defs>\n"));
         // Brushes of other kinds under the same index leave the old definitions alone.
         writer.CreateBrushI(1, { 0, 0, 0 });
         writer.CreateBrushI(1, { 2, 0, 6 });
-        EXPECT_EQ(writer.document(), first);
+        EXPECT_EQ(writer.takeDocument(), QByteArray());
         writer.CreateBrushI(1, hatched);
-        EXPECT_EQ(writer.document().count(QLatin1String("<defs>")), 2);
+        EXPECT_EQ(writer.takeDocument().count("<defs>"), 1);
     }
 
 } // namespace

@@ -1,0 +1,51 @@
+#include "svg/TextBuffer.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace svgtool {
+
+// What a text is made of stands below the functions that the trace lists, as a QString does, so it
+// writes no trace lines.
+
+void TextBuffer::grow(qint64 room)
+{
+    constexpr qint64 kFirst = 4096;
+    using Size = decltype(m_bytes.size()); // 32 bits wide in Qt 5
+    constexpr qint64 kMost = std::numeric_limits<Size>::max() / 2;
+    const qint64 size = m_end - m_begin;
+    if (room > kMost - size)
+        throw std::bad_alloc();
+    const qint64 doubled = std::min(2 * qint64(m_limit - m_begin), kMost);
+    const qint64 capacity = std::max({ doubled, size + room, kFirst });
+    m_bytes.resize(static_cast<Size>(capacity));
+    m_begin = m_bytes.data();
+    m_end = m_begin + size;
+    m_limit = m_begin + capacity;
+}
+
+QByteArray TextBuffer::take()
+{
+    m_bytes.resize(static_cast<decltype(m_bytes.size())>(m_end - m_begin));
+    m_bytes.squeeze();
+    m_begin = m_end = m_limit = nullptr;
+    return std::exchange(m_bytes, {});
+}
+
+char *TextBuffer::put(char *out, QStringView text)
+{
+    const auto *units = text.utf16();
+    const qint64 size = text.size();
+    char16_t seen = 0;
+    for (qint64 i = 0; i < size; ++i) {
+        seen = static_cast<char16_t>(seen | units[i]);
+        out[i] = static_cast<char>(units[i]);
+    }
+    if (seen < 0x80)
+        return out + size;
+    return put(out, text.toUtf8());
+}
+
+} // namespace svgtool

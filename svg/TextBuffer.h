@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <charconv>
+#include <concepts>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+namespace svgtool {
+
+/// Text in UTF-8 that grows at its end.
+///
+/// Pieces are numbers, which are written in decimal, ASCII literals, texts in UTF-16, whose
+/// unpaired surrogates become "?", and bytes that are UTF-8 already. Room for all pieces of one
+/// call is made at once, and nothing is converted twice.
+class TextBuffer
+{
+public:
+    TextBuffer() = default;
+    TextBuffer(const TextBuffer &) = delete;
+    TextBuffer &operator=(const TextBuffer &) = delete;
+
+    /// Appends the pieces one after the other.
+    /// @throws std::bad_alloc  when there is no room for them
+    template<class... Piece>
+    void append(const Piece &...pieces)
+    {
+        const qint64 most = (room(pieces) + ...);
+        if (m_limit - m_end < most) [[unlikely]]
+            grow(most);
+        char *end = m_end;
+        ((end = put(end, pieces)), ...);
+        m_end = end;
+    }
+    template<class Piece>
+    TextBuffer &operator<<(const Piece &piece)
+    {
+        append(piece);
+        return *this;
+    }
+
+    /// Empties the text; the room stays.
+    void clear() { m_end = m_begin; }
+    qint64 size() const { return m_end - m_begin; }
+    /// Drops what lies behind the first @p size bytes; there must be as many.
+    void truncate(qint64 size) { m_end = m_begin + size; }
+    /// The text, until it is changed.
+    std::string_view view() const { return { m_begin, size_t(m_end - m_begin) }; }
+    /// Hands the text over, without copying it, and is empty then.
+    QByteArray take();
+
+private:
+    void grow(qint64 room);
+
+    // How long a piece can become at most, and the piece itself at a place with that much room;
+    // the result is where it ends.
+    template<std::integral Number>
+    static constexpr qint64 room(Number)
+    {
+        return std::numeric_limits<Number>::digits10 + 2;
+    }
+    template<std::integral Number>
+    static char *put(char *out, Number value)
+    {
+        return std::to_chars(out, out + room(value), value).ptr;
+    }
+    static constexpr qint64 room(char) { return 1; }
+    static char *put(char *out, char character)
+    {
+        *out = character;
+        return out + 1;
+    }
+    template<size_t N>
+    static constexpr qint64 room(const char (&)[N])
+    {
+        return N - 1;
+    }
+    template<size_t N>
+    static char *put(char *out, const char (&literal)[N])
+    {
+        std::memcpy(out, literal, N - 1);
+        return out + N - 1;
+    }
+    static qint64 room(std::string_view utf8) { return qint64(utf8.size()); }
+    static char *put(char *out, std::string_view utf8)
+    {
+        if (!utf8.empty())
+            std::memcpy(out, utf8.data(), utf8.size());
+        return out + utf8.size();
+    }
+    static qint64 room(const QByteArray &utf8) { return utf8.size(); }
+    static char *put(char *out, const QByteArray &utf8)
+    {
+        return put(out, std::string_view(utf8.constData(), size_t(utf8.size())));
+    }
+    static qint64 room(QStringView text) { return 3 * qint64(text.size()); }
+    static char *put(char *out, QStringView text);
+
+    QByteArray m_bytes; // the block that the pointers point into
+    char *m_begin = nullptr;
+    char *m_end = nullptr; // of the text
+    char *m_limit = nullptr; // of the block
+};
+
+} // namespace svgtool
