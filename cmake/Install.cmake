@@ -1,7 +1,9 @@
 # What `cmake --install` puts in place. Nothing in it depends on the prefix: the installed tree may
-# be moved.
+# be moved. The components are the Debian packages of cmake/Package.cmake.
 include(CMakePackageConfigHelpers)
 
+# What is not marked otherwise is for those who build hosts.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
 
 # A logging library that a host brought in place of ours may be one that is installed already.
@@ -19,8 +21,8 @@ if(NOT WIN32)
   set_target_properties(${installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/svgtool/SVGTool.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
@@ -34,7 +36,20 @@ if(TARGET metafile2svg)
     set_target_properties(metafile2svg PROPERTIES
       INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
   endif()
-  install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  if(NOT WIN32)
+    install(PROGRAMS ${PROJECT_SOURCE_DIR}/cli/metafile2svg-thumbnailer
+      DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.thumbnailer
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/thumbnailers COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.bash
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME metafile2svg
+      COMPONENT tool)
+    install(FILES
+      ${PROJECT_SOURCE_DIR}/docs/metafile2svg.1
+      ${PROJECT_SOURCE_DIR}/docs/metafile2svg-thumbnailer.1
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  endif()
 endif()
 
 # CMake package: find_package(SVGTool) gives SVGTool::SVGTool, SVGTool::Display and

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs, those that are missing and no others.
-# usage: scripts/setup.sh build|test|ci|windows
+# usage: scripts/setup.sh build|test|ci|windows|package|archives
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
@@ -9,14 +9,18 @@ test=("${build[@]}" libgtest-dev binutils libxml2-utils)
 ci=("${test[@]}" qtbase5-dev clang-format git)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
+archives=(parallel)
+package=("${build[@]}" dpkg-dev binutils gzip lintian debootstrap)
 
 case ${1-} in
 build) packages=("${build[@]}") ;;
 test) packages=("${test[@]}") ;;
 ci) packages=("${ci[@]}") ;;
 windows) packages=("${windows[@]}") ;;
+package) packages=("${package[@]}") ;;
+archives) packages=("${archives[@]}") ;;
 *)
-    echo "usage: $0 build|test|ci|windows" >&2
+    echo "usage: $0 build|test|ci|windows|package|archives" >&2
     exit 2
     ;;
 esac

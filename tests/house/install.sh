@@ -28,11 +28,16 @@ mv "$work/first" "$prefix"
 installed=$(cd "$prefix" && find . -type f -printf '%P\n' | sed -E 's/[.]so[.0-9]*$/.so/' | sort)
 wanted=$(sort <<LIST
 $BINDIR/metafile2svg
+$BINDIR/metafile2svg-thumbnailer
+$DATADIR/bash-completion/completions/metafile2svg
+$DATADIR/thumbnailers/metafile2svg.thumbnailer
+$MANDIR/man1/metafile2svg.1
+$MANDIR/man1/metafile2svg-thumbnailer.1
 $INCLUDEDIR/basic_logging/CLogSystem.h
 $INCLUDEDIR/svg/SVGDisplay.h
 $INCLUDEDIR/svgtool/SVGTool.h
-$LIBDIR/libSVGToolDisplay.a
 $LIBDIR/libSVGTool.so
+$LIBDIR/libSVGToolDisplay.a
 $LIBDIR/libbasic_logging.so
 $LIBDIR/cmake/SVGTool/SVGToolConfig.cmake
 $LIBDIR/cmake/SVGTool/SVGToolConfigVersion.cmake
@@ -67,38 +72,6 @@ quietly "$CMAKE" --build "$work/host"
 quietly "$work/host/svgtool_host" "$sample" "$work/host.svg"
 same "$work/host.svg" "a host built with the CMake package"
 
-# The library for display needs nothing but Qt, and no other library of ours.
-mkdir "$work/display"
-cat >"$work/display/main.cpp" <<'SOURCE'
-#include <svg/SVGDisplay.h>
-
-#include <QFile>
-
-int main(int, char *argv[])
-{
-    QFile exact(QString::fromLocal8Bit(argv[1])), shown(QString::fromLocal8Bit(argv[2]));
-    if (!exact.open(QIODevice::ReadOnly) || !shown.open(QIODevice::WriteOnly))
-        return 1;
-    const QByteArray svg = svgtool::displayableSvg(exact.readAll(), { "from a host" });
-    return shown.write(svg) == svg.size() ? 0 : 1;
-}
-SOURCE
-cat >"$work/display/CMakeLists.txt" <<'SOURCE'
-cmake_minimum_required(VERSION 3.16)
-project(display_host LANGUAGES CXX)
-find_package(SVGTool REQUIRED)
-add_executable(display_host main.cpp)
-target_link_libraries(display_host PRIVATE SVGTool::Display)
-SOURCE
-quietly "$CMAKE" -G "$GENERATOR" "-DCMAKE_MAKE_PROGRAM=$MAKE_PROGRAM" \
-    "-DCMAKE_CXX_COMPILER=$CXX" "-DCMAKE_CXX_FLAGS=$CXXFLAGS" "-DCMAKE_PREFIX_PATH=$prefix" \
-    -S "$work/display" -B "$work/display/build"
-quietly "$CMAKE" --build "$work/display/build"
-quietly "$work/display/build/display_host" "$work/tool.svg" "$work/shown.svg"
-grep -q '<!-- from a host -->' "$work/shown.svg" && grep -q ' viewBox="0 0 ' "$work/shown.svg" ||
-    fail "a host built with the CMake package gets no document for display"
-echo "a host of the display library built with the CMake package: rewrites"
-
 # Qt wants position-independent code; $packageFlags and $CXXFLAGS are lists of words.
 export PKG_CONFIG_PATH=$prefix/$LIBDIR/pkgconfig
 packageFlags=$("$PKG_CONFIG" --cflags --libs svgtool) || fail "pkg-config does not know svgtool"
@@ -107,14 +80,19 @@ quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/main.cpp" -o
 quietly "$work/pc_host" "$sample" "$work/pc.svg"
 same "$work/pc.svg" "a host built with pkg-config"
 
-displayFlags=$("$PKG_CONFIG" --cflags --libs svgtool-display) ||
+# Documents for viewers, as the tool makes them.
+"$prefix/$BINDIR/metafile2svg" --width 800 "$sample" -o "$work/tool_display.svg" ||
+    fail "the installed tool makes no document for viewers"
+displayFlags=$("$PKG_CONFIG" --cflags --libs svgtool svgtool-display) ||
     fail "pkg-config does not know svgtool-display"
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$work/display/main.cpp" -o "$work/display/pc_host" \
-    $displayFlags
-quietly "$work/display/pc_host" "$work/tool.svg" "$work/pc_shown.svg"
-cmp "$work/shown.svg" "$work/pc_shown.svg" ||
-    fail "a host built with pkg-config gets another document for display"
-echo "a host of the display library built with pkg-config: rewrites"
+quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/display.cpp" \
+    -o "$work/pc_display" $displayFlags "-Wl,-rpath,$prefix/$LIBDIR"
+for host in "$work/host/display_host" "$work/pc_display"; do
+    "$host" "$sample" >"$work/display.svg" || fail "$host"
+    cmp "$work/tool_display.svg" "$work/display.svg" ||
+        fail "$host gets another document for viewers than the tool"
+done
+echo "hosts of the display library: convert"
 
 # What fontconfig keeps for the process looks leaked once it is unloaded along with us.
 ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$prefix/$LIBDIR/libSVGTool.so" "$sample" >"$work/dlopen.svg" ||
@@ -122,21 +100,9 @@ ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$prefix/$LIBDIR/libSVGTool.so" "$sam
 same "$work/dlopen.svg" "a host that loads the library at run time"
 
 # A host sets the level and the sinks through the logging library's own header.
-cat >"$work/logging.cpp" <<'SOURCE'
-#include <basic_logging/CLogSystem.h>
-#include <svgtool/SVGTool.h>
-
-int main()
-{
-    int lines = 0;
-    basic_logging::tracelevel.setSink([&lines](const std::string &) { ++lines; });
-    CLogSystem::theRootInstance->setLevel("TRACE");
-    QByteArray svg;
-    ConvertMetaFileToSVG(QByteArray(), svg);
-    return lines == 2 ? 0 : 1; // in and out of the one function
-}
-SOURCE
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$work/logging.cpp" -o "$work/logging" \
+quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/logging.cpp" -o "$work/logging" \
     $packageFlags "-Wl,-rpath,$prefix/$LIBDIR" -lbasic_logging
-quietly "$work/logging"
+"$work/logging" "$sample" >"$work/lines" 2>&1 || fail "a host that takes the log lines"
+grep -qE '^result 1, [0-9]{3,} trace lines, 0 warnings$' "$work/lines" ||
+    fail "a host that takes the log lines gets others: $(cat "$work/lines")"
 echo "a host that takes the log lines: gets them"

@@ -69,15 +69,14 @@ namespace {
                   .record(30, kBox) // accepted and ignored
                   .record(70, { 4, 0x2B464D46 })
                   .record(70, { 4, 0x2B464D45 }) // drawing of the extended format
-                  .record(76, { 0, 0, 0, 0, 1, 1, 5, 5,   0xCC0020, 0,   0, 0,
-                                0, 0, 0, 0, 0, 0, 0, 999, 40,       999, 4 }) // no bits there
+                  .record(76) // a bitmap that puts nothing into the document
                   .record(4000)
                   .build(),
           "EMR_POLYGON skipped 1 @144, EMR_SETVIEWPORTORGEX skipped 1 @212, "
           "EMR_INTERSECTCLIPRECT skipped 1 @228, EMR_SAVEDC skipped 1 @112, "
           "EMR_RECTANGLE drawn 2 @88, EMR_ARC approximated 1 @172, EMR_GDICOMMENT skipped 1 @268, "
-          "EMR_GDICOMMENT neutral 1 @252, EMR_BITBLT skipped 1 @284, EMR 4000 skipped 1 @384, "
-          "| end 13 @392" },
+          "EMR_GDICOMMENT neutral 1 @252, EMR_BITBLT skipped 1 @284, EMR 4000 skipped 1 @292, "
+          "| end 13 @300" },
         { "emfByContents",
           EmfBuilder()
                   .record(17, { 1 })
@@ -113,13 +112,13 @@ namespace {
                   .record(0x02FB, { -12, 0, 0, 0, 0, 0, 0, 0, 0 })
                   .record(0x0626, { 15, 0 })
                   .record(0x0626, { 1, 0 })
-                  .record(0x0817, {}) // handled by doing nothing
+                  .record(0x0F43, {})
                   .record(0x4000, {})
                   .build(),
           "META_SETMAPMODE skipped 1 @54, META_CREATEPENINDIRECT approximated 1 @62, "
           "META_CREATEFONTINDIRECT approximated 1 @92, META_CREATEBRUSHINDIRECT drawn 1 @78, "
           "META_RECTANGLE drawn 1 @40, META_ESCAPE skipped 1 @126, META_ESCAPE neutral 1 @116, "
-          "META_ARC skipped 1 @136, META 0x4000 skipped 1 @142, | end 10 @148" },
+          "META_STRETCHDIB skipped 1 @136, META 0x4000 skipped 1 @142, | end 10 @148" },
         { "wmfLength", WmfBuilder().size(5).record(0x041B, { 9, 9, 1, 1 }).build(),
           "| length 1 @18" },
         { "wmfEnded", WmfBuilder().size(99).record(0x041B, { 9, 9, 1, 1 }).withoutEnd().build(),
