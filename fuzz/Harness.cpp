@@ -1,0 +1,30 @@
+#include "fuzz/Harness.h"
+
+#include "svgtool/SVGTool.h"
+
+// What fontconfig keeps is its own.
+extern "C" const char *__lsan_default_suppressions();
+extern "C" const char *__lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+
+namespace svgtool::fuzz {
+
+QByteArray convertAndCheck(const QByteArray &metafile)
+{
+    const QByteArray before("untouched");
+    QByteArray svg = before;
+    const qint32 result = ConvertMetaFileToSVG(metafile, svg);
+    require(result >= SvgToolInvalidWmf && result <= SvgToolWmfConverted);
+    // An exception would be a fault: memory is not scarce here.
+    require(result != SvgToolException);
+    if (result <= 0) {
+        require(svg == before);
+        return {};
+    }
+    require(svg.startsWith("<?xml ") && svg.endsWith("</svg>\n"));
+    return svg;
+}
+
+} // namespace svgtool::fuzz
