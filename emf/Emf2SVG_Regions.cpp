@@ -8,7 +8,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <new>
 #include <optional>
 #include <vector>
 
@@ -140,9 +139,9 @@ qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
     std::optional<QRegion> combined;
     try {
         combined = combinedClip(*rects, clip.iMode);
-    } catch (const std::bad_alloc &) {
-        // Its own limit too: a region of too many rectangles fails the record, not the file. As
-        // below, it takes what is left, or a file could have such work done by every record.
+    } catch (const RegionTooLarge &) {
+        // It fails the record, not the file. As below, it takes what is left, or a file could have
+        // such work done by every record.
         m_clipRectsLeft = 0;
     }
     if (!combined)
