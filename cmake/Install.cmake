@@ -6,7 +6,7 @@ set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
 
 # A logging library that a host brought in place of ours may be one that is installed already.
 get_target_property(logging_is_imported basic_logging IMPORTED)
-set(installed_libraries svgtool)
+set(installed_libraries svgtool svgtool_display)
 if(NOT logging_is_imported)
   list(APPEND installed_libraries basic_logging)
   if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
@@ -24,6 +24,8 @@ install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/svgtool/SVGTool.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
+install(FILES ${PROJECT_SOURCE_DIR}/svg/SVGDisplay.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svg)
 
 if(TARGET metafile2svg)
   file(RELATIVE_PATH libraries_from_tool
@@ -35,7 +37,8 @@ if(TARGET metafile2svg)
   install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
-# CMake package: find_package(SVGTool) gives SVGTool::SVGTool and SVGTool::basic_logging.
+# CMake package: find_package(SVGTool) gives SVGTool::SVGTool, SVGTool::Display and
+# SVGTool::basic_logging.
 install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
 configure_package_config_file(cmake/SVGToolConfig.cmake.in SVGToolConfig.cmake
   INSTALL_DESTINATION ${SVGTOOL_PACKAGE_DIR}
@@ -47,10 +50,13 @@ install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfigVersion.cmake
   DESTINATION ${SVGTOOL_PACKAGE_DIR})
 
-# pkg-config package, for hosts built without CMake.
+# pkg-config packages, for hosts built without CMake.
 file(RELATIVE_PATH prefix_from_pc
   "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
 configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
+configure_file(cmake/svgtool-display.pc.in svgtool-display.pc @ONLY)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
+  ${CMAKE_CURRENT_BINARY_DIR}/svgtool-display.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

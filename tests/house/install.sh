@@ -29,13 +29,16 @@ installed=$(cd "$prefix" && find . -type f -printf '%P\n' | sed -E 's/[.]so[.0-9
 wanted=$(sort <<LIST
 $BINDIR/metafile2svg
 $INCLUDEDIR/basic_logging/CLogSystem.h
+$INCLUDEDIR/svg/SVGDisplay.h
 $INCLUDEDIR/svgtool/SVGTool.h
+$LIBDIR/libSVGToolDisplay.a
 $LIBDIR/libSVGTool.so
 $LIBDIR/libbasic_logging.so
 $LIBDIR/cmake/SVGTool/SVGToolConfig.cmake
 $LIBDIR/cmake/SVGTool/SVGToolConfigVersion.cmake
 $LIBDIR/cmake/SVGTool/SVGToolTargets.cmake
 $LIBDIR/cmake/SVGTool/SVGToolTargets-${CONFIG,,}.cmake
+$LIBDIR/pkgconfig/svgtool-display.pc
 $LIBDIR/pkgconfig/svgtool.pc
 LIST
 )
@@ -64,6 +67,38 @@ quietly "$CMAKE" --build "$work/host"
 quietly "$work/host/svgtool_host" "$sample" "$work/host.svg"
 same "$work/host.svg" "a host built with the CMake package"
 
+# The library for display needs nothing but Qt, and no other library of ours.
+mkdir "$work/display"
+cat >"$work/display/main.cpp" <<'SOURCE'
+#include <svg/SVGDisplay.h>
+
+#include <QFile>
+
+int main(int, char *argv[])
+{
+    QFile exact(QString::fromLocal8Bit(argv[1])), shown(QString::fromLocal8Bit(argv[2]));
+    if (!exact.open(QIODevice::ReadOnly) || !shown.open(QIODevice::WriteOnly))
+        return 1;
+    const QByteArray svg = svgtool::displayableSvg(exact.readAll(), { "from a host" });
+    return shown.write(svg) == svg.size() ? 0 : 1;
+}
+SOURCE
+cat >"$work/display/CMakeLists.txt" <<'SOURCE'
+cmake_minimum_required(VERSION 3.16)
+project(display_host LANGUAGES CXX)
+find_package(SVGTool REQUIRED)
+add_executable(display_host main.cpp)
+target_link_libraries(display_host PRIVATE SVGTool::Display)
+SOURCE
+quietly "$CMAKE" -G "$GENERATOR" "-DCMAKE_MAKE_PROGRAM=$MAKE_PROGRAM" \
+    "-DCMAKE_CXX_COMPILER=$CXX" "-DCMAKE_CXX_FLAGS=$CXXFLAGS" "-DCMAKE_PREFIX_PATH=$prefix" \
+    -S "$work/display" -B "$work/display/build"
+quietly "$CMAKE" --build "$work/display/build"
+quietly "$work/display/build/display_host" "$work/tool.svg" "$work/shown.svg"
+grep -q '<!-- from a host -->' "$work/shown.svg" && grep -q ' viewBox="0 0 ' "$work/shown.svg" ||
+    fail "a host built with the CMake package gets no document for display"
+echo "a host of the display library built with the CMake package: rewrites"
+
 # Qt wants position-independent code; $packageFlags and $CXXFLAGS are lists of words.
 export PKG_CONFIG_PATH=$prefix/$LIBDIR/pkgconfig
 packageFlags=$("$PKG_CONFIG" --cflags --libs svgtool) || fail "pkg-config does not know svgtool"
@@ -71,6 +106,15 @@ quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/main.cpp" -o
     $packageFlags "-Wl,-rpath,$prefix/$LIBDIR"
 quietly "$work/pc_host" "$sample" "$work/pc.svg"
 same "$work/pc.svg" "a host built with pkg-config"
+
+displayFlags=$("$PKG_CONFIG" --cflags --libs svgtool-display) ||
+    fail "pkg-config does not know svgtool-display"
+quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$work/display/main.cpp" -o "$work/display/pc_host" \
+    $displayFlags
+quietly "$work/display/pc_host" "$work/tool.svg" "$work/pc_shown.svg"
+cmp "$work/shown.svg" "$work/pc_shown.svg" ||
+    fail "a host built with pkg-config gets another document for display"
+echo "a host of the display library built with pkg-config: rewrites"
 
 # What fontconfig keeps for the process looks leaked once it is unloaded along with us.
 ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$prefix/$LIBDIR/libSVGTool.so" "$sample" >"$work/dlopen.svg" ||

@@ -1,0 +1,186 @@
+// What holds for every document: it is well-formed, and nothing of the exact text is lost.
+
+#include "support/Conversion.h"
+#include "support/RandomMetafile.h"
+#include "svg/SVGDisplay.h"
+
+#include <CLogSystem.h>
+#include <gtest/gtest.h>
+
+#include <QDirIterator>
+#include <QFile>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+
+#include <map>
+
+namespace svgtool::test {
+namespace {
+
+    // A document as a reader of XML sees it.
+    struct Document
+    {
+        QString problem; // empty when it is well-formed and its references are right
+        QStringList elements;
+        QString text;
+        int comments = 0;
+        std::map<QString, QString> latestIds; // by the id in the exact text
+        QStringList ids;
+    };
+
+    // The id that a repeated id had in the exact text: the writer's own have no hyphen.
+    QString originalId(const QString &id)
+    {
+        return id.section(QLatin1Char('-'), 0, 0);
+    }
+
+    void readAttributes(Document &document, const QXmlStreamAttributes &attributes)
+    {
+        static const QRegularExpression reference(QStringLiteral("^#(.+)$|url\\(#([^)]+)\\)"));
+        for (const QXmlStreamAttribute &attribute : attributes) {
+            const QString value = attribute.value().toString();
+            if (attribute.name() == QLatin1String("id")) {
+                if (document.ids.contains(value))
+                    document.problem = QLatin1String("repeated id ") + value;
+                document.ids += value;
+                document.latestIds[originalId(value)] = value;
+                continue;
+            }
+            const bool isLink = attribute.name() == QLatin1String("href");
+            const auto match = reference.match(value);
+            if (!match.hasMatch() || (!isLink && value.startsWith(QLatin1Char('#'))))
+                continue;
+            const QString id = match.captured(match.lastCapturedIndex());
+            const auto latest = document.latestIds.find(originalId(id));
+            if (id != (latest == document.latestIds.end() ? originalId(id) : latest->second))
+                document.problem = QLatin1String("reference to ") + id;
+        }
+    }
+
+    Document read(const QByteArray &svg)
+    {
+        Document document;
+        QXmlStreamReader reader(svg);
+        while (!reader.atEnd()) {
+            reader.readNext();
+            if (reader.isStartElement()) {
+                document.elements += reader.name().toString();
+                if (reader.namespaceUri() != QLatin1String("http://www.w3.org/2000/svg"))
+                    document.problem = QStringLiteral("element of another namespace");
+                readAttributes(document, reader.attributes());
+            } else if (reader.isCharacters()) {
+                document.text += reader.text();
+            } else if (reader.isComment()) {
+                ++document.comments;
+            }
+        }
+        if (reader.hasError())
+            document.problem = reader.errorString();
+        return document;
+    }
+
+    // The elements and the text of an exact text, which has no "<" or ">" inside tags.
+    void expectNothingLost(const Document &shown, const QByteArray &exact)
+    {
+        static const QRegularExpression tag(QStringLiteral("<[^>]*>"));
+        static const QRegularExpression startTag(QStringLiteral("<([a-zA-Z]+)"));
+        QString text = QString::fromUtf8(exact);
+        QStringList elements;
+        for (auto it = startTag.globalMatch(text); it.hasNext();)
+            elements += it.next().captured(1);
+        text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
+                .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+        text.remove(tag);
+        text.replace(QLatin1String("&lt;"), QLatin1String("<"));
+        text.replace(QLatin1String("&gt;"), QLatin1String(">"));
+        text.replace(QLatin1String("&amp;"), QLatin1String("&"));
+        EXPECT_EQ(shown.elements, elements);
+        EXPECT_EQ(shown.text.trimmed(), text.trimmed());
+        EXPECT_EQ(shown.comments, 0);
+    }
+
+    // The exact text with a few bytes lost, changed or moved, or its end missing.
+    QByteArray damaged(QByteArray text, std::mt19937 &random)
+    {
+        static constexpr char kBytes[] = "<>\"'=/&-!?[]#; \n\0\xC3\xFFgid";
+        const auto below = [&](auto limit) { return int(random() % quint32(limit)); };
+        const auto anyPlace = [&] { return below(text.size() + 1); };
+        for (int count = below(6); count > 0; --count) {
+            const int at = anyPlace();
+            const int length = below(4);
+            switch (below(3)) {
+            case 0:
+                text.remove(at, length);
+                break;
+            case 1:
+                text.insert(at, kBytes[below(sizeof kBytes - 1)]);
+                break;
+            default:
+                text.insert(at, text.mid(anyPlace(), 8 * length));
+            }
+        }
+        if (below(2) == 0)
+            text.truncate(anyPlace());
+        return text;
+    }
+
+    class DisplayProperties : public testing::Test
+    {
+    protected:
+        void SetUp() override
+        {
+            basic_logging::infolevel.setSink([](const std::string &) {});
+            basic_logging::warnlevel.setSink([](const std::string &) {});
+        }
+        void TearDown() override
+        {
+            basic_logging::infolevel.setSink({});
+            basic_logging::warnlevel.setSink({});
+        }
+    };
+
+    TEST_F(DisplayProperties, RandomMetafiles)
+    {
+        std::mt19937 random(20250914);
+        for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+            SCOPED_TRACE(i);
+            const Conversion conversion =
+                    convert(i % 4 == 0 ? randomWmf(random) : randomEmf(random));
+            ASSERT_GT(conversion.result, 0);
+            const QByteArray exact = QByteArray::fromStdString(conversion.text);
+            const QByteArray svg = displayableSvg(exact);
+            const Document shown = read(svg);
+            EXPECT_EQ(shown.problem, QString());
+            expectNothingLost(shown, exact);
+            EXPECT_EQ(displayableSvg(svg), svg);
+            const QByteArray broken = damaged(exact, random);
+            EXPECT_EQ(read(displayableSvg(broken)).problem, QString()) << broken.toStdString();
+        }
+    }
+
+    TEST_F(DisplayProperties, RealMetafiles)
+    {
+        int count = 0;
+        for (const char *folder : { SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR }) {
+            QDirIterator files(QString::fromUtf8(folder),
+                               { QStringLiteral("*.emf"), QStringLiteral("*.wmf") }, QDir::Files,
+                               QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                QFile file(files.next());
+                SCOPED_TRACE(file.fileName().toStdString());
+                ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+                const Conversion conversion = convert(file.readAll());
+                if (conversion.result <= 0)
+                    continue;
+                const QByteArray exact = QByteArray::fromStdString(conversion.text);
+                const Document shown = read(displayableSvg(exact));
+                EXPECT_EQ(shown.problem, QString());
+                expectNothingLost(shown, exact);
+                ++count;
+            }
+        }
+        EXPECT_GE(count, 5);
+    }
+
+} // namespace
+} // namespace svgtool::test
