@@ -8,7 +8,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <new>
 #include <optional>
 #include <vector>
 
@@ -101,13 +100,7 @@ std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rec
                                                       quint32 mode) const
 {
     constexpr qint64 kLargest = 1 << 22;
-    QRegion region;
-    try {
-        region = RectsToRegion(rects);
-    } catch (const std::bad_alloc &) {
-        // Its own limit too: a region of too many rectangles fails the record, not the file.
-        return std::nullopt;
-    }
+    const QRegion region = RectsToRegion(rects);
     if (mode == kCopy)
         return region;
     if (largestCombination(m_clipRegion, region) > kLargest)
@@ -143,9 +136,20 @@ qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
     if (!rects || read > m_clipRectsLeft)
         return 0;
     m_clipRectsLeft -= read;
-    const auto combined = combinedClip(*rects, clip.iMode);
-    if (!combined || combined->rectCount() > m_clipRectsLeft)
+    std::optional<QRegion> combined;
+    try {
+        combined = combinedClip(*rects, clip.iMode);
+    } catch (const RegionTooLarge &) {
+        // It fails the record, not the file. As below, it takes what is left, or a file could have
+        // such work done by every record.
+        m_clipRectsLeft = 0;
+    }
+    if (!combined)
         return 0;
+    if (combined->rectCount() > m_clipRectsLeft) {
+        m_clipRectsLeft = 0;
+        return 0;
+    }
     m_clipRegion = *combined;
     m_clipRectsLeft -= m_clipRegion.rectCount();
     // Device units: of the whole mapping only the document's origin applies.

@@ -6,7 +6,6 @@
 #include "records/Numeric.h"
 
 #include <algorithm>
-#include <new>
 #include <utility>
 
 namespace svgtool {
@@ -172,7 +171,7 @@ static void uniteWithin(qint64 limit, QRegion &region, const QRegion &other)
             + 4 * qint64(region.rectCount()) * other.rectCount();
     if (simpleBound > limit
         && cutCount(region, bandEdges(other)) + cutCount(other, bandEdges(region)) > limit)
-        throw std::bad_alloc();
+        throw RegionTooLarge();
     region += other;
 }
 
@@ -205,7 +204,7 @@ QRegion RectsToRegion(std::span<const RECTL> rects)
             cost += region.rectCount();
         region += rect;
         if (region.rectCount() > limit)
-            throw std::bad_alloc();
+            throw RegionTooLarge();
     }
     if (!rest.empty())
         uniteWithin(limit, region, uniteBalanced(limit, rest));

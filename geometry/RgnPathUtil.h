@@ -5,6 +5,7 @@
 #include <QRegion>
 
 #include <list>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -80,13 +81,18 @@ qint32 VSplitIfOverlap(const CLine &a, const CLine &b, std::list<CVLine> &pieces
 /// @throw std::bad_alloc  also for more than 2^25 rectangles
 bool ConvertRgnDataToPath(std::span<const RECTL> rects, std::list<CLine> &edges);
 
+/// A region has more rectangles than this library is willing to keep; memory has not run out.
+class RegionTooLarge : public std::bad_alloc
+{
+};
+
 /// The area of @p rects as a region, whose decomposition into bands Qt chooses.
 ///
 /// The rectangles are united one by one in their order. Only where that would take time quadratic
 /// in their number, as with tens of thousands in no order of bands, are the later ones united
 /// pairwise: the same area, though perhaps divided into other rectangles.
 /// @param rects  right and bottom are exclusive; empty and reversed ones add nothing
-/// @throw std::bad_alloc  if the region would have more than 2^20 rectangles beyond twice the
+/// @throw RegionTooLarge  if the region would have more than 2^20 rectangles beyond twice the
 /// number
 ///                        of @p rects: the decomposition of crossing bars grows by the square
 QRegion RectsToRegion(std::span<const RECTL> rects);

@@ -85,6 +85,7 @@ public:
         const std::lock_guard lock(m_mutex);
         const std::string line = m_buffer.str();
         m_buffer.str(std::string());
+        m_buffer.clear(); // a line for which there was no memory ends here
         (*m_output)(line);
         return *this;
     }

@@ -1,12 +1,15 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs, those that are missing and no others.
-# usage: scripts/setup.sh build|test|ci|windows|package|archives
+# usage: scripts/setup.sh build|test|ci|fuzz|bench|coverage|windows|package|archives
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 test=("${build[@]}" libgtest-dev binutils libxml2-utils)
 ci=("${test[@]}" qtbase5-dev clang-format git)
+fuzz=("${test[@]}" clang libclang-rt-14-dev)
+bench=("${build[@]}" libbenchmark-dev python3)
+coverage=("${test[@]}" gcovr)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
@@ -16,11 +19,14 @@ case ${1-} in
 build) packages=("${build[@]}") ;;
 test) packages=("${test[@]}") ;;
 ci) packages=("${ci[@]}") ;;
+fuzz) packages=("${fuzz[@]}") ;;
+bench) packages=("${bench[@]}") ;;
+coverage) packages=("${coverage[@]}") ;;
 windows) packages=("${windows[@]}") ;;
 package) packages=("${package[@]}") ;;
 archives) packages=("${archives[@]}") ;;
 *)
-    echo "usage: $0 build|test|ci|windows|package|archives" >&2
+    echo "usage: $0 build|test|ci|fuzz|bench|coverage|windows|package|archives" >&2
     exit 2
     ;;
 esac

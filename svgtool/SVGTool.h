@@ -30,8 +30,9 @@ extern "C" {
 /// Data whose first 88 bytes carry the EMF signature ([MS-EMF] 2.2.9) are converted as EMF, all
 /// others as WMF, with or without the placeable header ([MS-WMF] 2.3.2.3).
 /// @param metafileData  the whole file, little-endian, 18 bytes or more
-/// @param[out] svgOut   UTF-8; replaced once the records have been walked, else untouched. After
-///                      SvgToolException it either is untouched or holds the text so far.
+/// @param[out] svgOut   UTF-8; replaced once the records have been walked, else untouched. When
+///                      memory runs out or an exception comes while they are walked, it either is
+///                      untouched or holds the text so far, which lacks its end.
 /// @return an SvgToolResult
 /// @note Never throws. Calls on different threads do not interfere. The library keeps nothing
 ///       of either argument after it returns.

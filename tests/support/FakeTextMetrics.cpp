@@ -3,9 +3,7 @@
 // numbers are letters: 1 is "A".
 
 #include "platform/PlatformDependent.h"
-
-#include <algorithm>
-#include <cstdlib>
+#include "records/Numeric.h"
 
 namespace svgtool {
 
@@ -22,17 +20,18 @@ qint32 WIN_GetFontDescent(qint32 height, const QString & /*faceName*/, qint32 /*
 bool WIN32_GetTextDimensions(qint32 &textHeight, qint32 &textWidth, qint32 &descent,
                              const TextDescription &description)
 {
-    // No test needs larger ones, and products of these stay in range.
-    const auto size = qint32(std::min<qint64>(std::abs(qint64(description.height)), 1000000));
-    textHeight = (size + size / 4) * qint32(1 + description.text.count(QLatin1Char('\n')));
-    textWidth = qint32(description.text.size()) * (size / 2);
+    const qint32 height = description.height;
+    const qint32 size = height < 0 ? wrapSub(0, height) : height;
+    const auto lines = qint32(1 + description.text.count(QLatin1Char('\n')));
+    textHeight = wrapMul(wrapAdd(size, size / 4), lines);
+    textWidth = wrapMul(qint32(description.text.size()), size / 2);
     descent = size / 4;
     return true;
 }
 
 qint32 WIN_GetFontinPoints(qint32 pixels)
 {
-    return pixels * 72 / 96;
+    return static_cast<qint32>(qint64(pixels) * 72 / 96);
 }
 
 QString WIN_GetTextOfGlyphs(const QString &glyphs, const QString & /*faceName*/, qint32 /*weight*/)

@@ -368,5 +368,26 @@ namespace {
         EXPECT_GT(clipCount(emf), 20U);
     }
 
+    // What is refused for its size takes up what the file has left, or each further record could
+    // have as much work done for nothing.
+    TEST(ClipRegions, RefusedOnesAreNotTriedAgain)
+    {
+        constexpr int kBars = 400;
+        QByteArray bars[2];
+        for (int lying = 0; lying < 2; ++lying) {
+            ByteWriter data;
+            data.u32(32).u32s({ 1, kBars, kBars * 16, 0, 0, 0, 0 });
+            for (int i = 0; i < 2 * kBars; i += 2)
+                lying != 0 ? data.u32s({ 0, i, 9999, i + 1 }) : data.u32s({ i, 0, i + 1, 9999 });
+            bars[lying] = data.result();
+        }
+        const QByteArray small = regionData({ { 1, 2, 3, 4 } });
+        EmfBuilder emf;
+        emf.record(kClipRegion, clipRegion(kCopy, bars[0]));
+        EXPECT_EQ(clipCount(EmfBuilder(emf).record(kClipRegion, clipRegion(kCopy, small))), 2U);
+        emf.record(kClipRegion, clipRegion(kAnd, bars[1]));
+        EXPECT_EQ(clipCount(emf.record(kClipRegion, clipRegion(kCopy, small))), 1U);
+    }
+
 } // namespace
 } // namespace svgtool::test

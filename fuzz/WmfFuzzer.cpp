@@ -1,0 +1,10 @@
+// A whole WMF, kept plausible by fuzz/WmfMutator.cpp.
+
+#include "fuzz/Harness.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    using namespace svgtool::fuzz;
+    convertAndCheck(bytesOf(data, size));
+    return 0;
+}

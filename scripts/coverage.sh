@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Runs the tests with counters and prints which lines of our own code they reach, by file and in
+# all. The pages with every line are in build/coverage/report.
+# usage: scripts/coverage.sh
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+./scripts/setup.sh coverage
+export CTEST_PARALLEL_LEVEL=${CTEST_PARALLEL_LEVEL:-$(nproc)}
+cmake --preset coverage
+cmake --build --preset coverage
+find build/coverage -name '*.gcda' -delete
+ctest --preset coverage
+mkdir -p build/coverage/report
+# Tests, fuzz targets and benchmarks are no part of it.
+gcovr --root . --object-directory build/coverage --exclude-unreachable-branches \
+    --filter '(cli|emf|geometry|logging|platform|records|style|svg|svgtool|wmf)/' \
+    --html-details build/coverage/report/index.html --print-summary

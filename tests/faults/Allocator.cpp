@@ -1,0 +1,122 @@
+#include "faults/Allocator.h"
+
+#include <cerrno>
+#include <cstdlib>
+
+// The C library's own allocator, under the names that it keeps for those who replace malloc.
+extern "C" {
+void *__libc_malloc(size_t size);
+void *__libc_calloc(size_t count, size_t size);
+void *__libc_realloc(void *block, size_t size);
+void *__libc_memalign(size_t alignment, size_t size);
+void __libc_free(void *block);
+}
+
+namespace svgtool::test {
+namespace {
+
+    // Of this thread; nothing here allocates.
+    struct State
+    {
+        bool isWatching = false;
+        bool failsOn = false;
+        size_t failing = 0;
+        size_t calls = 0;
+        long held = 0;
+    };
+    thread_local State state;
+
+    bool mayGive()
+    {
+        if (!state.isWatching)
+            return true;
+        ++state.calls;
+        const bool fails = state.failing != 0
+                && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
+        if (fails)
+            errno = ENOMEM;
+        return !fails;
+    }
+
+    void *given(void *block)
+    {
+        if (state.isWatching && block != nullptr)
+            ++state.held;
+        return block;
+    }
+
+} // namespace
+
+FailingAllocator::FailingAllocator(size_t failing, Scarcity scarcity)
+{
+    state = { true, scarcity == Scarcity::EveryCallFromThere, failing, 0, 0 };
+}
+
+FailingAllocator::~FailingAllocator()
+{
+    state = {};
+}
+
+void FailingAllocator::stopFailing()
+{
+    state.failing = 0;
+}
+
+size_t FailingAllocator::calls() const
+{
+    return state.calls;
+}
+
+long FailingAllocator::blocksHeld() const
+{
+    return state.held;
+}
+
+} // namespace svgtool::test
+
+using namespace svgtool::test;
+
+// These stand in for the C library's in the whole program, Qt and the C++ library included.
+extern "C" {
+
+void *malloc(size_t size)
+{
+    return mayGive() ? given(__libc_malloc(size)) : nullptr;
+}
+
+void *calloc(size_t count, size_t size)
+{
+    return mayGive() ? given(__libc_calloc(count, size)) : nullptr;
+}
+
+void *realloc(void *block, size_t size)
+{
+    if (!mayGive())
+        return nullptr;
+    void *const moved = __libc_realloc(block, size);
+    return block == nullptr ? given(moved) : moved;
+}
+
+void *memalign(size_t alignment, size_t size)
+{
+    return mayGive() ? given(__libc_memalign(alignment, size)) : nullptr;
+}
+
+void *aligned_alloc(size_t alignment, size_t size)
+{
+    return memalign(alignment, size);
+}
+
+int posix_memalign(void **block, size_t alignment, size_t size)
+{
+    *block = memalign(alignment, size);
+    return *block != nullptr ? 0 : ENOMEM;
+}
+
+void free(void *block)
+{
+    if (state.isWatching && block != nullptr)
+        --state.held;
+    __libc_free(block);
+}
+}
