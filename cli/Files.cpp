@@ -86,6 +86,36 @@ QByteArray readInput(const QString &path, std::FILE *standardInput)
     return readAll(path, file);
 }
 
+OutputFile::OutputFile(const QString &path) : m_path(path)
+{
+    const QFileInfo info(path);
+    if (info.isDir())
+        throw Failure{ path, QStringLiteral("cannot be written: it is a folder") };
+    // A device or a pipe is written to, never replaced by a file.
+    if (info.exists() && !info.isFile())
+        m_file = std::make_unique<QFile>(path);
+    else
+        m_file = std::make_unique<QSaveFile>(path);
+    // A buffer that is flushed in part does not tell why.
+    if (!m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw writeFailure(path, *m_file);
+}
+
+// A save file that is left without commit() takes its temporary file away.
+OutputFile::~OutputFile() = default;
+
+void OutputFile::write(const QByteArray &bytes)
+{
+    writeAll(m_path, *m_file, bytes);
+}
+
+void OutputFile::finish()
+{
+    auto *file = qobject_cast<QSaveFile *>(m_file.get());
+    if (file != nullptr && !file->commit())
+        throw writeFailure(m_path, *file);
+}
+
 void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArray &bytes)
 {
     if (path == kStandardStream) {
@@ -95,23 +125,9 @@ void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArra
             throw writeFailure(name, file);
         return writeAll(name, file, bytes);
     }
-    const QFileInfo info(path);
-    if (info.isDir())
-        throw Failure{ path, QStringLiteral("cannot be written: it is a folder") };
-    if (info.exists() && !info.isFile()) {
-        // A device or a pipe is written to, never replaced by a file.
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            throw writeFailure(path, file);
-        return writeAll(path, file, bytes);
-    }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        throw writeFailure(path, file);
-    // A save file that is left without commit() takes its temporary file away.
-    writeAll(path, file, bytes);
-    if (!file.commit())
-        throw writeFailure(path, file);
+    OutputFile file(path);
+    file.write(bytes);
+    file.finish();
 }
 
 void printMessage(const StandardStreams &streams, const QString &message)

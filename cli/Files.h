@@ -4,6 +4,9 @@
 #include <QString>
 
 #include <cstdio>
+#include <memory>
+
+class QFileDevice;
 
 namespace svgtool {
 
@@ -28,9 +31,26 @@ QString shownInput(const QString &path);
 /// All bytes of a file, or of standard input. Throws Failure.
 QByteArray readInput(const QString &path, std::FILE *standardInput);
 
-/// Writes a file, or standard output. Throws Failure.
-///
-/// A file appears, or changes, only when all of it is written; a device or a pipe is written to.
+/// A file that is written piece by piece. It appears, or changes, only when all of it is written; a
+/// device or a pipe is written to.
+class OutputFile
+{
+public:
+    /// Opens it. Throws Failure.
+    explicit OutputFile(const QString &path);
+    ~OutputFile(); ///< Without finish(), the file stays as it was.
+
+    /// Appends all of @p bytes, past any buffer of this process. Throws Failure.
+    void write(const QByteArray &bytes);
+    /// Puts the file in its place. Throws Failure.
+    void finish();
+
+private:
+    QString m_path;
+    std::unique_ptr<QFileDevice> m_file;
+};
+
+/// Writes a file as OutputFile does, or standard output. Throws Failure.
 void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArray &bytes);
 
 /// A name or reason as it may stand in one line: control characters become question marks.
