@@ -32,6 +32,8 @@ namespace {
             for (size_t i = m_next++; i < m_jobs.size(); i = m_next++) {
                 FileResult result;
                 result.input = shownInput(m_jobs[i].input);
+                if (m_options.keepsDocuments)
+                    awaitTurn(i);
                 if (!m_isEnding)
                     result = convertFile(m_jobs[i], m_options, m_streams);
                 if (m_options.failsFast && result.status == FileStatus::Failed)
@@ -45,7 +47,20 @@ namespace {
         }
 
         // Lets the threads begin no more files.
-        void end() { m_isEnding = true; }
+        void end()
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isEnding = true;
+            m_room.notify_all();
+        }
+
+        // The result of a file is not needed any more.
+        void forget(size_t index)
+        {
+            const std::lock_guard lock(m_mutex);
+            m_forgotten = index + 1;
+            m_room.notify_all();
+        }
 
         // Waits for the result of a file, and calls tick while it waits.
         void await(size_t index, const std::function<void(size_t)> &tick)
@@ -62,16 +77,26 @@ namespace {
         }
 
     private:
+        // Waits while too many documents are kept because an earlier file takes long.
+        void awaitTurn(size_t index)
+        {
+            const size_t most = 16 * size_t(m_options.threads);
+            std::unique_lock lock(m_mutex);
+            m_room.wait(lock, [&] { return m_isEnding || index < m_forgotten + most; });
+        }
+
         const std::vector<Job> &m_jobs;
         const Options &m_options;
         const StandardStreams &m_streams;
         std::vector<FileResult> &m_results;
         std::vector<bool> m_isDone;
         size_t m_doneCount = 0;
+        size_t m_forgotten = 0;
         std::atomic<size_t> m_next{ 0 };
         std::atomic<bool> m_isEnding{ false };
         std::mutex m_mutex;
         std::condition_variable m_change;
+        std::condition_variable m_room;
     };
 
 } // namespace
@@ -104,6 +129,7 @@ std::vector<FileResult> convertAll(const std::vector<Job> &jobs, const Options &
         for (size_t i = 0; i < jobs.size(); ++i) {
             pool.await(i, tick);
             tell(results[i]);
+            pool.forget(i);
         }
     } catch (...) {
         // What is told has nowhere to go; the thread pool waits for the files that are begun.

@@ -177,14 +177,16 @@ namespace {
     {
         if (!job.problem.isEmpty())
             throw Failure{ result.input, job.problem };
-        if (job.mayBeUpToDate && options.writes && !options.isForced && isUpToDate(job)) {
+        const bool isDone =
+                job.mayBeUpToDate && options.writes && !options.isForced && isUpToDate(job);
+        if (isDone && !options.keepsDocuments) {
             result.status = FileStatus::UpToDate;
             return;
         }
         QByteArray document = convertBytes(readInput(job.input, streams.in), options, result);
         if (document.isEmpty())
             throw Failure{ result.input, QStringLiteral("the document is empty") };
-        if (!job.output.isEmpty())
+        if (!job.output.isEmpty() && !isDone)
             write(job, streams, document);
         if (options.keepsDocuments)
             result.document.swap(document);

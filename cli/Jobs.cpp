@@ -76,13 +76,19 @@ namespace {
                                 : QDir(folder).filePath(info.fileName());
     }
 
-    // Two metafiles must not share an output, and none may replace a metafile.
-    QString clashOf(const std::vector<Job> &jobs)
+    // Two metafiles must not share an output, nor one with the page, and none may replace a
+    // metafile.
+    QString clashOf(const std::vector<Job> &jobs, const QString &page)
     {
         QHash<QString, QString> owners;
         for (const Job &job : jobs) {
             if (job.problem.isEmpty() && job.input != kStandardStream)
                 owners.insert(identity(job.input), {});
+        }
+        if (!page.isEmpty()) {
+            if (owners.contains(identity(page)))
+                return QStringLiteral("%1 would replace a metafile").arg(page);
+            owners.insert(identity(page), QStringLiteral("the gallery"));
         }
         for (const Job &job : jobs) {
             const bool isFile = job.output != kStandardStream
@@ -142,12 +148,15 @@ Plan makePlan(const Options &options)
         job.mayBeUpToDate = isFolder || plan.isBatch;
         plan.jobs.push_back(job);
     }
-    if (options.report != Options::Report::Facts)
-        plan.problem = clashOf(plan.jobs);
-    if (!options.writes) {
+    const auto forgetOutputs = [&plan] {
         for (Job &job : plan.jobs)
             job.output.clear();
-    }
+    };
+    if (options.report == Options::Report::Facts)
+        forgetOutputs();
+    plan.problem = clashOf(plan.jobs, options.gallery);
+    if (!options.writes)
+        forgetOutputs();
     return plan;
 }
 

@@ -30,6 +30,7 @@ Examples:
   metafile2svg --scale 2 chart.emf -o big.svg
   metafile2svg --info --json chart.emf        what is in it
   metafile2svg --check --report -r drawings   what would be missing
+  metafile2svg --check --gallery all.html -r drawings
 
 Exit status:
   0  all were converted
@@ -69,6 +70,8 @@ Exit status:
           "first of each is.",
           "" },
         { "json", "Tell it as JSON.", "" },
+        { "gallery", "Show all results on one page, PAGE.html, also those that are up to date.",
+          "PAGE" },
         { "fail-fast", "Stop after the first file that fails.", "" },
         { "q quiet", "Show neither progress nor summary.", "" },
         { "dump-skipped",
@@ -129,6 +132,13 @@ Exit status:
         return value;
     }
 
+    // The name tells a page from a metafile that stands where the page is forgotten.
+    bool isPage(const QString &path)
+    {
+        return path.endsWith(QLatin1String(".html"), Qt::CaseInsensitive)
+                || path.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive);
+    }
+
     void rejectContradictions(const QCommandLineParser &parser, const Options &options)
     {
         const auto given = [&parser](const char *name) {
@@ -149,6 +159,8 @@ Exit status:
               "--json needs --info or --report" },
             { given("info") && given("report"), "--info and --report exclude each other" },
             { given("info") && given("output"), "--info writes no documents, so -o has no use" },
+            { !options.gallery.isEmpty() && !isPage(options.gallery),
+              "--gallery needs the name of a page, which ends in .html" },
         };
         for (const auto &rule : rules) {
             if (rule.isWrong)
@@ -173,6 +185,8 @@ Exit status:
         options.output = valueOf(parser, QStringLiteral("output"));
         options.dumpFile = valueOf(parser, QStringLiteral("dump-skipped"));
         options.logLevel = valueOf(parser, QStringLiteral("log-level"));
+        options.gallery = valueOf(parser, QStringLiteral("gallery"));
+        options.keepsDocuments = !options.gallery.isEmpty();
         if (given("info"))
             options.report = Options::Report::Facts;
         else if (given("report"))

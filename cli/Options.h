@@ -25,6 +25,7 @@ struct Options
     QString output; ///< file or folder; empty without -o
     QString dumpFile; ///< where to list records; empty for nowhere
     QString logLevel; ///< empty for none
+    QString gallery; ///< the page of all results; empty for none
     Report report = Report::None;
     bool isJson = false; ///< reports as JSON
     bool isExact = false; ///< what the library gives, and only of what it accepts
@@ -32,7 +33,7 @@ struct Options
     bool isForced = false; ///< convert what is converted already
     bool isQuiet = false;
     bool failsFast = false; ///< try no further file after one that failed
-    bool keepsDocuments = false; ///< in the results, for what is made of all of them
+    bool keepsDocuments = false; ///< in the results, for what is made of them
     bool writes = true; ///< false for --check and --info
     int threads = 1; ///< files converted at the same time
     double width = 0; ///< of the root element, as height; 0 leaves it

@@ -12,27 +12,27 @@
 
 namespace svgtool {
 
-namespace {
+const char *word(FileStatus status)
+{
+    static constexpr std::array<const char *, kFileStatuses> kWords{ "not tried", "converted",
+                                                                     "damaged", "up to date",
+                                                                     "failed" };
+    return kWords[size_t(status)];
+}
 
-    const char *word(FileStatus status)
-    {
-        static constexpr std::array<const char *, kFileStatuses> kWords{ "not tried", "converted",
-                                                                         "damaged", "up to date",
-                                                                         "failed" };
-        return kWords[size_t(status)];
-    }
+const char *word(MetafileFormat format)
+{
+    static constexpr const char *kWords[] = { "unknown", "EMF", "WMF", "placeable WMF" };
+    return kWords[size_t(format)];
+}
+
+namespace {
 
     const char *word(RecordOutcome outcome)
     {
         static constexpr std::array<const char *, kRecordOutcomes> kWords{ "drawn", "approximated",
                                                                            "skipped", "neutral" };
         return kWords[size_t(outcome)];
-    }
-
-    const char *word(MetafileFormat format)
-    {
-        static constexpr const char *kWords[] = { "unknown", "EMF", "WMF", "placeable WMF" };
-        return kWords[size_t(format)];
     }
 
     const char *word(StopReason reason)

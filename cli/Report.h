@@ -7,6 +7,10 @@
 
 namespace svgtool {
 
+/// What a status, or a format, is called in reports.
+const char *word(FileStatus status);
+const char *word(MetafileFormat format);
+
 /// One file's report, as --info and --report print it: lines of text, or a JSON object without a
 /// line feed behind it.
 QByteArray reportText(const FileResult &result, const Options &options);

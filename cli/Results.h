@@ -34,7 +34,7 @@ struct FileResult
     quint64 skipped = 0; ///< records that the document lacks
     MetafileFacts facts;
     RecordTally records; ///< what became of them
-    QByteArray document; ///< what was written, if Options::keepsDocuments
+    QByteArray document; ///< what was written or would have been, if Options::keepsDocuments
 };
 
 } // namespace svgtool

@@ -1,12 +1,14 @@
 #include "cli/Run.h"
 
 #include "cli/Batch.h"
+#include "cli/Gallery.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
 
 #include <QLoggingCategory>
 
 #include <new>
+#include <optional>
 
 namespace svgtool {
 
@@ -73,6 +75,9 @@ namespace {
     std::vector<FileResult> convertPlan(const Plan &plan, const Options &options,
                                         const StandardStreams &streams)
     {
+        std::optional<Gallery> gallery;
+        if (!options.gallery.isEmpty())
+            gallery.emplace(options.gallery);
         ReportPrinter reports(options, streams);
         Progress progress(streams.err, plan.jobs.size(), plan.isBatch && !options.isQuiet);
         const auto tell = [&](FileResult &result) {
@@ -81,16 +86,19 @@ namespace {
             if (!result.message.isEmpty())
                 printMessage(streams, result.message);
             reports.print(result);
+            if (gallery)
+                gallery->add(result);
             // A batch may be large; what is told is not needed any more.
-            if (!options.keepsDocuments) {
-                result.records = {};
-                result.facts = {};
-            }
+            result.records = {};
+            result.facts = {};
+            result.document = {};
         };
         auto results = convertAll(plan.jobs, options, streams, tell,
                                   [&progress](size_t done) { progress.show(done); });
         progress.hide();
         reports.end();
+        if (gallery)
+            gallery->finish();
         return results;
     }
 

@@ -26,7 +26,7 @@ _metafile2svg() {
         esac
         if [[ $current == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W '-o --output -r --recursive -j --jobs --force --exact
-                --width --height --scale --check --info --report --json --fail-fast -q --quiet
+                --width --height --scale --check --info --report --json --gallery --fail-fast -q --quiet
                 --dump-skipped --log-level -h --help -v --version' -- "$current")
             return
         fi
