@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs, those that are missing and no others.
-# usage: scripts/setup.sh build|test|ci|fuzz|bench|coverage|windows|package|archives
+# usage: scripts/setup.sh build|test|ci|fuzz|bench|coverage|windows|package|archives|browser
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
@@ -13,6 +13,7 @@ coverage=("${test[@]}" gcovr)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
+browser=(chromium chromium-driver python3)
 package=("${build[@]}" dpkg-dev binutils gzip lintian debootstrap)
 
 case ${1-} in
@@ -25,8 +26,9 @@ coverage) packages=("${coverage[@]}") ;;
 windows) packages=("${windows[@]}") ;;
 package) packages=("${package[@]}") ;;
 archives) packages=("${archives[@]}") ;;
+browser) packages=("${browser[@]}") ;;
 *)
-    echo "usage: $0 build|test|ci|fuzz|bench|coverage|windows|package|archives" >&2
+    echo "usage: $0 build|test|ci|fuzz|bench|coverage|windows|package|archives|browser" >&2
     exit 2
     ;;
 esac
