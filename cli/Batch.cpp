@@ -80,7 +80,7 @@ namespace {
         // Waits while too many documents are kept because an earlier file takes long.
         void awaitTurn(size_t index)
         {
-            const size_t most = 16 * size_t(m_options.threads);
+            const size_t most = 4 * size_t(m_options.threads);
             std::unique_lock lock(m_mutex);
             m_room.wait(lock, [&] { return m_isEnding || index < m_forgotten + most; });
         }

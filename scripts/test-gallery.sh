@@ -24,8 +24,8 @@ for folder; do
     number=$((${number:-0} + 1))
     inputs+=("$(realpath "$folder")")
     # Status 3 tells of damaged files, 1 of some that are no metafiles; both are on the page.
-    "$tool" -r "${inputs[-1]}" -o "$work/$number/" 2>"$work/messages" || [ $? -eq 1 ] || [ $? -eq 3 ]
-    tail -n 1 "$work/messages"
+    "$tool" -r "${inputs[-1]}" -o "$work/$number/" 2>"$work/messages" || [[ $? == [13] ]]
+    echo "$folder: $(tail -n 1 "$work/messages")"
     find "$work/$number" -type f | sort >>"$work/documents"
 done
 "$tool" -q --check -r "${inputs[@]}" --gallery "$work/page.html" 2>/dev/null || true
