@@ -191,7 +191,7 @@ private:
     RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
     RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
     RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
-                            const BitmapPlacement &place) const;
+                           const BitmapPlacement &place) const;
     bool writeImage(QImage image, const RECTL &box);
     void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
                       const QImage &image);
