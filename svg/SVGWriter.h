@@ -209,6 +209,7 @@ private:
     POINTL m_current{}; ///< current position
     POINTL m_figureStart{};
     TextBuffer m_path; ///< path data collected
+    TextBuffer m_figure; ///< path data of one figure while it is made; kept for its room
     bool m_isInPath = false;
     bool m_isInTransform = false; ///< a transform's group is open
     bool m_clipActive = false;
