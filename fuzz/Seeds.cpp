@@ -229,7 +229,7 @@ Seeds wmfSeeds()
         { "text",
           plain().record(0x02FB,
                          ByteWriter()
-                                 .u16s({ -12, 0, 450, 0, 700, 0x0101, 204, 0, 0 })
+                                 .u16s({ -12, 0, 450, 0, 700, 0x0101, 204 << 8, 0, 0 })
                                  .bytes("Arial\0")
                                  .result())
                   .record(0x012D, { 0 })
