@@ -21,8 +21,8 @@ namespace {
 
     // What viewers can be counted on to open.
     constexpr double kLargestSide = 32767;
-    constexpr double kLargestFont = 65536;
-    constexpr std::string_view kLargestFontText = "65536";
+    constexpr double kLargestFont = 32768;
+    constexpr std::string_view kLargestFontText = "32768";
 
     bool startsWith(std::string_view text, std::string_view front)
     {
