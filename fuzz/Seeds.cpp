@@ -2,6 +2,7 @@
 // reach every handler, from the builders that the tests use.
 // usage: fuzz_seeds FOLDER
 
+#include "support/Bitmaps.h"
 #include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
 
@@ -30,11 +31,34 @@ QByteArray regionRecord(std::initializer_list<qint64> head, const QByteArray &da
     return ByteWriter().u32s(head).bytes(data).result();
 }
 
+const char kFourColours[] = "00000000 0000ff00 00ff0000 ff000000";
+
+const Dib kMask = dib({ 3, 2, 1 }, "00000000 ffffff00", "a0000000 40000000");
+const Dib kPicture =
+        dib({ 3, 2, 24 }, "", "000000 808080 ffffff 000000 0000ff 00ff00 ff0000 000000");
+const Dib kRuns = dib({ 4, 2, 8, 1, 4 }, kFourColours, "0401 0000 0003 010203 00 0100 0001");
+
 Seeds emfSeeds()
 {
     const QByteArray rects = region(1, 2, 30, 40);
     const qint64 length = rects.size();
     return {
+        { "bitmaps",
+          EmfBuilder()
+                  .record(81, stretchDib(kRuns, { 0, 0, 40, 20 }, { 0, 0, 4, 2 }))
+                  .record(81, stretchDib(kMask, { 5, 5, 20, 10 }, { 0, 0, 3, 2 }, 0x008800C6))
+                  .record(81, stretchDib(kPicture, { 5, 5, 20, 10 }, { 0, 0, 3, 2 }, 0x00EE0086))
+                  .record(76, blt({}, { 9, 9, 9, 9 }, 0, 0, 0x00F00021))
+                  .record(77,
+                          blt(kPicture, { 9, 9, -9, 9 }, 0, 0, 0x00330008,
+                              ByteWriter().u32s({ 3, 2 }).result()))
+                  .record(116,
+                          blt(kPicture, { 9, 9, 9, 9 }, 0, 0, 0xFF00,
+                              ByteWriter().u32s({ 3, 2 }).result()))
+                  .record(78,
+                          blt(kPicture, { 9, 9, 3, 2 }, 0, 0, 0xAACC0020,
+                              ByteWriter().u32s({ 0, 0 }).result(), kMask))
+                  .build() },
         { "figures",
           EmfBuilder()
                   .record(42, { 0, 0, 40, 30 })
@@ -129,10 +153,58 @@ Seeds emfSeeds()
     };
 }
 
+// Bitmaps behind the bytes that say what becomes of them.
+Seeds dibSeeds()
+{
+    const auto seed = [](int form, const QByteArray &bitmap) {
+        return ByteWriter().u16s({ form, 0xEECC, 0, 0, 4, 4, 0, 0, 30, 20 }).bytes(bitmap).result();
+    };
+    const Dib fields = dib({ 2, 1, 16, 3 }, "00f80000 e0070000 1f000000", "00f8 e007");
+    const Dib alpha =
+            dib({ 2, 1, 32, 6 }, "0000ff00 00ff0000 ff000000 000000ff", "01020380 040506ff");
+    return {
+        { "bits1", seed(1, kMask.packed()) },
+        { "mask1", seed(13, kMask.packed()) },
+        { "bits4", seed(1, dib({ 3, -2, 4, 0, 4 }, kFourColours, "12300000 03210000").packed()) },
+        { "bits8", seed(1, dib({ 2, 1, 8, 0, 4 }, kFourColours, "01020000").packed()) },
+        { "bits16", seed(1, fields.packed()) },
+        { "bits24", seed(4, kPicture.packed()) },
+        { "bits32", seed(7, alpha.packed()) },
+        { "runs8", seed(1, kRuns.packed()) },
+        { "runs4",
+          seed(1, dib({ 5, 2, 4, 2, 4 }, kFourColours, "0512 0000 0005 123120 00 0001").packed()) },
+        { "file", seed(1, dib({ 3, 2, 0, 4 }, "", "ffd8ff00 1122").packed()) },
+        { "device", seed(0, ByteWriter().u16s({ 0, 3, 2, 2, 0x101, 0x00a0, 0x0040 }).result()) },
+        { "bitsBeforeInfo", seed(2, kPicture.bits + QByteArray(16, '\0') + kPicture.info) },
+    };
+}
+
 Seeds wmfSeeds()
 {
     const auto plain = [] { return WmfBuilder().placeable(0, 0, 100, 50, 96); };
     return {
+        { "bitmaps",
+          WmfBuilder()
+                  .record(0x0F43,
+                          ByteWriter()
+                                  .u32(kSourceCopy)
+                                  .u16s({ 0, 2, 3, 0, 0, 30, 45, 1, 0 })
+                                  .bytes(kPicture.packed())
+                                  .result())
+                  .record(0x0B41,
+                          ByteWriter()
+                                  .u32(kSourceCopy)
+                                  .u16s({ 2, 3, 0, 0, 30, 45, 1, 0 })
+                                  .bytes(kMask.packed())
+                                  .result())
+                  .record(0x0922,
+                          ByteWriter()
+                                  .u32(kSourceCopy)
+                                  .u16s({ 0, 0, 2, 3, 1, 0 })
+                                  .u16s({ 0, 3, 2, 2, 0x101, 0x00a0, 0x0040 })
+                                  .result())
+                  .record(0x061D, { 0x0042, 0, 30, 45, 1, 0 })
+                  .build() },
         { "figures",
           plain().record(0x020B, { 0, 0 })
                   .record(0x020C, { 50, 100 })
@@ -157,7 +229,7 @@ Seeds wmfSeeds()
         { "text",
           plain().record(0x02FB,
                          ByteWriter()
-                                 .u16s({ -12, 0, 450, 0, 700, 0x0101, 204, 0, 0 })
+                                 .u16s({ -12, 0, 450, 0, 700, 0x0101, 204 << 8, 0, 0 })
                                  .bytes("Arial\0")
                                  .result())
                   .record(0x012D, { 0 })
@@ -189,6 +261,7 @@ int main(int argc, char *argv[])
         return 2;
     const QString folder = QString::fromLocal8Bit(argv[1]);
     const bool isWritten = write(emfSeeds(), folder + QLatin1String("/emf"))
-            && write(wmfSeeds(), folder + QLatin1String("/wmf"));
+            && write(wmfSeeds(), folder + QLatin1String("/wmf"))
+            && write(dibSeeds(), folder + QLatin1String("/dib"));
     return isWritten ? 0 : 1;
 }

@@ -67,6 +67,8 @@ LevelOutput fatallevel(&writeCritical);
 
 } // namespace basic_logging
 
+std::atomic<bool> CLogSystem::s_isTracing{ false };
+
 CLogSystem::CLogSystem() : m_names{ "INFO" }, m_level(&*m_names.begin()) { }
 
 CLogSystem::~CLogSystem() = default;
@@ -75,7 +77,7 @@ void CLogSystem::setLevel(const std::string &name)
 {
     const std::lock_guard lock(m_namesMutex);
     m_level.store(&*m_names.insert(name).first, std::memory_order_release);
-    m_isTracing.store(name == "TRACE", std::memory_order_relaxed);
+    s_isTracing.store(name == "TRACE", std::memory_order_relaxed);
 }
 
 namespace {

@@ -10,10 +10,12 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Metrics from the tables of the font files, as GDI computes them. fontconfig finds the files and
@@ -218,11 +220,13 @@ namespace {
         std::shared_ptr<FontFace> recall(const QString &name, bool isBold);
         std::shared_ptr<FontFace> find(const QString &name, bool isBold);
         std::shared_ptr<FontFace> open(const FontFile &file);
+        std::optional<FontFile> locate(const QString &name, bool isBold);
         std::optional<FontFile> match(const QString &name, bool isBold) const;
 
         Library m_library; // goes last: it would free the faces
         Config m_config; // our own: the host's may be finalised at any time
         std::vector<Entry> m_entries; // latest first
+        std::map<std::pair<QString, bool>, std::optional<FontFile>> m_files; // by name and boldness
     };
 
     /// Stands in for the names that no installed font answers to.
@@ -266,12 +270,25 @@ std::shared_ptr<FontFace> FontCatalog::recall(const QString &name, bool isBold)
 
 std::shared_ptr<FontFace> FontCatalog::find(const QString &name, bool isBold)
 {
-    if (const auto file = match(name, isBold)) {
+    if (const auto file = locate(name, isBold)) {
         if (auto face = open(*file))
             return face;
     }
     const QString substitute = QLatin1String(kSubstituteFace);
     return name == substitute ? nullptr : recall(substitute, isBold);
+}
+
+// fontconfig takes a quarter of a millisecond for a name, and a file may use more names in turn
+// than faces are kept open. Their number is bounded too.
+std::optional<FontFile> FontCatalog::locate(const QString &name, bool isBold)
+{
+    constexpr size_t kMostNames = 4096;
+    const std::pair key(name, isBold);
+    if (const auto known = m_files.find(key); known != m_files.end())
+        return known->second;
+    if (m_files.size() >= kMostNames)
+        m_files.clear();
+    return m_files[key] = match(name, isBold);
 }
 
 std::shared_ptr<FontFace> FontCatalog::open(const FontFile &file)

@@ -41,7 +41,7 @@ fuzz() {
     if [ -d "../shared/corpus/$target" ]; then
         inputs+=("../shared/corpus/$target")
     fi
-    if "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=16384 -timeout=5 \
+    if "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=16384 -timeout=10 \
         -report_slow_units=1 -rss_limit_mb=2048 -print_final_stats=1 \
         -artifact_prefix="$findings/$target/" "${inputs[@]}" >"$log" 2>&1; then
         echo "$target: no finding; $(grep -o 'executed_units: .*' "$log"), $(grep -o 'cov: [0-9]*' "$log" | tail -1)"

@@ -18,6 +18,8 @@ CStyleManager::CStyleManager()
       m_combinedStyle(QStringLiteral("stroke=\"black\" stroke-width=\"1\" fill=\"none\" "))
 {
     SVGTOOL_TRACE("CStyleManager::CStyleManager");
+    m_font.size = 14;
+    m_font.descent = 3;
 }
 
 void CStyleManager::EmfCreatePen(quint32 index, quint32 style, qint32 width, quint32 colour,
@@ -61,26 +63,14 @@ void CStyleManager::EmfSelectObject(quint32 index)
         m_brushStyle = object.style.isEmpty() ? QStringLiteral(" fill=\"none\" ") : object.style;
         break;
     case Kind::Font:
-        selectFont(index, object.style);
+        m_textStyle = object.style;
+        m_font = m_fonts[index];
         break;
     case Kind::Nothing:
         selectStockObject(index);
         break;
     }
     rebuildCombinedStyle();
-}
-
-void CStyleManager::selectFont(quint32 index, const QString &style)
-{
-    m_textStyle = style;
-    const Font &font = m_fonts[index];
-    m_fontSize = font.size;
-    m_fontDescent = font.descent;
-    m_fontWeight = font.weight;
-    m_fontFace = font.faceName;
-    m_fontItalic = font.italic;
-    m_fontUnderline = font.underline;
-    m_fontCharSet = font.charSet;
 }
 
 void CStyleManager::selectStockObject(quint32 index)

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <map>
+#include <optional>
 #include <span>
 
 namespace svgtool {
@@ -78,12 +79,14 @@ public:
     /// Rotation of text in whole degrees, clockwise; 0 for none.
     qint32 textRotation() const { return m_textRotation; }
     double textFillOpacity() const { return m_textFillOpacity; }
-    const QString &fontFace() const { return m_fontFace; }
-    qint32 fontSize() const { return m_fontSize; }
-    qint32 fontDescent() const { return m_fontDescent; }
-    qint32 fontWeight() const { return m_fontWeight; }
+    const QString &fontFace() const { return m_font.faceName; }
+    /// These two ask the font engine when they are first called for a font; a document without
+    /// texts never waits for it.
+    qint32 fontSize() const;
+    qint32 fontDescent() const;
+    qint32 fontWeight() const { return m_font.weight; }
     /// Character set of the current font ([MS-WMF] 2.1.1.5), for its 8-bit texts.
-    quint8 fontCharSet() const { return m_fontCharSet; }
+    quint8 fontCharSet() const { return m_font.charSet; }
     /// How many hatch patterns were made so far.
     quint32 patternCount() const { return m_patternCount; }
 
@@ -99,8 +102,9 @@ private:
     struct Font
     {
         QString faceName;
-        qint32 size = 0;
-        qint32 descent = 0;
+        qint32 cellHeight = 0; ///< what the size is asked for with
+        mutable std::optional<qint32> size; ///< known or asked for
+        mutable std::optional<qint32> descent;
         qint32 weight = 0;
         bool italic = false;
         bool underline = false;
@@ -109,7 +113,6 @@ private:
 
     QString GetPattern(quint32 brushIndex, quint32 hatch, quint32 colour);
     void addFont(quint32 index, const Font &font, const QString &style);
-    void selectFont(quint32 index, const QString &style);
     void selectStockObject(quint32 index);
     void rebuildCombinedStyle();
 
@@ -122,17 +125,11 @@ private:
     QString m_textStyle;
     QString m_extraAttributes;
     QString m_combinedStyle;
-    QString m_fontFace;
     std::map<quint32, Object> m_objects;
     std::map<quint32, QString> m_patterns;
     std::map<quint32, Font> m_fonts;
-    bool m_fontItalic = false;
-    bool m_fontUnderline = false;
-    quint8 m_fontCharSet = 0;
     qint32 m_textRotation = 0;
-    qint32 m_fontSize = 14;
-    qint32 m_fontDescent = 3;
-    qint32 m_fontWeight = 0;
+    Font m_font; ///< the current one
     quint32 m_lastFontIndex = 0;
 };
 

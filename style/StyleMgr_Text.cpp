@@ -167,9 +167,9 @@ void CStyleManager::EmfCreateFont(quint32 index, const LOGFONTW &font)
     Font entry;
     entry.faceName = faceName;
     entry.weight = font.lfWeight;
-    entry.size = font.lfHeight < 0 ? wrapSub(0, font.lfHeight)
-                                   : WIN_GetActualHeight(font.lfHeight, faceName, font.lfWeight);
-    entry.descent = WIN_GetFontDescent(entry.size, faceName, font.lfWeight);
+    entry.cellHeight = font.lfHeight;
+    if (font.lfHeight < 0)
+        entry.size = wrapSub(0, font.lfHeight);
     entry.italic = font.lfItalic != 0;
     entry.underline = font.lfUnderline != 0;
     entry.charSet = font.lfCharSet;
@@ -192,16 +192,30 @@ void CStyleManager::MetaCreateFont(quint32 index, const FONTSPEC &font, ByteView
             int(std::find(faceName.data, faceName.data + faceName.size, '\0') - faceName.data));
     // Quirk: a negative height counts as its unsigned 16-bit pattern, -12 as 65524; the font size
     // in documents of hosts depends on it.
-    entry.size = static_cast<quint16>(font.lfHeight);
+    const qint32 size = static_cast<quint16>(font.lfHeight);
+    entry.size = size;
     entry.weight = static_cast<quint16>(font.lfWeight);
-    entry.descent = WIN_GetFontDescent(entry.size, entry.faceName, entry.weight);
     entry.italic = font.lfItalic != 0;
     entry.underline = font.lfUnderline != 0;
     entry.charSet = font.lfCharSet;
     addFont(index, entry,
-            fontFamilyText(entry.faceName) + QLatin1String("font-size=\"")
-                    + QString::number(entry.size) + QLatin1String("\" ") + italicText(entry.italic)
+            fontFamilyText(entry.faceName) + QLatin1String("font-size=\"") + QString::number(size)
+                    + QLatin1String("\" ") + italicText(entry.italic)
                     + decorationText(entry.underline, false) + weightText(entry.weight));
+}
+
+qint32 CStyleManager::fontSize() const
+{
+    if (!m_font.size)
+        m_font.size = WIN_GetActualHeight(m_font.cellHeight, m_font.faceName, m_font.weight);
+    return *m_font.size;
+}
+
+qint32 CStyleManager::fontDescent() const
+{
+    if (!m_font.descent)
+        m_font.descent = WIN_GetFontDescent(fontSize(), m_font.faceName, m_font.weight);
+    return *m_font.descent;
 }
 
 void CStyleManager::addFont(quint32 index, const Font &font, const QString &style)

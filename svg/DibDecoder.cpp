@@ -199,7 +199,8 @@ namespace {
     {
         // Two bytes paint up to 255 pixels, which is bounded by the file. What the rectangle has
         // beyond that is taken from the document's allowance.
-        const qint64 pixels = qint64(header.width) * header.height;
+        const qint64 pixels =
+                (qint64(header.width) + 3) / 4 * 4 * header.height; // lines are padded
         const qint64 painted = std::min(dib.bits.size, kRunLengthPixels) * 128;
         const qint64 charged = std::max<qint64>(0, pixels - painted);
         if (pixels > kRunLengthPixels || charged > pixelsLeft)

@@ -65,6 +65,10 @@ bool applyRasterOperation(QImage &image, RasterOperation operation, QRgb pattern
 /// Makes the pixels of this colour transparent.
 void clearColour(QImage &image, QRgb colour);
 
+/// Two pictures are laid over each other only up to this many pixels: both are widened to 32 bits,
+/// which is a multiple of what a file need have for them.
+constexpr qint64 kLayeredPixels = qint64(16) << 20;
+
 /// Takes pixel by pixel from @p image where @p mask has a 1, and from @p other where it has a 0.
 /// @param mask  Format_Mono, and both images, of one size
 void chooseByMask(QImage &image, const QImage &other, const QImage &mask);

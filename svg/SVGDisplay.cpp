@@ -19,6 +19,11 @@ namespace {
     constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
     constexpr std::string_view kXlinkNamespace = "http://www.w3.org/1999/xlink";
 
+    // What viewers can be counted on to open.
+    constexpr double kLargestSide = 32767;
+    constexpr double kLargestFont = 32768;
+    constexpr std::string_view kLargestFontText = "32768";
+
     bool startsWith(std::string_view text, std::string_view front)
     {
         return text.substr(0, front.size()) == front;
@@ -169,6 +174,7 @@ namespace {
 
         void separateStrays();
         void keepHairline();
+        void boundFontSize();
         Attribute *find(std::string_view name);
         void set(std::string_view name, std::string_view value);
 
@@ -258,6 +264,7 @@ namespace {
             m_tokens.attributes() = attributes;
         }
         keepHairline();
+        boundFontSize();
         writeTag(token.name, token.closesItself);
     }
 
@@ -299,12 +306,13 @@ namespace {
 
     void Rewriter::writeRoot()
     {
-        const auto numberOf = [this](std::string_view name) {
+        // A side that is written but none at all would keep viewers from opening the document.
+        const auto sideOf = [this](std::string_view name) {
             const Attribute *attribute = find(name);
-            return positiveOr(attribute ? toNumber(attribute->value).value_or(0) : 0, 0);
+            return attribute ? positiveOr(toNumber(attribute->value).value_or(0), 1) : 0;
         };
-        const double ownWidth = numberOf("width");
-        const double ownHeight = numberOf("height");
+        const double ownWidth = sideOf("width");
+        const double ownHeight = sideOf("height");
         const double givenWidth = positiveOr(m_options.width, 0);
         const double givenHeight = positiveOr(m_options.height, 0);
         const bool hasSize = ownWidth > 0 && ownHeight > 0;
@@ -313,14 +321,24 @@ namespace {
             scale = givenWidth / ownWidth;
         else if (hasSize && givenHeight > 0)
             scale = givenHeight / ownHeight;
+        // Unless somebody wants it, no picture is too large for viewers to open, or of no size.
+        if (givenWidth == 0 && givenHeight == 0)
+            scale = std::min(scale, kLargestSide / std::max({ ownWidth, ownHeight, 1.0 }));
 
         const std::string viewBox = "0 0 " + toText(ownWidth) + ' ' + toText(ownHeight);
-        const std::string width = toText(positiveOr(givenWidth, ownWidth * scale));
-        const std::string height = toText(positiveOr(givenHeight, ownHeight * scale));
-        if (givenWidth > 0 || (ownWidth > 0 && scale != 1))
-            set("width", width);
-        if (givenHeight > 0 || (ownHeight > 0 && scale != 1))
-            set("height", height);
+        const auto setSide = [&](std::string_view name, double given, double own,
+                                 std::string &text) {
+            if (given == 0 && own == 0)
+                return;
+            const bool isKept = given == 0 && scale == 1 && toNumber(find(name)->value) == own;
+            text = toText(positiveOr(given, std::max(own * scale, 1.0)));
+            if (!isKept)
+                set(name, text);
+        };
+        std::string width;
+        std::string height;
+        setSide("width", givenWidth, ownWidth, width);
+        setSide("height", givenHeight, ownHeight, height);
         if (hasSize && find("viewBox") == nullptr)
             set("viewBox", viewBox);
         set("version", "1.1");
@@ -329,6 +347,14 @@ namespace {
         m_hasRoot = true;
         writeTag("svg", false);
         m_rootEnd = m_out.size() - 1;
+    }
+
+    // Letters larger than any picture fail some viewers, which then open nothing at all.
+    void Rewriter::boundFontSize()
+    {
+        const Attribute *size = find("font-size");
+        if (size != nullptr && toNumber(size->value).value_or(0) > kLargestFont)
+            set("font-size", kLargestFontText);
     }
 
     // GDI draws a pen without width one pixel wide, however the picture is scaled.

@@ -191,7 +191,7 @@ private:
     RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
     RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
     RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
-                            const BitmapPlacement &place) const;
+                           const BitmapPlacement &place) const;
     bool writeImage(QImage image, const RECTL &box);
     void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
                       const QImage &image);
@@ -209,6 +209,7 @@ private:
     POINTL m_current{}; ///< current position
     POINTL m_figureStart{};
     TextBuffer m_path; ///< path data collected
+    TextBuffer m_figure; ///< path data of one figure while it is made; kept for its room
     bool m_isInPath = false;
     bool m_isInTransform = false; ///< a transform's group is open
     bool m_clipActive = false;

@@ -139,9 +139,9 @@ bool CMySVGWriter::BeginFigure()
 bool CMySVGWriter::CloseFigure()
 {
     SVGTOOL_TRACE("CMySVGWriter::CloseFigure");
-    TextBuffer line;
-    addStep(line, 'L', m_figureStart);
-    AddToPath(line.view());
+    m_figure.clear();
+    addStep(m_figure, 'L', m_figureStart);
+    AddToPath(m_figure.view());
     // Quirk: only the x goes back to 0; a second close without a new figure depends on it.
     m_figureStart.x = 0;
     return true;
@@ -201,16 +201,16 @@ bool CMySVGWriter::DrawPolyBeziers(std::span<const POINTL> points, bool isFromCu
     auto curves = points.subspan(isFromCurrent ? 0 : 1);
     if (curves.size() < 3)
         return true;
-    TextBuffer pathData;
-    addStep(pathData, 'M', start);
+    m_figure.clear();
+    addStep(m_figure, 'M', start);
     POINTL end = start;
     for (; curves.size() >= 3; curves = curves.subspan(3)) {
-        addCurve(pathData, curves.first<3>());
+        addCurve(m_figure, curves.first<3>());
         end = curves[2];
     }
     if (m_isInPath)
         m_figureStart = start;
-    writeOrCollect(pathData.view());
+    writeOrCollect(m_figure.view());
     return isFromCurrent ? MoveTo(end.x, end.y) : true;
 }
 
@@ -240,7 +240,7 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
     std::span<const char> rest(types.data, size_t(types.size));
     if (rest.empty())
         return true;
-    TextBuffer pathData;
+    m_figure.clear();
     POINTL position = m_current;
     POINTL figureStart = rest.front() == kMoveTo ? points.front() : m_current;
     bool needsMove = true;
@@ -249,17 +249,17 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
         if (length == 0)
             return false;
         if (rest.front() != kMoveTo && needsMove)
-            addStep(pathData, 'M', position);
+            addStep(m_figure, 'M', position);
         needsMove = false;
         if (length == 3)
-            addCurve(pathData, points.first<3>());
+            addCurve(m_figure, points.first<3>());
         else
-            addStep(pathData, rest.front() == kMoveTo ? 'M' : 'L', points.front());
+            addStep(m_figure, rest.front() == kMoveTo ? 'M' : 'L', points.front());
         if (rest.front() == kMoveTo)
             figureStart = points.front();
         position = points[length - 1];
         if ((rest[length - 1] & kCloseFigure) != 0) {
-            pathData.append(" Z");
+            m_figure.append(" Z");
             needsMove = true;
         }
         rest = rest.subspan(length);
@@ -267,7 +267,7 @@ bool CMySVGWriter::DrawMixedPoly(std::span<const POINTL> points, ByteView types)
     }
     if (m_isInPath)
         m_figureStart = figureStart;
-    writeOrCollect(pathData.view());
+    writeOrCollect(m_figure.view());
     return MoveTo(position.x, position.y);
 }
 

@@ -76,6 +76,11 @@ namespace {
             image.scanLine(y)[image.width() / 8] &= kept;
     }
 
+    bool isLarge(const QImage &image)
+    {
+        return qint64(image.width()) * image.height() > kLayeredPixels;
+    }
+
     // A pixel of a solid source, for transfers that have a colour and no bitmap.
     QImage pixelOf(QRgb colour)
     {
@@ -112,6 +117,8 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
     QImage image = std::move(transfer.bitmap.image);
     if (place->part != image.rect())
         image = image.copy(place->part);
+    if (!transfer.mask.isNull() && isLarge(image))
+        return RecordFailed;
     RecordResult result = RecordHandled;
     if (transfer.transparentColour)
         clearColour(image, *transfer.transparentColour);
@@ -150,7 +157,7 @@ RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterO
 }
 
 RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
-                                      const BitmapPlacement &place) const
+                                     const BitmapPlacement &place) const
 {
     const auto offset = [](qint64 value) {
         constexpr qint64 kFar = 1 << 30;
@@ -252,7 +259,7 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
         return std::nullopt;
     const OpenTransfer mask = m_openTransfers.back();
     if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != m_document.size()
-        || !isSameBox(mask.box, box))
+        || !isSameBox(mask.box, box) || isLarge(mask.image) || isLarge(image))
         return std::nullopt;
     const OpenTransfer &first = m_openTransfers.front();
     if (inverts && first.operation == operation && first.image == image) {

@@ -119,8 +119,12 @@ namespace {
         { "tagBreaksOff", "<svg><g><rect x=\"1\" y=\"2",
           ROOT "<g><!-- <rect x=\"1\" y=\"2 --></g></svg>\n" },
         { "unusableSize", "<svg width=\"0\" height=\"-5\" version=\"1.1\"/>",
-          "<svg width=\"0\" height=\"-5\" version=\"1.1\" "
+          "<svg width=\"1\" height=\"1\" version=\"1.1\" viewBox=\"0 0 1 1\" "
           "xmlns=\"http://www.w3.org/2000/svg\"></svg>\n" },
+        { "giantSize",
+          "<svg width=\"65534\" height=\"2\" version=\"1.1\"><text font-size=\"32769\"/></svg>",
+          "<svg width=\"32767\" height=\"1\" version=\"1.1\" viewBox=\"0 0 65534 2\" "
+          "xmlns=\"http://www.w3.org/2000/svg\"><text font-size=\"32768\"/></svg>\n" },
     };
 #undef ROOT
     INSTANTIATE_TEST_SUITE_P(Cases, DisplayRemains, testing::ValuesIn(kRemains),

@@ -35,6 +35,8 @@ namespace {
                 .build();
     }
 
+    // Its font is one of symbols: Qt leaves other 8-bit texts to ICU and does not say whether that
+    // lacked the encoding or the memory.
     QByteArray smallWmf()
     {
         return WmfBuilder()
@@ -43,7 +45,7 @@ namespace {
                 .record(0x02FC, { 2, 0xFF, 0, 3 })
                 .record(0x02FB,
                         ByteWriter()
-                                .u16s({ 12, 0, 0, 0, 700, 0, 204, 0, 0 })
+                                .u16s({ 12, 0, 0, 0, 700, 0, 2 << 8, 0, 0 })
                                 .bytes("Face")
                                 .result())
                 .record(0x012D, { 0 })
@@ -128,7 +130,7 @@ namespace {
             ASSERT_TRUE(svg == before || (result <= 0 && whole.startsWith(svg)) || svg == whole)
                     << "after call " << failing << ": " << svg.toStdString();
         } while (true);
-        EXPECT_GT(failing, 100U);
+        EXPECT_GT(failing, 50U);
 
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });

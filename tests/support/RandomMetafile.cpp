@@ -1,5 +1,6 @@
 #include "support/RandomMetafile.h"
 
+#include "support/Bitmaps.h"
 #include "support/EmfBuilder.h"
 #include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
@@ -92,10 +93,43 @@ namespace {
         return body.result();
     }
 
+    // One bit or 24, three by two pixels.
+    Dib bitmap(std::mt19937 &random)
+    {
+        ByteWriter bits;
+        for (int i = 0; i < 6; ++i)
+            bits.u32(qint64(random()));
+        const bool isMask = below(random, 2) == 0;
+        const DibHead head{ 3, below(random, 2) == 0 ? 2 : -2, isMask ? 1 : 24 };
+        return { head.info(isMask ? QByteArray::fromHex("00000000ffffff00") : QByteArray()),
+                 bits.result() };
+    }
+
+    qint64 rasterOperation(std::mt19937 &random)
+    {
+        static constexpr qint64 kUsual[] = { kSourceCopy, 0x008800C6, 0x00EE0086, 0x00660046,
+                                             0x00F00021,  0x005A0049, 0x00E20746 };
+        return kUsual[below(random, int(std::size(kUsual)))];
+    }
+
+    // Often in one of two places, where one bitmap meets another.
+    void addBitmap(EmfBuilder &emf, std::mt19937 &random)
+    {
+        const Box to = below(random, 4) == 0
+                ? Box{ number(random), number(random), number(random), number(random) }
+                : Box{ below(random, 2) * 20, 5, 30, 20 };
+        if (below(random, 4) == 0)
+            emf.record(76, blt({}, to, 0, 0, rasterOperation(random)));
+        else
+            emf.record(81,
+                       stretchDib(bitmap(random), to, { below(random, 2), 0, 3, 2 },
+                                  rasterOperation(random)));
+    }
+
     void addRecord(EmfBuilder &emf, std::mt19937 &random)
     {
         const int index = 1 + below(random, 4);
-        switch (below(random, 9)) {
+        switch (below(random, 10)) {
         case 0:
             return addObject(emf, random, index);
         case 1:
@@ -130,6 +164,8 @@ namespace {
             emf.record(isFrame ? 72 : 71, body.bytes(rects).result());
             return;
         }
+        case 7:
+            return addBitmap(emf, random);
         default: {
             ByteWriter body;
             for (int i = 0; i < kWords; ++i)

@@ -1,3 +1,4 @@
+#include "support/Bitmaps.h"
 #include "support/Conversion.h"
 #include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
@@ -217,6 +218,11 @@ namespace {
         { "framedRegions", emf(longStyle()),
           emfRecord(72, words({ 0, 0, 0, 0, 32 + 16 * kMany, 2, kMost, 0 }) + regionData(kMany, 0)),
           34 },
+        { "bitmaps", emf(EmfBuilder().record(67)),
+          emfRecord(81,
+                    stretchDib(dib({ 1, 1, 8, 0, 0, 12 }, "0000ff", "00000000"), { 0, 0, 9, 9 },
+                               { 0, 0, 1, 1 })),
+          14 },
         { "texts", emf(longTextStyle()), emfRecord(84, shortText()), 15 },
         { "smallTexts", emf(longTextStyle()),
           emfRecord(108, words({ 0, 0, 1, 0x300, 0, 0, 0 }) + "&"), 12 },
@@ -236,6 +242,14 @@ namespace {
                             .result()),
           10 },
         { "wmfBrushes", wmf(WmfBuilder()), wmfRecord(0x02FC, QByteArray("\2\0", 2)), 53, true },
+        { "wmfBitmaps", wmf(WmfBuilder().placeable(0, 0, 100, 50, 96)),
+          wmfRecord(0x0940,
+                    ByteWriter()
+                            .u32(kSourceCopy)
+                            .u16s({ 0, 0, 1, 1, 1, 0 })
+                            .bytes(dib({ 1, 1, 8, 0, 1 }, "0000ff00", "00000000").packed())
+                            .result()),
+          19 },
         { "wmfTexts", wmf(longWmfTextStyle()),
           wmfRecord(0x0A32, ByteWriter().u16s({ 0, 0, 2, 0 }).bytes("&&").result()), 23 },
         { "wmfLongTexts", wmf(longWmfTextStyle()),
