@@ -39,7 +39,8 @@ class Browser:
         self.driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE,
                                        stderr=subprocess.DEVNULL, text=True)
         try:
-            port = next(m[1] for m in (re.search(r"successfully on port (\d+)", s) for s in self.driver.stdout) if m)
+            lines = (re.search(r"successfully on port (\d+)", line) for line in self.driver.stdout)
+            port = next(line[1] for line in lines if line)
             self.base = f"http://127.0.0.1:{port}/session"
             options = {"args": ARGUMENTS + [f"--user-data-dir={self.profile.name}"]}
             session = self.call("", {"capabilities": {"alwaysMatch": {
@@ -86,22 +87,25 @@ class Browser:
         pathlib.Path(path).write_bytes(base64.b64decode(self.call("/screenshot")))
 
 
-SHOWN = "return [...document.querySelectorAll('figure:not([hidden]) bdi')].map(e => e.textContent);"
-OPEN = "return document.querySelector('dialog').open && document.querySelector('dialog bdi').textContent;"
+SHOWN = """return Array.from(document.querySelectorAll('figure:not([hidden]) bdi'),
+                             name => name.textContent);"""
+OPEN = """const dialog = document.querySelector('dialog');
+          return dialog.open && dialog.querySelector('bdi').textContent;"""
 
 
 def check_filter(browser, cards):
     """Filters by part of a name and by each result; leaves all files shown."""
     def shown(name, status):
-        browser.run(f"""for (const [id, value] of {json.dumps([["name", name], ["status", status]])}) {{
+        values = json.dumps([["name", name], ["status", status]])
+        browser.run(f"""for (const [id, value] of {values}) {{
             const field = document.getElementById(id);
             field.value = value;
             field.dispatchEvent(new Event('input', {{ bubbles: true }}));
         }}""")
         return browser.run(SHOWN)
 
-    part = cards[-1]["name"][-7:]
-    check(shown(part.upper(), "") == [c["name"] for c in cards if part.lower() in c["name"].lower()],
+    part = cards[-1]["name"][-7:].lower()
+    check(shown(part.upper(), "") == [c["name"] for c in cards if part in c["name"].lower()],
           f"the names with {part} are others")
     for status in {card["status"] for card in cards}:
         check(shown("", status) == [c["name"] for c in cards if c["status"] == status],
@@ -132,7 +136,8 @@ def check_gallery(browser, page, folder):
     broken = browser.run("""const images = [...document.querySelectorAll('figure img')];
         return Promise.all(images.map(image => {
             image.loading = 'eager';
-            return image.decode().catch(() => {}).then(() => image.naturalWidth > 0 ? [] : [image.alt]);
+            return image.decode().catch(() => {})
+                .then(() => image.naturalWidth > 0 ? [] : [image.alt]);
         })).then(names => names.flat());""")
     check(not broken, f"pictures that do not load: {broken}")
     check_filter(browser, cards)
@@ -155,8 +160,8 @@ def check_gallery(browser, page, folder):
         browser.run("document.querySelector('#close').click();")
     messages = browser.messages()
     check(not messages, f"the console says {messages}")
-    loaded = browser.run("return performance.getEntriesByType('resource').map(e => e.name.slice(0, 99))"
-                         ".filter(name => !name.startsWith('data:'));")
+    loaded = browser.run("""return performance.getEntriesByType('resource')
+        .map(entry => entry.name.slice(0, 99)).filter(name => !name.startsWith('data:'));""")
     check(not loaded, f"the page loads {loaded}")
     check_full_size(browser, cards)
     print(f"{len(cards)} results, {sum(card['hasPicture'] for card in cards)} pictures looked at")

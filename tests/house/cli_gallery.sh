@@ -22,10 +22,14 @@ sed -n 's/.* src="data:image\/svg+xml;base64,\([^"]*\)".*/\1/p' made/page.html >
 for document in $'<b>&"\n\'.wmf' cut.wmf sub/chart.emf; do
     read -r picture && base64 -d <<<"$picture" >picture.svg
     is_same picture.svg "made/svg/$document.svg"
-done < <(cat pictures)
+done <pictures
 [ "$(wc -l <pictures)" = 3 ] || fault "$(wc -l <pictures) pictures"
-sed -n '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;p}' made/page.html >results
-bytes() { numfmt --to=si --round=nearest --format=%.1f "$(wc -c <"made/svg/$1.svg")" | sed 's/[0-9]$/& bytes/;s/K/ kB/'; }
+sed -n \
+    '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;p}' made/page.html >results
+bytes() {
+    numfmt --to=si --round=nearest --format=%.1f "$(wc -c <"made/svg/$1.svg")" |
+        sed 's/[0-9]$/& bytes/;s/K/ kB/'
+}
 is_text results '<main>
 <figure data-status="converted">
 <button type="button"><img loading="lazy" decoding="async" alt="batch/&lt;b&gt;&amp;&quot;?'\''.wmf"></button>
