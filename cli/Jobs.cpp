@@ -1,8 +1,11 @@
 #include "cli/Jobs.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
+
+#include <filesystem>
 
 namespace svgtool {
 
@@ -44,6 +47,7 @@ namespace {
                 return;
             }
             const QDir dir(folder);
+            addUnreadableNames(folder);
             const QStringList patterns{ QStringLiteral("*.emf"), QStringLiteral("*.wmf") };
             for (const QString &name : dir.entryList(patterns, QDir::Files, QDir::Name)) {
                 const QString input = dir.filePath(name);
@@ -58,6 +62,28 @@ namespace {
             for (const QString &name : dir.entryList(kinds, QDir::Name))
                 readFolder(dir.filePath(name),
                            outputFolder.isEmpty() ? QString() : QDir(outputFolder).filePath(name));
+        }
+
+        // Qt leaves out names that are no text in the encoding of file names.
+        void addUnreadableNames(const QString &folder)
+        {
+#if !defined(_WIN32)
+            std::error_code error;
+            const std::filesystem::path path(QFile::encodeName(folder).toStdString());
+            for (std::filesystem::directory_iterator each(path, error), end; !error && each != end;
+                 each.increment(error)) {
+                const QByteArray bytes =
+                        QByteArray::fromStdString(each->path().filename().string());
+                const QString name = QFile::decodeName(bytes);
+                const bool isMetafile = name.endsWith(QLatin1String(".emf"), Qt::CaseInsensitive)
+                        || name.endsWith(QLatin1String(".wmf"), Qt::CaseInsensitive);
+                if (isMetafile && QFile::encodeName(name) != bytes)
+                    m_jobs.push_back({ folder + QLatin1Char('/') + name,
+                                       {},
+                                       false,
+                                       QStringLiteral("its name is not UTF-8") });
+            }
+#endif
         }
 
         QString m_outputFolder;
@@ -107,6 +133,30 @@ namespace {
         return {};
     }
 
+    // A list of records must not replace a metafile or a document.
+    QString dumpClashOf(const QString &dumpFile, const std::vector<Job> &jobs)
+    {
+        const QFileInfo info(dumpFile);
+        if (info.exists() && !info.isFile())
+            return {};
+        const QString place = identity(dumpFile);
+        for (const Job &job : jobs) {
+            for (const QString &path : { job.input, job.output }) {
+                if (!path.isEmpty() && path != kStandardStream && identity(path) == place)
+                    return QStringLiteral("--dump-skipped would replace ") + path;
+            }
+        }
+        return {};
+    }
+
+    // What an unquoted "-o *.emf" names is hardly meant to be replaced.
+    bool isMetafile(const QString &path)
+    {
+        const QString suffix = QFileInfo(path).suffix().toLower();
+        return (suffix == QLatin1String("emf") || suffix == QLatin1String("wmf"))
+                && QFileInfo(path).isFile();
+    }
+
     bool namesFolder(const QString &path)
     {
         return path.endsWith(QLatin1Char('/')) || path.endsWith(QDir::separator())
@@ -130,6 +180,10 @@ Plan makePlan(const Options &options)
         plan.problem = QStringLiteral("standard input has no name, so -o needs one for a file");
     if (isFolder && QFileInfo::exists(options.output) && !QFileInfo(options.output).isDir())
         plan.problem = options.output + QStringLiteral(" is to hold documents and is no folder");
+    for (const QString &path : { options.output, options.dumpFile }) {
+        if (isMetafile(path))
+            plan.problem = path + QStringLiteral(" would be replaced, and is a metafile");
+    }
     if (!plan.problem.isEmpty())
         return plan;
 
@@ -155,6 +209,8 @@ Plan makePlan(const Options &options)
     if (options.report == Options::Report::Facts)
         forgetOutputs();
     plan.problem = clashOf(plan.jobs, options.gallery);
+    if (plan.problem.isEmpty() && !options.dumpFile.isEmpty())
+        plan.problem = dumpClashOf(options.dumpFile, plan.jobs);
     if (!options.writes)
         forgetOutputs();
     return plan;

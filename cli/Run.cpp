@@ -44,11 +44,13 @@ namespace {
         ReportPrinter(const Options &options, const StandardStreams &streams)
             : m_options(options),
               m_stream(options.writes && options.output == kStandardStream ? streams.err
-                                                                           : streams.out)
+                                                                           : streams.out),
+              m_messages(streams.err)
         {
             if (m_options.isJson)
                 print("[\n");
         }
+        bool tellsMessages() const { return m_options.isJson && m_stream == m_messages; }
         void print(const FileResult &result)
         {
             if (m_options.report == Options::Report::None)
@@ -69,6 +71,7 @@ namespace {
 
         const Options &m_options;
         std::FILE *m_stream;
+        std::FILE *m_messages;
         bool m_hasOne = false;
     };
 
@@ -83,7 +86,8 @@ namespace {
         const auto tell = [&](FileResult &result) {
             if (!result.message.isEmpty() || options.report != Options::Report::None)
                 progress.hide();
-            if (!result.message.isEmpty())
+            // Where reports are JSON on standard error, they say it and nothing else may.
+            if (!result.message.isEmpty() && !reports.tellsMessages())
                 printMessage(streams, result.message);
             reports.print(result);
             if (gallery)

@@ -154,7 +154,19 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
         // The operation outside the mask is the fourth byte of the two that the record combines.
         transfer.operationOutsideMask = RasterOperation(blt.dwRop >> 8);
     }
-    return drawBitmap(std::move(transfer), dibIn(all, sourceRange(blt)));
+    const BitmapRange range = sourceRange(blt);
+    if (!range.isEmpty())
+        return drawBitmap(std::move(transfer), dibIn(all, range));
+    if (transfer.mask.isNull())
+        return m_writer.PatBlt(transfer.corners, transfer.operation);
+    if (transfer.operation.usesSource() || transfer.operationOutsideMask.usesSource())
+        return RecordFailed;
+    // The brush alone is painted through the mask: any pixels will do as its source.
+    transfer.bitmap.image = transfer.mask;
+    transfer.bitmap.size = transfer.mask.size();
+    transfer.sourceX = transfer.maskX;
+    transfer.sourceY = transfer.maskY;
+    return m_writer.DrawBitmap(std::move(transfer));
 }
 
 qint32 Emf2SvgConverter::drawBitmap(BitmapTransfer transfer, const std::optional<DibBytes> &dib)

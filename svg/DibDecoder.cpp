@@ -121,21 +121,6 @@ namespace {
         return image;
     }
 
-    QImage from16Bits(const DibHeader &header, ByteView bits)
-    {
-        using Masks = std::array<quint32, 4>;
-        if (header.masks == Masks{ 0x7C00, 0x03E0, 0x001F, 0 })
-            return copyLines(header, bits, QImage::Format_RGB555);
-        if (header.masks == Masks{ 0xF800, 0x07E0, 0x001F, 0 })
-            return copyLines(header, bits, QImage::Format_RGB16);
-        return fromFields<quint16>(header, bits);
-    }
-
-    QImage from24Bits(const DibHeader &header, ByteView bits)
-    {
-        return copyLines(header, bits, QImage::Format_BGR888);
-    }
-
     // An alpha channel of zeros only was never filled in; such a bitmap is opaque.
     bool isAllTransparent(const QImage &image)
     {
@@ -147,19 +132,36 @@ namespace {
         return true;
     }
 
+    QImage withUsedAlpha(QImage image)
+    {
+        if (image.format() == QImage::Format_ARGB32 && isAllTransparent(image))
+            image.reinterpretAsFormat(QImage::Format_RGB32);
+        return image;
+    }
+
+    QImage from16Bits(const DibHeader &header, ByteView bits)
+    {
+        using Masks = std::array<quint32, 4>;
+        if (header.masks == Masks{ 0x7C00, 0x03E0, 0x001F, 0 })
+            return copyLines(header, bits, QImage::Format_RGB555);
+        if (header.masks == Masks{ 0xF800, 0x07E0, 0x001F, 0 })
+            return copyLines(header, bits, QImage::Format_RGB16);
+        return withUsedAlpha(fromFields<quint16>(header, bits));
+    }
+
+    QImage from24Bits(const DibHeader &header, ByteView bits)
+    {
+        return copyLines(header, bits, QImage::Format_BGR888);
+    }
+
     QImage from32Bits(const DibHeader &header, ByteView bits)
     {
         using Masks = std::array<quint32, 4>;
-        QImage image;
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0 })
             return copyLines(header, bits, QImage::Format_RGB32);
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0xFF000000 })
-            image = copyLines(header, bits, QImage::Format_ARGB32);
-        else
-            image = fromFields<quint32>(header, bits);
-        if (header.masks[3] != 0 && !image.isNull() && isAllTransparent(image))
-            image.reinterpretAsFormat(QImage::Format_RGB32);
-        return image;
+            return withUsedAlpha(copyLines(header, bits, QImage::Format_ARGB32));
+        return withUsedAlpha(fromFields<quint32>(header, bits));
     }
 
     QImage fromPlainBits(const DibHeader &header, ByteView bits)
@@ -225,7 +227,10 @@ namespace {
             || std::memcmp(dib.bits.data, start.constData(), size_t(start.size())) != 0)
             return std::nullopt;
         Bitmap bitmap;
+        // Records are padded; the padding is no part of the file.
         bitmap.file = dib.bits;
+        if (header.imageBytes >= start.size() && header.imageBytes < dib.bits.size)
+            bitmap.file.size = header.imageBytes;
         bitmap.mediaType = isPng ? "image/png" : "image/jpeg";
         return bitmap;
     }

@@ -30,12 +30,21 @@ namespace {
         return qFromLittleEndian(readPadded<quint16>(tail(bytes, offset)));
     }
 
+    // The masks of a bitmap that names none.
+    std::array<quint32, 4> usualMasks(quint16 depth)
+    {
+        if (depth == 16)
+            return { 0x7C00, 0x03E0, 0x001F, 0 };
+        return { 0xFF0000, 0x00FF00, 0x0000FF, 0 };
+    }
+
     DibHeader readCoreHeader(ByteView info)
     {
         DibHeader header;
         header.width = halfWordAt(info, 4);
         header.height = halfWordAt(info, 6);
         header.depth = halfWordAt(info, 10);
+        header.masks = usualMasks(header.depth);
         header.tableOffset = kCoreHeader;
         header.tableEntries = header.depth <= 8 ? qint64(1) << header.depth : 0;
         header.tableEntryBytes = 3;
@@ -50,15 +59,12 @@ namespace {
         const bool isInHeader = headerBytes >= kHeaderWithMasks && headerBytes != kForeignHeader;
         const bool hasAlpha = isInHeader ? headerBytes >= kHeaderWithAlpha
                                          : header.compression == DibHeader::AlphaBitFields;
-        if (header.depth == 16)
-            header.masks = { 0x7C00, 0x03E0, 0x001F, 0 };
-        else if (header.depth == 32)
-            header.masks = { 0xFF0000, 0x00FF00, 0x0000FF, 0 };
+        header.masks = usualMasks(header.depth);
         if (hasFields) {
             for (int i = 0; i < 3; ++i)
                 header.masks[size_t(i)] = wordAt(info, kInfoHeader + i * 4);
         }
-        if (hasAlpha && header.depth == 32)
+        if (hasAlpha && (header.depth == 32 || hasFields))
             header.masks[3] = wordAt(info, kInfoHeader + 12);
         if (hasFields && !isInHeader)
             header.tableOffset += hasAlpha ? 16 : 12;
@@ -76,10 +82,11 @@ namespace {
         header.height = header.isBottomUp ? fields.biHeight : -fields.biHeight;
         header.depth = fields.biBitCount;
         header.compression = fields.biCompression;
+        header.imageBytes = fields.biSizeImage;
         header.tableOffset = headerBytes;
         readMasks(header, info, headerBytes);
         header.tableEntries = fields.biClrUsed;
-        if (header.tableEntries == 0 && header.depth <= 8)
+        if (header.tableEntries == 0 && header.depth <= 8 && !header.isFile())
             header.tableEntries = qint64(1) << header.depth;
         return header;
     }
@@ -121,7 +128,7 @@ std::optional<DibHeader> readDibHeader(ByteView info, quint32 usage)
         header = readCoreHeader(info);
     else if (headerBytes >= kInfoHeader && headerBytes <= kLongestHeader)
         header = readInfoHeader(info, headerBytes);
-    if (!header || !isPossible(*header))
+    if (!header || !isPossible(*header) || header->tableOffset > info.size)
         return std::nullopt;
     if (usage == 1)
         header->tableEntryBytes = 2;

@@ -28,6 +28,7 @@ struct DibHeader
     quint32 compression = Plain;
     bool isBottomUp = true;
     std::array<quint32, 4> masks{}; ///< red, green, blue, alpha; no alpha when it is 0
+    qint64 imageBytes = 0; ///< of the bits, or of the file in their place; 0 when it is not told
     qint64 tableOffset = 0; ///< of the colour table, behind header and masks
     qint64 tableEntries = 0; ///< as many as the header announces
     qint64 tableEntryBytes = 4;

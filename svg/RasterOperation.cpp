@@ -37,6 +37,28 @@ namespace {
         }
     }
 
+    // Whether all colours that the image uses are such. Colours of its table may be unused.
+    template<class IsSuch>
+    bool everyPixel(const QImage &image, IsSuch isSuch)
+    {
+        if (isIndexed(image)) {
+            const QVector<QRgb> colours = image.colorTable();
+            if (std::all_of(colours.begin(), colours.end(), isSuch))
+                return true;
+            if (image.format() == QImage::Format_Mono)
+                return false;
+        }
+        for (int y = 0; y < image.height(); ++y) {
+            // A line at a time, so that no second image is held, and most images end it early.
+            const QImage line =
+                    image.copy(0, y, image.width(), 1).convertToFormat(QImage::Format_RGB32);
+            const auto *pixels = reinterpret_cast<const QRgb *>(line.constScanLine(0));
+            if (!std::all_of(pixels, pixels + line.width(), isSuch))
+                return false;
+        }
+        return true;
+    }
+
     // The operation for a pixel at a time. Neighbours are often alike.
     class PixelOperation
     {
@@ -95,7 +117,8 @@ bool applyRasterOperation(QImage &image, RasterOperation operation, QRgb pattern
     SVGTOOL_TRACE("applyRasterOperation");
     if (operation == RasterOperations::SourceCopy)
         return true;
-    const bool darkens = operation == RasterOperations::SourceAnd && image.allGray();
+    const bool darkens = operation == RasterOperations::SourceAnd
+            && everyPixel(image, [](QRgb pixel) { return qIsGray(pixel); });
     bool isExact = true;
     changePixels(image, PixelOperation(operation, pattern, darkens, isExact));
     return isExact;
@@ -128,22 +151,9 @@ void chooseByMask(QImage &image, const QImage &other, const QImage &mask)
 bool isBlackAndWhite(const QImage &image)
 {
     SVGTOOL_TRACE("isBlackAndWhite");
-    const auto isExtreme = [](QRgb pixel) {
+    return everyPixel(image, [](QRgb pixel) {
         return (pixel & kColourBits) == 0 || (pixel & kColourBits) == kColourBits;
-    };
-    if (image.format() == QImage::Format_Mono) {
-        const QVector<QRgb> colours = image.colorTable();
-        return std::all_of(colours.begin(), colours.end(), isExtreme);
-    }
-    for (int y = 0; y < image.height(); ++y) {
-        // A line at a time, so that no second image is held, and most images end it early.
-        const QImage line =
-                image.copy(0, y, image.width(), 1).convertToFormat(QImage::Format_RGB32);
-        const auto *pixels = reinterpret_cast<const QRgb *>(line.constScanLine(0));
-        if (!std::all_of(pixels, pixels + line.width(), isExtreme))
-            return false;
-    }
-    return true;
+    });
 }
 
 // Clears the pixels of the image over a mask that is not black, if they are to be cleared.

@@ -114,6 +114,8 @@ void decodeRuns(ByteView bytes, RunDepth depth, QImage &image)
     runThrough(first, depth, bytes);
     if (first.hasPaintedAll())
         return;
+    if (image.colorCount() < 256)
+        image.setColorCount(image.colorCount() + 1);
     int unused = image.colorCount() - 1;
     while (unused >= 0 && first.isUsed(unused))
         --unused;

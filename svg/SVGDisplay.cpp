@@ -331,7 +331,7 @@ namespace {
             if (given == 0 && own == 0)
                 return;
             const bool isKept = given == 0 && scale == 1 && toNumber(find(name)->value) == own;
-            text = toText(positiveOr(given, std::max(own * scale, 1.0)));
+            text = toText(given > 0 ? std::max(given, 0.001) : std::max(own * scale, 1.0));
             if (!isKept)
                 set(name, text);
         };

@@ -15,7 +15,8 @@ struct DisplayOptions
     double width = 0;
     /// Height of the root element in px; 0: likewise.
     double height = 0;
-    /// Factor on the document's own size, used when neither width nor height is given.
+    /// Factor on the document's own size, used when neither width nor height is given; what comes
+    /// of it is at most 32767 px long.
     double scale = 1;
 };
 

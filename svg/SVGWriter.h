@@ -188,6 +188,7 @@ private:
         m_document.append(pieces..., '\n');
     }
     void writeOrCollect(std::string_view pathData);
+    bool writeElement(const Bitmap &bitmap, const RECTL &box, const QString &clip);
     RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
     RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
     RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
@@ -226,6 +227,7 @@ private:
         qint64 end;
         RasterOperation operation;
         QImage image;
+        QString clip; ///< its clip reference; one under another clip is another picture
     };
     std::vector<OpenTransfer> m_openTransfers;
     qint64 m_runLengthPixels = kRunLengthPixels;

@@ -145,8 +145,9 @@ RecordResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation oper
 
 RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
 {
-    const bool mayGoOn = operation == RasterOperations::SourceInvert
-            || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image));
+    const bool mayGoOn = !isLarge(image)
+            && (operation == RasterOperations::SourceInvert
+                || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image)));
     const QImage original = mayGoOn ? image : QImage();
     const qint64 start = m_document.size();
     const RecordResult result = OnRasterOperation(image, operation);
@@ -179,6 +180,12 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     const RECTL &box = place.box;
     const bool isWhole = place.part == QRect(QPoint(0, 0), size);
     const bool isMirrored = place.mirrorsX || place.mirrorsY;
+    // A clip counts in the document's units, so it stands around what changes them.
+    const QString &clip = m_styles.clipReference();
+    const bool isGrouped = (isMirrored || !isWhole) && !clip.isEmpty();
+    if (isGrouped)
+        m_document.append("<g ", clip, ">");
+    const QString innerClip = isGrouped ? QString() : clip;
     // The bytes stay as they are, so what pixels would be cut and mirrored for is left to the
     // viewer: an inner picture shows a part, and a transform turns it round in its place.
     if (isMirrored) {
@@ -188,19 +195,23 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
                    << (place.mirrorsX ? -1 : 1) << "," << (place.mirrorsY ? -1 : 1) << ")\">";
     }
     if (isWhole) {
-        WriteBlt(transfer.bitmap, box);
+        writeElement(transfer.bitmap, box, innerClip);
     } else {
         m_document << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
                    << qint64(box.right) - box.left << kQ << "height=\""
                    << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
                    << place.part.y() << " " << place.part.width() << " " << place.part.height()
                    << kQ << "preserveAspectRatio=\"none\">";
-        WriteBlt(transfer.bitmap, { 0, 0, size.width(), size.height() });
+        writeElement(transfer.bitmap, { 0, 0, size.width(), size.height() }, innerClip);
         writeLine("</svg>");
     }
     if (isMirrored)
         writeLine("</g>");
-    return transfer.operation == RasterOperations::SourceCopy ? RecordHandled : RecordApproximated;
+    if (isGrouped)
+        writeLine("</g>");
+    const bool isExact = transfer.operation == RasterOperations::SourceCopy
+            && transfer.mask.isNull() && !transfer.transparentColour;
+    return isExact ? RecordHandled : RecordApproximated;
 }
 
 bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
@@ -218,6 +229,11 @@ bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
 bool CMySVGWriter::WriteBlt(const Bitmap &bitmap, const RECTL &box)
 {
     SVGTOOL_TRACE("CMySVGWriter::WriteBlt");
+    return writeElement(bitmap, box, m_styles.clipReference());
+}
+
+bool CMySVGWriter::writeElement(const Bitmap &bitmap, const RECTL &box, const QString &clip)
+{
     const qint64 start = m_document.size();
     m_document << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
                << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
@@ -231,7 +247,7 @@ bool CMySVGWriter::WriteBlt(const Bitmap &bitmap, const RECTL &box)
         return false;
     }
     device.finish();
-    writeLine(kQ, m_styles.clipReference(), "/>");
+    writeLine(kQ, clip, "/>");
     return true;
 }
 
@@ -240,13 +256,17 @@ void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation 
 {
     const bool isOpen = operation == RasterOperations::SourceInvert || operation == kPatternInvert
             || operation == RasterOperations::SourceAnd;
-    const bool goesOn = !m_openTransfers.empty() && m_openTransfers.back().end == start
+    // One mask may follow what was inverted; more are never put together.
+    const bool goesOn = m_openTransfers.size() == 1 && m_openTransfers.back().end == start
             && isSameBox(m_openTransfers.back().box, box)
+            && m_openTransfers.back().clip == m_styles.clipReference()
+            && m_openTransfers.back().operation != RasterOperations::SourceAnd
             && operation == RasterOperations::SourceAnd;
     if (!goesOn)
         m_openTransfers.clear();
     if (isOpen && !image.isNull())
-        m_openTransfers.push_back({ box, start, m_document.size(), operation, image });
+        m_openTransfers.push_back(
+                { box, start, m_document.size(), operation, image, m_styles.clipReference() });
 }
 
 std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOperation operation,
@@ -258,8 +278,9 @@ std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOpera
     if (m_openTransfers.empty() || !(inverts || paints))
         return std::nullopt;
     const OpenTransfer mask = m_openTransfers.back();
-    if (!(mask.operation == RasterOperations::SourceAnd) || mask.end != m_document.size()
-        || !isSameBox(mask.box, box) || isLarge(mask.image) || isLarge(image))
+    if (mask.operation != RasterOperations::SourceAnd || mask.end != m_document.size()
+        || mask.clip != m_styles.clipReference() || !isSameBox(mask.box, box) || isLarge(mask.image)
+        || isLarge(image))
         return std::nullopt;
     const OpenTransfer &first = m_openTransfers.front();
     if (inverts && first.operation == operation && first.image == image) {
@@ -292,15 +313,20 @@ RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operatio
         return paint.isEmpty() ? RecordApproximated : RecordHandled;
     const auto colour = solidColour(paint);
     if (operation.usesPattern() && !colour) {
+        if (operation != kPatternCopy)
+            return RecordFailed;
         fillBox(box, paint);
-        return operation == kPatternCopy ? RecordHandled : RecordApproximated;
+        return RecordHandled;
     }
     const QRgb pattern = colour.value_or(qRgb(255, 255, 255));
     if (operation == kPatternInvert) {
         if (const auto whole = mergeTransfers(box, operation, pixelOf(pattern)))
             return writeImage(*whole, box) ? RecordHandled : RecordFailed;
     }
+    // A mixture with what lies beneath is not to be had; an inversion is at least of this colour.
     const auto seen = operation.seen(pattern, 0);
+    if (!seen && operation != kPatternInvert)
+        return RecordFailed;
     if (seen && qAlpha(*seen) == 0)
         return RecordHandled;
     const qint64 start = m_document.size();

@@ -62,7 +62,9 @@ expect 'same name twice' 2 'metafile2svg: both tree/a.emf and other/a.emf would 
 [ ! -e new ] || fault "something was written"
 expect 'same file twice' 2 'metafile2svg: both tree/a.emf and ./tree/a.emf would become ./tree/a.emf.svg' \
     "$tool" tree/a.emf ./tree/a.emf
-expect 'output is the input' 2 'metafile2svg: ./tree/a.emf would replace a metafile' \
+expect 'list of records is the input' 2 'metafile2svg: tree/a.emf would be replaced, and is a metafile' \
+    "$tool" --dump-skipped tree/a.emf tree/a.emf -o list.svg
+expect 'output is the input' 2 'metafile2svg: ./tree/a.emf would be replaced, and is a metafile' \
     "$tool" tree/a.emf -o ./tree/a.emf
 is_same tree/a.emf "$chart"
 expect 'many to standard output' 2 'metafile2svg: several documents cannot go to standard output' \

@@ -23,6 +23,7 @@ const Dib kPicture =
         dib({ 3, 2, 24 }, "", "000000 808080 ffffff 000000 0000ff 00ff00 ff0000 000000");
 // One bit: black, white; and colours of every grey.
 const Dib kMask = dib({ 2, 1, 1 }, "00000000 ffffff00", "40000000");
+const Dib kOtherMask = dib({ 2, 1, 1 }, "00000000 ffffff00", "80000000");
 const Dib kGreys = dib({ 3, 1, 24 }, "", "000000 404040 ffffff 000000");
 const Dib kTwo = dib({ 2, 1, 24 }, "", "0000ff 000000 0000");
 
@@ -49,6 +50,20 @@ EmfBuilder masked(qint64 rop, int maskX)
     const QByteArray maskAt = ByteWriter().u32s({ maskX, 0 }).result();
     const Dib mask = dib({ 3, 1, 1 }, "00000000 ffffff00", "a0000000");
     return EmfBuilder().record(78, blt(kGreys, { 0, 0, 3, 1 }, 0, 0, rop, maskAt, mask));
+}
+
+// The fields of a transfer without a source, in front of those of a mask behind it.
+EmfBuilder maskedBrush(qint64 rop)
+{
+    const Dib mask = dib({ 3, 1, 1 }, "00000000 ffffff00", "a0000000");
+    const QByteArray fields = ByteWriter()
+                                      .u32s({ 0, 0, 0, 128, mask.info.size() })
+                                      .u32s({ 128 + mask.info.size(), mask.bits.size() })
+                                      .result();
+    return EmfBuilder()
+            .record(39, { 1, 0, 0x0000FF, 0 })
+            .record(37, { 1 })
+            .record(78, blt({}, { 0, 0, 3, 1 }, 0, 0, rop, fields) + mask.packed());
 }
 
 const EmfCase kCases[] = {
@@ -79,6 +94,9 @@ const EmfCase kCases[] = {
 
     { "notSourceCopy", blitted(kGreys, 0x00330008), IMAGE(0, 0, 3, 1, "ffffff bfbfbf 000000") },
     { "andOfGreys", blitted(kGreys, kAnd), IMAGE(0, 0, 3, 1, "000000 000000bf ......") },
+    { "andOfGreysBesideUnusedRed",
+      blitted(dib({ 3, 1, 8, 0, 3 }, "00000000 80808000 0000ff00", "00010100"), kAnd),
+      IMAGE(0, 0, 3, 1, "000000 0000007f 0000007f") },
     { "andOfColours", blitted(kPicture, kAnd), IMAGE(0, 0, 3, 1, "ff0000 00ff00 0000ff") },
     { "paint", blitted(kGreys, kPaint), IMAGE(0, 0, 3, 1, "...... 404040 ffffff") },
     { "invert", blitted(kGreys, kInvert), IMAGE(0, 0, 3, 1, "...... 404040 ffffff") },
@@ -95,6 +113,7 @@ const EmfCase kCases[] = {
     { "patternInverse", blitted({}, 0x000F0001), RECT(0, 0, 3, 1, "#00ffff") },
     { "patternInvertOfColour", blitted({}, kPatternInvert), RECT(0, 0, 3, 1, "#ff0000") },
     { "patternInvertOfBlack", blitted({}, kPatternInvert, 0), "" },
+    { "patternAndOfColour", blitted({}, 0x00A000C9), "" },
     { "patternAnd", blitted({}, 0x00A000C9, 0xFFFFFF), "" },
     { "destinationInvert", blitted({}, 0x00550009), "" },
     { "sourceMissing", blitted({}, kSourceCopy), "" },
@@ -116,6 +135,12 @@ const EmfCase kCases[] = {
     { "maskOfTwoOperations", masked(0x33CC0020, 0), IMAGE(0, 0, 3, 1, "000000 bfbfbf ffffff") },
     { "maskMoved", masked(0xAACC0020, 1), IMAGE(0, 0, 3, 1, "...... 404040 ......") },
 
+    { "maskOfBrushWithoutSource", maskedBrush(0xAAF00021),
+      IMAGE(0, 0, 3, 1, "ff0000 ...... ff0000") },
+    { "brushWithoutSourceOrMask",
+      EmfBuilder().record(78, blt({}, { 0, 0, 3, 1 }, 0, 0, 0xAA000042, QByteArray(28, '\0'))),
+      RECT(0, 0, 3, 1, "#000000") },
+
     { "maskThenPaint", EmfBuilder().record(81, onTop(kMask, kAnd)).record(81, onTop(kTwo, kPaint)),
       IMAGE(5, 5, 20, 10, "ff0000 ......") },
     { "maskThenInvert",
@@ -127,6 +152,14 @@ const EmfCase kCases[] = {
               .record(81, onTop(kMask, kAnd))
               .record(81, onTop(kGreys, kInvert)),
       IMAGE(5, 5, 20, 10, "000000 ......") },
+    { "invertTwoMasksInvert",
+      EmfBuilder()
+              .record(81, onTop(kTwo, kInvert))
+              .record(81, onTop(kMask, kAnd))
+              .record(81, onTop(kOtherMask, kAnd))
+              .record(81, onTop(kTwo, kInvert)),
+      IMAGE(5, 5, 20, 10, "ff0000 ......") IMAGE(5, 5, 20, 10, "000000 ......")
+              IMAGE(5, 5, 20, 10, "ff0000 000000") },
     { "maskWithFigureBetween",
       EmfBuilder()
               .record(81, onTop(kMask, kAnd))
@@ -191,6 +224,37 @@ TEST(EmfPicture, IsClipped)
               "fill=\"#000000\" clip-path=\"url(#ClPath1)\"/>\n");
 }
 
+// What is cut or turned round has a clip around it, which counts in the document's units; and a
+// mask under a clip does not meet a picture that is not.
+TEST(EmfPicture, IsClippedInItsPlace)
+{
+    const QByteArray region =
+            ByteWriter().u32s({ 48, 5, 32, 1, 1, 16, 0, 0, 9, 9, 0, 0, 9, 9 }).result();
+    const Dib file = dib({ 3, 2, 0, 4 }, "", "ffd8ff00");
+    const std::string body =
+            withPixels(convert(EmfBuilder()
+                                       .record(75, region)
+                                       .record(81, stretchDib(file, { 0, 0, 3, 2 }, { 1, 0, 1, 1 }))
+                                       .record(81, onTop(kMask, kAnd))
+                                       .record(75, { 0, 5 })
+                                       .record(81, onTop(kTwo, kPaint))
+                                       .build())
+                               .body());
+    const size_t group = body.find("<g ");
+    ASSERT_NE(group, std::string::npos);
+    EXPECT_EQ(
+            body.substr(group),
+            "<g clip-path=\"url(#ClPath1)\"><svg x=\"0\" y=\"0\" width=\"3\" height=\"2\" "
+            "viewBox=\"1 1 1 1\" preserveAspectRatio=\"none\">" IMAGE(
+                    0, 0, 3, 2,
+                    "data:image/jpeg;base64,/9j/AA==") "</svg>\n</g>\n"
+                                                       "<image x=\"5\" y=\"5\" width=\"20\" "
+                                                       "height=\"10\" preserveAspectRatio=\"none\" "
+                                                       "xlink:href=\"000000 ......\" "
+                                                       "clip-path=\"url(#ClPath1)\"/>\n" IMAGE(
+                                                               5, 5, 20, 10, "ff0000 ......"));
+}
+
 struct WmfCase
 {
     const char *name;
@@ -246,6 +310,11 @@ TEST(WmfPictures, AreExact)
           "" },
         { "device blt without bitmap", 0x0922, wmfBlt(0x00000042, ByteWriter().u16s({ 0, 0, 0 })),
           RECT(1, 1, 3, 2, "#000000") },
+        { "file with padding", 0x0940,
+          wmfBlt(kSourceCopy, ByteWriter().u16s({ 0, 0 }),
+                 ByteWriter().u32s({ 40, 3, 2 }).u16(1).u16(0).u32s({ 4, 5, 0, 0, 0, 0 }).result()
+                         + QByteArray::fromHex("ffd8ff001100")),
+          IMAGE(1, 1, 3, 2, "data:image/jpeg;base64,/9j/ABE=") },
         { "table cut off", 0x0940,
           wmfBlt(kSourceCopy, ByteWriter().u16s({ 0, 0 }), DibHead{ 1, 1, 8 }.info("1234")), "" },
     };
