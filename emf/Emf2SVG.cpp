@@ -4,13 +4,12 @@
 #include "geometry/RectTools.h"
 #include "logging/TraceScope.h"
 #include "records/BEndTools.h"
+#include "records/RecordCopy.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
-#include <memory>
-#include <new>
 
 namespace svgtool {
 
@@ -215,6 +214,7 @@ qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
 bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *dump)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::walkRecords");
+    RecordCopy copy;
     for (quint32 done = 0; done < count; ++done) {
         if (records.size < qint64(sizeof(EMR)))
             return endAt(StopReason::DataEnded);
@@ -223,14 +223,13 @@ bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.nSize < sizeof(EMR) || head.nSize > records.size)
             return endAt(head.nSize < sizeof(EMR) ? StopReason::BadSize : StopReason::RecordCut);
-        const std::unique_ptr<char[]> copy(new (std::nothrow) char[head.nSize]);
-        if (copy == nullptr)
+        char *const record = copy.make({ records.data, head.nSize });
+        if (record == nullptr)
             return false;
-        std::memcpy(copy.get(), records.data, head.nSize);
         records = tail(records, head.nSize);
         if (head.iType == kEndOfFile)
             return endAt(StopReason::EndRecord);
-        HandleEnhMetaRecordData(copy.get(), head.nSize, dump);
+        HandleEnhMetaRecordData(record, head.nSize, dump);
     }
     return endAt(StopReason::CountReached);
 }

@@ -109,9 +109,9 @@ private:
 
     // Emf2SVG_Polys.cpp: figures of many points
     enum PointListKind { kPolyLine, kPolyLineTo, kPolygon };
-    qint32 drawPoints(std::span<const POINTL> points, PointListKind kind, const QString &style);
+    qint32 drawPoints(std::span<const POINTL> points, PointListKind kind, const StyleText &style);
     qint32 drawFigures(std::span<const POINTL> points, std::span<const quint32> counts,
-                       PointListKind kind, const QString &style);
+                       PointListKind kind, const StyleText &style);
     qint32 OnPolygon(char *record, quint32 size);
     qint32 OnPolygon16(char *record, quint32 size);
     qint32 OnPolyLine(char *record, quint32 size);

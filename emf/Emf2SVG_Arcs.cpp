@@ -78,7 +78,7 @@ void Emf2SvgConverter::drawWholeEllipse(const Arc &arc)
 {
     const POINTL &from = arc.start;
     const POINTL across = opposite(from, arc.center);
-    const QString &style = m_writer.currentStyle();
+    const StyleText &style = m_writer.currentStyle();
     m_writer.DrawArc(from.x, from.y, arc.rx, arc.ry, 0, kSmallArc, kCounterClockwise, across.x,
                      across.y, style);
     m_writer.DrawArc(across.x, across.y, arc.rx, arc.ry, 0, kSmallArc, kCounterClockwise, from.x,
@@ -111,7 +111,7 @@ qint32 Emf2SvgConverter::OnArcTo(char *record, quint32 size)
 
 void Emf2SvgConverter::drawArcTo(const Arc &arc, qint32 sweepFlag)
 {
-    const QString &style = m_writer.currentStyle();
+    const StyleText &style = m_writer.currentStyle();
     if (!arc.isWhole) {
         m_writer.DrawArcTo(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
                            sweepFlag, arc.end.x, arc.end.y, style);

@@ -135,7 +135,7 @@ qint32 Emf2SvgConverter::OnPolyLineTo16(char *record, quint32 size)
 }
 
 qint32 Emf2SvgConverter::drawPoints(std::span<const POINTL> points, PointListKind kind,
-                                    const QString &style)
+                                    const StyleText &style)
 {
     if (!points.empty())
         m_writer.DrawPolyLine(points, kind == kPolygon, kind == kPolyLineTo, style);
@@ -144,7 +144,7 @@ qint32 Emf2SvgConverter::drawPoints(std::span<const POINTL> points, PointListKin
 
 qint32 Emf2SvgConverter::drawFigures(std::span<const POINTL> points,
                                      std::span<const quint32> counts, PointListKind kind,
-                                     const QString &style)
+                                     const StyleText &style)
 {
     for (const quint32 count : counts) {
         drawPoints(points.first(count), kind, style);

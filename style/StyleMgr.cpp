@@ -103,6 +103,7 @@ void CStyleManager::rebuildCombinedStyle()
     const QLatin1String fill("fill=");
     const QLatin1String stroke("stroke=");
     const QLatin1Char quote('"');
+    m_shapeStyle.reset();
     m_combinedStyle = m_penStyle + QLatin1Char(' ');
     if (m_brushStyle.contains(fill) && m_combinedStyle.contains(fill)) {
         // Quirk: a form feed stands where the "f" of "fill" is meant. It is never found, so the
@@ -180,6 +181,7 @@ bool CStyleManager::ExtSetClipRgn(const QString &clipId)
     if (!clipId.isEmpty())
         m_extraAttributes = QLatin1String("clip-path=\"url(#") + clipId + QLatin1String(")\"");
     m_combinedStyle += m_extraAttributes;
+    m_shapeStyle.reset();
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "records/Bytes.h"
 #include "records/EmfRecords.h"
 #include "records/WmfRecords.h"
+#include "style/StyleText.h"
 
 #include <QString>
 
@@ -70,6 +71,13 @@ public:
 
     /// For shapes: pen, brush and clip reference in one.
     const QString &combinedStyle() const { return m_combinedStyle; }
+    /// The same as elements take it; made when it is first asked for after a change.
+    const StyleText &shapeStyle() const
+    {
+        if (!m_shapeStyle)
+            m_shapeStyle = m_combinedStyle;
+        return *m_shapeStyle;
+    }
     /// The clip reference; empty when no clip is set.
     const QString &clipReference() const { return m_extraAttributes; }
     /// The paint of the current brush: a colour, a pattern reference or "none". Empty while a stock
@@ -125,6 +133,7 @@ private:
     QString m_textStyle;
     QString m_extraAttributes;
     QString m_combinedStyle;
+    mutable std::optional<StyleText> m_shapeStyle; ///< the combined style; none when that changed
     std::map<quint32, Object> m_objects;
     std::map<quint32, QString> m_patterns;
     std::map<quint32, Font> m_fonts;

@@ -13,11 +13,6 @@ CMySVGWriter::CMySVGWriter()
     SVGTOOL_TRACE("CMySVGWriter::CMySVGWriter");
 }
 
-const QString &CMySVGWriter::styleOrFallback(const QString &style) const
-{
-    return style.isEmpty() ? m_fallbackStyle : style;
-}
-
 bool CMySVGWriter::CreateXML(qint32 width, qint32 height)
 {
     SVGTOOL_TRACE("CMySVGWriter::CreateXML");
@@ -37,20 +32,20 @@ bool CMySVGWriter::Close()
     return true;
 }
 
-bool CMySVGWriter::DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const QString &style,
+bool CMySVGWriter::DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const StyleText &style,
                             qint32 rx, qint32 ry)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawRect");
-    const QString &chosen = styleOrFallback(style);
+    const StyleText &chosen = chosenStyle(style);
     // Quirk: the clip reference follows the style with no blank between them.
-    const bool addClip = m_clipActive && !chosen.contains(QLatin1String("clip-path"));
+    const bool addClip = m_clipActive && !chosen.refersToClip();
     writeLine("<rect x=\"", x, kQ, "y=\"", y, kQ, "width=\"", width, kQ, "height=\"", height, kQ,
-              "rx=\"", rx, kQ, "ry=\"", ry, kQ, chosen,
+              "rx=\"", rx, kQ, "ry=\"", ry, kQ, chosen.view(),
               addClip ? QStringView(m_styles.clipReference()) : QStringView(), "/>");
     return true;
 }
 
-bool CMySVGWriter::DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const QString &style)
+bool CMySVGWriter::DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawEllipse");
     // Quirk: the ry value ends in a blank inside its quotes; golden files depend on it.
@@ -59,7 +54,7 @@ bool CMySVGWriter::DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const
     return true;
 }
 
-bool CMySVGWriter::DrawCircle(qint32 cx, qint32 cy, qint32 r, const QString &style)
+bool CMySVGWriter::DrawCircle(qint32 cx, qint32 cy, qint32 r, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawCircle");
     writeLine("<circle cx=\"", cx, kQ, "cy = \"", cy, kQ, "r=\"", r, kQ, styleOrFallback(style),
@@ -67,7 +62,7 @@ bool CMySVGWriter::DrawCircle(qint32 cx, qint32 cy, qint32 r, const QString &sty
     return true;
 }
 
-bool CMySVGWriter::DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const QString &style)
+bool CMySVGWriter::DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawLine");
     writeLine("<line x1=\"", x1, kQ, "y1 = \"", y1, kQ, "x2 =\"", x2, kQ, "y2=\"", y2, kQ,
@@ -82,7 +77,7 @@ bool CMySVGWriter::MoveTo(qint32 x, qint32 y)
     return true;
 }
 
-bool CMySVGWriter::DrawLineTo(qint32 x, qint32 y, const QString &style)
+bool CMySVGWriter::DrawLineTo(qint32 x, qint32 y, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawLineTo");
     DrawLine(m_current.x, m_current.y, x, y, style);

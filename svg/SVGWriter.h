@@ -43,15 +43,15 @@ public:
     /// Hands over the text written so far, in UTF-8; what is written next begins a new one.
     QByteArray takeDocument() { return m_document.take(); }
 
-    bool DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const QString &style, qint32 rx,
+    bool DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const StyleText &style, qint32 rx,
                   qint32 ry);
-    bool DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const QString &style);
-    bool DrawCircle(qint32 cx, qint32 cy, qint32 r, const QString &style);
-    bool DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const QString &style);
+    bool DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const StyleText &style);
+    bool DrawCircle(qint32 cx, qint32 cy, qint32 r, const StyleText &style);
+    bool DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const StyleText &style);
     /// Sets the current position.
     bool MoveTo(qint32 x, qint32 y);
     /// Draws a line from the current position and moves it to the line's end.
-    bool DrawLineTo(qint32 x, qint32 y, const QString &style);
+    bool DrawLineTo(qint32 x, qint32 y, const StyleText &style);
     /// Makes the current position the point that CloseFigure draws back to, in a path bracket.
     bool BeginFigure();
     /// Wraps the elements that follow in a group with this transform, until the next one.
@@ -65,17 +65,17 @@ public:
     /// @param rotation  of the ellipse's x axis, in degrees
     /// @param largeArc, sweep  SVG's flags, 0 or 1
     bool DrawArc(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
-                 qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const QString &style);
+                 qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const StyleText &style);
     /// An arc, a line to its start from the current position, and the position at its end.
     bool DrawArcTo(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
-                   qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const QString &style);
+                   qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const StyleText &style);
     /// An arc closed by a line from end to start.
     bool DrawChord(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
-                   qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const QString &style);
+                   qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, const StyleText &style);
     /// An arc closed by lines through the centre.
     bool DrawPie(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
                  qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, qint32 centerX,
-                 qint32 centerY, const QString &style);
+                 qint32 centerY, const StyleText &style);
 
     /// Opens a path bracket: point lists, Béziers and mixed figures are collected until EndPath.
     /// Ends clipping and takes the current style as fallback style.
@@ -99,12 +99,12 @@ public:
     bool CloseFigure();
     /// Writes polygons that share out @p points as one path, filled by the even-odd rule.
     bool DrawPolyPolygon(std::span<const POINTL> points, std::span<const quint16> counts,
-                         const QString &style);
+                         const StyleText &style);
     /// Writes a polygon or polyline, or collects it as a closed figure inside a path bracket.
     /// @param isFromCurrent  adds a line from the current position to the first point and moves
     ///                       the position to the last one
     bool DrawPolyLine(std::span<const POINTL> points, bool isPolygon, bool isFromCurrent,
-                      const QString &style);
+                      const StyleText &style);
     /// Writes or collects Bézier curves: a first point and three for each curve, or with
     /// @p isFromCurrent three for each, from the current position and moving it to the end.
     /// Points beyond the last whole curve are ignored.
@@ -175,7 +175,7 @@ public:
     bool SetBkMode(qint32 mode);
 
     /// The style text for shapes.
-    const QString &currentStyle() const { return m_styles.combinedStyle(); }
+    const StyleText &currentStyle() const { return m_styles.shapeStyle(); }
     const CStyleManager &styles() const { return m_styles; }
 
 private:
@@ -199,13 +199,20 @@ private:
     std::optional<QImage> mergeTransfers(const RECTL &box, RasterOperation operation,
                                          const QImage &image);
     void fillBox(const RECTL &box, const QString &paint);
-    void drawRects(std::span<const RECTL> rects, const QString &style);
+    void drawRects(std::span<const RECTL> rects, const StyleText &style);
     void useClip();
     template<class... Piece>
     void writeText(const QString &text, qint32 x, qint32 y, const Piece &...attributes);
-    const QString &styleOrFallback(const QString &style) const;
+    const StyleText &chosenStyle(const StyleText &style) const
+    {
+        return style.isEmpty() ? m_fallbackStyle : style;
+    }
+    std::string_view styleOrFallback(const StyleText &style) const
+    {
+        return chosenStyle(style).view();
+    }
 
-    QString m_fallbackStyle;
+    StyleText m_fallbackStyle;
     TextBuffer m_document;
     POINTL m_current{}; ///< current position
     POINTL m_figureStart{};

@@ -12,7 +12,7 @@ static constexpr char kTraceUnit[] = ".\\SVGWriter.cpp";
 
 bool CMySVGWriter::DrawArc(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
                            qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY,
-                           const QString &style)
+                           const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawArc");
     writeLine("<path d=\"M", startX, ",", startY, " a", rx, ",", ry, " ", rotation, " ", largeArc,
@@ -23,7 +23,7 @@ bool CMySVGWriter::DrawArc(qint32 startX, qint32 startY, qint32 rx, qint32 ry, q
 
 bool CMySVGWriter::DrawArcTo(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
                              qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY,
-                             const QString &style)
+                             const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawArcTo");
     DrawArc(startX, startY, rx, ry, rotation, largeArc, sweep, endX, endY, style);
@@ -33,7 +33,7 @@ bool CMySVGWriter::DrawArcTo(qint32 startX, qint32 startY, qint32 rx, qint32 ry,
 
 bool CMySVGWriter::DrawChord(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
                              qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY,
-                             const QString &style)
+                             const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawChord");
     // Quirk: no blank before the arc command, as for pies and unlike arcs.
@@ -45,7 +45,7 @@ bool CMySVGWriter::DrawChord(qint32 startX, qint32 startY, qint32 rx, qint32 ry,
 
 bool CMySVGWriter::DrawPie(qint32 startX, qint32 startY, qint32 rx, qint32 ry, qint32 rotation,
                            qint32 largeArc, qint32 sweep, qint32 endX, qint32 endY, qint32 centerX,
-                           qint32 centerY, const QString &style)
+                           qint32 centerY, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawPie");
     writeLine("<path d=\"M", startX, ",", startY, "a", rx, ",", ry, " ", rotation, " ", largeArc,
@@ -62,7 +62,7 @@ bool CMySVGWriter::StartPath()
     m_clipActive = false;
     m_styles.ExtSetClipRgn(QString());
     // Quirk: the path text is not emptied; what an earlier bracket left is drawn with this one.
-    m_fallbackStyle = m_styles.combinedStyle();
+    m_fallbackStyle = m_styles.shapeStyle();
     return true;
 }
 
@@ -148,7 +148,7 @@ bool CMySVGWriter::CloseFigure()
 }
 
 bool CMySVGWriter::DrawPolyPolygon(std::span<const POINTL> points, std::span<const quint16> counts,
-                                   const QString &style)
+                                   const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawPolyPolygon");
     m_document.append("<path d=\"");
@@ -162,7 +162,7 @@ bool CMySVGWriter::DrawPolyPolygon(std::span<const POINTL> points, std::span<con
 }
 
 bool CMySVGWriter::DrawPolyLine(std::span<const POINTL> points, bool isPolygon, bool isFromCurrent,
-                                const QString &style)
+                                const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawPolyLine");
     if (m_isInPath)

@@ -338,8 +338,8 @@ RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operatio
 void CMySVGWriter::fillBox(const RECTL &box, const QString &paint)
 {
     DrawRect(box.left, box.top, wrapSub(box.right, box.left), wrapSub(box.bottom, box.top),
-             QLatin1String("stroke=\"none\" fill=\"") + paint + QLatin1String("\" ")
-                     + m_styles.clipReference(),
+             QString(QLatin1String("stroke=\"none\" fill=\"") + paint + QLatin1String("\" ")
+                     + m_styles.clipReference()),
              0, 0);
 }
 

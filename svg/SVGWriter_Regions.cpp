@@ -35,7 +35,7 @@ bool CMySVGWriter::SetClipPath()
 void CMySVGWriter::useClip()
 {
     m_styles.ExtSetClipRgn(QStringLiteral("ClPath%1").arg(m_clipCounter));
-    m_fallbackStyle = m_styles.combinedStyle();
+    m_fallbackStyle = m_styles.shapeStyle();
     m_clipCounter = wrapAdd(m_clipCounter, 1);
 }
 
@@ -43,7 +43,7 @@ bool CMySVGWriter::ResetClip()
 {
     SVGTOOL_TRACE("CMySVGWriter::ResetClip");
     m_styles.ExtSetClipRgn(QString());
-    m_fallbackStyle = m_styles.combinedStyle();
+    m_fallbackStyle = m_styles.shapeStyle();
     return true;
 }
 
@@ -55,7 +55,7 @@ bool CMySVGWriter::AbortPath()
     return true;
 }
 
-void CMySVGWriter::drawRects(std::span<const RECTL> rects, const QString &style)
+void CMySVGWriter::drawRects(std::span<const RECTL> rects, const StyleText &style)
 {
     for (const RECTL &rect : rects)
         DrawRect(rect.left, rect.top, wrapSub(rect.right, rect.left),
@@ -83,10 +83,11 @@ bool CMySVGWriter::FrameRgn(std::span<const RECTL> rects, quint32 brushIndex, qi
         style = QLatin1String("stroke") + brush + QLatin1Char(' ');
     style += QLatin1String("fill=\"none\" stroke-width=\"")
             + QString::number(std::max({ frameWidth, frameHeight, 1 })) + QLatin1String("\" ");
+    const StyleText text(style);
     std::list<CLine> edges;
     ConvertRgnDataToPath(rects, edges);
     for (const CLine &edge : edges)
-        DrawLine(edge.x1, edge.y1, edge.x2, edge.y2, style);
+        DrawLine(edge.x1, edge.y1, edge.x2, edge.y2, text);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <bit>
 #include <charconv>
 #include <concepts>
 #include <cstring>
@@ -65,7 +66,28 @@ private:
     template<std::integral Number>
     static char *put(char *out, Number value)
     {
+        if constexpr (std::same_as<Number, qint32> && std::endian::native == std::endian::little) {
+            if (value > -10000 && value < 10000) [[likely]]
+                return putShort(out, value);
+        }
         return std::to_chars(out, out + room(value), value).ptr;
+    }
+    // A number of up to four digits. Coordinates mostly have as many, and how many cannot be
+    // foreseen, so it is found without branches: all four are made in one word, the first in its
+    // lowest byte, and leading zeros shifted out.
+    static char *putShort(char *out, qint32 value)
+    {
+        *out = '-';
+        out += value < 0 ? 1 : 0;
+        const auto number = static_cast<quint32>(value < 0 ? -value : value);
+        const quint32 high = number / 100;
+        const quint32 pairs = high | (number - high * 100) << 16;
+        const quint32 tens = (pairs * 103 >> 10) & 0x000F000F;
+        const quint32 digits = (tens | (pairs - tens * 10) << 8) + 0x30303030;
+        const int zeros = (number < 1000 ? 1 : 0) + (number < 100 ? 1 : 0) + (number < 10 ? 1 : 0);
+        const quint32 shifted = digits >> (8 * zeros);
+        std::memcpy(out, &shifted, sizeof shifted);
+        return out + 4 - zeros;
     }
     static constexpr qint64 room(char) { return 1; }
     static char *put(char *out, char character)

@@ -3,12 +3,11 @@
 #include "logging/TraceScope.h"
 #include "records/BEndTools.h"
 #include "records/Numeric.h"
+#include "records/RecordCopy.h"
 #include "wmf/WmfRecordNames.h"
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
-#include <new>
 
 namespace svgtool {
 
@@ -135,6 +134,7 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
     SVGTOOL_TRACE("WMF2SVGConverter::walkRecords");
     constexpr quint32 kHeadWords = sizeof(WMR) / 2;
     qint64 walkedBytes = 0;
+    RecordCopy copy;
     while (records.size >= qint64(sizeof(WMR))) {
         const auto source = readPadded<WMR>(records);
         WMR head = source;
@@ -149,14 +149,13 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
         if (totalBytes <= walkedBytes)
             return endAt(head.rdFunction == kEndOfFile ? StopReason::EndRecord
                                                        : StopReason::LengthReached);
-        const std::unique_ptr<char[]> copy(new (std::nothrow) char[size_t(bytes)]);
-        if (copy == nullptr)
+        char *const record = copy.make({ records.data, bytes });
+        if (record == nullptr)
             return false;
-        std::memcpy(copy.get(), records.data, size_t(bytes));
         records = tail(records, bytes);
         if (head.rdFunction == kEndOfFile)
             return endAt(StopReason::EndRecord);
-        HandleWMFRecordData(copy.get(), static_cast<quint32>(bytes), dump);
+        HandleWMFRecordData(record, static_cast<quint32>(bytes), dump);
     }
     return endAt(StopReason::DataEnded);
 }

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "records/Bytes.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define SVGTOOL_EXACT_RECORDS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define SVGTOOL_EXACT_RECORDS 1
+#endif
+#endif
+
+namespace svgtool {
+
+/// The writable copy of a record that its handler gets, one record at a time.
+///
+/// All records of a file share a block. Under the address sanitizer each has one of its own of
+/// exactly its size, so that a read behind the record is found.
+class RecordCopy
+{
+public:
+    /// Copies @p record, which must not be empty.
+    /// @return the copy, good until the next one is made; null when there is no memory for it
+    char *make(ByteView record)
+    {
+        if (kIsExact || record.size > m_room) {
+            m_room = 0;
+            m_block.reset();
+            m_block.reset(new (std::nothrow) char[size_t(record.size)]);
+            if (m_block == nullptr)
+                return nullptr;
+            m_room = record.size;
+        }
+        std::memcpy(m_block.get(), record.data, size_t(record.size));
+        return m_block.get();
+    }
+
+private:
+#ifdef SVGTOOL_EXACT_RECORDS
+    static constexpr bool kIsExact = true;
+#else
+    static constexpr bool kIsExact = false;
+#endif
+
+    std::unique_ptr<char[]> m_block;
+    qint64 m_room = 0;
+};
+
+} // namespace svgtool
+
+#undef SVGTOOL_EXACT_RECORDS
