@@ -20,7 +20,7 @@ namespace {
     constexpr std::string_view kXlinkNamespace = "http://www.w3.org/1999/xlink";
 
     // What viewers can be counted on to open.
-    constexpr double kLargestSide = 32767;
+    constexpr double kLargestSide = 16384;
     constexpr double kLargestFont = 32768;
     constexpr std::string_view kLargestFontText = "32768";
 

@@ -16,7 +16,7 @@ struct DisplayOptions
     /// Height of the root element in px; 0: likewise.
     double height = 0;
     /// Factor on the document's own size, used when neither width nor height is given; what comes
-    /// of it is at most 32767 px long.
+    /// of it is at most 16384 px long.
     double scale = 1;
 };
 
@@ -29,7 +29,7 @@ struct DisplayOptions
 /// - unique ids, where a reference means the latest definition before it;
 /// - a viewBox of the document's own size, so that another size scales the picture. A width and a
 ///   height of another aspect ratio leave room at the sides;
-/// - a root element that viewers open: no side is longer than 32767 pixels unless the options say
+/// - a root element that viewers open: no side is longer than 16384 pixels unless the options say
 ///   so, and one that is not positive becomes 1. Letters are at most 32768 units high;
 /// - a stroke of width 0 as the hairline that GDI draws: width 1, kept at any scale by the one
 ///   attribute here that SVG 1.1 does not know, vector-effect="non-scaling-stroke";

@@ -123,7 +123,7 @@ namespace {
           "xmlns=\"http://www.w3.org/2000/svg\"></svg>\n" },
         { "giantSize",
           "<svg width=\"65534\" height=\"2\" version=\"1.1\"><text font-size=\"32769\"/></svg>",
-          "<svg width=\"32767\" height=\"1\" version=\"1.1\" viewBox=\"0 0 65534 2\" "
+          "<svg width=\"16384\" height=\"1\" version=\"1.1\" viewBox=\"0 0 65534 2\" "
           "xmlns=\"http://www.w3.org/2000/svg\"><text font-size=\"32768\"/></svg>\n" },
     };
 #undef ROOT
