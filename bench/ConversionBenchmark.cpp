@@ -1,6 +1,7 @@
 // The cost of whole conversions in this process, and beside each the cost of what no converter can
 // do without: two copies of the input, the numbers of the document formatted and its characters
-// encoded; and where elements make up the document, its text copied twice.
+// encoded; and where elements make up the document, its text copied twice, which is measured by
+// itself as well.
 
 #include "bench/Families.h"
 #include "svgtool/SVGTool.h"
@@ -114,6 +115,16 @@ namespace {
         }
     }
 
+    void runCopies(benchmark::State &state, const Family &family)
+    {
+        const QByteArray svg = convert(family.make(int(state.range(0))));
+        std::vector<char> text(size_t(svg.size()));
+        for (auto _ : state) {
+            copy(svg, text);
+            copy(svg, text);
+        }
+    }
+
     void report(benchmark::State &state, double in, double out, double elements)
     {
         const auto perSecond = benchmark::Counter::kIsIterationInvariantRate;
@@ -185,7 +196,7 @@ int main(int argc, char *argv[])
     basic_logging::infolevel.setSink([](const std::string &) {});
     basic_logging::warnlevel.setSink([](const std::string &) {});
     const std::pair<const char *, void (*)(benchmark::State &, const Family &)> kinds[] = {
-        { "convert", &runConversion }, { "floor", &runFloor }
+        { "convert", &runConversion }, { "floor", &runFloor }, { "copies", &runCopies }
     };
     for (const Family &family : families())
         for (const auto &[kind, run] : kinds)

@@ -63,6 +63,34 @@ namespace {
         return emfOfWords<43>(count, 4);
     }
 
+    // A pen of sixteen dashes and a brush, which every later element repeats.
+    EmfBuilder longStyle()
+    {
+        ByteWriter pen;
+        pen.u32s({ 1, 0, 0, 0, 0, 0x11107, 3, 0, 0x123456, 0, 16 });
+        for (int length = 10; length < 26; ++length)
+            pen.u32(length);
+        EmfBuilder emf;
+        emf.record(95, pen.result()).record(37, { 1 });
+        return emf.record(39, { 2, 0, 0x654321, 0 }).record(37, { 2 });
+    }
+
+    QByteArray emfLinesOfLongStyle(int count)
+    {
+        return repeated(longStyle(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
+            emf.record(54, coordinates.words32(2));
+        });
+    }
+
+    QByteArray emfRectanglesOfLongStyle(int count)
+    {
+        return repeated(longStyle(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
+            const int x = coordinates.next();
+            const int y = coordinates.next();
+            emf.record(43, { x, y, x + coordinates.next(), y + coordinates.next() });
+        });
+    }
+
     // Point lists of some length in either width.
     template<quint32 type, int points, bool is16Bit>
     QByteArray emfPoints(int count)
@@ -222,6 +250,8 @@ std::span<const Family> families()
     static constexpr Family kFamilies[] = {
         { "emf lines", &emfLines, true },
         { "emf rectangles", &emfRectangles, true },
+        { "emf lines, long style", &emfLinesOfLongStyle, true },
+        { "emf rectangles, long style", &emfRectanglesOfLongStyle, true },
         { "emf polygons of 32 bits", &emfPoints<3, 16, false>, false },
         { "emf polygons of 16 bits", &emfPoints<86, 16, true>, false },
         { "emf Béziers", &emfPoints<85, 13, true>, false },

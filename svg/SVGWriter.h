@@ -43,8 +43,8 @@ public:
     /// Hands over the text written so far, in UTF-8; what is written next begins a new one.
     QByteArray takeDocument() { return m_document.take(); }
 
-    bool DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const StyleText &style, qint32 rx,
-                  qint32 ry);
+    bool DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, const StyleText &style,
+                  qint32 rx, qint32 ry);
     bool DrawEllipse(qint32 cx, qint32 cy, qint32 rx, qint32 ry, const StyleText &style);
     bool DrawCircle(qint32 cx, qint32 cy, qint32 r, const StyleText &style);
     bool DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const StyleText &style);

@@ -61,11 +61,12 @@ namespace {
     TEST(Writer, PointsString)
     {
         const CMySVGWriter writer;
-        const POINTL points[] = { { 10, 20 }, { 30, -40 }, { 50, 60 } };
+        const POINTL points[] = { { 0, -9 },      { 10, 99 },       { -100, 999 },
+                                  { 1000, 9999 }, { -9999, 10000 }, { -10000, 123456 } };
         TextBuffer text;
         writer.GetPointsString(points, text);
         writer.GetPointsString({}, text);
-        EXPECT_EQ(text.view(), "10,20 30,-40 50,60 \n\n");
+        EXPECT_EQ(text.view(), "0,-9 10,99 -100,999 1000,9999 -9999,10000 -10000,123456 \n\n");
     }
 
     TEST(Writer, PatternDefinitionsAreWrittenOnce)
