@@ -28,6 +28,9 @@ void TextBuffer::grow(qint64 room)
 
 QByteArray TextBuffer::take()
 {
+    // Qt 5 would make a block for no bytes.
+    if (m_end == m_begin)
+        return {};
     m_bytes.resize(static_cast<decltype(m_bytes.size())>(m_end - m_begin));
     m_begin = m_end = m_limit = nullptr;
     return std::exchange(m_bytes, {});
