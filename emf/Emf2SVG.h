@@ -15,6 +15,8 @@
 
 namespace svgtool {
 
+struct BitmapRange;
+
 /// Converts one enhanced metafile ([MS-EMF]) into an SVG document.
 ///
 /// Walks the records, maps their coordinates and has the writer it owns print one figure a
@@ -161,7 +163,8 @@ private:
 
     // Emf2SVG_Raster.cpp: bitmaps
     RECTL mapCorners(qint32 x, qint32 y, qint32 width, qint32 height) const;
-    qint32 drawBitmap(BitmapTransfer transfer, const std::optional<DibBytes> &dib);
+    /// Draws the bitmap in @p range of the record; without one, what the operation does alone.
+    qint32 drawBitmap(BitmapTransfer transfer, ByteView record, const BitmapRange &range);
     qint32 OnBitBlt(char *record, quint32 size);
     qint32 OnStretchDIB(char *record, quint32 size);
     qint32 OnTransparentBlt(char *record, quint32 size);

@@ -11,15 +11,15 @@ namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
+// Where a record says its bitmap lies.
+struct BitmapRange
+{
+    quint32 infoOffset, infoBytes, bitsOffset, bitsBytes, usage;
+
+    bool isEmpty() const { return infoBytes == 0 || bitsBytes == 0; }
+};
+
 namespace {
-
-    // Where a record says its bitmap lies.
-    struct BitmapRange
-    {
-        quint32 infoOffset, infoBytes, bitsOffset, bitsBytes, usage;
-
-        bool isEmpty() const { return infoBytes == 0 || bitsBytes == 0; }
-    };
 
     template<class Record>
     BitmapRange sourceRange(const Record &record)
@@ -69,11 +69,8 @@ qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
-    const BitmapRange range = sourceRange(blt);
-    if (range.isEmpty())
-        return m_writer.PatBlt(transfer.corners, transfer.operation);
     setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxDest, blt.cyDest);
-    return drawBitmap(std::move(transfer), dibIn({ record, size }, range));
+    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
 qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
@@ -86,15 +83,12 @@ qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
-    const BitmapRange range = sourceRange(blt);
-    if (range.isEmpty())
-        return m_writer.PatBlt(transfer.corners, transfer.operation);
     transfer.sourceX = blt.xSrc;
     transfer.sourceY = blt.ySrc;
     transfer.sourceWidth = blt.cxSrc;
     transfer.sourceHeight = blt.cySrc;
     transfer.countsFromBottom = true;
-    return drawBitmap(std::move(transfer), dibIn({ record, size }, range));
+    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
 qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
@@ -107,11 +101,8 @@ qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
     BitmapTransfer transfer;
     transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
     transfer.operation = RasterOperation(blt.dwRop);
-    const BitmapRange range = sourceRange(blt);
-    if (range.isEmpty())
-        return m_writer.PatBlt(transfer.corners, transfer.operation);
     setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
-    return drawBitmap(std::move(transfer), dibIn({ record, size }, range));
+    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
 qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
@@ -126,7 +117,7 @@ qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
     setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
     const quint32 key = blt.dwRop; // COLORREF: red in the low byte
     transfer.transparentColour = qRgb(key & 0xFF, key >> 8 & 0xFF, key >> 16 & 0xFF);
-    return drawBitmap(std::move(transfer), dibIn({ record, size }, sourceRange(blt)));
+    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
 qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
@@ -155,10 +146,8 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
         transfer.operationOutsideMask = RasterOperation(blt.dwRop >> 8);
     }
     const BitmapRange range = sourceRange(blt);
-    if (!range.isEmpty())
-        return drawBitmap(std::move(transfer), dibIn(all, range));
-    if (transfer.mask.isNull())
-        return m_writer.PatBlt(transfer.corners, transfer.operation);
+    if (!range.isEmpty() || transfer.mask.isNull())
+        return drawBitmap(std::move(transfer), all, range);
     if (transfer.operation.usesSource() || transfer.operationOutsideMask.usesSource())
         return RecordFailed;
     // The brush alone is painted through the mask: any pixels will do as its source.
@@ -169,8 +158,12 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
     return m_writer.DrawBitmap(std::move(transfer));
 }
 
-qint32 Emf2SvgConverter::drawBitmap(BitmapTransfer transfer, const std::optional<DibBytes> &dib)
+qint32 Emf2SvgConverter::drawBitmap(BitmapTransfer transfer, ByteView record,
+                                    const BitmapRange &range)
 {
+    if (range.isEmpty())
+        return m_writer.PatBlt(transfer.corners, transfer.operation);
+    const auto dib = dibIn(record, range);
     auto bitmap = dib ? m_writer.decode(*dib) : std::nullopt;
     if (!bitmap)
         return RecordFailed;
