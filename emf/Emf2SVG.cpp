@@ -43,6 +43,7 @@ qint32 Emf2SvgConverter::InitEMFRecHandlers()
     m_windowOrigin = m_viewportOrigin = {};
     m_isAnisotropic = false;
     m_originX = m_originY = 0;
+    updateAxes();
 
     struct Entry
     {
@@ -165,6 +166,7 @@ void Emf2SvgConverter::initFrame(const ENHMETAHEADER &header)
         m_originX = truncateToInt32(frameLeftMm);
         m_originY = truncateToInt32(frameTopMm);
     }
+    updateAxes();
 
     const float frameWidthMm = frameWidth / 100.0F;
     const float frameHeightMm = frameHeight / 100.0F;
@@ -188,8 +190,7 @@ qint32 Emf2SvgConverter::ConvertEMFToSVG(ByteView data, RecordDump *dump)
 
 qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
 {
-    auto header = readPadded<ENHMETAHEADER>(data);
-    InitEnhMetaHeader(&header);
+    const auto header = readRecord(data, &InitEnhMetaHeader);
     if (header.dSignature != kSignature)
         return 0;
     InitEMFRecHandlers();
@@ -218,18 +219,21 @@ bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *
     for (quint32 done = 0; done < count; ++done) {
         if (records.size < qint64(sizeof(EMR)))
             return endAt(StopReason::DataEnded);
-        auto head = readPadded<EMR>(records);
-        InitEMR(&head);
+        const auto head = readRecord(records, &InitEMR);
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.nSize < sizeof(EMR) || head.nSize > records.size)
             return endAt(head.nSize < sizeof(EMR) ? StopReason::BadSize : StopReason::RecordCut);
-        char *const record = copy.make({ records.data, head.nSize });
+        char *const record = copy.make(records, head.nSize);
         if (record == nullptr)
             return false;
         records = tail(records, head.nSize);
         if (head.iType == kEndOfFile)
             return endAt(StopReason::EndRecord);
-        HandleEnhMetaRecordData(record, head.nSize, dump);
+        // Traced, it is dispatched by a call that reads the head again.
+        if (isTracing()) [[unlikely]]
+            HandleEnhMetaRecordData(record, head.nSize, dump);
+        else
+            handle(findHandler(head.iType, dump), record, head.nSize);
     }
     return endAt(StopReason::CountReached);
 }
@@ -260,10 +264,14 @@ qint32 Emf2SvgConverter::HandleEnhMetaRecordData(char *record, quint32 size, Rec
         SVGTOOL_TRACE("Emf2SvgConverter::HandleEnhMetaRecordData");
         if (size == 0)
             return 0;
-        auto head = readPadded<EMR>({ record, size });
-        InitEMRMETARECORD(&head);
+        const auto head = readRecord({ record, size }, &InitEMRMETARECORD);
         handler = findHandler(head.iType, dump);
     }
+    return handle(handler, record, size);
+}
+
+qint32 Emf2SvgConverter::handle(Handler handler, char *record, quint32 size)
+{
     if (m_tally != nullptr)
         return handleAndNote(handler, record, size);
     return handler != nullptr ? (this->*handler)(record, size) : 1;

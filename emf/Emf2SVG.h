@@ -51,9 +51,9 @@ public:
     /// What maps the coordinates of one axis.
     struct Axis
     {
-        float divisor; ///< logical units per output unit
-        qint32 windowOrigin;
-        qint32 origin; ///< of the document
+        float divisor = 1.0F; ///< logical units per output unit
+        float windowOrigin = 0.0F;
+        float origin = 0.0F; ///< of the document
     };
 
 private:
@@ -67,6 +67,7 @@ private:
     qint32 convertRecords(ByteView data, RecordDump *dump);
     bool walkRecords(ByteView records, quint32 count, RecordDump *dump);
     Handler findHandler(quint32 type, RecordDump *dump) const;
+    qint32 handle(Handler handler, char *record, quint32 size);
     qint32 HandleEnhMetaRecordData(char *record, quint32 size, RecordDump *dump);
     bool endAt(StopReason reason);
     qint32 OnAcceptAndIgnore(char *record, quint32 size);
@@ -76,11 +77,11 @@ private:
     qint32 handleAndNote(Handler handler, char *record, quint32 size);
 
     // Emf2SVG_Mapping.cpp: coordinates
-    Axis axisX() const;
-    Axis axisY() const;
+    void updateAxes();
     qint32 MapX(qint32 x, bool isPoint) const;
     qint32 MapY(qint32 y, bool isPoint) const;
-    POINTL mapPoint(const POINTL &point) const;
+    POINTL mapPoint(POINTL point) const;
+    SIZEL mapSize(SIZEL size) const;
     std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 setWorldTransform(const XFORM &xform);
     qint32 OnSetMapMode(char *record, quint32 size);
@@ -92,7 +93,7 @@ private:
     qint32 OnModifyWorldTransform(char *record, quint32 size);
 
     // Emf2SVG_Drawing.cpp: figures
-    void drawBox(const RECTL &box, qint32 rx, qint32 ry);
+    void drawBox(RECTL box, qint32 rx, qint32 ry);
     qint32 OnEllipse(char *record, quint32 size);
     qint32 OnRectangle(char *record, quint32 size);
     qint32 OnRoundedRect(char *record, quint32 size);
@@ -182,6 +183,8 @@ private:
     bool m_hasWorldTransform = false; ///< until then, the identity is meant
     qint32 m_originX = 0;
     qint32 m_originY = 0;
+    Axis m_axisX; ///< made of the members below, to be updated with them
+    Axis m_axisY;
     float m_scaleX = 1.0F; ///< frame units (0.01 mm) per logical unit
     float m_scaleY = 1.0F;
     float m_modeScaleX = 1.0F;

@@ -55,8 +55,7 @@ static POINTL project(const RECTL &box, const Emf2SvgConverter::Arc &arc, const 
 
 Emf2SvgConverter::Arc Emf2SvgConverter::readArc(const char *record, quint32 size) const
 {
-    auto source = readPadded<EMRARC>({ record, size });
-    InitEMRARC(&source);
+    const auto source = readRecord({ record, size }, &InitEMRARC);
     const RECTL box{ MapX(source.rclBox.left, true), MapY(source.rclBox.top, true),
                      MapX(source.rclBox.right, true), MapY(source.rclBox.bottom, true) };
     Arc arc{};

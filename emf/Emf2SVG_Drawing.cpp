@@ -13,8 +13,7 @@ qint32 Emf2SvgConverter::OnRectangle(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnRectangle");
     if (record == nullptr || size == 0)
         return 0;
-    auto rectangle = readPadded<EMRRECTANGLE>({ record, size });
-    InitEMRRECTANGLE(&rectangle);
+    const auto rectangle = readRecord({ record, size }, &InitEMRRECTANGLE);
     drawBox(rectangle.rclBox, 0, 0);
     return 1;
 }
@@ -24,21 +23,18 @@ qint32 Emf2SvgConverter::OnRoundedRect(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnRoundedRect");
     if (record == nullptr || size == 0)
         return 1;
-    auto rectangle = readPadded<EMRROUNDRECT>({ record, size });
-    InitEMRROUNDRECT(&rectangle);
+    const auto rectangle = readRecord({ record, size }, &InitEMRROUNDRECT);
     // The record's corner size is the whole width and height of the corner's ellipse.
-    drawBox(rectangle.rclBox, MapX(rectangle.szlCorner.cx / 2, false),
-            MapY(rectangle.szlCorner.cy / 2, false));
+    const auto [rx, ry] = mapSize({ rectangle.szlCorner.cx / 2, rectangle.szlCorner.cy / 2 });
+    drawBox(rectangle.rclBox, rx, ry);
     return 1;
 }
 
-void Emf2SvgConverter::drawBox(const RECTL &box, qint32 rx, qint32 ry)
+void Emf2SvgConverter::drawBox(RECTL box, qint32 rx, qint32 ry)
 {
-    const qint32 x = MapX(box.left, true);
-    const qint32 y = MapY(box.top, true);
-    const qint32 width = MapX(wrapSub(box.right, box.left), false);
-    const qint32 height = MapY(wrapSub(box.bottom, box.top), false);
-    m_writer.DrawRect(x, y, width, height, m_writer.currentStyle(), rx, ry);
+    const POINTL corner = mapPoint({ box.left, box.top });
+    const SIZEL size = mapSize({ wrapSub(box.right, box.left), wrapSub(box.bottom, box.top) });
+    m_writer.DrawRect(corner.x, corner.y, size.cx, size.cy, m_writer.currentStyle(), rx, ry);
 }
 
 qint32 Emf2SvgConverter::OnEllipse(char *record, quint32 size)
@@ -46,19 +42,16 @@ qint32 Emf2SvgConverter::OnEllipse(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnEllipse");
     if (record == nullptr || size == 0)
         return 1;
-    auto ellipse = readPadded<EMRELLIPSE>({ record, size });
-    InitEMRELLIPSE(&ellipse);
+    const auto ellipse = readRecord({ record, size }, &InitEMRELLIPSE);
     const RECTL &box = ellipse.rclBox;
     const qint32 halfWidth = wrapSub(box.right, box.left) / 2;
     const qint32 halfHeight = wrapSub(box.bottom, box.top) / 2;
-    const qint32 cx = MapX(wrapAdd(box.left, halfWidth), true);
-    const qint32 cy = MapY(wrapAdd(box.top, halfHeight), true);
-    const qint32 rx = MapX(halfWidth, false);
-    const qint32 ry = MapY(halfHeight, false);
+    const POINTL center = mapPoint({ wrapAdd(box.left, halfWidth), wrapAdd(box.top, halfHeight) });
+    const auto [rx, ry] = mapSize({ halfWidth, halfHeight });
     if (rx != ry)
-        m_writer.DrawEllipse(cx, cy, rx, ry, m_writer.currentStyle());
+        m_writer.DrawEllipse(center.x, center.y, rx, ry, m_writer.currentStyle());
     else
-        m_writer.DrawCircle(cx, cy, ry, m_writer.currentStyle());
+        m_writer.DrawCircle(center.x, center.y, ry, m_writer.currentStyle());
     return 1;
 }
 
@@ -67,9 +60,9 @@ qint32 Emf2SvgConverter::OnMoveToEx(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnMoveToEx");
     if (record == nullptr || size == 0)
         return 1;
-    auto move = readPadded<EMRMOVETOEX>({ record, size });
-    InitEMRMOVETO(&move);
-    m_writer.MoveTo(MapX(move.ptl.x, true), MapY(move.ptl.y, true));
+    const auto move = readRecord({ record, size }, &InitEMRMOVETO);
+    const POINTL point = mapPoint(move.ptl);
+    m_writer.MoveTo(point.x, point.y);
     m_writer.BeginFigure();
     return 1;
 }
@@ -79,9 +72,9 @@ qint32 Emf2SvgConverter::OnLineTo(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnLineTo");
     if (record == nullptr || size == 0)
         return 1;
-    auto line = readPadded<EMRLINETO>({ record, size });
-    InitLINETO(&line);
-    m_writer.DrawLineTo(MapX(line.ptl.x, true), MapY(line.ptl.y, true), m_writer.currentStyle());
+    const auto line = readRecord({ record, size }, &InitLINETO);
+    const POINTL point = mapPoint(line.ptl);
+    m_writer.DrawLineTo(point.x, point.y, m_writer.currentStyle());
     return 1;
 }
 

@@ -12,22 +12,28 @@ static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
 static constexpr XFORM kIdentity{ 1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F };
 
+// To divide by 1 changes nothing and takes longer than all else.
+static float scaledDown(qint32 value, float divisor)
+{
+    const auto number = static_cast<float>(value);
+    return divisor == 1.0F ? number : number / divisor;
+}
+
 // A position on one axis; every step is rounded to single precision.
 //
-// Quirk: the window origin counts as an unsigned number, so a negative one puts everything far
-// outside; lengths are rounded half up while positions are truncated. Every coordinate depends on
+// Quirk: lengths are rounded half up while positions are truncated; every coordinate depends on
 // both.
 static qint32 mapPosition(qint32 value, const Emf2SvgConverter::Axis &axis)
 {
-    const float scaled = static_cast<float>(value) / axis.divisor;
-    const float fromWindow = scaled - static_cast<float>(static_cast<quint32>(axis.windowOrigin));
-    const float fromOrigin = fromWindow - static_cast<float>(axis.origin);
+    const float scaled = scaledDown(value, axis.divisor);
+    const float fromWindow = scaled - axis.windowOrigin;
+    const float fromOrigin = fromWindow - axis.origin;
     return truncateToInt32(fromOrigin);
 }
 
 static qint32 mapLength(qint32 value, const Emf2SvgConverter::Axis &axis)
 {
-    const float scaled = static_cast<float>(value) / axis.divisor;
+    const float scaled = scaledDown(value, axis.divisor);
     if (scaled < 0.0F) {
         const float shifted = scaled - 1.0F;
         const qint32 below = truncateToInt32(shifted);
@@ -39,34 +45,47 @@ static qint32 mapLength(qint32 value, const Emf2SvgConverter::Axis &axis)
     return truncateToInt32(rounded);
 }
 
-Emf2SvgConverter::Axis Emf2SvgConverter::axisX() const
+void Emf2SvgConverter::updateAxes()
 {
-    return { m_isAnisotropic ? m_scaleX : m_modeScaleX, m_windowOrigin.x, m_originX };
-}
-
-Emf2SvgConverter::Axis Emf2SvgConverter::axisY() const
-{
-    return { m_isAnisotropic ? m_scaleY : m_modeScaleY, m_windowOrigin.y, m_originY };
+    // Quirk: the window origin counts as an unsigned number, so a negative one puts everything far
+    // outside; every position depends on it.
+    const auto unsignedFloat = [](qint32 value) {
+        return static_cast<float>(static_cast<quint32>(value));
+    };
+    m_axisX = { m_isAnisotropic ? m_scaleX : m_modeScaleX, unsignedFloat(m_windowOrigin.x),
+                static_cast<float>(m_originX) };
+    m_axisY = { m_isAnisotropic ? m_scaleY : m_modeScaleY, unsignedFloat(m_windowOrigin.y),
+                static_cast<float>(m_originY) };
 }
 
 qint32 Emf2SvgConverter::MapX(qint32 x, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapX");
-    return isPoint ? mapPosition(x, axisX()) : mapLength(x, axisX());
+    return isPoint ? mapPosition(x, m_axisX) : mapLength(x, m_axisX);
 }
 
 qint32 Emf2SvgConverter::MapY(qint32 y, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapY");
-    return isPoint ? mapPosition(y, axisY()) : mapLength(y, axisY());
+    return isPoint ? mapPosition(y, m_axisY) : mapLength(y, m_axisY);
 }
 
-POINTL Emf2SvgConverter::mapPoint(const POINTL &point) const
+// Traced, each coordinate is a call of its own; else the level is asked once for all of them.
+
+POINTL Emf2SvgConverter::mapPoint(POINTL point) const
 {
-    return { MapX(point.x, true), MapY(point.y, true) };
+    if (isTracing())
+        return { MapX(point.x, true), MapY(point.y, true) };
+    return { mapPosition(point.x, m_axisX), mapPosition(point.y, m_axisY) };
 }
 
-// Traced, each coordinate is a call of its own; else the level is asked once for all points.
+SIZEL Emf2SvgConverter::mapSize(SIZEL size) const
+{
+    if (isTracing())
+        return { MapX(size.cx, false), MapY(size.cy, false) };
+    return { mapLength(size.cx, m_axisX), mapLength(size.cy, m_axisY) };
+}
+
 std::vector<POINTL> Emf2SvgConverter::mapPoints(std::vector<POINTL> points) const
 {
     if (isTracing()) {
@@ -74,10 +93,8 @@ std::vector<POINTL> Emf2SvgConverter::mapPoints(std::vector<POINTL> points) cons
             point = mapPoint(point);
         return points;
     }
-    const Axis x = axisX();
-    const Axis y = axisY();
     for (POINTL &point : points)
-        point = { mapPosition(point.x, x), mapPosition(point.y, y) };
+        point = { mapPosition(point.x, m_axisX), mapPosition(point.y, m_axisY) };
     return points;
 }
 
@@ -86,11 +103,11 @@ qint32 Emf2SvgConverter::OnSetMapMode(char *record, quint32 size)
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetMapMode");
     constexpr quint32 kText = 1; // MM_TEXT
     constexpr quint32 kAnisotropic = 8; // MM_ANISOTROPIC
-    auto mode = readPadded<EMRSETMAPMODE>({ record, size });
-    InitEMRMAPMODE(&mode);
+    const auto mode = readRecord({ record, size }, &InitEMRMAPMODE);
     // Quirk: no later mode clears the flag; the scaling lasts for the rest of the file.
     if (mode.iMode == kAnisotropic)
         m_isAnisotropic = true;
+    updateAxes();
     const bool isKnown = mode.iMode == kAnisotropic || (mode.iMode == kText && !m_isAnisotropic);
     return isKnown ? RecordHandled : RecordApproximated;
 }
@@ -98,17 +115,16 @@ qint32 Emf2SvgConverter::OnSetMapMode(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnSetWindowOrgEx(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetWindowOrgEx");
-    auto origin = readPadded<EMRSETWINDOWORGEX>({ record, size });
-    InitEMRORIGIN(&origin);
+    const auto origin = readRecord({ record, size }, &InitEMRORIGIN);
     m_windowOrigin = origin.ptlOrigin;
+    updateAxes();
     return 1;
 }
 
 qint32 Emf2SvgConverter::OnSetWindowsExt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetWindowsExt");
-    auto extent = readPadded<EMRSETWINDOWEXTEX>({ record, size });
-    InitEMREXT(&extent);
+    const auto extent = readRecord({ record, size }, &InitEMREXT);
     // Quirk: only a viewport extent makes new scales, so one that came before this stays in force.
     m_windowExtent = extent.szlExtent;
     return 1;
@@ -127,12 +143,12 @@ static void updateScale(qint32 windowExtent, qint32 viewportExtent, float &scale
 qint32 Emf2SvgConverter::OnSetViewPortEx(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetViewPortEx");
-    auto extent = readPadded<EMRSETVIEWPORTEXTEX>({ record, size });
-    InitEMREXT(&extent);
+    const auto extent = readRecord({ record, size }, &InitEMREXT);
     m_viewportExtent = extent.szlExtent;
     if (m_isAnisotropic) {
         updateScale(m_windowExtent.cx, m_viewportExtent.cx, m_scaleX, m_modeScaleX);
         updateScale(m_windowExtent.cy, m_viewportExtent.cy, m_scaleY, m_modeScaleY);
+        updateAxes();
     }
     return 1;
 }

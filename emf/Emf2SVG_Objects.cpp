@@ -23,8 +23,7 @@ static qint32 penResult(quint32 style)
 qint32 Emf2SvgConverter::OnCreatePen(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnCreatePen");
-    auto pen = readPadded<EMRCREATEPEN>({ record, size });
-    InitEMRCREATEPEN(&pen);
+    const auto pen = readRecord({ record, size }, &InitEMRCREATEPEN);
     m_writer.CreatePen(pen.ihPen, pen.lopn.lopnStyle, MapX(pen.lopn.lopnWidth.x, false),
                        pen.lopn.lopnColor);
     return penResult(pen.lopn.lopnStyle);
@@ -34,8 +33,7 @@ qint32 Emf2SvgConverter::OnCreatePenEx(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnCreatePenEx");
     const ByteView all{ record, size };
-    auto pen = readPadded<EMREXTCREATEPEN>(all);
-    InitEMREXTCREATEPEN(&pen);
+    const auto pen = readRecord(all, &InitEMREXTCREATEPEN);
     // What the record promises but does not hold is dropped.
     const ByteView rest = tail(all, sizeof(EMREXTCREATEPEN));
     const qint64 count = std::min<qint64>(pen.elp.elpNumEntries, rest.size / 4);
@@ -51,8 +49,7 @@ qint32 Emf2SvgConverter::OnCreatePenEx(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnCreateBrushIndirect");
-    auto brush = readPadded<EMRCREATEBRUSHINDIRECT>({ record, size });
-    InitEMRCREATEBRUSHINDIRECT(&brush);
+    const auto brush = readRecord({ record, size }, &InitEMRCREATEBRUSHINDIRECT);
     m_writer.CreateBrushI(brush.ihBrush, brush.lb);
     constexpr quint32 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
     return brush.lb.lbStyle <= kNull ? RecordHandled : RecordApproximated;
@@ -61,8 +58,7 @@ qint32 Emf2SvgConverter::OnCreateBrushIndirect(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnExtCreateFontIndirect(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnExtCreateFontIndirect");
-    auto font = readPadded<EMREXTCREATEFONTINDIRECTW>({ record, size });
-    InitEMREXTCREATEFONTINDIRECTW(&font);
+    auto font = readRecord({ record, size }, &InitEMREXTCREATEFONTINDIRECTW);
     LOGFONTW &logFont = font.elfw.elfLogFont;
     logFont.lfHeight = MapY(logFont.lfHeight, false);
     m_writer.CreateFont(font.ihFont, logFont);
@@ -72,8 +68,7 @@ qint32 Emf2SvgConverter::OnExtCreateFontIndirect(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnSelectObject(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSelectObject");
-    auto object = readPadded<EMRSELECTOBJECT>({ record, size });
-    InitEMRSELECTOBJECT(&object);
+    const auto object = readRecord({ record, size }, &InitEMRSELECTOBJECT);
     m_writer.SelectObject(object.ihObject);
     // These two come as brushes.
     constexpr quint32 kWhitePen = 0x80000006;
@@ -85,8 +80,7 @@ qint32 Emf2SvgConverter::OnSelectObject(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnDeleteObject(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnDeleteObject");
-    auto object = readPadded<EMRDELETEOBJECT>({ record, size });
-    InitEMRDELETEOBJECT(&object);
+    const auto object = readRecord({ record, size }, &InitEMRDELETEOBJECT);
     m_writer.DeleteObject(object.ihObject);
     return 1;
 }
@@ -94,8 +88,7 @@ qint32 Emf2SvgConverter::OnDeleteObject(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnSetBkColor(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetBkColor");
-    auto color = readPadded<EMRSETBKCOLOR>({ record, size });
-    InitEMRCOLOR(&color);
+    const auto color = readRecord({ record, size }, &InitEMRCOLOR);
     m_writer.SetBkgColor(color.crColor);
     return 1;
 }
@@ -103,8 +96,7 @@ qint32 Emf2SvgConverter::OnSetBkColor(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnSetTextColor(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetTextColor");
-    auto color = readPadded<EMRSETTEXTCOLOR>({ record, size });
-    InitEMRCOLOR(&color);
+    const auto color = readRecord({ record, size }, &InitEMRCOLOR);
     m_writer.SetTextColor(color.crColor);
     return 1;
 }
@@ -112,8 +104,7 @@ qint32 Emf2SvgConverter::OnSetTextColor(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnSetBkMode(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetBkMode");
-    auto mode = readPadded<EMRSETBKMODE>({ record, size });
-    InitEMRSETBKMODE(&mode);
+    const auto mode = readRecord({ record, size }, &InitEMRSETBKMODE);
     m_writer.SetBkMode(static_cast<qint32>(mode.iMode));
     return 1;
 }

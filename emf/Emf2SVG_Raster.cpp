@@ -62,8 +62,7 @@ RECTL Emf2SvgConverter::mapCorners(qint32 x, qint32 y, qint32 width, qint32 heig
 qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnBitBlt");
-    auto blt = readPadded<EMRBITBLT>({ record, size });
-    InitEMRBITBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitEMRBITBLT);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;
@@ -76,8 +75,7 @@ qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnStretchDIB");
-    auto blt = readPadded<EMRSTRETCHDIBITS>({ record, size });
-    InitEMRSTRETCHDIBITS(&blt);
+    const auto blt = readRecord({ record, size }, &InitEMRSTRETCHDIBITS);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;
@@ -94,8 +92,7 @@ qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnStretchBlt");
-    auto blt = readPadded<EMRSTRETCHBLT>({ record, size });
-    InitEMRSTRETCHBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitEMRSTRETCHBLT);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;
@@ -108,8 +105,7 @@ qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnTransparentBlt");
-    auto blt = readPadded<EMRTRANSPARENTBLT>({ record, size });
-    InitEMRTRANSPARENTBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitEMRTRANSPARENTBLT);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;
@@ -123,8 +119,7 @@ qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnMaskBlt");
-    auto blt = readPadded<EMRMASKBLT>({ record, size });
-    InitEMRMASKBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitEMRMASKBLT);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;

@@ -25,8 +25,7 @@ static std::optional<std::vector<RECTL>> readRegion(char *record, quint32 size, 
     const auto data = slice({ record, size }, offset, cbRgnData);
     if (!data || data->size < qint64(sizeof(RGNDATA)))
         return std::nullopt;
-    auto region = readPadded<RGNDATA>(*data);
-    Init_RGNDATA(&region);
+    const auto region = readRecord(*data, &Init_RGNDATA);
     const qint64 bytes = qint64(region.rdh.nCount) * qint64(sizeof(RECT));
     const auto rects = slice(*data, sizeof(RGNDATA), bytes);
     if (!rects || qint64(region.rdh.nRgnSize) > data->size - qint64(sizeof(RGNDATA)))
@@ -52,8 +51,7 @@ std::vector<RECTL> Emf2SvgConverter::mapRects(std::vector<RECTL> rects) const
 qint32 Emf2SvgConverter::OnFillRgn(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnFillRgn");
-    auto fill = readPadded<EMRFILLRGN>({ record, size });
-    InitEMRFILLRGN(&fill);
+    const auto fill = readRecord({ record, size }, &InitEMRFILLRGN);
     const auto rects = readRegion(record, size, sizeof(EMRFILLRGN), fill.cbRgnData);
     if (!rects)
         return 0;
@@ -64,8 +62,7 @@ qint32 Emf2SvgConverter::OnFillRgn(char *record, quint32 size)
 qint32 Emf2SvgConverter::OnFrameRgn(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnFrameRgn");
-    auto frame = readPadded<EMRFRAMERGN>({ record, size });
-    InitEMRFRAMERGN(&frame);
+    const auto frame = readRecord({ record, size }, &InitEMRFRAMERGN);
     const auto rects = readRegion(record, size, sizeof(EMRFRAMERGN), frame.cbRgnData);
     if (!rects)
         return 0;
@@ -122,8 +119,7 @@ std::optional<QRegion> Emf2SvgConverter::combinedClip(std::span<const RECTL> rec
 qint32 Emf2SvgConverter::OnExtSetClipRgn(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnExtSetClipRgn");
-    auto clip = readPadded<EMREXTSELECTCLIPRGN>({ record, size });
-    InitEMREXTSELECTCLIPRGN(&clip);
+    const auto clip = readRecord({ record, size }, &InitEMREXTSELECTCLIPRGN);
     if (clip.cbRgnData == 0 && clip.iMode == kCopy) {
         m_clipRegion = m_deviceRegion;
         m_writer.ResetClip();

@@ -66,8 +66,7 @@ QString Emf2SvgConverter::shownText(const QString &text, quint32 options) const
 qint32 Emf2SvgConverter::OnSetTextAlign(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSetTextAlign");
-    auto align = readPadded<EMRSETTEXTALIGN>({ record, size });
-    InitEMRSETTEXTALIGN(&align);
+    const auto align = readRecord({ record, size }, &InitEMRSETTEXTALIGN);
     m_writer.SetTextAlign(align.iMode);
     return 1;
 }
@@ -76,8 +75,7 @@ qint32 Emf2SvgConverter::OnExtTextOutW(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnExtTextOutW");
     const ByteView all{ record, size };
-    auto textOut = readPadded<EMREXTTEXTOUTW>(all);
-    InitEMREXTTEXTOUTA(&textOut);
+    const auto textOut = readRecord(all, &InitEMREXTTEXTOUTA);
     const EMRTEXT &source = textOut.emrtext;
     const auto characters = readUtf16(all, source.offString, source.nChars);
     if (!characters)
@@ -104,8 +102,7 @@ qint32 Emf2SvgConverter::OnSmallTextOut(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnSmallTextOut");
     const ByteView all{ record, size };
-    auto textOut = readPadded<EMRSMALLTEXTOUT>(all);
-    InitEMRSMALLTEXTOUT(&textOut);
+    const auto textOut = readRecord(all, &InitEMRSMALLTEXTOUT);
     const qint64 offset = qint64(sizeof(EMRSMALLTEXTOUT))
             + ((textOut.fuOptions & kNoRect) != 0 ? 0 : qint64(sizeof(RECTL)));
     const auto rest = slice(all, offset, all.size - offset);

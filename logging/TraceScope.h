@@ -63,13 +63,13 @@ inline bool isTracing() noexcept
 class TraceScope
 {
 public:
-    TraceScope(const char *unit, int line, const char *function) noexcept
+    [[gnu::always_inline]] TraceScope(const char *unit, int line, const char *function) noexcept
         : m_unit(unit), m_line(line), m_function(function)
     {
         if (isTracing()) [[unlikely]]
             write("Enter", m_unit, m_line, m_function);
     }
-    ~TraceScope()
+    [[gnu::always_inline]] ~TraceScope()
     {
         if (isTracing()) [[unlikely]]
             write("Exit", m_unit, m_line, m_function);
@@ -80,7 +80,8 @@ public:
 private:
     // Static, so that a scope need not exist in memory. A sink that throws, or a line that finds no
     // memory, must not change what is converted.
-    static void write(const char *event, const char *unit, int line, const char *function) noexcept
+    [[gnu::cold, gnu::noinline]] static void write(const char *event, const char *unit, int line,
+                                                   const char *function) noexcept
     {
         try {
             CLogSystem::theRootInstance->trace << logLocation(unit, line) << event << function

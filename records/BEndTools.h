@@ -1,5 +1,7 @@
 #pragma once
 
+#include "logging/TraceScope.h"
+#include "records/Bytes.h"
 #include "records/EmfRecords.h"
 #include "records/WmfRecords.h"
 
@@ -10,6 +12,8 @@ namespace svgtool {
 /// Whether the host is big-endian: false, always. Alone in its source file, so that a build for a
 /// big-endian host, and the test of such a build, replace nothing else.
 bool IsBigEndian();
+/// The same answer for code that is not traced; beside it in that file.
+extern const bool kIsBigEndianHost;
 
 /// @p value with its two bytes exchanged on a big-endian host, 0 on a little-endian one: to be
 /// called only where IsBigEndian() has answered true.
@@ -159,5 +163,40 @@ bool InitWMRPATBLT(WMRPATBLT *destination, const WMRPATBLT *source);
 bool InitWMRBITBLT(WMRBITBLT *record);
 bool InitWMRSTRETCHBLT(WMRSTRETCHBLT *record);
 bool InitWMRDIBSTRETCHBLT(WMRDIBSTRETCHBLT *record);
+
+/// Whether a reader has anything to do: to swap fields, or to trace its call.
+inline bool readersAct() noexcept
+{
+    return kIsBigEndianHost || isTracing();
+}
+
+/// The record at the start of @p bytes in the host's byte order, made by calling its reader.
+template<class Record>
+[[gnu::cold, gnu::noinline]] Record callReader(ByteView bytes, bool (*read)(Record *))
+{
+    auto record = readPadded<Record>(bytes);
+    read(&record);
+    return record;
+}
+template<class Record>
+[[gnu::cold, gnu::noinline]] Record callReader(ByteView bytes,
+                                               bool (*read)(Record *, const Record *))
+{
+    const auto source = readPadded<Record>(bytes);
+    Record record = source;
+    read(&record, &source);
+    return record;
+}
+
+/// The record at the start of @p bytes in the host's byte order; what they do not cover is zero.
+/// A reader that has nothing to do is not called, and the record can stay in registers.
+/// @param read  an in-place or a copying reader, which changes nothing on a little-endian host
+template<class Record, class... Source>
+Record readRecord(ByteView bytes, bool (*read)(Record *, Source...))
+{
+    if (readersAct()) [[unlikely]]
+        return callReader(bytes, read);
+    return readPadded<Record>(bytes);
+}
 
 } // namespace svgtool

@@ -6,10 +6,12 @@ namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\BEndTools.cpp";
 
+const bool kIsBigEndianHost = false;
+
 bool IsBigEndian()
 {
     SVGTOOL_TRACE("IsBigEndian");
-    return false;
+    return kIsBigEndianHost;
 }
 
 } // namespace svgtool

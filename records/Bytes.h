@@ -32,14 +32,25 @@ inline ByteView tail(ByteView all, qint64 offset)
     return { all.data + offset, all.size - offset };
 }
 
+/// The same as readPadded for bytes that may be too few; apart from it, since they rarely are.
+template<class T>
+[[gnu::cold, gnu::noinline]] T readShort(ByteView bytes)
+{
+    T value{};
+    if (bytes.size > 0)
+        std::memcpy(&value, bytes.data, std::min(sizeof value, size_t(bytes.size)));
+    return value;
+}
+
 /// A T over the start of @p bytes; what they do not cover reads as zero.
 template<class T>
 T readPadded(ByteView bytes)
 {
     static_assert(std::is_trivially_copyable_v<T>);
-    T value{};
-    if (bytes.size > 0)
-        std::memcpy(&value, bytes.data, std::min<size_t>(sizeof value, size_t(bytes.size)));
+    if (bytes.size < qint64(sizeof(T))) [[unlikely]]
+        return readShort<T>(bytes);
+    T value;
+    std::memcpy(&value, bytes.data, sizeof value); // of fixed size, so it takes no call
     return value;
 }
 

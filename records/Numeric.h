@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <cmath>
 #include <limits>
 
 namespace svgtool {
@@ -11,6 +12,14 @@ namespace svgtool {
 inline qint32 truncateToInt32(double value)
 {
     if (value > -2147483649.0 && value < 2147483648.0)
+        return static_cast<qint32>(value);
+    return std::numeric_limits<qint32>::min();
+}
+
+/// The same for single precision, in which no number lies between -2147483649 and -2147483648.
+inline qint32 truncateToInt32(float value)
+{
+    if (std::abs(value) < 2147483648.0F)
         return static_cast<qint32>(value);
     return std::numeric_limits<qint32>::min();
 }

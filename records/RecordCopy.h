@@ -2,6 +2,7 @@
 
 #include "records/Bytes.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -23,19 +24,24 @@ namespace svgtool {
 class RecordCopy
 {
 public:
-    /// Copies @p record, which must not be empty.
+    /// Copies the first @p size bytes of @p bytes; both must have one at least.
     /// @return the copy, good until the next one is made; null when there is no memory for it
-    char *make(ByteView record)
+    char *make(ByteView bytes, qint64 size)
     {
-        if (kIsExact || record.size > m_room) {
+        if (kIsExact || size > m_room) {
+            const qint64 room = kIsExact ? size : std::max(size, kShort);
             m_room = 0;
             m_block.reset();
-            m_block.reset(new (std::nothrow) char[size_t(record.size)]);
+            m_block.reset(new (std::nothrow) char[size_t(room)]);
             if (m_block == nullptr)
                 return nullptr;
-            m_room = record.size;
+            m_room = room;
         }
-        std::memcpy(m_block.get(), record.data, size_t(record.size));
+        // Wide stores, which the loads of the fields need not wait for, and no call.
+        if (!kIsExact && size <= kShort && bytes.size >= kShort)
+            std::memcpy(m_block.get(), bytes.data, size_t(kShort));
+        else
+            std::memcpy(m_block.get(), bytes.data, size_t(size));
         return m_block.get();
     }
 
@@ -45,6 +51,7 @@ private:
 #else
     static constexpr bool kIsExact = false;
 #endif
+    static constexpr qint64 kShort = 64;
 
     std::unique_ptr<char[]> m_block;
     qint64 m_room = 0;

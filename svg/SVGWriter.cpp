@@ -39,9 +39,15 @@ bool CMySVGWriter::DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, con
     const StyleText &chosen = chosenStyle(style);
     // Quirk: the clip reference follows the style with no blank between them.
     const bool addClip = m_clipActive && !chosen.refersToClip();
-    writeLine("<rect x=\"", x, kQ, "y=\"", y, kQ, "width=\"", width, kQ, "height=\"", height, kQ,
-              "rx=\"", rx, kQ, "ry=\"", ry, kQ, chosen.view(),
-              addClip ? QStringView(m_styles.clipReference()) : QStringView(), "/>");
+    const QByteArray clip = addClip ? m_styles.clipReference().toUtf8() : QByteArray();
+    const auto write = [&](const auto &...corners) {
+        writeLine("<rect x=\"", x, kQ, "y=\"", y, kQ, "width=\"", width, kQ, "height=\"", height,
+                  kQ, corners..., kQ, chosen.view(), clip, "/>");
+    };
+    if (rx == 0 && ry == 0)
+        write("rx=\"0\" ry=\"0"); // as nearly all boxes are
+    else
+        write("rx=\"", rx, kQ, "ry=\"", ry);
     return true;
 }
 
@@ -65,9 +71,14 @@ bool CMySVGWriter::DrawCircle(qint32 cx, qint32 cy, qint32 r, const StyleText &s
 bool CMySVGWriter::DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawLine");
-    writeLine("<line x1=\"", x1, kQ, "y1 = \"", y1, kQ, "x2 =\"", x2, kQ, "y2=\"", y2, kQ,
-              styleOrFallback(style), "/>");
+    addLine({ x1, y1 }, { x2, y2 }, style);
     return true;
+}
+
+void CMySVGWriter::addLine(POINTL from, POINTL to, const StyleText &style)
+{
+    writeLine("<line x1=\"", from.x, kQ, "y1 = \"", from.y, kQ, "x2 =\"", to.x, kQ, "y2=\"", to.y,
+              kQ, styleOrFallback(style), "/>");
 }
 
 bool CMySVGWriter::MoveTo(qint32 x, qint32 y)
@@ -79,9 +90,15 @@ bool CMySVGWriter::MoveTo(qint32 x, qint32 y)
 
 bool CMySVGWriter::DrawLineTo(qint32 x, qint32 y, const StyleText &style)
 {
-    SVGTOOL_TRACE("CMySVGWriter::DrawLineTo");
-    DrawLine(m_current.x, m_current.y, x, y, style);
-    return MoveTo(x, y);
+    // Traced, each step is a call of its own.
+    if (isTracing()) {
+        SVGTOOL_TRACE("CMySVGWriter::DrawLineTo");
+        DrawLine(m_current.x, m_current.y, x, y, style);
+        return MoveTo(x, y);
+    }
+    addLine(m_current, { x, y }, style);
+    m_current = { x, y };
+    return true;
 }
 
 void CMySVGWriter::GetPointsString(std::span<const POINTL> points, TextBuffer &text) const

@@ -187,6 +187,7 @@ private:
     {
         m_document.append(pieces..., '\n');
     }
+    void addLine(POINTL from, POINTL to, const StyleText &style);
     void writeOrCollect(std::string_view pathData);
     bool writeElement(const Bitmap &bitmap, const RECTL &box, const QString &clip);
     RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);

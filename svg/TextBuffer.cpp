@@ -18,8 +18,11 @@ void TextBuffer::grow(qint64 room)
     const qint64 size = m_end - m_begin;
     if (room > kMost - size)
         throw std::bad_alloc();
-    const qint64 doubled = std::min(2 * qint64(m_limit - m_begin), kMost);
-    const qint64 capacity = std::max({ doubled, size + room, kFirst });
+    // Each step copies all of the text, so they are few while it is small.
+    constexpr qint64 kSmall = 16 << 20;
+    const qint64 before = m_limit - m_begin;
+    const qint64 larger = std::min((before < kSmall ? 4 : 2) * before, kMost);
+    const qint64 capacity = std::max({ larger, size + room, kFirst });
     m_bytes.resize(static_cast<Size>(capacity));
     m_begin = m_bytes.data();
     m_end = m_begin + size;

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <array>
 #include <bit>
 #include <charconv>
 #include <concepts>
@@ -72,6 +73,13 @@ private:
         }
         return std::to_chars(out, out + room(value), value).ptr;
     }
+    // The digits of the numbers below 100, the first in the low byte.
+    static constexpr auto kPairs = [] {
+        std::array<quint16, 100> pairs{};
+        for (unsigned i = 0; i < pairs.size(); ++i)
+            pairs[i] = static_cast<quint16>(i / 10 + i % 10 * 256);
+        return pairs;
+    }();
     // A number of up to four digits. Coordinates mostly have as many, and how many cannot be
     // foreseen, so it is found without branches: all four are made in one word, the first in its
     // lowest byte, and leading zeros shifted out.
@@ -81,13 +89,12 @@ private:
         out += value < 0 ? 1 : 0;
         const auto number = static_cast<quint32>(value < 0 ? -value : value);
         const quint32 high = number / 100;
-        const quint32 pairs = high | (number - high * 100) << 16;
-        const quint32 tens = (pairs * 103 >> 10) & 0x000F000F;
-        const quint32 digits = (tens | (pairs - tens * 10) << 8) + 0x30303030;
-        const int zeros = (number < 1000 ? 1 : 0) + (number < 100 ? 1 : 0) + (number < 10 ? 1 : 0);
-        const quint32 shifted = digits >> (8 * zeros);
+        const quint32 digits = kPairs[high] | quint32(kPairs[number - high * 100]) << 16;
+        constexpr quint32 kLast = 0x01000000; // is written though it be zero
+        const int zeroBits = std::countr_zero(digits | kLast) & ~7;
+        const quint32 shifted = (digits + 0x30303030) >> zeroBits;
         std::memcpy(out, &shifted, sizeof shifted);
-        return out + 4 - zeros;
+        return out + 4 - zeroBits / 8;
     }
     static constexpr qint64 room(char) { return 1; }
     static char *put(char *out, char character)

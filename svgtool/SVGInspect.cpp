@@ -54,8 +54,7 @@ namespace {
 
     void readEmf(ByteView data, MetafileFacts &facts)
     {
-        auto header = readPadded<ENHMETAHEADER>(data);
-        InitEnhMetaHeader(&header);
+        const auto header = readRecord(data, &InitEnhMetaHeader);
         facts.format = MetafileFormat::Emf;
         facts.headerBytes = header.nBytes;
         facts.headerRecords = header.nRecords;
@@ -75,12 +74,10 @@ namespace {
     void readWmf(ByteView data, MetafileFacts &facts)
     {
         constexpr quint32 kPlaceableKey = 0x9AC6CDD7;
-        auto placeable = readPadded<METAPLACEABLEHEADER>(data);
-        InitPlaceableMetaHeader(&placeable);
+        const auto placeable = readRecord(data, &InitPlaceableMetaHeader);
         const bool isPlaceable = placeable.Key == kPlaceableKey;
         const qint64 start = isPlaceable ? qint64(sizeof placeable) : 0;
-        auto header = readPadded<METAHEADER>(tail(data, start));
-        InitWindowsMetaHeader(&header);
+        const auto header = readRecord(tail(data, start), &InitWindowsMetaHeader);
         if (header.HeaderSize != 9 || header.NumberOfMembers != 0)
             return;
         facts.format = isPlaceable ? MetafileFormat::PlaceableWmf : MetafileFormat::Wmf;

@@ -37,8 +37,7 @@ namespace {
         SVGTOOL_TRACE("ConvertEMFToSVG");
         try {
             Emf2SvgConverter converter;
-            auto header = readPadded<ENHMETAHEADER>(data);
-            InitEnhMetaHeader(&header);
+            const auto header = readRecord(data, &InitEnhMetaHeader);
             if (qint64(header.nBytes) != data.size) {
                 logWarning(kTraceUnit, "Invalid EMF data");
                 return SvgToolInvalidEmf;
@@ -62,13 +61,12 @@ namespace {
         constexpr quint32 kPlaceableKey = 0x9AC6CDD7;
         try {
             WMF2SVGConverter converter;
-            auto placeable = readPadded<METAPLACEABLEHEADER>(data);
-            InitPlaceableMetaHeader(&placeable);
+            const auto placeable = readRecord(data, &InitPlaceableMetaHeader);
             const bool hasKey = placeable.Key == kPlaceableKey;
             const bool counts = converter.InitializeCoordinates(hasKey, placeable) != 0;
-            auto header = readPadded<METAHEADER>(
-                    tail(data, hasKey ? qint64(sizeof(METAPLACEABLEHEADER)) : 0));
-            InitWindowsMetaHeader(&header);
+            const auto header =
+                    readRecord(tail(data, hasKey ? qint64(sizeof(METAPLACEABLEHEADER)) : 0),
+                               &InitWindowsMetaHeader);
             if (header.HeaderSize != 9 || header.NumberOfMembers != 0)
                 return SvgToolInvalidWmf;
 

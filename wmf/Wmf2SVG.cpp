@@ -136,9 +136,7 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
     qint64 walkedBytes = 0;
     RecordCopy copy;
     while (records.size >= qint64(sizeof(WMR))) {
-        const auto source = readPadded<WMR>(records);
-        WMR head = source;
-        InitWMR(&head, &source);
+        const auto head = readRecord(records, &InitWMR);
         const qint64 bytes = qint64(head.rdSize) * 2;
         // Nothing can be read behind a record that is cut off or does not hold its own head.
         if (head.rdSize > maxRecordWords || head.rdSize < kHeadWords || bytes > records.size)
@@ -149,13 +147,17 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
         if (totalBytes <= walkedBytes)
             return endAt(head.rdFunction == kEndOfFile ? StopReason::EndRecord
                                                        : StopReason::LengthReached);
-        char *const record = copy.make({ records.data, bytes });
+        char *const record = copy.make(records, bytes);
         if (record == nullptr)
             return false;
         records = tail(records, bytes);
         if (head.rdFunction == kEndOfFile)
             return endAt(StopReason::EndRecord);
-        HandleWMFRecordData(record, static_cast<quint32>(bytes), dump);
+        // Traced, it is dispatched by a call that reads the head again.
+        if (isTracing()) [[unlikely]]
+            HandleWMFRecordData(record, static_cast<quint32>(bytes), dump);
+        else
+            handle(head.rdFunction, record, static_cast<quint32>(bytes), dump);
     }
     return endAt(StopReason::DataEnded);
 }
@@ -170,24 +172,24 @@ bool WMF2SVGConverter::endAt(StopReason reason)
 void WMF2SVGConverter::HandleWMFRecordData(char *record, quint32 size, RecordDump *dump)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::HandleWMFRecordData");
-    const auto source = readPadded<WMR>({ record, size });
-    WMR head = source;
-    InitMETARECORD(&head, &source);
-    const auto entry =
-            std::ranges::lower_bound(m_handlers, head.rdFunction, {}, &HandlerEntry::function);
-    const Handler handler = entry != m_handlers.end() && entry->function == head.rdFunction
-            ? entry->handler
-            : nullptr;
+    handle(readRecord({ record, size }, &InitMETARECORD).rdFunction, record, size, dump);
+}
+
+void WMF2SVGConverter::handle(quint16 function, char *record, quint32 size, RecordDump *dump)
+{
+    const auto entry = std::ranges::lower_bound(m_handlers, function, {}, &HandlerEntry::function);
+    const Handler handler =
+            entry != m_handlers.end() && entry->function == function ? entry->handler : nullptr;
     if (m_tally != nullptr)
-        handleAndNote(handler, record, size, head.rdFunction);
+        handleAndNote(handler, record, size, function);
     else if (handler != nullptr)
         (this->*handler)(record, size);
     if (dump == nullptr || !dump->isOn)
         return;
     const auto name = std::lower_bound(
-            m_recordNames.begin(), m_recordNames.end(), head.rdFunction,
-            [](const WmfRecordName &each, quint16 function) { return each.function < function; });
-    if (name != m_recordNames.end() && name->function == head.rdFunction) {
+            m_recordNames.begin(), m_recordNames.end(), function,
+            [](const WmfRecordName &each, quint16 wanted) { return each.function < wanted; });
+    if (name != m_recordNames.end() && name->function == function) {
         dump->write(name->name);
         dump->write("\n");
     }
@@ -235,13 +237,33 @@ qint16 WMF2SVGConverter::MapY(qint16 y) const
     return positionY(y);
 }
 
+// Traced, each coordinate is a call of its own; else the level is asked once for all of them.
+
+POINTL WMF2SVGConverter::mapPoint(qint16 x, qint16 y) const
+{
+    if (isTracing())
+        return { MapX(x), MapY(y) };
+    return { positionX(x), positionY(y) };
+}
+
+std::vector<POINTL> WMF2SVGConverter::mapPoints(ByteView points) const
+{
+    std::vector<POINTL> mapped(size_t(points.size / qint64(sizeof(POINTS))));
+    const bool traces = isTracing();
+    for (size_t i = 0; i < mapped.size(); ++i) {
+        const auto point = elementAt<POINTS>(points, qint64(i));
+        if (traces)
+            mapped[i] = { MapX(point.x), MapY(point.y) };
+        else
+            mapped[i] = { positionX(point.x), positionY(point.y) };
+    }
+    return mapped;
+}
+
 // The pair of a record whose parameters are one pair.
 static PointYX readPair(const char *record, quint32 size)
 {
-    const auto source = readPadded<WMRSETVIEWPORTORGEX>({ record, size });
-    WMRSETVIEWPORTORGEX copy = source;
-    InitWMRSETVIEWPORTORGEX(&copy, &source);
-    return copy.pt;
+    return readRecord({ record, size }, &InitWMRSETVIEWPORTORGEX).pt;
 }
 
 qint32 WMF2SVGConverter::OnMetaSetWinOrg(char *record, quint32 size)
@@ -272,10 +294,7 @@ qint32 WMF2SVGConverter::OnMetaSetBkMode(char *record, quint32 size)
     if (record == nullptr || size == 0)
         return 1;
     // The parameter is one word, as the object index of a selection is.
-    const auto source = readPadded<WMRSELECTOBJECT>({ record, size });
-    WMRSELECTOBJECT copy = source;
-    InitWMRSELECTOBJECT(&copy, &source);
-    m_writer.SetBkMode(copy.ihObject);
+    m_writer.SetBkMode(readRecord({ record, size }, &InitWMRSELECTOBJECT).ihObject);
     return 1;
 }
 

@@ -61,6 +61,7 @@ private:
     void openDocument();
     bool walkRecords(ByteView records, qint64 totalBytes, quint32 maxRecordWords, RecordDump *dump);
     void HandleWMFRecordData(char *record, quint32 size, RecordDump *dump);
+    void handle(quint16 function, char *record, quint32 size, RecordDump *dump);
     bool endAt(StopReason reason);
     qint16 scaleX(qint16 length) const;
     qint16 scaleY(qint16 length) const;
@@ -68,6 +69,8 @@ private:
     qint16 positionY(qint16 y) const;
     qint16 MapX(qint16 x) const;
     qint16 MapY(qint16 y) const;
+    POINTL mapPoint(qint16 x, qint16 y) const;
+    std::vector<POINTL> mapPoints(ByteView points) const;
     qint32 OnMetaSetWinOrg(char *record, quint32 size);
     qint32 OnMetaSetWinExt(char *record, quint32 size);
     qint32 OnMetaSetBkMode(char *record, quint32 size);
@@ -89,7 +92,6 @@ private:
     // Wmf2SVG_Figures.cpp
     POINTL readPoint(const char *record, quint32 size) const;
     RECTL readBox(const char *record, quint32 size) const;
-    std::vector<POINTL> mapPoints(ByteView points) const;
     qint32 drawPoints(char *record, quint32 size, bool isPolygon);
     qint32 OnMetaLineTo(char *record, quint32 size);
     qint32 OnMetaMove(char *record, quint32 size);

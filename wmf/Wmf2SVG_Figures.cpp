@@ -18,10 +18,8 @@ static constexpr char kTraceUnit[] = ".\\Wmf2SVG.cpp";
 
 POINTL WMF2SVGConverter::readPoint(const char *record, quint32 size) const
 {
-    const auto source = readPadded<WMRLINETO>({ record, size });
-    WMRLINETO line = source;
-    InitWMRLINETO(&line, &source);
-    return { MapX(line.pt.x), MapY(line.pt.y) };
+    const auto line = readRecord({ record, size }, &InitWMRLINETO);
+    return mapPoint(line.pt.x, line.pt.y);
 }
 
 qint32 WMF2SVGConverter::OnMetaMove(char *record, quint32 size)
@@ -42,11 +40,10 @@ qint32 WMF2SVGConverter::OnMetaLineTo(char *record, quint32 size)
 
 RECTL WMF2SVGConverter::readBox(const char *record, quint32 size) const
 {
-    const auto source = readPadded<WMRELLIPSE>({ record, size });
-    WMRELLIPSE figure = source;
-    InitWMRELLIPSE(&figure, &source);
-    return { MapX(figure.box.left), MapY(figure.box.top), MapX(figure.box.right),
-             MapY(figure.box.bottom) };
+    const auto figure = readRecord({ record, size }, &InitWMRELLIPSE);
+    const POINTL corner = mapPoint(figure.box.left, figure.box.top);
+    const POINTL opposite = mapPoint(figure.box.right, figure.box.bottom);
+    return { corner.x, corner.y, opposite.x, opposite.y };
 }
 
 qint32 WMF2SVGConverter::OnMetaRectangle(char *record, quint32 size)
@@ -71,21 +68,6 @@ qint32 WMF2SVGConverter::OnMetaEllipse(char *record, quint32 size)
     else
         m_writer.DrawEllipse(cx, cy, rx, ry, m_writer.currentStyle());
     return 1;
-}
-
-std::vector<POINTL> WMF2SVGConverter::mapPoints(ByteView points) const
-{
-    std::vector<POINTL> mapped(size_t(points.size / qint64(sizeof(POINTS))));
-    // Traced, each coordinate is a call of its own; else the level is asked once for all points.
-    const bool traces = isTracing();
-    for (size_t i = 0; i < mapped.size(); ++i) {
-        const auto point = elementAt<POINTS>(points, qint64(i));
-        if (traces)
-            mapped[i] = { MapX(point.x), MapY(point.y) };
-        else
-            mapped[i] = { positionX(point.x), positionY(point.y) };
-    }
-    return mapped;
 }
 
 qint32 WMF2SVGConverter::drawPoints(char *record, quint32 size, bool isPolygon)

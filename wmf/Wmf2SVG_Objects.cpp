@@ -30,10 +30,7 @@ void WMF2SVGConverter::freeIndex(quint16 index)
 // The object index of a selection or deletion.
 static quint16 readIndex(const char *record, quint32 size)
 {
-    const auto source = readPadded<WMRSELECTOBJECT>({ record, size });
-    WMRSELECTOBJECT object = source;
-    InitWMRSELECTOBJECT(&object, &source);
-    return object.ihObject;
+    return readRecord({ record, size }, &InitWMRSELECTOBJECT).ihObject;
 }
 
 qint32 WMF2SVGConverter::OnMetaSelectObject(char *record, quint32 size)
@@ -63,9 +60,7 @@ qint32 WMF2SVGConverter::scaledPenWidth(qint16 width) const
 qint32 WMF2SVGConverter::OnCreatePenIndirect(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnCreatePenIndirect");
-    const auto source = readPadded<WMRCREATEPEN>({ record, size });
-    WMRCREATEPEN pen = source;
-    InitWMRCREATEPEN(&pen, &source);
+    const auto pen = readRecord({ record, size }, &InitWMRCREATEPEN);
     m_writer.CreatePen(allocateIndex(), pen.lopn.lopnStyle, scaledPenWidth(pen.lopn.lopnWidth.x),
                        pen.lopn.lopnColor);
     // A pen without a line is written like a solid one.
@@ -77,9 +72,7 @@ qint32 WMF2SVGConverter::OnCreatePenIndirect(char *record, quint32 size)
 qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnMetaCreateBrushIndirect");
-    const auto source = readPadded<WMRCREATEBRUSHINDIRECT>({ record, size });
-    WMRCREATEBRUSHINDIRECT brush = source;
-    InitWMRCREATEBRUSHINDIRECT(&brush, &source);
+    const auto brush = readRecord({ record, size }, &InitWMRCREATEBRUSHINDIRECT);
     m_writer.CreateBrushI(allocateIndex(),
                           { brush.lb.lbStyle, brush.lb.lbColor, brush.lb.lbHatch });
     constexpr quint16 kNull = 1; // BS_NULL; below it BS_SOLID, above it hatches and patterns
@@ -91,9 +84,7 @@ qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
     SVGTOOL_TRACE("WMF2SVGConverter::OnMetaCreateFontIndirect");
     constexpr qint64 kFaceNameBytes = 32;
     const ByteView all{ record, size };
-    const auto source = readPadded<WMREXTCREATEFONTINDIRECT>(all);
-    WMREXTCREATEFONTINDIRECT font = source;
-    InitWMREXTCREATEFONTINDIRECT(&font, &source);
+    const auto font = readRecord(all, &InitWMREXTCREATEFONTINDIRECT);
     ByteView faceName = tail(all, sizeof(WMREXTCREATEFONTINDIRECT));
     faceName.size = std::min(faceName.size, kFaceNameBytes);
     m_writer.MetaCreateFont(allocateIndex(), font.font, faceName);

@@ -22,10 +22,7 @@ namespace {
 
     WMR headOf(const char *record, quint32 size)
     {
-        const auto source = readPadded<WMR>({ record, size });
-        WMR head = source;
-        InitMETARECORD(&head, &source);
-        return head;
+        return readRecord({ record, size }, &InitMETARECORD);
     }
 
     // A record without a bitmap is as long as its function number says.
@@ -59,9 +56,7 @@ qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, qui
 qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnMetaPatBlt");
-    const auto source = readPadded<WMRPATBLT>({ record, size });
-    WMRPATBLT blt = source;
-    InitWMRPATBLT(&blt, &source);
+    const auto blt = readRecord({ record, size }, &InitWMRPATBLT);
     if (size < sizeof blt)
         return RecordFailed;
     return m_writer.PatBlt(mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest),
@@ -71,8 +66,7 @@ qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
 qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnDIBBitBlt");
-    auto blt = readPadded<WMRBITBLT>({ record, size });
-    InitWMRBITBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitWMRBITBLT);
     if (size < quint32(WMRBITBLT::kBitmapOffset))
         return RecordFailed;
     const WMR head = headOf(record, size);
@@ -100,8 +94,7 @@ qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
     // fields lie as those of the device-independent stretch do.
     if (headOf(record, size).rdFunction == kStretchBlt)
         return OnDIBStretchBlt(record, size);
-    auto blt = readPadded<WMRSTRETCHBLT>({ record, size });
-    InitWMRSTRETCHBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitWMRSTRETCHBLT);
     if (size < sizeof blt)
         return RecordFailed;
     BitmapTransfer transfer;
@@ -121,8 +114,7 @@ qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
 qint32 WMF2SVGConverter::OnDIBStretchBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnDIBStretchBlt");
-    auto blt = readPadded<WMRDIBSTRETCHBLT>({ record, size });
-    InitWMRDIBSTRETCHBLT(&blt);
+    const auto blt = readRecord({ record, size }, &InitWMRDIBSTRETCHBLT);
     if (size < sizeof blt)
         return RecordFailed;
     const WMR head = headOf(record, size);

@@ -29,9 +29,7 @@ qint32 WMF2SVGConverter::OnMetaExtTextOut(char *record, quint32 size)
     constexpr quint16 kOpaque = 2;
     constexpr quint16 kClipped = 4;
     const ByteView all{ record, size };
-    const auto source = readPadded<WMREXTTEXTOUT>(all);
-    WMREXTTEXTOUT textOut = source;
-    InitWMREXTTEXTOUT(&textOut, &source);
+    const auto textOut = readRecord(all, &InitWMREXTTEXTOUT);
     const bool hasRect = (textOut.fuOptions & (kOpaque | kClipped)) != 0;
     const qint64 offset = qint64(sizeof(WMREXTTEXTOUT)) + (hasRect ? qint64(sizeof(RECT16)) : 0);
     const auto rest = slice(all, offset, all.size - offset);
