@@ -1,6 +1,5 @@
 #include "support/Bitmaps.h"
-#include "support/Cases.h"
-#include "support/WmfBuilder.h"
+#include "unit/Cases.h"
 
 using namespace svgtool::test;
 
@@ -16,24 +15,13 @@ namespace {
 #define REST_OF_V4 ZEROS_8 ZEROS_8 ZEROS_8 ZEROS_8 ZEROS_8 ZEROS_8 "00000000"
 #define REST_OF_V5 REST_OF_V4 ZEROS_8 ZEROS_8
 
-struct DepthCase
+const struct
 {
     const char *name;
     Dib dib;
     int width, height;
     const char *pixels;
-};
-
-void PrintTo(const DepthCase &depthCase, std::ostream *out)
-{
-    *out << depthCase.name;
-}
-
-class DibPixels : public testing::TestWithParam<DepthCase>
-{
-};
-
-const DepthCase kDepths[] = {
+} kDepths[] = {
     { "bits1", dib({ 3, 2, 1 }, "ffffff00 0000ff00", "a0000000 40000000"), 3, 2,
       "ffffff ff0000 ffffff/ff0000 ffffff ff0000" },
     { "bits1TopDown", dib({ 3, -2, 1 }, "ffffff00 0000ff00", "a0000000 40000000"), 3, 2,
@@ -92,33 +80,28 @@ const DepthCase kDepths[] = {
       "ff0000 00ff00 0000ff ff0000 00ff00/ff0000 00ff00 ff0000 00ff00 ff0000" },
 };
 
-TEST_P(DibPixels, ComeOutOfTheDocument)
+TEST(DibPixels, ComeOutOfTheDocument)
 {
-    const DepthCase &row = GetParam();
-    const Box whole{ 0, 0, row.width, row.height };
-    const EmfBuilder emf = EmfBuilder().record(81, stretchDib(row.dib, whole, whole));
-    const std::string size = "width=\"" + std::to_string(row.width) + "\" height=\""
-            + std::to_string(row.height) + "\" ";
-    EXPECT_EQ(withPixels(convert(emf.build()).body()),
-              "<image x=\"0\" y=\"0\" " + size + "preserveAspectRatio=\"none\" xlink:href=\""
-                      + row.pixels + "\" />\n");
-    if (row.dib.usage == 2)
-        return;
-    // The same bytes in one piece, as 16-bit records hold them.
-    const QByteArray fields =
-            ByteWriter()
-                    .u32(kSourceCopy)
-                    .u16(row.dib.usage)
-                    .u16s({ row.height, row.width, 0, 0, row.height * 15, row.width * 15, 1, 0 })
-                    .result();
-    const QByteArray wmf = WmfBuilder().record(0x0F43, fields + row.dib.packed()).build();
-    EXPECT_EQ(withPixels(convert(wmf).body(1024, 768)),
-              "<image x=\"0\" y=\"0\" " + size + "preserveAspectRatio=\"none\" xlink:href=\""
-                      + row.pixels + "\" />\n");
+    for (const auto &[name, dib, width, height, pixels] : kDepths) {
+        const std::string expected =
+                joined("<image x=\"0\" y=\"0\" width=\"", width, "\" height=\"", height,
+                       "\" preserveAspectRatio=\"none\" xlink:href=\"", pixels, "\" />\n");
+        const Box whole{ 0, 0, width, height };
+        const EmfBuilder inEmf = EmfBuilder().record(81, stretchDib(dib, whole, whole));
+        EXPECT_EQ(withPixels(convert(inEmf.build()).body()), expected) << name;
+        if (dib.usage == 2)
+            continue;
+        // The same bytes in one piece, as 16-bit records hold them.
+        const QByteArray fields =
+                ByteWriter()
+                        .u32(kSourceCopy)
+                        .u16(dib.usage)
+                        .u16s({ height, width, 0, 0, height * 15, width * 15, 1, 0 })
+                        .result();
+        const WmfBuilder inWmf = WmfBuilder().record(0x0F43, fields + dib.packed());
+        EXPECT_EQ(withPixels(convert(inWmf.build()).body(1024, 768)), expected) << name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, DibPixels, testing::ValuesIn(kDepths),
-                         testing::PrintToStringParamName());
 
 // What is damaged draws nothing, and the record behind it draws.
 TEST(DamagedDib, FailsItsRecordOnly)
@@ -163,11 +146,8 @@ TEST(RunLengths, ShareOneAllowance)
     const Box box{ 0, 0, 1, 1 };
     const QByteArray giant = stretchDib(dib({ 8192, 4096, 8, 1 }, COLOURS, "0001"), box, box);
     const EmfBuilder three = EmfBuilder().record(81, giant).record(81, giant).record(81, giant);
-    const std::string body = convert(three.build()).body();
-    size_t count = 0;
-    for (size_t at = body.find("<image"); at != std::string::npos; at = body.find("<image", at + 1))
-        ++count;
-    EXPECT_EQ(count, 2U) << "three have more than 64 Mi pixels";
+    EXPECT_EQ(QByteArray::fromStdString(convert(three.build()).body()).count("<image"), 2)
+            << "three have more than 64 Mi pixels";
 }
 
 } // namespace

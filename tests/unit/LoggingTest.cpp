@@ -1,9 +1,6 @@
-#include "support/Conversion.h"
-#include "support/EmfRecords.h"
-#include "support/WmfBuilder.h"
+#include "unit/Cases.h"
 
 #include <CLogSystem.h>
-#include <gtest/gtest.h>
 
 #include <QCryptographicHash>
 #include <QStringList>
@@ -22,12 +19,12 @@ namespace {
         explicit LogCapture(const std::string &level)
         {
             CLogSystem::theRootInstance->setLevel(level);
-            basic_logging::tracelevel.setSink(
-                    [this](const std::string &line) { trace.push_back(line); });
-            basic_logging::infolevel.setSink(
-                    [this](const std::string &line) { info.push_back(line); });
-            basic_logging::warnlevel.setSink(
-                    [this](const std::string &line) { warn.push_back(line); });
+            const auto collectIn = [](Lines &lines) {
+                return [&lines](const std::string &line) { lines.push_back(line); };
+            };
+            basic_logging::tracelevel.setSink(collectIn(trace));
+            basic_logging::infolevel.setSink(collectIn(info));
+            basic_logging::warnlevel.setSink(collectIn(warn));
         }
         ~LogCapture()
         {
@@ -55,79 +52,30 @@ namespace {
         return line.substr(0, first + 1) + line.substr(second);
     }
 
-    // The names on the way into a conversion, with a check that every exit matches its entry.
-    QStringList checkNesting(const Lines &lines)
-    {
-        QStringList open;
-        QStringList entered;
-        for (const std::string &line : lines) {
-            EXPECT_EQ(line.back(), ' ');
-            const QStringList items = QString::fromStdString(line)
-                                              .section(QLatin1Char('\t'), 2)
-                                              .trimmed()
-                                              .split(QLatin1Char(' '));
-            if (items.size() != 2) {
-                ADD_FAILURE() << line;
-                break;
-            }
-            if (items[0] == QLatin1String("Enter")) {
-                open += items[1];
-                entered += items[1];
-            } else {
-                EXPECT_EQ(items[0], QStringLiteral("Exit"));
-                if (open.isEmpty()) {
-                    ADD_FAILURE() << "exit without entry: " << line;
-                    break;
-                }
-                EXPECT_EQ(open.takeLast(), items[1]);
-            }
-        }
-        EXPECT_TRUE(open.isEmpty());
-        return entered;
-    }
-
-    TEST(Trace, NestsForEmf)
-    {
-        LogCapture log("TRACE");
-        ASSERT_EQ(convert(EmfBuilder().record(43, { 1, 2, 3, 4 }).build()).result, 1);
-        const QStringList entered = checkNesting(log.trace);
-        for (const char *name :
-             { "ConvertMetaFileToSVG", "Emf2SvgConverter::IsValidEMFFile", "ConvertEMFToSVG",
-               "Emf2SvgConverter::ConvertEMFToSVG", "Emf2SvgConverter::HandleEnhMetaRecordData",
-               "Emf2SvgConverter::OnRectangle", "CMySVGWriter::CreateXML", "InitEnhMetaHeader" })
-            EXPECT_TRUE(entered.contains(QLatin1String(name))) << name;
-        EXPECT_EQ(withoutNumber(log.trace.front()),
-                  ".\\SVGTool.cpp\t\t Enter ConvertMetaFileToSVG ");
-        EXPECT_EQ(withoutNumber(log.trace.back()), ".\\SVGTool.cpp\t\t Exit ConvertMetaFileToSVG ");
-    }
-
-    TEST(Trace, NestsForWmf)
-    {
-        LogCapture log("TRACE");
-        ASSERT_EQ(convert(WmfBuilder().record(0x041B, { 4, 3, 2, 1 }).build()).result, 2);
-        const QStringList entered = checkNesting(log.trace);
-        for (const char *name :
-             { "ConvertWMFToSVG", "WMF2SVGConverter::ConvertWMFToSVG",
-               "WMF2SVGConverter::InitializeCoordinates", "WMF2SVGConverter::OnMetaRectangle" })
-            EXPECT_TRUE(entered.contains(QLatin1String(name))) << name;
-    }
-
-    // Every line but for its number, as it was before the untraced ways around it were made.
+    // Every line but for its number, as it was before the untraced ways around it were made; and
+    // each exit is that of the latest entry.
     TEST(Trace, LinesOfASmallFileAreUnchanged)
     {
-        const auto emf = EmfBuilder()
-                                 .record(43, { 1, 2, 3, 4 })
-                                 .record(86, pointList16({ { 1, 2 }, { 3, 4 }, { 5, 6 } }))
-                                 .record(59)
-                                 .record(2, pointList({ { 1, 2 }, { 3, 4 }, { 5, 6 }, { 7, 8 } }))
-                                 .record(64);
-        const auto wmf = WmfBuilder().record(0x0325, { 2, 1, 2, 3, 4 });
         LogCapture log("TRACE");
-        convert(emf.build());
-        convert(wmf.build());
+        convert(emf("rect 1 2 3 4; polygon16 box 3 1,2 3,4 5,6; beginPath;"
+                    "bezier box 4 1 2 3 4 5 6 7 8; strokePath")
+                        .build());
+        convert(wmf("polyline 2 1 2 3 4", WmfBuilder()).build());
         QByteArray lines;
-        for (const std::string &line : log.trace)
-            lines += QByteArray::fromStdString(withoutNumber(line)) + '\n';
+        QStringList open;
+        for (const std::string &each : log.trace) {
+            const QByteArray line = QByteArray::fromStdString(withoutNumber(each)) + '\n';
+            lines += line;
+            const QStringList items =
+                    QString::fromLatin1(line).simplified().split(QLatin1Char(' '));
+            ASSERT_EQ(items.size(), 3) << each;
+            if (items[1] == QLatin1String("Enter"))
+                open += items[2];
+            else
+                ASSERT_EQ(open.isEmpty() ? QString() : open.takeLast(), items[2]) << each;
+        }
+        EXPECT_TRUE(open.isEmpty());
+        EXPECT_TRUE(lines.startsWith(".\\SVGTool.cpp\t\t Enter ConvertMetaFileToSVG \n"));
         EXPECT_EQ(QCryptographicHash::hash(lines, QCryptographicHash::Sha256).toHex().toStdString(),
                   "47208c8d1331545a6726a43dbcc63c964822cb1b1b5082b367d3ac7fb29e3d85")
                 << lines.toStdString();
@@ -137,9 +85,7 @@ namespace {
     {
         for (const char *level : { "INFO", "trace", "TRACE ", "" }) {
             LogCapture log(level);
-            QByteArray grown = EmfBuilder().build();
-            grown.append('\0');
-            EXPECT_EQ(convert(grown).result, -2);
+            EXPECT_EQ(convert(EmfBuilder().build() + '\0').result, -2);
             EXPECT_TRUE(log.trace.empty()) << level;
             ASSERT_EQ(log.warn.size(), 1U);
             EXPECT_EQ(withoutNumber(log.warn[0]), ".\\SVGTool.cpp\t\t Invalid EMF data ");
@@ -157,11 +103,11 @@ namespace {
 
     TEST(Log, ThrowingTraceSinkChangesNothing)
     {
-        const QByteArray emf = EmfBuilder().record(43, { 1, 2, 3, 4 }).build();
-        const Conversion quiet = convert(emf);
+        const QByteArray file = emf("rect 1 2 3 4").build();
+        const Conversion quiet = convert(file);
         LogCapture log("TRACE");
         basic_logging::tracelevel.setSink([](const std::string &) { throw 1; });
-        const Conversion noisy = convert(emf);
+        const Conversion noisy = convert(file);
         EXPECT_EQ(noisy.result, 1);
         EXPECT_EQ(noisy.text, quiet.text);
     }

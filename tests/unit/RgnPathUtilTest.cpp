@@ -15,9 +15,6 @@ namespace {
     using Edge = std::tuple<qint32, qint32, qint32, qint32>;
     using Edges = std::vector<Edge>;
 
-    constexpr qint32 kLeast = std::numeric_limits<qint32>::min();
-    constexpr qint32 kMost = std::numeric_limits<qint32>::max();
-
     template<class Line>
     Edges numbersOf(const std::list<Line> &lines)
     {
@@ -34,133 +31,70 @@ namespace {
         return numbersOf(lines);
     }
 
-    struct SplitCase
-    {
-        const char *name;
-        CLine a, b;
-        qint32 result;
-        Edges horizontal, vertical;
-    };
-
     TEST(RegionEdges, OverlapsLeaveWhatIsNotShared)
     {
-        const SplitCase cases[] = {
-            { "aBegins",
+        const struct
+        {
+            CLine a, b;
+            qint32 result;
+            Edges horizontal, vertical;
+        } cases[] = {
+            { { 4, 3, 6, 3 },
               { 0, 3, 10, 3 },
-              { 4, 3, 15, 3 },
-              2,
-              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } },
-              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } } },
-            { "aInside",
-              { 4, 3, 6, 3 },
-              { 0, 3, 10, 3 },
-              2,
+              2, // a lies inside
               { { 0, 3, 4, 3 }, { 6, 3, 10, 3 } },
               { { 4, 3, 0, 3 }, { 6, 3, 10, 3 } } },
-            { "sameBegin",
-              { 0, 3, 10, 3 },
-              { 0, 3, 6, 3 },
-              1,
-              { { 6, 3, 10, 3 } },
-              { { 10, 3, 6, 3 } } },
-            { "sameEnd",
-              { 2, 3, 9, 3 },
-              { 5, 3, 9, 3 },
-              1,
-              { { 2, 3, 5, 3 } },
-              { { 2, 3, 5, 3 } } },
-            { "pointInside",
-              { 4, 3, 4, 3 },
-              { 0, 3, 9, 3 },
-              2,
-              { { 0, 3, 4, 3 }, { 4, 3, 9, 3 } },
-              { { 4, 3, 0, 3 }, { 4, 3, 9, 3 } } },
-            { "equal", { 0, 3, 10, 3 }, { 0, 3, 10, 3 }, 0, {}, {} },
-            { "touchAtTheEnd", { 0, 3, 5, 3 }, { 5, 3, 9, 3 }, -1, {}, {} },
-            { "touchAtTheBegin", { 5, 3, 9, 3 }, { 0, 3, 5, 3 }, -1, {}, {} },
-            { "apart", { 0, 3, 5, 3 }, { 6, 3, 9, 3 }, -1, {}, {} },
-            { "otherY", { 0, 3, 10, 3 }, { 4, 4, 15, 4 }, -1, {}, {} },
-            { "sameSide", { 5, 0, 5, 9 }, { 5, 0, 5, 4 }, -1, {}, {} },
+            { { 0, 3, 10, 3 }, { 0, 3, 6, 3 }, 1, { { 6, 3, 10, 3 } }, { { 10, 3, 6, 3 } } },
+            { { 0, 3, 10, 3 }, { 0, 3, 10, 3 }, 0, {}, {} },
+            { { 0, 3, 5, 3 }, { 5, 3, 9, 3 }, -1, {}, {} }, // a touch
+            { { 5, 3, 9, 3 }, { 0, 3, 5, 3 }, -1, {}, {} },
+            { { 0, 3, 5, 3 }, { 6, 3, 9, 3 }, -1, {}, {} },
+            { { 0, 3, 10, 3 }, { 4, 4, 15, 4 }, -1, {}, {} },
+            { { 5, 0, 5, 9 }, { 5, 0, 5, 4 }, -1, {}, {} },
         };
-        for (const SplitCase &each : cases) {
+        for (const auto &[a, b, result, expectedHorizontal, expectedVertical] : cases) {
             std::list<CHLine> horizontal;
             std::list<CVLine> vertical;
-            EXPECT_EQ(HSplitIfOverlap(each.a, each.b, horizontal), each.result) << each.name;
-            EXPECT_EQ(VSplitIfOverlap(each.a, each.b, vertical), each.result) << each.name;
-            EXPECT_EQ(numbersOf(horizontal), each.horizontal) << each.name;
-            EXPECT_EQ(numbersOf(vertical), each.vertical) << each.name;
+            EXPECT_EQ(HSplitIfOverlap(a, b, horizontal), result);
+            EXPECT_EQ(VSplitIfOverlap(a, b, vertical), result);
+            EXPECT_EQ(numbersOf(horizontal), expectedHorizontal);
+            EXPECT_EQ(numbersOf(vertical), expectedVertical);
         }
     }
 
-    struct EdgesCase
-    {
-        const char *name;
-        std::vector<RECTL> rects;
-        Edges edges;
-    };
-
     TEST(RegionEdges, AreExact)
     {
-        const EdgesCase cases[] = {
-            { "none", {}, {} },
-            { "one",
-              { { 0, 0, 10, 5 } },
-              { { 0, 0, 10, 0 }, { 0, 5, 10, 5 }, { 0, 0, 0, 5 }, { 10, 0, 10, 5 } } },
-            { "reversed",
-              { { 10, 5, 0, 0 } },
-              { { 0, 5, 10, 5 }, { 0, 0, 10, 0 }, { 10, 0, 10, 5 }, { 0, 0, 0, 5 } } },
-            { "partlyShared",
-              { { 0, 0, 10, 5 }, { 5, 5, 15, 10 } },
-              { { 0, 0, 10, 0 },
-                { 5, 10, 15, 10 },
-                { 0, 5, 5, 5 },
-                { 10, 5, 15, 5 },
-                { 0, 0, 0, 5 },
-                { 10, 0, 10, 5 },
-                { 5, 5, 5, 10 },
-                { 15, 5, 15, 10 } } },
-            { "emptyCutsToo",
-              { { 0, 0, 9, 5 }, { 4, 5, 4, 8 } },
-              { { 0, 0, 9, 0 },
-                { 4, 8, 4, 8 },
-                { 0, 5, 4, 5 },
-                { 4, 5, 9, 5 },
-                { 0, 0, 0, 5 },
-                { 9, 0, 9, 5 },
-                { 4, 5, 4, 8 },
-                { 4, 5, 4, 8 } } },
-            { "widest",
-              { { kLeast, kLeast, kMost, kMost }, { 0, kMost, kMost, 7 } },
-              { { kLeast, kLeast, kMost, kLeast },
-                { 0, 7, kMost, 7 },
-                { kLeast, kMost, 0, kMost },
-                { kLeast, kLeast, kLeast, kMost },
-                { kMost, kLeast, kMost, kMost },
-                { 0, 7, 0, kMost },
-                { kMost, 7, kMost, kMost } } },
-            { "sideBySide",
-              { { 0, 0, 5, 5 }, { 5, 0, 9, 5 } },
-              { { 0, 0, 5, 0 },
-                { 0, 5, 5, 5 },
-                { 5, 0, 9, 0 },
-                { 5, 5, 9, 5 },
-                { 0, 0, 0, 5 },
-                { 5, 0, 5, 5 },
-                { 5, 0, 5, 5 },
-                { 9, 0, 9, 5 } } },
-            { "sameSidesStay",
-              { { 0, 0, 5, 5 }, { 0, 5, 5, 9 } },
-              { { 0, 0, 5, 0 },
-                { 0, 5, 5, 5 },
-                { 0, 5, 5, 5 },
-                { 0, 9, 5, 9 },
-                { 0, 0, 0, 5 },
-                { 5, 0, 5, 5 },
-                { 0, 5, 0, 9 },
-                { 5, 5, 5, 9 } } },
-        };
-        for (const EdgesCase &each : cases)
-            EXPECT_EQ(edgesOf(each.rects), each.edges) << each.name;
+        EXPECT_EQ(edgesOf({}), Edges());
+        // Two that share a part of a side, the second one reversed.
+        EXPECT_EQ(edgesOf({ { 0, 0, 10, 5 }, { 15, 10, 5, 5 } }),
+                  (Edges{ { 0, 0, 10, 0 },
+                          { 5, 10, 15, 10 },
+                          { 0, 5, 5, 5 },
+                          { 10, 5, 15, 5 },
+                          { 0, 0, 0, 5 },
+                          { 10, 0, 10, 5 },
+                          { 15, 5, 15, 10 },
+                          { 5, 5, 5, 10 } }));
+        // An empty one cuts too.
+        EXPECT_EQ(edgesOf({ { 0, 0, 9, 5 }, { 4, 5, 4, 8 } }),
+                  (Edges{ { 0, 0, 9, 0 },
+                          { 4, 8, 4, 8 },
+                          { 0, 5, 4, 5 },
+                          { 4, 5, 9, 5 },
+                          { 0, 0, 0, 5 },
+                          { 9, 0, 9, 5 },
+                          { 4, 5, 4, 8 },
+                          { 4, 5, 4, 8 } }));
+        constexpr qint32 kLeast = std::numeric_limits<qint32>::min();
+        constexpr qint32 kMost = std::numeric_limits<qint32>::max();
+        EXPECT_EQ(edgesOf({ { kLeast, kLeast, kMost, kMost }, { 0, kMost, kMost, 7 } }),
+                  (Edges{ { kLeast, kLeast, kMost, kLeast },
+                          { 0, 7, kMost, 7 },
+                          { kLeast, kMost, 0, kMost },
+                          { kLeast, kLeast, kLeast, kMost },
+                          { kMost, kLeast, kMost, kMost },
+                          { 0, 7, 0, kMost },
+                          { kMost, 7, kMost, kMost } }));
     }
 
     // The list algorithm as it is told, at its quadratic cost.
@@ -232,14 +166,6 @@ namespace {
                                            rect.bottom() + 1);
             ASSERT_EQ(parts, expectedParts) << "round " << round;
         }
-    }
-
-    TEST(Regions, KeepTheLastColumnAndPassTheLastRow)
-    {
-        const std::vector<RECTL> rects = RegionToRects(RectsToRegion({ { { 1, 2, 11, 7 } } }));
-        ASSERT_EQ(rects.size(), 1U);
-        EXPECT_EQ(std::tie(rects[0].left, rects[0].top, rects[0].right, rects[0].bottom),
-                  std::make_tuple(1, 2, 10, 7));
     }
 
     // One by one, to any number of rectangles.

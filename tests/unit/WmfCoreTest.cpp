@@ -1,51 +1,32 @@
-#include "support/Conversion.h"
-#include "support/WmfBuilder.h"
+#include "unit/Cases.h"
 #include "wmf/Wmf2SVG.h"
-
-#include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 
 namespace svgtool::test {
 namespace {
 
-    struct FrameCase
+    TEST(WmfCore, FrameFollowsThePlaceableHeader)
     {
-        const char *name;
-        WmfBuilder wmf;
-        int width, height;
-    };
-
-    void PrintTo(const FrameCase &frame, std::ostream *out)
-    {
-        *out << frame.name;
+        constexpr int kLowest = std::numeric_limits<int>::min();
+        const struct
+        {
+            const char *name;
+            WmfBuilder file;
+            int width, height;
+        } cases[] = {
+            { "standard", WmfBuilder(), 1024, 768 },
+            { "truncated toward zero", WmfBuilder().placeable(10, 5, 1009, 490, 1000), 95, 46 },
+            { "upside down", WmfBuilder().placeable(100, 50, 0, 0, 96), -100, -50 },
+            { "difference wraps", WmfBuilder().placeable(-30000, 0, 30000, 1, 96), -5536, 1 },
+            { "no resolution", WmfBuilder().placeable(0, 0, 5, 5, 0), kLowest, kLowest },
+        };
+        for (const auto &[name, file, width, height] : cases)
+            EXPECT_EQ(convert(file.build()).text, documentHead(width, height) + "</svg>\n") << name;
     }
 
-    class WmfFrame : public testing::TestWithParam<FrameCase>
-    {
-    };
-
-    TEST_P(WmfFrame, FollowsThePlaceableHeader)
-    {
-        const Conversion conversion = convert(GetParam().wmf.build());
-        EXPECT_EQ(conversion.result, 2);
-        EXPECT_EQ(conversion.text, documentHead(GetParam().width, GetParam().height) + "</svg>\n");
-    }
-
-    const FrameCase kFrames[] = {
-        { "standard", WmfBuilder(), 1024, 768 },
-        { "placeable", WmfBuilder().placeable(0, 0, 1000, 500, 1000), 96, 48 },
-        { "truncatedTowardZero", WmfBuilder().placeable(10, 5, 1009, 490, 1000), 95, 46 },
-        { "upsideDown", WmfBuilder().placeable(100, 50, 0, 0, 96), -100, -50 },
-        { "differenceWraps", WmfBuilder().placeable(-30000, 0, 30000, 1, 96), -5536, 1 },
-        { "noResolution", WmfBuilder().placeable(0, 0, 5, 5, 0), -2147483647 - 1, -2147483647 - 1 },
-    };
-
-    INSTANTIATE_TEST_SUITE_P(WmfCore, WmfFrame, testing::ValuesIn(kFrames),
-                             testing::PrintToStringParamName());
-
-    // Lists which of the records 1, 2, 3... a conversion handled, by their names in the dump.
-    std::string dumpOf(const QByteArray &wmf, qint64 totalBytes, quint32 maxRecordWords)
+    // Lists which records a conversion handled, by their names in the dump.
+    std::string dumpOf(const QByteArray &file, qint64 totalBytes, quint32 maxRecordWords)
     {
         QTemporaryDir folder;
         RecordDump dump;
@@ -54,87 +35,59 @@ namespace {
         EXPECT_TRUE(dump.file.open(QIODevice::ReadWrite));
         WMF2SVGConverter converter;
         converter.InitializeCoordinates(false, {});
-        EXPECT_EQ(converter.ConvertWMFToSVG({ wmf.constData() + 18, wmf.size() - 18 }, totalBytes,
+        EXPECT_EQ(converter.ConvertWMFToSVG({ file.constData() + 18, file.size() - 18 }, totalBytes,
                                             maxRecordWords, &dump),
                   2);
         dump.file.seek(0);
-        std::string text = dump.file.readAll().toStdString();
-        const std::string head = "#Start Of File\n\n";
-        const std::string end = "\nEnd of File\n\n";
-        EXPECT_EQ(text.substr(0, head.size()), head);
-        EXPECT_EQ(text.substr(text.size() - end.size()), end);
-        text = text.substr(head.size(), text.size() - head.size() - end.size());
-        text.erase(std::remove(text.begin(), text.end(), '\t'), text.end());
-        return text;
-    }
-
-    struct WalkCase
-    {
-        const char *name;
-        WmfBuilder wmf;
-        qint64 totalBytes;
-        quint32 maxRecordWords;
-        const char *dump;
-    };
-
-    void PrintTo(const WalkCase &walk, std::ostream *out)
-    {
-        *out << walk.name;
-    }
-
-    class WmfWalk : public testing::TestWithParam<WalkCase>
-    {
-    };
-
-    TEST_P(WmfWalk, HandlesWhatItReaches)
-    {
-        const auto &walk = GetParam();
-        EXPECT_EQ(dumpOf(walk.wmf.build(), walk.totalBytes, walk.maxRecordWords), walk.dump);
+        return dump.file.readAll().replace('\t', "").toStdString();
     }
 
     // Records of 8, 10 and 14 bytes.
-    WmfBuilder threeRecords()
+    WmfBuilder three()
     {
-        return WmfBuilder()
-                .record(0x0102, { 1 })
-                .record(0x0214, { 1, 2 })
-                .record(0x0418, { 4, 3, 2, 1 });
+        return wmf("bkMode 1; move 1 2; ellipse 4 3 2 1", WmfBuilder());
     }
 
-    QByteArray recordHead(qint64 words, int function)
+    QByteArray head(qint64 words, int function)
     {
         return ByteWriter().u32(words).u16(function).result();
     }
 
-    const WalkCase kWalks[] = {
-        { "all", threeRecords(), 1000, 1000, "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "endRecordEnds", threeRecords().raw(recordHead(3, 0)).record(0x0213, { 0, 0 }), 1000,
-          1000, "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "recordThatReachesTheLength", threeRecords(), 32, 1000, "META_SETBKMODE\nMETA_MOVETO\n" },
-        { "lengthOneByteMore", threeRecords(), 33, 1000,
-          "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "lengthOfZero", threeRecords(), 0, 1000, "" },
-        { "largestRecord", threeRecords(), 1000, 7, "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "largerThanLargest", threeRecords(), 1000, 6, "META_SETBKMODE\nMETA_MOVETO\n" },
-        { "noEndRecord", threeRecords().withoutEnd(), 1000, 1000,
-          "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "sizeBelowHead", threeRecords().raw(recordHead(2, 0x0213)), 1000, 1000,
-          "META_SETBKMODE\nMETA_MOVETO\nMETA_ELLIPSE\n" },
-        { "bodyCutOff", WmfBuilder().record(0x0103, { 8 }).raw(recordHead(4, 0x0214)).withoutEnd(),
-          1000, 1000, "META_SETMAPMODE\n" },
-        { "unknownFunction", WmfBuilder().record(0x0999).record(0x0817), 1000, 1000, "META_ARC\n" },
-        { "hugeRecord", WmfBuilder().raw(recordHead(0xFFFFFFFF, 0x0214)), 1LL << 40, 0xFFFFFFFF,
-          "" },
-    };
-
-    INSTANTIATE_TEST_SUITE_P(WmfCore, WmfWalk, testing::ValuesIn(kWalks),
-                             testing::PrintToStringParamName());
+    TEST(WmfCore, WalkHandlesWhatItReaches)
+    {
+        const std::string two = "META_SETBKMODE\nMETA_MOVETO\n";
+        const std::string all = two + "META_ELLIPSE\n";
+        const struct
+        {
+            const char *name;
+            WmfBuilder file;
+            qint64 totalBytes;
+            quint32 maxRecordWords;
+            std::string dump;
+        } cases[] = {
+            { "end record ends", wmf("line 0 0", three().raw(head(3, 0))), 1000, 1000, all },
+            { "record that reaches the length", three(), 32, 1000, two },
+            { "length one byte more", three(), 33, 1000, all },
+            { "length of zero", three(), 0, 1000, "" },
+            { "largest record", three(), 1000, 7, all },
+            { "larger than largest", three(), 1000, 6, two },
+            { "no end record", three().withoutEnd(), 1000, 1000, all },
+            { "size below head", three().raw(head(2, 0x0213)), 1000, 1000, all },
+            { "body cut off", three().raw(head(4, 0x0214)).withoutEnd(), 1000, 1000, all },
+            { "unknown function", wmf("0x0999; arc; mapMode 8", WmfBuilder()), 1000, 1000,
+              "META_ARC\nMETA_SETMAPMODE\n" },
+            { "huge record", WmfBuilder().raw(head(0xFFFFFFFF, 0x0214)), 1LL << 40, ~0U, "" },
+        };
+        for (const auto &[name, file, totalBytes, maxRecordWords, dump] : cases)
+            EXPECT_EQ(dumpOf(file.build(), totalBytes, maxRecordWords),
+                      "#Start Of File\n\n" + dump + "\nEnd of File\n\n")
+                    << name;
+    }
 
     TEST(WmfCore, HugeClaimsAllocateNothing)
     {
         EXPECT_EQ(convert(WmfBuilder().size(0x7FFFFFFF).maxRecord(0x7FFFFFFF).build()).result, 2);
-        EXPECT_EQ(convert(WmfBuilder().size(0xFFFFFFFF).raw(recordHead(0xFFFFFFFF, 1)).build())
-                          .result,
+        EXPECT_EQ(convert(WmfBuilder().size(0xFFFFFFFF).raw(head(0xFFFFFFFF, 1)).build()).result,
                   2);
     }
 
