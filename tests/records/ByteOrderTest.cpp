@@ -118,37 +118,5 @@ namespace {
                    HalfWords{ 2, 1, 2, 11, 12, 13, 14, 15, 16 });
     }
 
-    // The table of readers says what happens to their bytes; here are the names of the fields.
-    TEST(Quirks, FieldsThatAreSwappedOddly)
-    {
-        ENHMETAHEADER header{};
-        header.iType = 0x01000000;
-        header.nSize = 0x58000000;
-        EXPECT_TRUE(InitEnhMetaHeader(&header));
-        EXPECT_EQ(header.iType, 0u);
-        EXPECT_EQ(header.nSize, 88u);
-
-        const WMR head = { 0x00010003, 0x3208 };
-        WMR dispatched{};
-        EXPECT_TRUE(InitMETARECORD(&dispatched, &head));
-        EXPECT_EQ(dispatched.rdSize, 0x00000300u);
-        EXPECT_EQ(dispatched.rdFunction, 0x0832);
-
-        HalfWords source = foreign(HalfWords{ 9, 0, 0x0A32, 20, 0xFFF6, 5, 0x0004 });
-        WMREXTTEXTOUT text{};
-        EXPECT_TRUE(InitWMREXTTEXTOUT(&text, recordIn<WMREXTTEXTOUT>(source)));
-        EXPECT_EQ(text.ptReference.y, 20);
-        EXPECT_EQ(text.ptReference.x, -10);
-        EXPECT_EQ(text.cChars, 0x0004);
-        EXPECT_EQ(text.fuOptions, 5);
-
-        METAPLACEABLEHEADER placeable{};
-        placeable.Key = 0xD7CDC69A;
-        placeable.Right = 0x0001;
-        EXPECT_TRUE(InitPlaceableMetaHeader(&placeable));
-        EXPECT_EQ(placeable.Key, 0x9AC6CDD7u);
-        EXPECT_EQ(placeable.Right, 0x0100);
-    }
-
 } // namespace
 } // namespace svgtool

@@ -53,10 +53,6 @@ class Document : public testing::TestWithParam<Case>
 /// Beyond what is told there, "box" stands for four zeros, "nan" and "inf" for floats, and "x0603"
 /// for the bytes 06 and 03.
 EmfBuilder emf(const QString &records, EmfBuilder file = {});
-inline EmfBuilder emf(const char *records, EmfBuilder file = {})
-{
-    return emf(QString::fromUtf8(records), std::move(file));
-}
 
 /// A WMF of 100 by 50 whose coordinates map to themselves.
 inline WmfBuilder plainWmf()
@@ -66,10 +62,6 @@ inline WmfBuilder plainWmf()
 
 /// As emf().
 WmfBuilder wmf(const QString &records, WmfBuilder file = plainWmf());
-inline WmfBuilder wmf(const char *records, WmfBuilder file = plainWmf())
-{
-    return wmf(QString::fromUtf8(records), std::move(file));
-}
 
 /// An EMF whose coordinates come out less 10 and less 20.
 inline EmfBuilder shifted(const char *records = "")

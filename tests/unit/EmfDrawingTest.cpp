@@ -4,20 +4,13 @@ namespace svgtool::test {
 namespace {
 
     const Case kShapes[] = {
-        { "rectangle", shifted("rect 15 27 30 28"), rect(5, 7, 15, 1) },
         { "rectangleFromRightToLeft", emf("rect 9 8 4 6"), rect(9, 8, -5, -2) },
         { "shortRecordReadsZeros", emf("rect 3 2"), rect(3, 2, -3, -2) },
         { "roundedRectangle", shifted("roundRect 10 20 40 35 7 5"),
           "<rect x=\"0\" y=\"0\" width=\"30\" height=\"15\" rx=\"3\" ry=\"2\" " DEFAULT_STYLE
           "/>\n" },
-        { "ellipse", shifted("ellipse 10 20 31 31"),
-          "<ellipse cx=\"10\" cy = \"5\" rx = \"10\" ry = \"5 \" " DEFAULT_STYLE "/>\n" },
-        { "circle", emf("ellipse 0 0 11 10"),
-          "<circle cx=\"5\" cy = \"5\" r=\"5\" " DEFAULT_STYLE "/>\n" },
         { "extremeBox", emf("ellipse 2147483647 0 -2147483648 8"),
           "<ellipse cx=\"-2147483648\" cy = \"4\" rx = \"0\" ry = \"4 \" " DEFAULT_STYLE "/>\n" },
-        { "lines", shifted("move 11 22; line 13 24; line 10 20"),
-          line(1, 2, 3, 4) + line(3, 4, 0, 0) },
         { "acceptedAndIgnored", emf("93; 79; 30"), "" },
     };
     INSTANTIATE_CASES(Shapes, kShapes);
@@ -39,19 +32,14 @@ namespace {
     }
 
     const Case kArcs[] = {
-        { "rightToTop", arc("200 25 50 -10"), path("M100,25 a50,25 0 0,0 -50,-25") },
         { "topToRight", arc("50 -10 200 25"), path("M50,0 a50,25 0 1,0 50,25") },
         { "lowerRightToLowerLeft", arc("100 50 0 50"), path("M85,42 a50,25 0 1,0 -70,0") },
-        { "upperRightToUpperLeft", arc("100 0 0 0"), path("M85,8 a50,25 0 0,0 -70,0") },
         { "halfIsNotLarge", arc("200 25 -5 25"), kRightToLeft },
         { "radialInTheCentre", arc("50 25 50 -10"), path("M100,25 a50,25 0 0,0 -50,-25") },
-        { "whole", arc("200 25 101 25"), kRightToLeft + kLeftToRight },
         { "mappedBeforeProjected", shifted("arc 10 20 110 70 210 45 60 10"),
           path("M100,25 a50,25 0 0,0 -50,-25") },
-        { "chord", arc("200 25 50 -10", "chord"), path("M100,25a50,25 0 0,0 -50,-25 z ") },
         { "wholeChord", arc("50 0 50 0", "chord"),
           path("M50,0 a50,25 0 0,0 0,50") + path("M50,50 a50,25 0 0,0 0,-50") },
-        { "pie", arc("200 25 50 -10", "pie"), path("M100,25a50,25 0 0,0 -50,-25l0,25 z ") },
         { "pieTakenForLarge", arc("50 90 100 25", "pie"),
           path("M50,50a50,25 0 1,0 50,-25l-50,0 z ") },
         { "arcTo", emf("line 1 2", arc("200 25 50 -10", "arcTo")),
@@ -66,8 +54,6 @@ namespace {
           path("M60,25 a10,10 0 0,0 -10,-10") + join(60, 25) + line(50, 15, 0, 0) },
         { "clockwise", emf("angleArc 50 25 10 90. -90."),
           path("M50,15 a10,10 0 0,1 10,10") + join(50, 15) },
-        { "large", emf("angleArc 50 25 10 360. 270."),
-          path("M60,25 a10,10 0 1,0 -10,10") + join(60, 25) },
         { "nearestInteger", emf("angleArc 0 0 10 30. 30."),
           path("M9,-5 a10,10 0 0,0 -4,-4") + join(9, -5) },
         { "fullCircleAndMore", emf("angleArc 50 25 10 0. 450.; line 0 0"),

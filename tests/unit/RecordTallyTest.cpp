@@ -23,6 +23,23 @@ namespace {
     }
 
 #define RECT "rect 1 2 11 12;"
+#define ONE_RECT "EMR_RECTANGLE drawn 1 @88, "
+#define ONE_WMF_RECT "META_RECTANGLE drawn 1 @18, "
+
+    EmfBuilder withHead(quint32 type, qint64 size)
+    {
+        return emf(RECT).raw(ByteWriter().u32(type).u32(size).result());
+    }
+
+    WmfBuilder wmfRect()
+    {
+        return wmf("rect 9 9 1 1", WmfBuilder());
+    }
+
+    QByteArray wmfHead(qint64 words)
+    {
+        return ByteWriter().u32(words).u16(0x0214).result();
+    }
 
     // What became of each record, told of a file that converts alike when nothing is counted.
     const struct
@@ -52,11 +69,20 @@ namespace {
           "EMR_CREATEPEN drawn 1 @124, EMR_CREATEPEN approximated 1 @152, "
           "EMR_CREATEBRUSHINDIRECT drawn 1 @180, EMR_CREATEBRUSHINDIRECT approximated 1 @204, "
           "| end 11 @252" },
-        { "EMF count", emf(RECT).recordCount(1), "EMR_RECTANGLE drawn 1 @88, | count 3 @112" },
-        { "EMF ended", EmfBuilder().recordCount(9).raw("1234567").withoutEnd(), "| ended 2 @88" },
-        { "EMF cut", EmfBuilder().raw(ByteWriter().u32s({ 43, 9 }).result()).withoutEnd(),
-          "| cut 2 @88" },
-        { "EMF size", EmfBuilder().raw(ByteWriter().u32s({ 43, 7 }).result()), "| size 2 @88" },
+        { "EMF ends", emf(RECT "14;" RECT), ONE_RECT "| end 3 @112" },
+        { "EMF count", emf(RECT).recordCount(1), ONE_RECT "| count 3 @112" },
+        { "EMF count of zero", emf(RECT).recordCount(0), "| count 2 @88" },
+        { "EMF count beyond the data", emf(RECT).recordCount(~0U).withoutEnd(),
+          ONE_RECT "| ended 3 @112" },
+        { "EMF head cut", emf(RECT).recordCount(9).raw("1234567").withoutEnd(),
+          ONE_RECT "| ended 3 @112" },
+        { "EMF long header of another type",
+          emf(RECT).headerExtra(QByteArray(20, 'd')).headerType(99),
+          "EMR_RECTANGLE drawn 1 @108, | end 3 @132" },
+        { "EMF cut", withHead(43, 9).withoutEnd(), ONE_RECT "| cut 3 @112" },
+        { "EMF far too large", emf(RECT, withHead(43, 0xFFFFFFF8)), ONE_RECT "| cut 3 @112" },
+        { "EMF size", emf(RECT, withHead(43, 7)), ONE_RECT "| size 3 @112" },
+        { "EMF size of zero", emf(RECT, withHead(43, 0)), ONE_RECT "| size 3 @112" },
         { "WMF",
           wmf("rect 9 9 1 1; mapMode 8; pen 5 0 0 0 0; brush 0 0 0 0; font -12 0 0 0 0 0 0 0 0;"
               "0x0626 15 0; 0x0626 1 0; 0x0F43; 0x4000",
@@ -65,12 +91,18 @@ namespace {
           "META_CREATEFONTINDIRECT approximated 1 @92, META_CREATEBRUSHINDIRECT drawn 1 @78, "
           "META_RECTANGLE drawn 1 @40, META_ESCAPE skipped 1 @126, META_ESCAPE neutral 1 @116, "
           "META_STRETCHDIB skipped 1 @136, META 0x4000 skipped 1 @142, | end 10 @148" },
-        { "WMF length", wmf("rect 9 9 1 1", WmfBuilder().size(5)), "| length 1 @18" },
-        { "WMF ended", wmf("rect 9 9 1 1", WmfBuilder().size(99).withoutEnd()),
-          "META_RECTANGLE drawn 1 @18, | ended 2 @32" },
-        { "WMF cut", WmfBuilder().size(99).raw(ByteWriter().u32(9).u16(0x041B).result()),
+        { "WMF ends", wmf("0; rect 9 9 1 1", wmfRect()), ONE_WMF_RECT "| end 2 @32" },
+        // The header and the rectangle have 32 bytes.
+        { "WMF length reached", wmfRect().size(7), "| length 1 @18" },
+        { "WMF length beyond", wmfRect().size(8), ONE_WMF_RECT "| end 2 @32" },
+        { "WMF length of zero", wmfRect().size(0), "| length 1 @18" },
+        { "WMF no end", wmfRect().size(99).withoutEnd(), ONE_WMF_RECT "| ended 2 @32" },
+        { "WMF cut", wmfRect().size(99).raw(wmfHead(4)).withoutEnd(), ONE_WMF_RECT "| cut 2 @32" },
+        { "WMF size", wmfRect().raw(wmfHead(2)), ONE_WMF_RECT "| size 2 @32" },
+        { "WMF largest", wmfRect().maxRecord(7), ONE_WMF_RECT "| end 2 @32" },
+        { "WMF larger than largest", wmfRect().maxRecord(6), "| size 1 @18" },
+        { "WMF huge", WmfBuilder().raw(wmfHead(0xFFFFFFFF)).size(~0U).maxRecord(~0U),
           "| cut 1 @18" },
-        { "WMF size", wmf("rect 9 9 1 1", WmfBuilder().maxRecord(6)), "| size 1 @18" },
     };
 
     TEST(RecordTally, SaysWhatBecameOfEachRecord)

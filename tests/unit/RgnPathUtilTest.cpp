@@ -29,35 +29,6 @@ namespace {
         return textOf(lines);
     }
 
-    TEST(RegionEdges, OverlapsLeaveWhatIsNotShared)
-    {
-        const struct
-        {
-            CLine a, b;
-            qint32 result;
-            const char *horizontal, *vertical;
-        } cases[] = {
-            // The first lies inside the second.
-            { { 4, 3, 6, 3 }, { 0, 3, 10, 3 }, 2, "0 3 4 3, 6 3 10 3, ", "4 3 0 3, 6 3 10 3, " },
-            { { 0, 3, 10, 3 }, { 0, 3, 6, 3 }, 1, "6 3 10 3, ", "10 3 6 3, " },
-            { { 0, 3, 10, 3 }, { 0, 3, 10, 3 }, 0, "", "" },
-            // They touch.
-            { { 0, 3, 5, 3 }, { 5, 3, 9, 3 }, -1, "", "" },
-            { { 5, 3, 9, 3 }, { 0, 3, 5, 3 }, -1, "", "" },
-            { { 0, 3, 5, 3 }, { 6, 3, 9, 3 }, -1, "", "" },
-            { { 0, 3, 10, 3 }, { 4, 4, 15, 4 }, -1, "", "" },
-            { { 5, 0, 5, 9 }, { 5, 0, 5, 4 }, -1, "", "" },
-        };
-        for (const auto &[a, b, result, expectedHorizontal, expectedVertical] : cases) {
-            std::list<CHLine> horizontal;
-            std::list<CVLine> vertical;
-            EXPECT_EQ(HSplitIfOverlap(a, b, horizontal), result);
-            EXPECT_EQ(VSplitIfOverlap(a, b, vertical), result);
-            EXPECT_EQ(textOf(horizontal), expectedHorizontal);
-            EXPECT_EQ(textOf(vertical), expectedVertical);
-        }
-    }
-
     TEST(RegionEdges, AreExact)
     {
         EXPECT_EQ(edgesOf({}), "");
@@ -65,6 +36,10 @@ namespace {
         EXPECT_EQ(edgesOf({ { 0, 0, 10, 5 }, { 15, 10, 5, 5 } }),
                   "0 0 10 0, 5 10 15 10, 0 5 5 5, 10 5 15 5, "
                   "0 0 0 5, 10 0 10 5, 15 5 15 10, 5 5 5 10, ");
+        // A side inside a longer one goes from it; those that touch and upright ones stay.
+        EXPECT_EQ(edgesOf({ { 0, 0, 5, 5 }, { 1, 5, 4, 9 }, { 5, 0, 8, 5 } }),
+                  "0 0 5 0, 1 9 4 9, 5 0 8 0, 5 5 8 5, 0 5 1 5, 4 5 5 5, "
+                  "0 0 0 5, 5 0 5 5, 1 5 1 9, 4 5 4 9, 5 0 5 5, 8 0 8 5, ");
         // An empty one cuts too.
         EXPECT_EQ(edgesOf({ { 0, 0, 9, 5 }, { 4, 5, 4, 8 } }),
                   "0 0 9 0, 4 8 4 8, 0 5 4 5, 4 5 9 5, 0 0 0 5, 9 0 9 5, 4 5 4 8, 4 5 4 8, ");

@@ -28,7 +28,6 @@ namespace {
     }
 
     const Case kPens[] = {
-        { "blackByName", pen("0", "0", "0"), drawn("black", "0", " " ROUND_ENDS) },
         { "channels", pen("0", "7", "0xAB0C01"), drawn("#010cab", "7", " " ROUND_ENDS) },
         { "negativeWidth", pen("0", "-1"), drawn("#ff0000", "4294967295", " " ROUND_ENDS) },
         { "nullPenIsWrittenAsAnyOther", pen("5", "1"), drawn("#ff0000", "1", " " ROUND_ENDS) },
@@ -37,10 +36,6 @@ namespace {
         { "squareBevel", pen("0x1100", "1"),
           drawn("#ff0000", "1", " stroke-linecap = \"square\"stroke-linejoin = \"bevel\"") },
         { "unknownEnds", pen("0x3300", "1"), drawn("#ff0000", "1", "") },
-        { "dash", pen("1", "3"),
-          drawn("#ff0000", "3", " " ROUND_ENDS "stroke-dasharray=\"12 , 6\" ") },
-        { "dotOfWidthZero", pen("2", "0"),
-          drawn("#ff0000", "0", " " ROUND_ENDS "stroke-dasharray=\"0 , 0\" ") },
         { "dashDot", pen("0x3303", "3"),
           drawn("#ff0000", "3", " stroke-dasharray=\"12 , 6 , 3 , 6\" ") },
         { "dashDotDot", pen("0x3304", "1"),
@@ -78,12 +73,8 @@ namespace {
     }
 
     const Case kSelections[] = {
-        { "unknownIndexShowsTheDefaults", selected("select 77"),
-          square("stroke=\"none\" stroke-width=\"1\"  fill=\"white\"") },
         { "penAndBrush", selected(RED_PEN BLUE_BRUSH),
           square(" stroke=\"#ff0000\" stroke-width=\"2\" \n  fill=\"#0000ff\"\n") },
-        { "nullBrush", selected("brush 2 1 0x0000FF 0; select 2"),
-          square("stroke=\"none\" stroke-width=\"1\"   fill=\"none\" ") },
         { "stockBrushAfterSolid", selected(BLUE_BRUSH "select 0x80000005"),
           square("stroke=\"none\" stroke-width=\"1\"   fill=\"none\" ") },
         { "stockPensCutTheStroke",

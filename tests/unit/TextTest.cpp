@@ -43,7 +43,6 @@ namespace {
     }
 
     const Case kTexts[] = {
-        { "plain", texts(FONT, { hi(10, 20) }), text(10, 40, "Hi") },
         { "escaped", texts(FONT, { { 0, 0, QStringLiteral("a<b & c>d &amp; \"'") } }),
           text(0, 20, "a&lt;b &amp; c&gt;d &amp;amp; \"'") },
         { "forbiddenCharacters",
@@ -56,8 +55,6 @@ namespace {
           texts("smallText 0 0 0 0 1 1. 1. box",
                 { { 0, 0, {} }, { 0, 0, QStringLiteral("\1\1") } }),
           "" },
-        { "background", texts(FONT "bkMode 2", { hi(10, 20) }),
-          background(10, 20, 20, 25) + text(10, 40, "Hi") },
         { "backgroundUntilAModeIsSet", texts("bkColor 0x0000FF", { hi(0, 0) }),
           rect(0, 0, 14, 17, "fill=\"#ff0000\" stroke=\"none\"fill-opacity=\"0\" ")
                   + "<text x=\"0\" y=\"14\"   fill=\"black\"  font-size=\"14\"  >Hi</text>\n" },
@@ -87,15 +84,9 @@ namespace {
           text(0, 20, "HI") },
 
         // The text is 20 long.
-        { "topLeft", texts(FONT "textAlign 0", { hi(50, 60) }), text(50, 80, "Hi") },
-        { "topCenter", texts(FONT "textAlign 6", { hi(50, 60) }), text(40, 80, "Hi") },
-        { "bottomRight", texts(FONT "textAlign 10", { hi(50, 60) }), text(30, 55, "Hi") },
-        { "baselineLeft", texts(FONT "textAlign 24", { hi(50, 60) }), text(50, 60, "Hi") },
         { "baselineCenterRightToLeft", texts(FONT "textAlign 286", { hi(50, 60) }),
           text(40, 60, "Hi") },
         // Turned up by a quarter: the text's right is up, its down is right.
-        { "rotatedTopLeft", texts(UP_FONT, { hi(50, 60) }),
-          "<g transform=\"rotate(-90 70 60)\">" + text(70, 60, "Hi") + "</g>" },
         { "rotatedBaselineRight", texts(UP_FONT "textAlign 26", { hi(50, 60) }),
           "<g transform=\"rotate(-90 50 80)\">" + text(50, 80, "Hi") + "</g>" },
         // 20 (0.866, -0.5) to the end and 20 (0.5, 0.866) down.
@@ -106,9 +97,6 @@ namespace {
           emf("line 0 0",
               texts(FONT "textAlign 25; move 5 6", { hi(0, 0), { 0, 0, QStringLiteral("Ho") } })),
           text(5, 6, "Hi") + text(25, 6, "Ho") + lineBehind(45, 6) },
-        { "updatePositionToTheLeft",
-          emf("line 0 0", texts(FONT "textAlign 27; move 50 6", { hi(0, 0) })),
-          text(30, 6, "Hi") + lineBehind(30, 6) },
         { "updatePositionCentred",
           emf("line 0 0", texts(FONT "textAlign 31; move 50 6", { hi(0, 0) })),
           text(40, 6, "Hi") + lineBehind(50, 6) },
@@ -130,7 +118,6 @@ namespace {
 #define WMF_FONT(height) "font " height " 0 0 0 0 0 0 0 0 x4600; select 0;"
 
     const Case kOtherTexts[] = {
-        { "wide", emf(FONT "smallText 10 20 2 0 1 1. 1. box \"Hi\""), smallText("Hi") },
         { "wideWithoutRectangle", emf(FONT "smallText 10 20 2 0x100 1 1. 1. \"H<\""),
           smallText("H&lt;") },
         { "narrow", emf(FONT "smallText 10 20 9 0x300 1 1. 1. x48E9"), smallText("H\xC3\xA9") },
@@ -148,12 +135,9 @@ namespace {
         { "cutOff", emf(FONT "smallText 0 0 0 0 1 x0000"), "" },
 
         // A text of a WMF stands its ascent below the point.
-        { "wmf", wmf(WMF_FONT("20") "text 20 10 3 0 \"abc\" x00"), wmfText(20, "abc") },
         { "wmfRectangle", wmf(WMF_FONT("20") "text 20 10 2 4 9 9 9 9 \"a&\""),
           wmfText(20, "a&amp;") },
         // A negative height is kept as it is read in the text, and placed as the height it is.
-        { "wmfNegativeHeight", wmf(WMF_FONT("-20") "text 20 10 1 2 9 9 9 9 \"a\" x00"),
-          wmfText(65516, "a") },
         { "wmfEmpty", wmf(WMF_FONT("20") "text 20 10 0 0; text 20 10 0 2 9 9 9 9"), "" },
         { "wmfFont",
           wmf("font -20 0 0 0 -1 x0101010000000000 \"A\" xE93C00 \"B\" x00; select 0;"
