@@ -3,64 +3,64 @@
 
 #include <QTemporaryDir>
 
-namespace svgtool::test {
+using namespace svgtool;
+using namespace svgtool::test;
+
 namespace {
 
-    TEST(WmfCore, FrameFollowsThePlaceableHeader)
+TEST(WmfCore, FrameFollowsThePlaceableHeader)
+{
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    const struct
     {
-        constexpr int kLowest = std::numeric_limits<int>::min();
-        const struct
-        {
-            const char *name;
-            WmfBuilder file;
-            int width, height;
-        } cases[] = {
-            { "standard", WmfBuilder(), 1024, 768 },
-            { "truncated toward zero", WmfBuilder().placeable(10, 5, 1009, 490, 1000), 95, 46 },
-            { "upside down", WmfBuilder().placeable(100, 50, 0, 0, 96), -100, -50 },
-            { "difference wraps", WmfBuilder().placeable(-30000, 0, 30000, 1, 96), -5536, 1 },
-            { "no resolution", WmfBuilder().placeable(0, 0, 5, 5, 0), kLowest, kLowest },
-        };
-        for (const auto &[name, file, width, height] : cases)
-            EXPECT_EQ(convert(file.build()).text, documentHead(width, height) + "</svg>\n") << name;
-    }
+        const char *name;
+        WmfBuilder file;
+        int width, height;
+    } cases[] = {
+        { "standard", WmfBuilder(), 1024, 768 },
+        { "truncated toward zero", WmfBuilder().placeable(10, 5, 1009, 490, 1000), 95, 46 },
+        { "upside down", WmfBuilder().placeable(100, 50, 0, 0, 96), -100, -50 },
+        { "difference wraps", WmfBuilder().placeable(-30000, 0, 30000, 1, 96), -5536, 1 },
+        { "no resolution", WmfBuilder().placeable(0, 0, 5, 5, 0), kLowest, kLowest },
+    };
+    for (const auto &[name, file, width, height] : cases)
+        EXPECT_EQ(convert(file.build()).text, documentHead(width, height) + "</svg>\n") << name;
+}
 
-    TEST(WmfCore, DumpListsHandledAndNamedRecords)
-    {
-        QTemporaryDir folder;
-        RecordDump dump;
-        dump.isOn = true;
-        dump.file.setFileName(folder.filePath(QStringLiteral("dump")));
-        ASSERT_TRUE(dump.file.open(QIODevice::ReadWrite));
-        const QByteArray file =
-                wmf("0x0999; arc; mapMode 8; ellipse 4 3 2 1", WmfBuilder()).build();
-        WMF2SVGConverter converter;
-        converter.InitializeCoordinates(false, {});
-        EXPECT_EQ(converter.ConvertWMFToSVG({ file.constData() + 18, file.size() - 18 }, 1000, 1000,
-                                            &dump),
-                  2);
-        dump.file.seek(0);
-        EXPECT_EQ(dump.file.readAll().replace('\t', ""),
-                  "#Start Of File\n\nMETA_ARC\nMETA_SETMAPMODE\nMETA_ELLIPSE\n\nEnd of File\n\n");
-    }
+TEST(WmfCore, DumpListsHandledAndNamedRecords)
+{
+    QTemporaryDir folder;
+    RecordDump dump;
+    dump.isOn = true;
+    dump.file.setFileName(folder.filePath(QStringLiteral("dump")));
+    ASSERT_TRUE(dump.file.open(QIODevice::ReadWrite));
+    const QByteArray file = wmf("0x0999; arc; mapMode 8; ellipse 4 3 2 1", WmfBuilder()).build();
+    WMF2SVGConverter converter;
+    converter.InitializeCoordinates(false, {});
+    EXPECT_EQ(converter.ConvertWMFToSVG({ file.constData() + 18, file.size() - 18 }, 1000, 1000,
+                                        &dump),
+              2);
+    dump.file.seek(0);
+    EXPECT_EQ(dump.file.readAll().replace('\t', ""),
+              "#Start Of File\n\nMETA_ARC\nMETA_SETMAPMODE\nMETA_ELLIPSE\n\nEnd of File\n\n");
+}
 
-    TEST(WmfCore, HugeClaimsAllocateNothing)
-    {
-        EXPECT_EQ(convert(WmfBuilder().size(0x7FFFFFFF).maxRecord(0x7FFFFFFF).build()).result, 2);
-        EXPECT_EQ(convert(WmfBuilder()
-                                  .size(0xFFFFFFFF)
-                                  .raw(ByteWriter().u32(0xFFFFFFFF).u16(1).result())
-                                  .build())
-                          .result,
-                  2);
-    }
+TEST(WmfCore, HugeClaimsAllocateNothing)
+{
+    EXPECT_EQ(convert(WmfBuilder().size(0x7FFFFFFF).maxRecord(0x7FFFFFFF).build()).result, 2);
+    EXPECT_EQ(convert(WmfBuilder()
+                              .size(0xFFFFFFFF)
+                              .raw(ByteWriter().u32(0xFFFFFFFF).u16(1).result())
+                              .build())
+                      .result,
+              2);
+}
 
-    TEST(WmfCore, NoRecordsGiveNothing)
-    {
-        WMF2SVGConverter converter;
-        EXPECT_EQ(converter.ConvertWMFToSVG({}, 100, 100, nullptr), 0);
-        EXPECT_EQ(converter.takeDocument(), QByteArray());
-    }
+TEST(WmfCore, NoRecordsGiveNothing)
+{
+    WMF2SVGConverter converter;
+    EXPECT_EQ(converter.ConvertWMFToSVG({}, 100, 100, nullptr), 0);
+    EXPECT_EQ(converter.takeDocument(), QByteArray());
+}
 
 } // namespace
-} // namespace svgtool::test
