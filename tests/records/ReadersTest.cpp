@@ -61,13 +61,5 @@ namespace {
         EXPECT_EQ(pen, expected);
     }
 
-    TEST(Unaligned, HoldsTheLowWordFirst)
-    {
-        const Unaligned32 field = 0x12345678;
-        EXPECT_EQ(field.words[0], 0x5678);
-        EXPECT_EQ(field.words[1], 0x1234);
-        EXPECT_EQ(field, 0x12345678u);
-    }
-
 } // namespace
 } // namespace svgtool

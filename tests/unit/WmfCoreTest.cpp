@@ -45,17 +45,6 @@ TEST(WmfCore, DumpListsHandledAndNamedRecords)
               "#Start Of File\n\nMETA_ARC\nMETA_SETMAPMODE\nMETA_ELLIPSE\n\nEnd of File\n\n");
 }
 
-TEST(WmfCore, HugeClaimsAllocateNothing)
-{
-    EXPECT_EQ(convert(WmfBuilder().size(0x7FFFFFFF).maxRecord(0x7FFFFFFF).build()).result, 2);
-    EXPECT_EQ(convert(WmfBuilder()
-                              .size(0xFFFFFFFF)
-                              .raw(ByteWriter().u32(0xFFFFFFFF).u16(1).result())
-                              .build())
-                      .result,
-              2);
-}
-
 TEST(WmfCore, NoRecordsGiveNothing)
 {
     WMF2SVGConverter converter;

@@ -18,17 +18,6 @@ TEST(Writer, FallsBackToTheStyleOfTheStart)
                       + line(1, -2147483648, 2147483647, 4, "S"));
 }
 
-TEST(Writer, PointsString)
-{
-    const CMySVGWriter writer;
-    const POINTL points[] = { { 0, -9 },      { 10, 99 },       { -100, 999 },
-                              { 1000, 9999 }, { -9999, 10000 }, { -10000, 123456 } };
-    TextBuffer text;
-    writer.GetPointsString(points, text);
-    writer.GetPointsString({}, text);
-    EXPECT_EQ(text.view(), "0,-9 10,99 -100,999 1000,9999 -9999,10000 -10000,123456 \n\n");
-}
-
 // Brushes of other kinds under the same index leave the old definition alone.
 TEST(Writer, PatternDefinitionsAreWrittenOnce)
 {
