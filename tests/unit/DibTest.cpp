@@ -68,8 +68,8 @@ const struct
       "00ff00 00ff00/ff0000 ff0000" },
     { "runs8LiteralCutOff", dib({ 4, 1, 8, 1, 4 }, COLOURS, "0004 0102"), 4, 1,
       "ff0000 00ff00 ...... ......" },
-    { "runs4", dib({ 5, 2, 4, 2, 4 }, COLOURS, "0512 0000 0005 123120 00 0001"), 5, 2,
-      "ff0000 00ff00 0000ff ff0000 00ff00/ff0000 00ff00 ff0000 00ff00 ff0000" },
+    { "runs4", dib({ 5, 2, 4, 2, 4 }, COLOURS, "0005 123100 00 0000 0512 0001"), 5, 2,
+      "ff0000 00ff00 ff0000 00ff00 ff0000/ff0000 00ff00 0000ff ff0000 000000" },
 };
 
 TEST(DibPixels, ComeOutOfTheDocument)

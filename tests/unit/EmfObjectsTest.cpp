@@ -33,6 +33,7 @@ const Case kPaths[] = {
       filled(" M1,2  C3,4 5,6 7,8  M1,1  L2,2 ") },
     { "closesToAMoveInTheBracket", emf("beginPath; move 3 4; closeFigure; closeFigure" FILL),
       filled(" L3,4  L0,4 ") },
+    { "notToAMoveBefore", emf("move 3 4; beginPath; closeFigure" FILL), filled(" L0,0 ") },
     { "notToTheEndOfALine", emf("beginPath; line 3 4; closeFigure" FILL),
       line(0, 0, 3, 4) + filled(" L0,0 ") },
     { "closesToTheFirstPointOfACurve", emf("beginPath;" CURVE "closeFigure" FILL),

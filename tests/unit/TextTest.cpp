@@ -63,7 +63,7 @@ const Case kTexts[] = {
       texts(FONT "bkMode 2", { { 10, 20, QStringLiteral("Hi"), 2, {}, { 1, 2, 31, 42 } } }),
       background(1, 2, 30, 40) + text(10, 40, "Hi") },
     { "nullRectangle",
-      texts(FONT "bkMode 2", { { 10, 20, QStringLiteral("Hi"), 2, {}, { 0, 0, -1, -1 } } }),
+      texts(FONT "bkMode 2", { { 10, 20, QStringLiteral("Hi"), 2, {}, { 0, 0, -1, 9 } } }),
       background(10, 20, 20, 25) + text(10, 40, "Hi") },
     { "cellOfOneLine", texts(FONT, { { 0, 0, QStringLiteral("a\nb") } }), text(0, 20, "a\nb") },
     { "advancesGiveTheWidth",
