@@ -36,6 +36,7 @@ const Case kMappings[] = {
       wmf("windowOrg 0 0; windowExt 500 1500; line -19 79",
           WmfBuilder().placeable(0, 0, 1000, 500, 960)),
       line(0, 0, 4, -1) },
+    { "lengthCountsThePlaceableHeader", wmf("line 3 4").size(5), line(0, 0, 4, 3) },
     { "twipsWithoutAPlaceableHeader", wmf("rect 151 44 16 -29", WmfBuilder()), rect(-1, 1, 3, 9) },
 };
 INSTANTIATE_CASES(WmfMappings, kMappings);
