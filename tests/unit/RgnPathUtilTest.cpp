@@ -7,285 +7,158 @@
 #include <limits>
 #include <new>
 #include <random>
-#include <tuple>
+#include <sstream>
 
-namespace svgtool::test {
+using namespace svgtool;
+
 namespace {
 
-    using Edge = std::tuple<qint32, qint32, qint32, qint32>;
-    using Edges = std::vector<Edge>;
+// Lines as text: "x1 y1 x2 y2, " for each.
+template<class Line>
+std::string textOf(const std::list<Line> &lines)
+{
+    std::ostringstream text;
+    for (const CLine &line : lines)
+        text << line.x1 << ' ' << line.y1 << ' ' << line.x2 << ' ' << line.y2 << ", ";
+    return text.str();
+}
 
+std::string edgesOf(const std::vector<RECTL> &rects)
+{
+    std::list<CLine> lines;
+    EXPECT_TRUE(ConvertRgnDataToPath(rects, lines));
+    return textOf(lines);
+}
+
+TEST(RegionEdges, AreExact)
+{
+    EXPECT_EQ(edgesOf({}), "");
+    // Two that share a part of a side, the second one reversed.
+    EXPECT_EQ(edgesOf({ { 0, 0, 10, 5 }, { 15, 10, 5, 5 } }),
+              "0 0 10 0, 5 10 15 10, 0 5 5 5, 10 5 15 5, "
+              "0 0 0 5, 10 0 10 5, 15 5 15 10, 5 5 5 10, ");
+    // A side inside a longer one goes from it; those that touch and upright ones stay.
+    EXPECT_EQ(edgesOf({ { 0, 0, 5, 5 }, { 1, 5, 4, 9 }, { 5, 0, 8, 5 } }),
+              "0 0 5 0, 1 9 4 9, 5 0 8 0, 5 5 8 5, 0 5 1 5, 4 5 5 5, "
+              "0 0 0 5, 5 0 5 5, 1 5 1 9, 4 5 4 9, 5 0 5 5, 8 0 8 5, ");
+    // An empty one cuts too.
+    EXPECT_EQ(edgesOf({ { 0, 0, 9, 5 }, { 4, 5, 4, 8 } }),
+              "0 0 9 0, 4 8 4 8, 0 5 4 5, 4 5 9 5, 0 0 0 5, 9 0 9 5, 4 5 4 8, 4 5 4 8, ");
     constexpr qint32 kLeast = std::numeric_limits<qint32>::min();
     constexpr qint32 kMost = std::numeric_limits<qint32>::max();
+    EXPECT_EQ(edgesOf({ { kLeast, kLeast, kMost, kMost }, { 0, kMost, kMost, 7 } }),
+              "-2147483648 -2147483648 2147483647 -2147483648, 0 7 2147483647 7, "
+              "-2147483648 2147483647 0 2147483647, "
+              "-2147483648 -2147483648 -2147483648 2147483647, "
+              "2147483647 -2147483648 2147483647 2147483647, "
+              "0 7 0 2147483647, 2147483647 7 2147483647 2147483647, ");
+}
 
-    template<class Line>
-    Edges numbersOf(const std::list<Line> &lines)
-    {
-        Edges edges;
-        for (const CLine &line : lines)
-            edges.emplace_back(line.x1, line.y1, line.x2, line.y2);
-        return edges;
-    }
-
-    Edges edgesOf(const std::vector<RECTL> &rects)
-    {
-        std::list<CLine> lines;
-        EXPECT_TRUE(ConvertRgnDataToPath(rects, lines));
-        return numbersOf(lines);
-    }
-
-    struct SplitCase
-    {
-        const char *name;
-        CLine a, b;
-        qint32 result;
-        Edges horizontal, vertical;
-    };
-
-    TEST(RegionEdges, OverlapsLeaveWhatIsNotShared)
-    {
-        const SplitCase cases[] = {
-            { "aBegins",
-              { 0, 3, 10, 3 },
-              { 4, 3, 15, 3 },
-              2,
-              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } },
-              { { 0, 3, 4, 3 }, { 10, 3, 15, 3 } } },
-            { "aInside",
-              { 4, 3, 6, 3 },
-              { 0, 3, 10, 3 },
-              2,
-              { { 0, 3, 4, 3 }, { 6, 3, 10, 3 } },
-              { { 4, 3, 0, 3 }, { 6, 3, 10, 3 } } },
-            { "sameBegin",
-              { 0, 3, 10, 3 },
-              { 0, 3, 6, 3 },
-              1,
-              { { 6, 3, 10, 3 } },
-              { { 10, 3, 6, 3 } } },
-            { "sameEnd",
-              { 2, 3, 9, 3 },
-              { 5, 3, 9, 3 },
-              1,
-              { { 2, 3, 5, 3 } },
-              { { 2, 3, 5, 3 } } },
-            { "pointInside",
-              { 4, 3, 4, 3 },
-              { 0, 3, 9, 3 },
-              2,
-              { { 0, 3, 4, 3 }, { 4, 3, 9, 3 } },
-              { { 4, 3, 0, 3 }, { 4, 3, 9, 3 } } },
-            { "equal", { 0, 3, 10, 3 }, { 0, 3, 10, 3 }, 0, {}, {} },
-            { "touchAtTheEnd", { 0, 3, 5, 3 }, { 5, 3, 9, 3 }, -1, {}, {} },
-            { "touchAtTheBegin", { 5, 3, 9, 3 }, { 0, 3, 5, 3 }, -1, {}, {} },
-            { "apart", { 0, 3, 5, 3 }, { 6, 3, 9, 3 }, -1, {}, {} },
-            { "otherY", { 0, 3, 10, 3 }, { 4, 4, 15, 4 }, -1, {}, {} },
-            { "sameSide", { 5, 0, 5, 9 }, { 5, 0, 5, 4 }, -1, {}, {} },
-        };
-        for (const SplitCase &each : cases) {
-            std::list<CHLine> horizontal;
-            std::list<CVLine> vertical;
-            EXPECT_EQ(HSplitIfOverlap(each.a, each.b, horizontal), each.result) << each.name;
-            EXPECT_EQ(VSplitIfOverlap(each.a, each.b, vertical), each.result) << each.name;
-            EXPECT_EQ(numbersOf(horizontal), each.horizontal) << each.name;
-            EXPECT_EQ(numbersOf(vertical), each.vertical) << each.name;
+// The list algorithm as it is told, at its quadratic cost.
+std::string plainEdges(const std::vector<RECTL> &rects)
+{
+    std::list<CHLine> lines;
+    for (const RECTL &rect : rects)
+        for (const qint32 side : { 0, 1 })
+            lines.push_back(GetHLine(rect, side));
+    for (auto a = lines.begin(); a != lines.end();) {
+        auto b = std::next(a);
+        while (b != lines.end() && HSplitIfOverlap(*a, *b, lines) <= 0)
+            ++b;
+        if (b == lines.end()) {
+            ++a;
+            continue;
         }
+        a = lines.erase(a);
+        if (a == b)
+            a = lines.erase(b);
+        else
+            lines.erase(b);
     }
+    std::list<CVLine> sides;
+    for (const RECTL &rect : rects)
+        for (const qint32 side : { 0, 1 })
+            sides.push_back(GetVLine(rect, side));
+    return textOf(lines) + textOf(sides);
+}
 
-    struct EdgesCase
-    {
-        const char *name;
-        std::vector<RECTL> rects;
-        Edges edges;
-    };
-
-    TEST(RegionEdges, AreExact)
-    {
-        const EdgesCase cases[] = {
-            { "none", {}, {} },
-            { "one",
-              { { 0, 0, 10, 5 } },
-              { { 0, 0, 10, 0 }, { 0, 5, 10, 5 }, { 0, 0, 0, 5 }, { 10, 0, 10, 5 } } },
-            { "reversed",
-              { { 10, 5, 0, 0 } },
-              { { 0, 5, 10, 5 }, { 0, 0, 10, 0 }, { 10, 0, 10, 5 }, { 0, 0, 0, 5 } } },
-            { "partlyShared",
-              { { 0, 0, 10, 5 }, { 5, 5, 15, 10 } },
-              { { 0, 0, 10, 0 },
-                { 5, 10, 15, 10 },
-                { 0, 5, 5, 5 },
-                { 10, 5, 15, 5 },
-                { 0, 0, 0, 5 },
-                { 10, 0, 10, 5 },
-                { 5, 5, 5, 10 },
-                { 15, 5, 15, 10 } } },
-            { "emptyCutsToo",
-              { { 0, 0, 9, 5 }, { 4, 5, 4, 8 } },
-              { { 0, 0, 9, 0 },
-                { 4, 8, 4, 8 },
-                { 0, 5, 4, 5 },
-                { 4, 5, 9, 5 },
-                { 0, 0, 0, 5 },
-                { 9, 0, 9, 5 },
-                { 4, 5, 4, 8 },
-                { 4, 5, 4, 8 } } },
-            { "widest",
-              { { kLeast, kLeast, kMost, kMost }, { 0, kMost, kMost, 7 } },
-              { { kLeast, kLeast, kMost, kLeast },
-                { 0, 7, kMost, 7 },
-                { kLeast, kMost, 0, kMost },
-                { kLeast, kLeast, kLeast, kMost },
-                { kMost, kLeast, kMost, kMost },
-                { 0, 7, 0, kMost },
-                { kMost, 7, kMost, kMost } } },
-            { "sideBySide",
-              { { 0, 0, 5, 5 }, { 5, 0, 9, 5 } },
-              { { 0, 0, 5, 0 },
-                { 0, 5, 5, 5 },
-                { 5, 0, 9, 0 },
-                { 5, 5, 9, 5 },
-                { 0, 0, 0, 5 },
-                { 5, 0, 5, 5 },
-                { 5, 0, 5, 5 },
-                { 9, 0, 9, 5 } } },
-            { "sameSidesStay",
-              { { 0, 0, 5, 5 }, { 0, 5, 5, 9 } },
-              { { 0, 0, 5, 0 },
-                { 0, 5, 5, 5 },
-                { 0, 5, 5, 5 },
-                { 0, 9, 5, 9 },
-                { 0, 0, 0, 5 },
-                { 5, 0, 5, 5 },
-                { 0, 5, 0, 9 },
-                { 5, 5, 5, 9 } } },
-        };
-        for (const EdgesCase &each : cases)
-            EXPECT_EQ(edgesOf(each.rects), each.edges) << each.name;
+TEST(RegionEdges, AreThoseOfThePlainAlgorithm)
+{
+    std::mt19937 random(7);
+    for (int round = 0; round < 3000; ++round) {
+        const int range = 2 + int(random() % 20);
+        const auto coordinate = [&] { return qint32(random() % unsigned(range)) - range / 2; };
+        std::vector<RECTL> rects(round % 1000 == 1 ? 800 : random() % 25);
+        for (RECTL &rect : rects)
+            rect = { coordinate(), coordinate(), coordinate(), coordinate() };
+        // Some as they come, some as a region divides them.
+        if (round % 3 == 0)
+            rects = RegionToRects(RectsToRegion(rects));
+        ASSERT_EQ(edgesOf(rects), plainEdges(rects)) << "round " << round;
     }
+}
 
-    // The list algorithm as it is told, at its quadratic cost.
-    Edges plainEdges(const std::vector<RECTL> &rects)
-    {
-        std::list<CHLine> lines;
-        for (const RECTL &rect : rects)
-            for (const qint32 side : { 0, 1 })
-                lines.push_back(GetHLine(rect, side));
-        for (auto a = lines.begin(); a != lines.end();) {
-            auto b = std::next(a);
-            while (b != lines.end() && HSplitIfOverlap(*a, *b, lines) <= 0)
-                ++b;
-            if (b == lines.end()) {
-                ++a;
-                continue;
-            }
-            a = lines.erase(a);
-            if (a == b)
-                a = lines.erase(b);
-            else
-                lines.erase(b);
-        }
-        Edges edges = numbersOf(lines);
-        for (const RECTL &rect : rects)
-            for (const qint32 side : { 0, 1 }) {
-                const CVLine line = GetVLine(rect, side);
-                edges.emplace_back(line.x1, line.y1, line.x2, line.y2);
-            }
-        return edges;
-    }
+// One by one, to any number of rectangles.
+QRegion plainRegion(const std::vector<RECTL> &rects)
+{
+    QRegion region;
+    for (const RECTL &r : rects)
+        region += QRect(r.left, r.top, r.right - r.left, r.bottom - r.top);
+    return region;
+}
 
-    TEST(RegionEdges, AreThoseOfThePlainAlgorithm)
-    {
-        std::mt19937 random(7);
-        for (int round = 0; round < 3000; ++round) {
-            const int range = 2 + int(random() % 20);
-            const auto coordinate = [&] { return qint32(random() % unsigned(range)) - range / 2; };
-            std::vector<RECTL> rects(round % 1000 == 1 ? 800 : random() % 25);
-            for (RECTL &rect : rects)
-                rect = { coordinate(), coordinate(), coordinate(), coordinate() };
-            // Some as they come, some as a region divides them.
-            if (round % 3 == 0)
-                rects = RegionToRects(RectsToRegion(rects));
-            ASSERT_EQ(edgesOf(rects), plainEdges(rects)) << "round " << round;
-        }
-    }
-
-    TEST(Regions, AreUnitedAndDividedAsQtDoes)
-    {
-        std::mt19937 random(9);
-        for (int round = 0; round < 300; ++round) {
-            std::vector<RECTL> rects(random() % 40);
-            QRegion expected;
-            for (RECTL &rect : rects) {
-                const auto edge = [&] { return qint32(random() % 30); };
-                rect = { edge(), edge(), edge(), edge() };
-                expected = expected.united(QRegion(rectAt(
-                        rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top)));
-            }
-            const QRegion region = RectsToRegion(rects);
-            ASSERT_EQ(region, expected) << "round " << round;
-            std::vector<Edge> parts;
-            for (const RECTL &rect : RegionToRects(region))
-                parts.emplace_back(rect.left, rect.top, rect.right, rect.bottom);
-            std::vector<Edge> expectedParts;
-            for (const QRect &rect : expected)
-                expectedParts.emplace_back(rect.left(), rect.top(), rect.right(),
-                                           rect.bottom() + 1);
-            ASSERT_EQ(parts, expectedParts) << "round " << round;
-        }
-    }
-
-    TEST(Regions, KeepTheLastColumnAndPassTheLastRow)
-    {
-        const std::vector<RECTL> rects = RegionToRects(RectsToRegion({ { { 1, 2, 11, 7 } } }));
-        ASSERT_EQ(rects.size(), 1U);
-        EXPECT_EQ(std::tie(rects[0].left, rects[0].top, rects[0].right, rects[0].bottom),
-                  std::make_tuple(1, 2, 10, 7));
-    }
-
-    // One by one, to any number of rectangles.
-    QRegion plainRegion(const std::vector<RECTL> &rects)
-    {
-        QRegion region;
-        for (const RECTL &r : rects)
-            region += QRect(r.left, r.top, r.right - r.left, r.bottom - r.top);
-        return region;
-    }
-
-    TEST(Regions, OfManyBandsInOrderAreDividedAsQtDoes)
-    {
-        // Qt leaves bands with the same columns apart when it appends to them.
-        std::vector<RECTL> rects;
-        for (qint32 y = 0; y < 20000; y += 2) {
-            rects.push_back({ 0, y, 3, y + 2 });
-            rects.push_back({ 5, y, 8, y + 2 });
-        }
-        EXPECT_EQ(RectsToRegion(rects), plainRegion(rects));
-    }
-
-    TEST(Regions, OfManyInNoOrderCoverTheSameArea)
-    {
-        std::mt19937 random(3);
-        std::vector<RECTL> rects(4000);
+TEST(Regions, AreUnitedAndDividedAsQtDoes)
+{
+    std::mt19937 random(9);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<RECTL> rects(random() % 40);
         for (RECTL &rect : rects) {
-            const auto at = [&] { return qint32(random() % 1000); };
-            rect.left = at();
-            rect.top = at();
-            rect.right = rect.left + 25;
-            rect.bottom = rect.top + 25;
+            const auto edge = [&] { return qint32(random() % 30); };
+            rect = { edge(), edge(), edge(), edge() };
         }
         const QRegion expected = plainRegion(rects);
-        EXPECT_TRUE(RectsToRegion(rects).xored(expected).isEmpty());
-    }
-
-    TEST(Regions, ThatGrowByTheSquareAreRefused)
-    {
-        std::vector<RECTL> bars;
-        for (qint32 i = 0; i < 1100; ++i) {
-            bars.push_back({ 0, 4 * i, 4400, 4 * i + 2 });
-            bars.push_back({ 4 * i, 0, 4 * i + 2, 4400 });
+        ASSERT_EQ(RectsToRegion(rects), expected) << "round " << round;
+        auto part = expected.begin();
+        for (const RECTL &rect : RegionToRects(expected)) {
+            ASSERT_EQ(QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom - 1)),
+                      *part);
+            ++part;
         }
-        EXPECT_THROW(RectsToRegion(bars), std::bad_alloc);
+        ASSERT_EQ(part, expected.end());
     }
+}
+
+TEST(Regions, OfManyBandsInOrderAreDividedAsQtDoes)
+{
+    // Qt leaves bands with the same columns apart when it appends to them.
+    std::vector<RECTL> rects;
+    for (qint32 y = 0; y < 20000; y += 2) {
+        rects.push_back({ 0, y, 3, y + 2 });
+        rects.push_back({ 5, y, 8, y + 2 });
+    }
+    EXPECT_EQ(RectsToRegion(rects), plainRegion(rects));
+}
+
+TEST(Regions, OfManyInNoOrderCoverTheSameArea)
+{
+    std::mt19937 random(3);
+    std::vector<RECTL> rects(4000);
+    for (RECTL &rect : rects) {
+        const auto at = [&] { return qint32(random() % 1000); };
+        const POINTL corner{ at(), at() };
+        rect = { corner.x, corner.y, corner.x + 25, corner.y + 25 };
+    }
+    EXPECT_TRUE(RectsToRegion(rects).xored(plainRegion(rects)).isEmpty());
+}
+
+TEST(Regions, ThatGrowByTheSquareAreRefused)
+{
+    std::vector<RECTL> bars;
+    for (qint32 i = 0; i < 1100; ++i) {
+        bars.push_back({ 0, 4 * i, 4400, 4 * i + 2 });
+        bars.push_back({ 4 * i, 0, 4 * i + 2, 4400 });
+    }
+    EXPECT_THROW(RectsToRegion(bars), std::bad_alloc);
+}
 
 } // namespace
-} // namespace svgtool::test

@@ -1,267 +1,189 @@
-#include "support/Cases.h"
 #include "support/EmfRecords.h"
-#include "support/WmfBuilder.h"
 #include "svg/SVGWriter.h"
 #include "svg/TextDecoding.h"
+#include "unit/Cases.h"
 
-namespace svgtool::test {
+using namespace svgtool;
+using namespace svgtool::test;
+
 namespace {
 
-    constexpr quint32 kSetBkMode = 18;
-    constexpr quint32 kSetTextAlign = 22;
-    constexpr quint32 kMoveTo = 27;
-    constexpr quint32 kSelect = 37;
-    constexpr quint32 kLineTo = 54;
-    constexpr quint32 kCreateFont = 82;
-    constexpr quint32 kText = 84;
-    constexpr quint32 kSmallText = 108;
+#define FONT "font 1 -20 0 0 0 0 0 0 \"F\"; select 1; bkMode 1;"
+#define UP_FONT "font 1 -20 0 900 0 0 0 0 \"F\"; select 1; bkMode 1;"
 
-    // A font of 20 pixels whose characters are 10 wide, 20 above and 5 below the baseline, and a
-    // transparent background.
-    EmfBuilder withFont(int escapement = 0)
-    {
-        return EmfBuilder()
-                .record(kCreateFont, font(1, -20, "F", escapement))
-                .record(kSelect, { 1 })
-                .record(kSetBkMode, { 1 });
-    }
+// Records, and texts behind them. In the fonts above characters are 10 wide, and reach 20 above
+// and 5 below the baseline.
+EmfBuilder texts(const char *records, std::initializer_list<TextRecord> texts)
+{
+    EmfBuilder file = emf(records);
+    for (const TextRecord &each : texts)
+        file.record(84, each.body());
+    return file;
+}
 
-    QByteArray text(int x, int y, const char *characters)
-    {
-        return TextRecord{ x, y, QString::fromUtf8(characters) }.body();
-    }
+TextRecord hi(int x, int y)
+{
+    return { x, y, QStringLiteral("Hi") };
+}
 
-#define TEXT(x, y, characters)                                                                     \
-    "<text x=\"" x "\" y=\"" y                                                                     \
-    "\" font-family=\"F\"  fill=\"black\"  font-size=\"20\"  >" characters "</text>\n"
-#define BACKGROUND(x, y, width, height)                                                            \
-    "<rect x=\"" x "\" y=\"" y "\" width=\"" width "\" height=\"" height                           \
-    "\" rx=\"0\" ry=\"0\" fill=\"none\" stroke=\"none\"fill-opacity=\"0\" />\n"
+std::string text(int x, int y, const std::string &characters)
+{
+    return joined("<text x=\"", x, "\" y=\"", y,
+                  "\" font-family=\"F\"  fill=\"black\"  font-size=\"20\"  >", characters,
+                  "</text>\n");
+}
+
+std::string background(int x, int y, int width, int height)
+{
+    return rect(x, y, width, height, "fill=\"none\" stroke=\"none\"fill-opacity=\"0\" ");
+}
+
 // Any selection brings the pen and the brush of the start into the style.
-#define LINE(x1, y1, x2, y2)                                                                       \
-    "<line x1=\"" x1 "\" y1 = \"" y1 "\" x2 =\"" x2 "\" y2=\"" y2                                  \
-    "\" stroke=\"none\" stroke-width=\"1\"  fill=\"white\"/>\n"
+std::string lineBehind(int x, int y)
+{
+    return line(x, y, 0, 0, "stroke=\"none\" stroke-width=\"1\"  fill=\"white\"");
+}
 
-    const EmfCase kTexts[] = {
-        { "plain", withFont().record(kText, text(10, 20, "Hi")), TEXT("10", "40", "Hi") },
-        { "escaped", withFont().record(kText, text(0, 0, "a<b & c>d &amp; \"'")),
-          TEXT("0", "20", "a&lt;b &amp; c&gt;d &amp;amp; \"'") },
-        { "forbiddenCharacters",
-          withFont().record(kText,
-                            TextRecord{ 0, 0,
-                                        QStringLiteral("a\t\n\r b") + QChar(1) + QChar(0xFFFE)
-                                                + QChar(0xFFFF) + QChar(0xD800) + QChar(0xDC00)
-                                                + QChar(0xDC00) + QChar(0xD800) }
-                                    .body()),
-          TEXT("0", "20", "a\t\n\r b\xF0\x90\x80\x80") },
-        { "emptyTextsWriteNothing",
-          EmfBuilder()
-                  .record(kText, text(0, 0, ""))
-                  .record(kText, TextRecord{ 0, 0, QString(2, QChar(1)) }.body())
-                  .record(kSmallText, smallText(0, 0, 0, 0, {})),
-          "" },
-        { "background", withFont().record(kSetBkMode, { 2 }).record(kText, text(10, 20, "Hi")),
-          BACKGROUND("10", "20", "20", "25") TEXT("10", "40", "Hi") },
-        { "backgroundUntilAModeIsSet",
-          EmfBuilder().record(25, { 0x0000FF }).record(kText, text(0, 0, "Hi")),
-          "<rect x=\"0\" y=\"0\" width=\"14\" height=\"17\" rx=\"0\" ry=\"0\" fill=\"#ff0000\" "
-          "stroke=\"none\"fill-opacity=\"0\" />\n"
-          "<text x=\"0\" y=\"14\"   fill=\"black\"  font-size=\"14\"  >Hi</text>\n" },
-        { "opaqueRectangle",
-          withFont()
-                  .record(kSetBkMode, { 2 })
-                  .record(kText,
-                          TextRecord{ 10, 20, QStringLiteral("Hi"), 2, {}, { 1, 2, 31, 42 } }
-                                  .body()),
-          BACKGROUND("1", "2", "30", "40") TEXT("10", "40", "Hi") },
-        { "nullRectangle",
-          withFont()
-                  .record(kSetBkMode, { 2 })
-                  .record(kText,
-                          TextRecord{ 10, 20, QStringLiteral("Hi"), 2, {}, { 0, 0, -1, -1 } }
-                                  .body()),
-          BACKGROUND("10", "20", "20", "25") TEXT("10", "40", "Hi") },
-        { "cellOfOneLine",
-          withFont().record(kText, TextRecord{ 0, 0, QStringLiteral("a\nb") }.body()),
-          TEXT("0", "20", "a\nb") },
-        { "advancesGiveTheWidth",
-          withFont()
-                  .record(kSetTextAlign, { 2 })
-                  .record(kText, TextRecord{ 50, 20, QStringLiteral("Hi"), 0, { 7, 8 } }.body()),
-          TEXT("35", "40", "Hi") },
-        { "advancesInPairs",
-          withFont()
-                  .record(kSetTextAlign, { 2 })
-                  .record(kText,
-                          TextRecord{ 50, 20, QStringLiteral("Hi"), 0x2000, { 7, 90, 8, 90 } }
-                                  .body()),
-          TEXT("35", "40", "Hi") },
-        { "advancesBeyondTheRecord",
-          withFont()
-                  .record(kSetTextAlign, { 2 })
-                  .record(kText, TextRecord{ 50, 20, QStringLiteral("Hi"), 0, { 7 } }.body()),
-          TEXT("30", "40", "Hi") },
-        { "countBeyondTheRecord",
-          withFont().record(
-                  kText,
-                  TextRecord{ 0, 0, QStringLiteral("Hi"), 0, {}, { 0, 0, 0, 0 }, 0xFFFFFFFF }
-                          .body()),
-          TEXT("0", "20", "Hi") },
-        { "textBeyondTheRecord", withFont().record(kText, text(0, 0, "Hi").left(60)), "" },
-        { "glyphNumbers",
-          withFont()
-                  .record(kText, TextRecord{ 0, 0, QString(QChar(8)) + QChar(9), 0x10 }.body())
-                  .record(kText, TextRecord{ 0, 0, QString(QChar(8)) + QChar(900), 0x10 }.body()),
-          TEXT("0", "20", "HI") },
-    };
-    INSTANTIATE_TEST_SUITE_P(Texts, EmfBody, testing::ValuesIn(kTexts),
-                             testing::PrintToStringParamName());
-
-    EmfBuilder aligned(int mode, int escapement = 0)
-    {
-        return withFont(escapement)
-                .record(kSetTextAlign, { mode })
-                .record(kText, text(50, 60, "Hi"));
-    }
+const Case kTexts[] = {
+    { "escaped", texts(FONT, { { 0, 0, QStringLiteral("a<b & c>d &amp; \"'") } }),
+      text(0, 20, "a&lt;b &amp; c&gt;d &amp;amp; \"'") },
+    { "forbiddenCharacters",
+      texts(FONT,
+            { { 0, 0,
+                QStringLiteral("a\t\n\r b\x01\uFFFE\uFFFF") + QChar(0xD800) + QChar(0xDC00)
+                        + QChar(0xDC00) + QChar(0xD800) } }),
+      text(0, 20, "a\t\n\r b\xF0\x90\x80\x80") },
+    { "emptyTextsWriteNothing",
+      texts("smallText 0 0 0 0 1 1. 1. box", { { 0, 0, {} }, { 0, 0, QStringLiteral("\1\1") } }),
+      "" },
+    { "backgroundUntilAModeIsSet", texts("bkColor 0x0000FF", { hi(0, 0) }),
+      rect(0, 0, 14, 17, "fill=\"#ff0000\" stroke=\"none\"fill-opacity=\"0\" ")
+              + "<text x=\"0\" y=\"14\"   fill=\"black\"  font-size=\"14\"  >Hi</text>\n" },
+    { "opaqueRectangle",
+      texts(FONT "bkMode 2", { { 10, 20, QStringLiteral("Hi"), 2, {}, { 1, 2, 31, 42 } } }),
+      background(1, 2, 30, 40) + text(10, 40, "Hi") },
+    { "nullRectangle",
+      texts(FONT "bkMode 2", { { 10, 20, QStringLiteral("Hi"), 2, {}, { 0, 0, -1, 9 } } }),
+      background(10, 20, 20, 25) + text(10, 40, "Hi") },
+    { "cellOfOneLine", texts(FONT, { { 0, 0, QStringLiteral("a\nb") } }), text(0, 20, "a\nb") },
+    { "advancesGiveTheWidth",
+      texts(FONT "textAlign 2",
+            { { 50, 20, QStringLiteral("Hi"), 0, { 7, 8 } },
+              { 50, 20, QStringLiteral("Hi"), 0x2000, { 7, 90, 8, 90 } } }),
+      text(35, 40, "Hi") + text(35, 40, "Hi") },
+    { "advancesBeyondTheRecord",
+      texts(FONT "textAlign 2", { { 50, 20, QStringLiteral("Hi"), 0, { 7 } } }),
+      text(30, 40, "Hi") },
+    { "countBeyondTheRecord",
+      texts(FONT, { { 0, 0, QStringLiteral("Hi"), 0, {}, { 0, 0, 0, 0 }, 0xFFFFFFFF } }),
+      text(0, 20, "Hi") },
+    { "textBeyondTheRecord", emf(FONT).record(84, hi(0, 0).body().left(60)), "" },
+    { "glyphNumbers",
+      texts(FONT,
+            { { 0, 0, QStringLiteral("\x08\x09"), 0x10 },
+              { 0, 0, QStringLiteral("\x08\u0900"), 0x10 } }),
+      text(0, 20, "HI") },
 
     // The text is 20 long.
-    const EmfCase kAlignments[] = {
-        { "topLeft", aligned(0), TEXT("50", "80", "Hi") },
-        { "topRight", aligned(2), TEXT("30", "80", "Hi") },
-        { "topCenter", aligned(6), TEXT("40", "80", "Hi") },
-        { "bottomLeft", aligned(8), TEXT("50", "55", "Hi") },
-        { "bottomRight", aligned(10), TEXT("30", "55", "Hi") },
-        { "bottomCenter", aligned(14), TEXT("40", "55", "Hi") },
-        { "baselineLeft", aligned(24), TEXT("50", "60", "Hi") },
-        { "baselineRight", aligned(26), TEXT("30", "60", "Hi") },
-        { "baselineCenterRightToLeft", aligned(30 + 256), TEXT("40", "60", "Hi") },
-        // Turned up by a quarter: the text's right is up, its down is right.
-        { "rotatedTopLeft", aligned(0, 900),
-          "<g transform=\"rotate(-90 70 60)\">" TEXT("70", "60", "Hi") "</g>" },
-        { "rotatedBaselineRight", aligned(26, 900),
-          "<g transform=\"rotate(-90 50 80)\">" TEXT("50", "80", "Hi") "</g>" },
-        { "rotatedBottomCenter", aligned(14, 1800),
-          "<g transform=\"rotate(-180 60 65)\">" TEXT("60", "65", "Hi") "</g>" },
-        // 20 (0.866, -0.5) to the end and 20 (0.5, 0.866) down.
-        { "rotatedByThirtyDegrees", aligned(2, 300),
-          "<g transform=\"rotate(-30 43 87)\">" TEXT("43", "87", "Hi") "</g>" },
-        { "updatePosition",
-          withFont()
-                  .record(kSetTextAlign, { 25 })
-                  .record(kMoveTo, { 5, 6 })
-                  .record(kText, text(0, 0, "Hi"))
-                  .record(kText, text(0, 0, "Ho"))
-                  .record(kLineTo, { 0, 0 }),
-          TEXT("5", "6", "Hi") TEXT("25", "6", "Ho") LINE("45", "6", "0", "0") },
-        { "updatePositionToTheLeft",
-          withFont()
-                  .record(kSetTextAlign, { 27 })
-                  .record(kMoveTo, { 50, 6 })
-                  .record(kText, text(0, 0, "Hi"))
-                  .record(kLineTo, { 0, 0 }),
-          TEXT("30", "6", "Hi") LINE("30", "6", "0", "0") },
-    };
-    INSTANTIATE_TEST_SUITE_P(Alignments, EmfBody, testing::ValuesIn(kAlignments),
-                             testing::PrintToStringParamName());
+    { "baselineCenterRightToLeft", texts(FONT "textAlign 286", { hi(50, 60) }),
+      text(40, 60, "Hi") },
+    // Turned up by a quarter: the text's right is up, its down is right.
+    { "rotatedBaselineRight", texts(UP_FONT "textAlign 26", { hi(50, 60) }),
+      "<g transform=\"rotate(-90 50 80)\">" + text(50, 80, "Hi") + "</g>" },
+    // 20 (0.866, -0.5) to the end and 20 (0.5, 0.866) down.
+    { "rotatedByThirtyDegrees",
+      texts("font 1 -20 0 300 0 0 0 0 \"F\"; select 1; bkMode 1; textAlign 2", { hi(50, 60) }),
+      "<g transform=\"rotate(-30 43 87)\">" + text(43, 87, "Hi") + "</g>" },
+    { "updatePosition",
+      emf("line 0 0",
+          texts(FONT "textAlign 25; move 5 6", { hi(0, 0), { 0, 0, QStringLiteral("Ho") } })),
+      text(5, 6, "Hi") + text(25, 6, "Ho") + lineBehind(45, 6) },
+    { "updatePositionCentred", emf("line 0 0", texts(FONT "textAlign 31; move 50 6", { hi(0, 0) })),
+      text(40, 6, "Hi") + lineBehind(50, 6) },
+};
+INSTANTIATE_CASES(Texts, kTexts);
 
-#define SMALL_TEXT(x, y, characters)                                                               \
-    "<text x=\"" x "\" y=\"" y "\" font-family=\"F\"  fill=\"black\"  >" characters "</text>\n"
+std::string smallText(const std::string &characters)
+{
+    return "<text x=\"10\" y=\"40\" font-family=\"F\"  fill=\"black\"  >" + characters
+            + "</text>\n";
+}
 
-    const EmfCase kSmallTexts[] = {
-        { "wide", withFont().record(kSmallText, smallText(10, 20, 2, 0, QByteArray("H\0i\0", 4))),
-          SMALL_TEXT("10", "40", "Hi") },
-        { "wideWithoutRectangle",
-          withFont().record(kSmallText, smallText(10, 20, 2, 0x100, QByteArray("H\0<\0", 4))),
-          SMALL_TEXT("10", "40", "H&lt;") },
-        { "narrow", withFont().record(kSmallText, smallText(10, 20, 9, 0x300, "H\xE9")),
-          SMALL_TEXT("10", "40", "H\xC3\xA9") },
-        { "rotated", withFont(900).record(kSmallText, smallText(10, 20, 2, 0x300, "Hi")),
-          "<g transform=\"rotate(-90 30 20)\">" SMALL_TEXT("30", "20", "Hi") "</g>" },
-        { "narrowGlyphs", withFont().record(kSmallText, smallText(10, 20, 2, 0x310, "\x08\x09")),
-          SMALL_TEXT("10", "40", "HI") },
-        { "cyrillic",
-          EmfBuilder()
-                  .record(kCreateFont, font(1, -20, "F", 0, 204))
-                  .record(kSelect, { 1 })
-                  .record(kSmallText, smallText(0, 0, 1, 0x300, "\xC6")),
-          SMALL_TEXT("0", "20", "\xD0\x96") },
-        { "cutOff", withFont().record(kSmallText, smallText(0, 0, 0, 0, {}).left(30)), "" },
-    };
-    INSTANTIATE_TEST_SUITE_P(SmallTexts, EmfBody, testing::ValuesIn(kSmallTexts),
-                             testing::PrintToStringParamName());
+std::string wmfText(int size, const std::string &characters)
+{
+    return joined("<text x=\"10\" y=\"35\" font-family=\"F\" font-size=\"", size,
+                  "\"  fill=\"black\"  >", characters, "</text>\n");
+}
 
-    TEST(TextStyle, Suppressed)
-    {
-        CMySVGWriter writer;
-        writer.SetTextStyleSuppression(true);
-        writer.SetBkMode(1);
-        writer.TextOut(QStringLiteral("a"), 1, 2, {});
-        writer.SmallTextOut(QStringLiteral("b"), 3, 4, QStringLiteral(" s"));
-        writer.SetTextStyleSuppression(false);
-        writer.SmallTextOut(QStringLiteral("c"), 5, 6, QString());
-        EXPECT_EQ(writer.takeDocument().toStdString(),
-                  "<text x=\"1\" y=\"2\" >a</text>\n<text x=\"3\" y=\"4\" >b</text>\n"
-                  "<text x=\"5\" y=\"6\" fill=\"black\" >c</text>\n");
-    }
+#define WMF_FONT(height) "font " height " 0 0 0 0 0 0 0 0 x4600; select 0;"
 
-    struct CharSetCase
+const Case kOtherTexts[] = {
+    { "wideWithoutRectangle", emf(FONT "smallText 10 20 2 0x100 1 1. 1. \"H<\""),
+      smallText("H&lt;") },
+    { "narrow", emf(FONT "smallText 10 20 9 0x300 1 1. 1. x48E9"), smallText("H\xC3\xA9") },
+    { "rotated",
+      emf(UP_FONT "smallText 20 40 2 0x300 1 1. 1. x4869; delete 9; textAlign 24;"
+                  "smallText 10 40 2 0x300 1 1. 1. x4869"),
+      "<g transform=\"rotate(-90 40 40)\"><text x=\"40\" y=\"40\" font-family=\"F\"  "
+      "fill=\"black\"  >Hi</text>\n</g>"
+              + smallText("Hi") },
+    { "narrowGlyphs", emf(FONT "smallText 10 20 2 0x310 1 1. 1. x0809"), smallText("HI") },
+    { "cyrillic",
+      emf("font 1 -20 0 0 0 0 x000000CC 0 \"F\"; select 1;"
+          "smallText 10 20 1 0x300 1 1. 1. xC6"),
+      smallText("\xD0\x96") },
+    { "cutOff", emf(FONT "smallText 0 0 0 0 1 x0000"), "" },
+
+    // A text of a WMF stands its ascent below the point.
+    { "wmfRectangle", wmf(WMF_FONT("20") "text 20 10 2 4 9 9 9 9 \"a&\""), wmfText(20, "a&amp;") },
+    // A negative height is kept as it is read in the text, and placed as the height it is.
+    { "wmfEmpty", wmf(WMF_FONT("20") "text 20 10 0 0; text 20 10 0 2 9 9 9 9"), "" },
+    { "wmfFont",
+      wmf("font -20 0 0 0 -1 x0101010000000000 \"A\" xE93C00 \"B\" x00; select 0;"
+          "text 20 10 1 0 \"a\" x00"),
+      "<text x=\"10\" y=\"35\" font-family=\"A\xC3\xA9&lt;\" font-size=\"65516\"  "
+      "font-style=\"italic\" text-decoration=\"underline\" font-weight=\"65535\" \n "
+      "fill=\"black\"  >a</text>\n" },
+    { "wmfFontWithoutName", wmf("font 20 0 0 0 0; select 0; text 20 10 1 0 \"a\" x00"),
+      "<text x=\"10\" y=\"35\" font-family=\"\" font-size=\"20\"  fill=\"black\"  "
+      ">a</text>\n" },
+};
+INSTANTIATE_CASES(OtherTexts, kOtherTexts);
+
+TEST(TextStyle, Suppressed)
+{
+    CMySVGWriter writer;
+    writer.SetTextStyleSuppression(true);
+    writer.SetBkMode(1);
+    writer.TextOut(QStringLiteral("a"), 1, 2, {});
+    writer.SmallTextOut(QStringLiteral("b"), 3, 4, QStringLiteral(" s"));
+    writer.SetTextStyleSuppression(false);
+    writer.SmallTextOut(QStringLiteral("c"), 5, 6, QString());
+    EXPECT_EQ(writer.takeDocument().toStdString(),
+              "<text x=\"1\" y=\"2\" >a</text>\n<text x=\"3\" y=\"4\" >b</text>\n"
+              "<text x=\"5\" y=\"6\" fill=\"black\" >c</text>\n");
+}
+
+TEST(TextDecoding, CharacterSets)
+{
+    const struct
     {
         int charSet;
-        const char *bytes;
-        const char *text;
+        const char *bytes, *text;
+    } cases[] = {
+        { 0, "\x80\xE4", "€ä" },        { 1, "\x80\xE4", "€ä" },
+        { 2, "A\xFF", "\uF041\uF0FF" }, { 128, "\x93\xFA\x96\x7B", "日本" },
+        { 129, "\xC7\xD1", "한" },      { 134, "\xD6\xD0", "中" },
+        { 136, "\xA4\xA4", "中" },      { 161, "\xC1\xE1", "Αα" },
+        { 162, "\xDD\xFE", "İş" },      { 177, "\xE0", "א" },
+        { 178, "\xC7", "ا" },           { 186, "\xE8", "č" },
+        { 204, "\xCF\xF0", "Пр" },      { 222, "\xA1", "ก" },
+        { 238, "\x9C\xB3", "śł" },      { 99, "\xE4", "ä" },
     };
-
-    TEST(TextDecoding, CharacterSets)
-    {
-        const CharSetCase cases[] = {
-            { 0, "\x80\xE4", "€ä" },        { 1, "\x80\xE4", "€ä" },
-            { 2, "A\xFF", "\uF041\uF0FF" }, { 128, "\x93\xFA\x96\x7B", "日本" },
-            { 129, "\xC7\xD1", "한" },      { 134, "\xD6\xD0", "中" },
-            { 136, "\xA4\xA4", "中" },      { 161, "\xC1\xE1", "Αα" },
-            { 162, "\xDD\xFE", "İş" },      { 177, "\xE0", "א" },
-            { 178, "\xC7", "ا" },           { 186, "\xE8", "č" },
-            { 204, "\xCF\xF0", "Пр" },      { 222, "\xA1", "ก" },
-            { 238, "\x9C\xB3", "śł" },      { 99, "\xE4", "ä" },
-        };
-        for (const CharSetCase &each : cases)
-            EXPECT_EQ(decodeText({ each.bytes, qint64(strlen(each.bytes)) }, quint8(each.charSet)),
-                      QString::fromUtf8(each.text))
-                    << each.charSet;
-    }
-
-    // Records of a WMF: a font of the given height, and a text at 10,20.
-    WmfBuilder wmfText(int height, int options, const QByteArray &characters,
-                       const QByteArray &rect = {})
-    {
-        ByteWriter fontBody;
-        fontBody.u16s({ height, 0, 0, 0, 0, 0, 0, 0, 0 }).bytes(QByteArray("F\0", 2));
-        ByteWriter body;
-        body.u16(20).u16(10).u16(int(characters.size())).u16(options).bytes(rect).bytes(characters);
-        if (characters.size() % 2 != 0)
-            body.bytes(QByteArray(1, '\0'));
-        return WmfBuilder()
-                .placeable(0, 0, 100, 50, 96)
-                .record(0x020B, { 0, 0 })
-                .record(0x02FB, fontBody.result())
-                .record(0x012D, { 0 })
-                .record(0x0A32, body.result());
-    }
-
-#define WMF_TEXT(y, size, characters)                                                              \
-    "<text x=\"10\" y=\"" y "\" font-family=\"F\" font-size=\"" size                               \
-    "\"  fill=\"black\"  >" characters "</text>\n"
-
-    TEST(WmfText, StandsItsAscentBelowThePoint)
-    {
-        EXPECT_EQ(convert(wmfText(20, 0, "abc").build()).body(), WMF_TEXT("35", "20", "abc"));
-        EXPECT_EQ(convert(wmfText(20, 4, "a&", QByteArray(8, '\x41')).build()).body(),
-                  WMF_TEXT("35", "20", "a&amp;"));
-        // A negative height is kept as it is read in the text, and placed as the height it is.
-        EXPECT_EQ(convert(wmfText(-20, 2, "a", QByteArray(8, '\x41')).build()).body(),
-                  WMF_TEXT("35", "65516", "a"));
-        EXPECT_EQ(convert(wmfText(20, 0, "").build()).body(), "");
-        EXPECT_EQ(convert(wmfText(20, 2, "").build()).body(), "");
-    }
+    for (const auto &each : cases)
+        EXPECT_EQ(decodeText({ each.bytes, qint64(strlen(each.bytes)) }, quint8(each.charSet)),
+                  QString::fromUtf8(each.text))
+                << each.charSet;
+}
 
 } // namespace
-} // namespace svgtool::test
