@@ -1,14 +1,12 @@
 // What holds for every document: it is well-formed, and nothing of the exact text is lost.
 
 #include "support/Conversion.h"
+#include "support/Corpus.h"
 #include "support/RandomMetafile.h"
 #include "svg/SVGDisplay.h"
 
-#include <CLogSystem.h>
 #include <gtest/gtest.h>
 
-#include <QDirIterator>
-#include <QFile>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
@@ -92,9 +90,9 @@ namespace {
         text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
                 .replace(QLatin1Char('\r'), QLatin1Char('\n'));
         text.remove(tag);
-        text.replace(QLatin1String("&lt;"), QLatin1String("<"));
-        text.replace(QLatin1String("&gt;"), QLatin1String(">"));
-        text.replace(QLatin1String("&amp;"), QLatin1String("&"));
+        for (const auto &[written, meant] :
+             { std::pair("&lt;", "<"), { "&gt;", ">" }, { "&amp;", "&" } })
+            text.replace(QLatin1String(written), QLatin1String(meant));
         EXPECT_EQ(shown.problem, QString());
         EXPECT_EQ(shown.wrongReferences, QStringList());
         EXPECT_EQ(shown.elements, elements);
@@ -110,40 +108,19 @@ namespace {
         const auto anyPlace = [&] { return below(text.size() + 1); };
         for (int count = below(6); count > 0; --count) {
             const int at = anyPlace();
-            const int length = below(4);
-            switch (below(3)) {
-            case 0:
-                text.remove(at, length);
-                break;
-            case 1:
-                text.insert(at, kBytes[below(sizeof kBytes - 1)]);
-                break;
-            default:
-                text.insert(at, text.mid(anyPlace(), 8 * length));
-            }
+            text.remove(at, below(3));
+            text.insert(at,
+                        below(2) == 0 ? QByteArray(1, kBytes[below(sizeof kBytes - 1)])
+                                      : text.mid(anyPlace(), 8 * below(4)));
         }
         if (below(2) == 0)
             text.truncate(anyPlace());
         return text;
     }
 
-    class DisplayProperties : public testing::Test
+    TEST(DisplayProperties, RandomMetafiles)
     {
-    protected:
-        void SetUp() override
-        {
-            basic_logging::infolevel.setSink([](const std::string &) {});
-            basic_logging::warnlevel.setSink([](const std::string &) {});
-        }
-        void TearDown() override
-        {
-            basic_logging::infolevel.setSink({});
-            basic_logging::warnlevel.setSink({});
-        }
-    };
-
-    TEST_F(DisplayProperties, RandomMetafiles)
-    {
+        const SilentLogs silence;
         std::mt19937 random(20250914);
         for (int i = 0; i < 3000 && !HasFailure(); ++i) {
             SCOPED_TRACE(i);
@@ -159,24 +136,19 @@ namespace {
         }
     }
 
-    TEST_F(DisplayProperties, RealMetafiles)
+    TEST(DisplayProperties, RealMetafiles)
     {
+        const SilentLogs silence;
         int count = 0;
-        for (const char *folder : { SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR }) {
-            QDirIterator files(QString::fromUtf8(folder),
-                               { QStringLiteral("*.emf"), QStringLiteral("*.wmf") }, QDir::Files,
-                               QDirIterator::Subdirectories);
-            while (files.hasNext()) {
-                QFile file(files.next());
-                SCOPED_TRACE(file.fileName().toStdString());
-                ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-                const Conversion conversion = convert(file.readAll());
-                if (conversion.result <= 0)
-                    continue;
-                const QByteArray exact = QByteArray::fromStdString(conversion.text);
-                expectNothingLost(read(displayableSvg(exact)), exact);
-                ++count;
-            }
+        for (const auto &[path, bytes] :
+             metafilesBelow({ SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR })) {
+            SCOPED_TRACE(path.toStdString());
+            const Conversion conversion = convert(bytes);
+            if (conversion.result <= 0)
+                continue;
+            const QByteArray exact = QByteArray::fromStdString(conversion.text);
+            expectNothingLost(read(displayableSvg(exact)), exact);
+            ++count;
         }
         EXPECT_GE(count, 5);
     }
