@@ -116,7 +116,7 @@ static uint32_t interestingNumber(Random &random)
         0,          1,          2,          3,          4,          5,          7,
         8,          16,         100,        0x7FFF,     0x8000,     0xFFFF,     0x10000,
         0x7FFFFFFF, 0x80000000, 0x80000005, 0x80000008, 0x8000000E, 0xFFFFFFFF, 0xFFFFFFF4,
-        0x3F800000, 0xBF800000, 0x7F800000, 0x7FC00000, 0x00000001, 0x2000,     0x210,
+        0x3F800000, 0xBF800000, 0x7F800000, 0x7FC00000, 0x2000,     0x210,
     };
     return kNumbers[below(random, std::size(kNumbers))];
 }
@@ -153,17 +153,16 @@ static void changeBytes(std::string &bytes, size_t room, Random &random)
 static void changeList(Records &records, size_t at, Random &random)
 {
     const auto place = records.begin() + std::ptrdiff_t(at);
+    Record &other = records[below(random, records.size())];
     switch (below(random, 4)) {
     case 0:
         records.insert(place, { randomType(random), randomBody(random) });
-        mendCounts(records[at], random);
-        break;
+        return mendCounts(records[at], random);
     case 1:
-        records.insert(place, Record(records[below(random, records.size())]));
-        break;
+        records.insert(place, Record(other));
+        return;
     case 2:
-        std::swap(records[at], records[below(random, records.size())]);
-        break;
+        return std::swap(records[at], other);
     default:
         records.erase(place);
     }

@@ -90,7 +90,7 @@ namespace {
         { "notElements", "<!-- a --- b --><![CDATA[<&]]><?p?><!DOCTYPE a><o:p></o:p></g></ g>",
           "<!-- a - - - b -->&lt;&amp;<!-- <?p?> --><!-- <!DOCTYPE a> --><!-- <o:p> -->"
           "<!-- </o:p> --><!-- </g> --><!-- </ g> -->" },
-        { "openElements", "<g><g><text></g></g><g><text>",
+        { "openElements", "<g><g><text></g ></g><g><text>",
           "<g><g><text></text></g></g><g><text>"
           "</text></g>" },
         { "brokenOffTags", "<path d=\"M1,2\n<rect x=\"1\" <circle r=\"2\"/>",
