@@ -34,7 +34,7 @@ has out '<svg width="600" height="400" '
 check 0 '' "$tool" --check "$chart" -o folder/x.svg
 is_text out ''
 holds folder
-converts piped chart.svg 'mkfifo pipe; cat pipe >piped & "$tool" "$chart" -o pipe; wait'
+converts piped chart.svg 'mkfifo pipe; timeout 9 cat pipe >piped & "$tool" "$chart" -o pipe; wait'
 [ -p pipe ] || fault "the pipe was replaced"
 cp kept.svg target.svg
 ln -s ../target.svg folder/link.svg
