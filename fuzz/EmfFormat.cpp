@@ -36,7 +36,7 @@ static void mendHeader(std::string &bytes, size_t records)
     setNumberAt(bytes, 52, 4, uint32_t(1 + records));
 }
 
-const Format &format()
+const Format &emfFormat()
 {
     static constexpr Format kFormat{ .types = kTypes,
                                      .counts = kCounts,

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <random>
 #include <vector>
 
 extern "C" {
@@ -14,8 +13,6 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsig
 }
 
 namespace svgtool::fuzz {
-
-using Random = std::minstd_rand;
 
 struct Record
 {
@@ -48,50 +45,51 @@ void setNumberAt(std::string &bytes, size_t offset, size_t width, uint32_t value
         bytes[offset + i] = char(value >> (8 * i));
 }
 
-static size_t headSize()
+static size_t headSize(const Format &format)
 {
-    return format().type.width + format().size.width;
+    return format.type.width + format.size.width;
 }
 
-static Records parse(const std::string &bytes)
+static Records parse(const Format &format, const std::string &bytes)
 {
-    const auto &[at, width] = format().size;
+    const auto &[at, width] = format.size;
     Records records;
-    for (size_t start = format().headerSize(bytes); start + headSize() <= bytes.size();) {
-        const size_t size = std::clamp(numberAt(bytes, start + at, width) * format().unit,
-                                       headSize(), bytes.size() - start);
-        records.push_back({ numberAt(bytes, start + format().type.at, format().type.width),
-                            bytes.substr(start + headSize(), size - headSize()) });
+    for (size_t start = format.headerSize(bytes); start + headSize(format) <= bytes.size();) {
+        const size_t size = std::clamp(numberAt(bytes, start + at, width) * format.unit,
+                                       headSize(format), bytes.size() - start);
+        records.push_back({ numberAt(bytes, start + format.type.at, format.type.width),
+                            bytes.substr(start + headSize(format), size - headSize(format)) });
         start += size;
     }
     return records;
 }
 
-static std::string join(std::string bytes, const Records &records)
+static std::string join(const Format &format, std::string bytes, const Records &records)
 {
     for (const Record &record : records) {
-        const size_t units = (headSize() + record.body.size() + format().unit - 1) / format().unit;
+        const size_t units =
+                (headSize(format) + record.body.size() + format.unit - 1) / format.unit;
         const size_t start = bytes.size();
-        bytes.resize(start + headSize());
-        setNumberAt(bytes, start + format().type.at, format().type.width, record.type);
-        setNumberAt(bytes, start + format().size.at, format().size.width, uint32_t(units));
+        bytes.resize(start + headSize(format));
+        setNumberAt(bytes, start + format.type.at, format.type.width, record.type);
+        setNumberAt(bytes, start + format.size.at, format.size.width, uint32_t(units));
         bytes += record.body;
-        bytes.resize(start + units * format().unit);
+        bytes.resize(start + units * format.unit);
     }
-    format().mendHeader(bytes, records.size());
+    format.mendHeader(bytes, records.size());
     return bytes;
 }
 
 // Figures get equal shares.
-static void mendCounts(Record &record, Random &random)
+static void mendCounts(const Format &format, Record &record, Random &random)
 {
-    const size_t width = format().countWidth;
+    const size_t width = format.countWidth;
     std::string &body = record.body;
-    for (const Count &count : format().counts) {
+    for (const Count &count : format.counts) {
         if (record.type < count.firstType || record.type > count.lastType)
             continue;
         if (count.thingSize == 0) {
-            setNumberAt(body, count.at, width, uint32_t(headSize() + count.from));
+            setNumberAt(body, count.at, width, uint32_t(headSize(format) + count.from));
             continue;
         }
         const size_t room = body.size() - std::min(body.size(), count.from);
@@ -121,9 +119,9 @@ static uint32_t interestingNumber(Random &random)
     return kNumbers[below(random, std::size(kNumbers))];
 }
 
-static uint32_t randomType(Random &random)
+static uint32_t randomType(const Format &format, Random &random)
 {
-    return format().types[below(random, format().types.size())];
+    return format.types[below(random, format.types.size())];
 }
 
 static std::string randomBody(Random &random)
@@ -150,14 +148,14 @@ static void changeBytes(std::string &bytes, size_t room, Random &random)
     bytes.resize(LLVMFuzzerMutate(reinterpret_cast<uint8_t *>(bytes.data()), old, bytes.size()));
 }
 
-static void changeList(Records &records, size_t at, Random &random)
+static void changeList(const Format &format, Records &records, size_t at, Random &random)
 {
     const auto place = records.begin() + std::ptrdiff_t(at);
     Record &other = records[below(random, records.size())];
     switch (below(random, 4)) {
     case 0:
-        records.insert(place, { randomType(random), randomBody(random) });
-        return mendCounts(records[at], random);
+        records.insert(place, { randomType(format, random), randomBody(random) });
+        return mendCounts(format, records[at], random);
     case 1:
         records.insert(place, Record(other));
         return;
@@ -168,38 +166,40 @@ static void changeList(Records &records, size_t at, Random &random)
     }
 }
 
-static std::string changed(const std::string &bytes, size_t room, Random &random)
+std::string changed(const Format &format, const std::string &bytes, size_t room, Random &random)
 {
-    Records records = parse(bytes);
-    std::string header = bytes.substr(0, format().headerSize(bytes));
-    header.resize(format().headerSize(bytes));
+    Records records = parse(format, bytes);
+    std::string header = bytes.substr(0, format.headerSize(bytes));
+    header.resize(format.headerSize(bytes));
     if (records.empty())
-        records.push_back({ format().types.front(), randomBody(random) });
+        records.push_back({ format.types.front(), randomBody(random) });
     const size_t at = below(random, records.size());
     if (oneIn(random, 16)) {
         changeBytes(header, 0, random);
-        header.resize(format().headerSize(header));
+        header.resize(format.headerSize(header));
     } else if (oneIn(random, 3)) {
-        changeList(records, at, random);
+        changeList(format, records, at, random);
     } else {
         changeBytes(records[at].body, room, random);
         if (oneIn(random, 8))
-            records[at].type = randomType(random);
+            records[at].type = randomType(format, random);
         if (!oneIn(random, 8))
-            mendCounts(records[at], random);
+            mendCounts(format, records[at], random);
     }
-    return join(header, records);
+    return join(format, header, records);
 }
 
 } // namespace svgtool::fuzz
 
+#if defined(SVGTOOL_FUZZ_FORMAT)
 size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed)
 {
     svgtool::fuzz::Random random(seed);
-    const std::string result =
-            svgtool::fuzz::changed({ reinterpret_cast<const char *>(data), size },
-                                   maxSize - std::min(size, maxSize), random);
+    const std::string result = svgtool::fuzz::changed(
+            SVGTOOL_FUZZ_FORMAT(), { reinterpret_cast<const char *>(data), size },
+            maxSize - std::min(size, maxSize), random);
     const size_t length = std::min(result.size(), maxSize);
     std::copy_n(result.data(), length, data);
     return length;
 }
+#endif

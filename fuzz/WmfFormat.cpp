@@ -31,7 +31,7 @@ static void mendHeader(std::string &bytes, size_t /*records*/)
     setNumberAt(bytes, header + 16, 2, 0);
 }
 
-const Format &format()
+const Format &wmfFormat()
 {
     static constexpr Format kFormat{ .types = kTypes,
                                      .counts = kCounts,
