@@ -55,6 +55,9 @@ is_lines out "$chart: converted
   bounds   0,0 to 300,200 pixels
   frame    0,0 to 7939,5286 x 0.01 mm
   device   1024 x 768 pixels, 271 x 203 mm"
+cut='truncated, 40 of 60 bytes, stopped at record 2 (offset 32)'
+check 3 "cut.wmf: $cut" "$tool" --info cut.wmf
+has out '  records  2 up to the record cut off at offset 32'
 printf 'This is a text and no picture.' >text.emf
 failed='text.emf: not a metafile: neither an EMF nor a WMF header'
 ended='endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)'
@@ -74,7 +77,7 @@ damaged() {
     grep '^<!--' damaged.svg >comment || true
     is_text comment "${3:+<!-- Incomplete: the metafile is $2 -->$'\n'}"
 }
-damaged cut.wmf 'truncated, 40 of 60 bytes, stopped at record 2 (offset 32)' marked
+damaged cut.wmf "$cut" marked
 damaged cut.emf 'truncated, 5440 of 5456 bytes, stopped at record 196 (offset 5436)' marked
 damaged zero.wmf 'damaged, stopped at record 2 (offset 32): its size makes no sense' marked
 damaged long.emf 'damaged header, 5457 of 5456 bytes, all records are there'
