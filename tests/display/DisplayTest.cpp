@@ -52,8 +52,8 @@ namespace {
     }
 
     constexpr Case kBodies[] = {
-        { "blanks", "<line x1=\"1\" y1 = \"2\"x2 =\"3\"\n y2= '4 '\t/>",
-          "<line x1=\"1\" y1=\"2\" x2=\"3\" y2=\"4\"/>" },
+        { "blanks", "<line x1=\"1\" y1 = \"2\"x2 =\"3\"\n y2= '4 '\tstroke=#00f/>",
+          "<line x1=\"1\" y1=\"2\" x2=\"3\" y2=\"4\" stroke=\"#00f\"/>" },
         { "lastOfRepeated", "<rect fill=\"red\" x=\"1\"fill=\"none\" />",
           "<rect fill=\"none\" x=\"1\"/>" },
         { "hairline",
@@ -81,7 +81,7 @@ namespace {
         { "forbidden", "<text a=\"\x01\">\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x7F\r\n\xC3</text>",
           "<text a=\"\xEF\xBF\xBD\">\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x7F\r\n\xEF\xBF\xBD"
           "</text>" },
-        { "notShortestUtf8", "\xC0\xAF\xED\xA0\x80\xEF\xBF\xBF\xF4\x90\x80\x80",
+        { "notShortestUtf8", "\xC0\xAF\xED\xA0\x80\xEF\xBF\xBE\xF4\x90\x80\x80",
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD" },
         { "notAttributes", "<rect 5 x/y=7 xml:id=\"a\" o:p=\"1\" id=\"a b\" xmlns=\"z\" z=\"1\"/>",
