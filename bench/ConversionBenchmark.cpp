@@ -4,20 +4,15 @@
 // itself as well.
 
 #include "bench/Families.h"
+#include "support/Corpus.h"
 #include "svgtool/SVGTool.h"
 
-#include <CLogSystem.h>
 #include <benchmark/benchmark.h>
-
-#include <QDirIterator>
-#include <QFile>
 
 #include <charconv>
 #include <cstring>
-#include <map>
+#include <fstream>
 #include <string>
-#include <utility>
-#include <vector>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -34,17 +29,13 @@ namespace {
     }
 
     // A line of /proc/self/status in bytes; 0 where there is none.
-    double statusBytes(const char *name)
+    double statusBytes(const std::string &name)
     {
-        QFile file(QStringLiteral("/proc/self/status"));
-        if (!file.open(QIODevice::ReadOnly))
-            return 0;
-        const QByteArray text = file.readAll();
-        const auto at = text.indexOf(name);
-        return at < 0
-                ? 0
-                : text.mid(at + int(std::strlen(name))).trimmed().split(' ').front().toDouble()
-                        * 1024;
+        std::ifstream file("/proc/self/status");
+        for (std::string line; std::getline(file, line);)
+            if (line.compare(0, name.size(), name) == 0)
+                return std::stod(line.substr(name.size())) * 1024;
+        return 0;
     }
 
     // The most memory that one conversion takes on top of what was there, its result included.
@@ -53,10 +44,8 @@ namespace {
 #if defined(__GLIBC__)
         malloc_trim(0);
 #endif
-        QFile reset(QStringLiteral("/proc/self/clear_refs"));
-        if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1)
+        if (!(std::ofstream("/proc/self/clear_refs") << '5' << std::flush))
             return 0;
-        reset.close();
         const double before = statusBytes("VmRSS:");
         convert(metafile);
         return statusBytes("VmHWM:") - before;
@@ -86,11 +75,13 @@ namespace {
         return result;
     }
 
-    void copy(const QByteArray &bytes, std::vector<char> &into)
+    void copyTwice(const QByteArray &bytes, std::vector<char> &into)
     {
-        std::memcpy(into.data(), bytes.constData(), size_t(bytes.size()));
-        benchmark::DoNotOptimize(into.data());
-        benchmark::ClobberMemory();
+        for (int i = 0; i < 2; ++i) {
+            std::memcpy(into.data(), bytes.constData(), size_t(bytes.size()));
+            benchmark::DoNotOptimize(into.data());
+            benchmark::ClobberMemory();
+        }
     }
 
     void runFloor(benchmark::State &state, const Family &family)
@@ -101,17 +92,14 @@ namespace {
         std::vector<char> input(size_t(metafile.size()));
         std::vector<char> text(size_t(svg.size()));
         for (auto _ : state) {
-            copy(metafile, input);
-            copy(metafile, input);
+            copyTwice(metafile, input);
             char digits[24];
             for (const qint64 number : needed.numbers)
                 benchmark::DoNotOptimize(
                         std::to_chars(std::begin(digits), std::end(digits), number));
             benchmark::DoNotOptimize(needed.characters.toUtf8());
-            if (family.isOfElements) {
-                copy(svg, text);
-                copy(svg, text);
-            }
+            if (family.isOfElements)
+                copyTwice(svg, text);
         }
     }
 
@@ -119,71 +107,45 @@ namespace {
     {
         const QByteArray svg = convert(family.make(int(state.range(0))));
         std::vector<char> text(size_t(svg.size()));
-        for (auto _ : state) {
-            copy(svg, text);
-            copy(svg, text);
+        for (auto _ : state)
+            copyTwice(svg, text);
+    }
+
+    // Converts all files, and reports their bytes and elements a second.
+    void run(benchmark::State &state, const std::vector<QByteArray> &files)
+    {
+        const auto count = [&state](const char *name, double each) {
+            auto &counter = state.counters[name];
+            counter.flags = benchmark::Counter::kIsIterationInvariantRate;
+            counter.value += each;
+        };
+        for (const QByteArray &file : files) {
+            const QByteArray svg = convert(file);
+            count("in", double(file.size()));
+            count("out", double(svg.size()));
+            count("elements", double(svg.count("/>") + svg.count("</text>")));
         }
-    }
-
-    void report(benchmark::State &state, double in, double out, double elements)
-    {
-        const auto perSecond = benchmark::Counter::kIsIterationInvariantRate;
-        state.counters["in"] = benchmark::Counter(in, perSecond);
-        state.counters["out"] = benchmark::Counter(out, perSecond);
-        state.counters["elements"] = benchmark::Counter(elements, perSecond);
-    }
-
-    double elementsIn(const QByteArray &svg)
-    {
-        return double(svg.count("/>") + svg.count("</text>"));
+        for (auto _ : state)
+            for (const QByteArray &file : files)
+                benchmark::DoNotOptimize(convert(file));
     }
 
     void runConversion(benchmark::State &state, const Family &family)
     {
         const QByteArray metafile = family.make(int(state.range(0)));
-        const QByteArray svg = convert(metafile);
+        convert(metafile);
         state.counters["peak"] = peakBytes(metafile);
-        for (auto _ : state)
-            benchmark::DoNotOptimize(convert(metafile));
-        report(state, double(metafile.size()), double(svg.size()), elementsIn(svg));
-    }
-
-    std::vector<QByteArray> corpus()
-    {
-        std::map<QString, QByteArray> files;
-        for (const char *folder : { SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR "/corpus" }) {
-            QDirIterator it(QString::fromUtf8(folder),
-                            { QStringLiteral("*.emf"), QStringLiteral("*.wmf") }, QDir::Files,
-                            QDirIterator::Subdirectories);
-            while (it.hasNext()) {
-                QFile file(it.next());
-                if (file.open(QIODevice::ReadOnly))
-                    files[file.fileName()] = file.readAll();
-            }
-        }
-        std::vector<QByteArray> bytes;
-        for (const auto &[path, content] : files)
-            bytes.push_back(content);
-        return bytes;
+        run(state, { metafile });
     }
 
     void runCorpus(benchmark::State &state)
     {
-        const std::vector<QByteArray> files = corpus();
-        double in = 0;
-        double out = 0;
-        double elements = 0;
-        for (const QByteArray &file : files) {
-            const QByteArray svg = convert(file);
-            in += double(file.size());
-            out += double(svg.size());
-            elements += elementsIn(svg);
-        }
-        for (auto _ : state)
-            for (const QByteArray &file : files)
-                benchmark::DoNotOptimize(convert(file));
-        report(state, in, out, elements);
+        std::vector<QByteArray> files;
+        for (const auto &[path, bytes] :
+             test::metafilesBelow({ SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR "/corpus" }))
+            files.push_back(bytes);
         state.counters["files"] = double(files.size());
+        run(state, files);
     }
 
 } // namespace
@@ -193,8 +155,7 @@ int main(int argc, char *argv[])
 {
     using namespace svgtool::bench;
     // A line a conversion that nobody reads.
-    basic_logging::infolevel.setSink([](const std::string &) {});
-    basic_logging::warnlevel.setSink([](const std::string &) {});
+    const svgtool::test::SilentLogs silence;
     const std::pair<const char *, void (*)(benchmark::State &, const Family &)> kinds[] = {
         { "convert", &runConversion }, { "floor", &runFloor }, { "copies", &runCopies }
     };

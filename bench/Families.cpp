@@ -1,8 +1,10 @@
 #include "bench/Families.h"
 
+#include "support/Bitmaps.h"
 #include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
 
+#include <array>
 #include <random>
 
 namespace svgtool::bench {
@@ -17,18 +19,11 @@ namespace {
     public:
         int next() { return int(m_random() % 10000); }
 
-        QByteArray words32(int count)
+        QByteArray words(int count, bool is16Bit)
         {
             ByteWriter writer;
             for (int i = 0; i < count; ++i)
-                writer.u32(next());
-            return writer.result();
-        }
-        QByteArray words16(int count)
-        {
-            ByteWriter writer;
-            for (int i = 0; i < count; ++i)
-                writer.u16(next());
+                is16Bit ? writer.u16(next()) : writer.u32(next());
             return writer.result();
         }
 
@@ -36,31 +31,33 @@ namespace {
         std::minstd_rand m_random;
     };
 
+    // A family of files that start alike and go on with groups that are added by a function of the
+    // builder and the coordinates.
     template<class Builder, class AddGroup>
-    QByteArray repeated(Builder builder, int count, AddGroup addGroup)
+    Family family(const char *name, bool isOfElements, const Builder &start, AddGroup addGroup)
     {
-        Coordinates coordinates;
-        for (int i = 0; i < count; ++i)
-            addGroup(builder, coordinates);
-        return builder.build();
+        return { name, isOfElements, [start, addGroup](int count) {
+                    Builder builder = start;
+                    Coordinates coordinates;
+                    for (int i = 0; i < count; ++i)
+                        addGroup(builder, coordinates);
+                    return builder.build();
+                } };
     }
 
-    template<quint32 type>
-    QByteArray emfOfWords(int count, int words)
+    // Adds a record of coordinates behind other bytes.
+    auto record(int type, int words, bool is16Bit = false, const QByteArray &head = {})
     {
-        return repeated(EmfBuilder(), count, [words](EmfBuilder &emf, Coordinates &coordinates) {
-            emf.record(type, coordinates.words32(words));
-        });
+        return [=](auto &builder, Coordinates &coordinates) {
+            builder.record(quint16(type), head + coordinates.words(words, is16Bit));
+        };
     }
 
-    QByteArray emfLines(int count)
+    // The same of points, behind an empty box and their number.
+    auto emfPoints(int type, int points, bool is16Bit)
     {
-        return emfOfWords<54>(count, 2);
-    }
-
-    QByteArray emfRectangles(int count)
-    {
-        return emfOfWords<43>(count, 4);
+        return record(type, 2 * points, is16Bit,
+                      ByteWriter().u32s({ 0, 0, 0, 0, points }).result());
     }
 
     // A pen of sixteen dashes and a brush, which every later element repeats.
@@ -75,199 +72,146 @@ namespace {
         return emf.record(39, { 2, 0, 0x654321, 0 }).record(37, { 2 });
     }
 
-    QByteArray emfLinesOfLongStyle(int count)
+    void addEmfRectangle(EmfBuilder &emf, Coordinates &coordinates)
     {
-        return repeated(longStyle(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            emf.record(54, coordinates.words32(2));
-        });
+        const int x = coordinates.next();
+        const int y = coordinates.next();
+        emf.record(43, { x, y, x + coordinates.next(), y + coordinates.next() });
     }
 
-    QByteArray emfRectanglesOfLongStyle(int count)
+    const char kText[] = "Widths & heights, 100 % ";
+
+    void addEmfText(EmfBuilder &emf, Coordinates &coordinates)
     {
-        return repeated(longStyle(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
+        const int x = coordinates.next();
+        const QString text = QString::fromLatin1(kText).trimmed();
+        emf.record(84, TextRecord{ x, coordinates.next(), text }.body());
+    }
+
+    void addWmfText(WmfBuilder &wmf, Coordinates &coordinates)
+    {
+        const int y = coordinates.next();
+        const int size = int(sizeof kText) - 1;
+        wmf.record(0x0A32,
+                   ByteWriter().u16s({ y, coordinates.next(), size, 0 }).bytes(kText).result());
+    }
+
+    void addEmfPen(EmfBuilder &emf, Coordinates &coordinates)
+    {
+        emf.record(38, { 1, 1, 2, 0, coordinates.next() }).record(37, { 1 });
+        emf.record(54, coordinates.words(2, false)).record(40, { 1 });
+    }
+
+    void addWmfPen(WmfBuilder &wmf, Coordinates &coordinates)
+    {
+        wmf.record(0x02FA, { 1, 2, 0, coordinates.next(), 0 }).record(0x012D, { 0 });
+        wmf.record(0x0213, coordinates.words(2, true)).record(0x01F0, { 0 });
+    }
+
+    using Edges = std::array<int, 4>;
+
+    // A region's length behind @p head, what else the record says of its use, and its data.
+    template<class RectAt>
+    QByteArray region(std::initializer_list<qint64> head, int rects,
+                      std::initializer_list<qint64> use, RectAt rectAt)
+    {
+        ByteWriter body;
+        body.u32s(head).u32(32 + 16 * rects).u32s(use);
+        body.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
+        for (int i = 0; i < rects; ++i)
+            for (const int edge : rectAt(i))
+                body.u32(edge);
+        return body.result();
+    }
+
+    // Bands below one another.
+    auto bands(Coordinates &coordinates)
+    {
+        return [&coordinates](int i) {
             const int x = coordinates.next();
-            const int y = coordinates.next();
-            emf.record(43, { x, y, x + coordinates.next(), y + coordinates.next() });
-        });
+            return Edges{ x, 100 * i, x + 500, 100 * i + 80 };
+        };
     }
 
-    // Point lists of some length in either width.
-    template<quint32 type, int points, bool is16Bit>
-    QByteArray emfPoints(int count)
+    void addEmfRegion(EmfBuilder &emf, Coordinates &coordinates)
     {
-        return repeated(EmfBuilder(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            ByteWriter body;
-            body.u32s({ 0, 0, 0, 0, points });
-            body.bytes(is16Bit ? coordinates.words16(2 * points) : coordinates.words32(2 * points));
-            emf.record(type, body.result());
-        });
+        emf.record(71, region({ 0, 0, 0, 0 }, 8, { 0 }, bands(coordinates)));
     }
 
-    QByteArray emfTexts(int count)
+    void addEmfClip(EmfBuilder &emf, Coordinates &coordinates)
     {
-        EmfBuilder emf;
-        emf.record(82, font(1, -16, "Liberation Sans")).record(37, { 1 });
-        return repeated(emf, count, [](EmfBuilder &builder, Coordinates &coordinates) {
-            const TextRecord text{ coordinates.next(), coordinates.next(),
-                                   QStringLiteral("Widths & heights, 100 %") };
-            builder.record(84, text.body());
-        });
+        emf.record(75, region({}, 8, { 5 }, bands(coordinates)));
+        emf.record(43, coordinates.words(4, false));
     }
 
-    QByteArray emfPens(int count)
+    // A frame around the black squares of a board of 128 columns.
+    QByteArray emfFrame(int count)
     {
-        return repeated(EmfBuilder(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            emf.record(38, { 1, 1, 2, 0, coordinates.next() })
-                    .record(37, { 1 })
-                    .record(54, coordinates.words32(2))
-                    .record(40, { 1 });
-        });
+        const auto square = [](int i) {
+            const int x = i % 64 * 8 + i / 64 % 2 * 4;
+            const int y = i / 64 * 4;
+            return Edges{ x, y, x + 4, y + 4 };
+        };
+        return EmfBuilder().record(72, region({ 0, 0, 0, 0 }, count, { 0, 1, 1 }, square)).build();
     }
 
-    // Data of a region: bands below one another.
-    QByteArray regionData(int rects, Coordinates &coordinates)
+    // A bitmap of 8 by 8 pixels of 24 bits.
+    Dib bitmap(Coordinates &coordinates)
     {
-        ByteWriter data;
-        data.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
-        for (int i = 0; i < rects; ++i) {
-            const int x = coordinates.next();
-            data.u32s({ x, 100 * i, x + 500, 100 * i + 80 });
-        }
-        return data.result();
+        return { DibHead{ 8, 8, 24 }.info(), coordinates.words(96, true) };
     }
 
-    QByteArray emfRegions(int count)
+    void addEmfBitmap(EmfBuilder &emf, Coordinates &coordinates)
     {
-        return repeated(EmfBuilder(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            const QByteArray data = regionData(8, coordinates);
-            emf.record(71, ByteWriter().u32s({ 0, 0, 0, 0, data.size(), 0 }).bytes(data).result());
-        });
+        const int x = coordinates.next();
+        const int y = coordinates.next();
+        emf.record(81, stretchDib(bitmap(coordinates), { x, y, 40, 40 }, { 0, 0, 8, 8 }));
     }
 
-    QByteArray emfClips(int count)
+    void addWmfBitmap(WmfBuilder &wmf, Coordinates &coordinates)
     {
-        return repeated(EmfBuilder(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            const QByteArray data = regionData(8, coordinates);
-            emf.record(75, ByteWriter().u32s({ data.size(), 5 }).bytes(data).result());
-            emf.record(43, coordinates.words32(4));
-        });
-    }
-
-    // A device-independent bitmap of 8 by 8 pixels of 24 bits.
-    QByteArray bitmap(Coordinates &coordinates)
-    {
-        ByteWriter dib;
-        dib.u32s({ 40, 8, 8 }).u16s({ 1, 24 }).u32s({ 0, 192, 0, 0, 0, 0 });
-        return dib.bytes(coordinates.words16(96)).result();
-    }
-
-    QByteArray emfBitmaps(int count)
-    {
-        return repeated(EmfBuilder(), count, [](EmfBuilder &emf, Coordinates &coordinates) {
-            const int x = coordinates.next();
-            const int y = coordinates.next();
-            emf.record(81,
-                       ByteWriter()
-                               .u32s({ 0, 0, 0, 0, x, y, 0, 0, 8, 8, 80, 40, 120, 192, 0,
-                                       0x00CC0020, 40, 40 })
-                               .bytes(bitmap(coordinates))
-                               .result());
-        });
-    }
-
-    WmfBuilder placeable()
-    {
-        return WmfBuilder().placeable(0, 0, 10000, 10000, 96).record(0x020C, { 10000, 10000 });
-    }
-
-    template<int function>
-    QByteArray wmfOfWords(int count, int words)
-    {
-        return repeated(placeable(), count, [words](WmfBuilder &wmf, Coordinates &coordinates) {
-            wmf.record(function, coordinates.words16(words));
-        });
-    }
-
-    QByteArray wmfLines(int count)
-    {
-        return wmfOfWords<0x0213>(count, 2);
-    }
-
-    QByteArray wmfRectangles(int count)
-    {
-        return wmfOfWords<0x041B>(count, 4);
-    }
-
-    QByteArray wmfPolygons(int count)
-    {
-        constexpr int kPoints = 16;
-        return repeated(placeable(), count, [](WmfBuilder &wmf, Coordinates &coordinates) {
-            wmf.record(0x0324,
-                       ByteWriter().u16(kPoints).bytes(coordinates.words16(2 * kPoints)).result());
-        });
-    }
-
-    QByteArray wmfTexts(int count)
-    {
-        WmfBuilder wmf = placeable();
-        wmf.record(0x02FB,
-                   ByteWriter()
-                           .u16s({ 16, 0, 0, 0, 400, 0, 0, 0, 0 })
-                           .bytes(QByteArray("Liberation Sans\0", 16))
-                           .result());
-        wmf.record(0x012D, { 0 });
-        return repeated(wmf, count, [](WmfBuilder &builder, Coordinates &coordinates) {
-            const QByteArray text("Widths & heights, 100 % ");
-            ByteWriter body;
-            body.u16s({ coordinates.next(), coordinates.next(), int(text.size()), 0 });
-            builder.record(0x0A32, body.bytes(text).result());
-        });
-    }
-
-    QByteArray wmfPens(int count)
-    {
-        return repeated(placeable(), count, [](WmfBuilder &wmf, Coordinates &coordinates) {
-            wmf.record(0x02FA, { 1, 2, 0, coordinates.next(), 0 })
-                    .record(0x012D, { 0 })
-                    .record(0x0213, coordinates.words16(2))
-                    .record(0x01F0, { 0 });
-        });
-    }
-
-    QByteArray wmfBitmaps(int count)
-    {
-        return repeated(placeable(), count, [](WmfBuilder &wmf, Coordinates &coordinates) {
-            ByteWriter body;
-            body.u32(0x00CC0020).u16s({ 0, 8, 8, 0, 0, 40, 40, coordinates.next() });
-            wmf.record(0x0F43, body.u16(coordinates.next()).bytes(bitmap(coordinates)).result());
-        });
+        ByteWriter body;
+        body.u32(kSourceCopy).u16s({ 0, 8, 8, 0, 0, 40, 40, coordinates.next() });
+        wmf.record(0x0F43,
+                   body.u16(coordinates.next()).bytes(bitmap(coordinates).packed()).result());
     }
 
 } // namespace
 
-std::span<const Family> families()
+const std::vector<Family> &families()
 {
-    static constexpr Family kFamilies[] = {
-        { "emf lines", &emfLines, true },
-        { "emf rectangles", &emfRectangles, true },
-        { "emf lines, long style", &emfLinesOfLongStyle, true },
-        { "emf rectangles, long style", &emfRectanglesOfLongStyle, true },
-        { "emf polygons of 32 bits", &emfPoints<3, 16, false>, false },
-        { "emf polygons of 16 bits", &emfPoints<86, 16, true>, false },
-        { "emf Béziers", &emfPoints<85, 13, true>, false },
-        { "emf texts", &emfTexts, true },
-        { "emf pens and selections", &emfPens, true },
-        { "emf regions", &emfRegions, true },
-        { "emf clips", &emfClips, true },
-        { "emf bitmaps", &emfBitmaps, false },
-        { "wmf lines", &wmfLines, true },
-        { "wmf rectangles", &wmfRectangles, true },
-        { "wmf polygons", &wmfPolygons, false },
-        { "wmf texts", &wmfTexts, true },
-        { "wmf pens and selections", &wmfPens, true },
-        { "wmf bitmaps", &wmfBitmaps, false },
+    const EmfBuilder emf;
+    EmfBuilder emfFont;
+    emfFont.record(82, font(1, -16, "Liberation Sans")).record(37, { 1 });
+    WmfBuilder wmf;
+    wmf.placeable(0, 0, 10000, 10000, 96).record(0x020C, { 10000, 10000 });
+    WmfBuilder wmfFont = wmf;
+    ByteWriter wmfFontBody;
+    wmfFontBody.u16s({ 16, 0, 0, 0, 400, 0, 0, 0, 0 }).bytes(QByteArray("Liberation Sans\0", 16));
+    wmfFont.record(0x02FB, wmfFontBody.result()).record(0x012D, { 0 });
+
+    static const std::vector<Family> all{
+        family("emf lines", true, emf, record(54, 2)),
+        family("emf rectangles", true, emf, record(43, 4)),
+        family("emf lines, long style", true, longStyle(), record(54, 2)),
+        family("emf rectangles, long style", true, longStyle(), &addEmfRectangle),
+        family("emf polygons of 32 bits", false, emf, emfPoints(3, 16, false)),
+        family("emf polygons of 16 bits", false, emf, emfPoints(86, 16, true)),
+        family("emf Béziers", false, emf, emfPoints(85, 13, true)),
+        family("emf texts", true, emfFont, &addEmfText),
+        family("emf pens and selections", true, emf, &addEmfPen),
+        family("emf regions", true, emf, &addEmfRegion),
+        { "emf frame of one region", true, &emfFrame },
+        family("emf clips", true, emf, &addEmfClip),
+        family("emf bitmaps", false, emf, &addEmfBitmap),
+        family("wmf lines", true, wmf, record(0x0213, 2, true)),
+        family("wmf rectangles", true, wmf, record(0x041B, 4, true)),
+        family("wmf polygons", false, wmf, record(0x0324, 32, true, ByteWriter().u16(16).result())),
+        family("wmf texts", true, wmfFont, &addWmfText),
+        family("wmf pens and selections", true, wmf, &addWmfPen),
+        family("wmf bitmaps", false, wmf, &addWmfBitmap),
     };
-    return kFamilies;
+    return all;
 }
 
 } // namespace svgtool::bench

@@ -2,7 +2,8 @@
 
 #include <QByteArray>
 
-#include <span>
+#include <functional>
+#include <vector>
 
 namespace svgtool::bench {
 
@@ -10,10 +11,10 @@ namespace svgtool::bench {
 struct Family
 {
     const char *name;
-    QByteArray (*make)(int count); ///< a metafile of @p count groups of records
     bool isOfElements; ///< its document is more of elements than of numbers or characters
+    std::function<QByteArray(int)> make; ///< a metafile of so many groups of records
 };
 
-std::span<const Family> families();
+const std::vector<Family> &families();
 
 } // namespace svgtool::bench

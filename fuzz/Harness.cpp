@@ -1,8 +1,7 @@
 #include "fuzz/Harness.h"
 
+#include "support/Corpus.h"
 #include "svgtool/SVGTool.h"
-
-#include <CLogSystem.h>
 
 // What fontconfig keeps is its own.
 extern "C" const char *__lsan_default_suppressions();
@@ -13,18 +12,9 @@ extern "C" const char *__lsan_default_suppressions()
 
 namespace svgtool::fuzz {
 
-// A line or two a conversion that nobody reads.
-static bool silenceLogs()
-{
-    for (auto *level : { &basic_logging::infolevel, &basic_logging::warnlevel })
-        level->setSink([](const std::string &) {});
-    return true;
-}
-
 QByteArray convertAndCheck(const QByteArray &metafile)
 {
-    static const bool isSilent = silenceLogs();
-    require(isSilent);
+    static const test::SilentLogs silence;
     const QByteArray before("untouched");
     QByteArray svg = before;
     const qint32 result = ConvertMetaFileToSVG(metafile, svg);

@@ -1,34 +1,34 @@
+// Changes a metafile so that it is still taken for one: records change, come, go and move, while
+// sizes and counts follow. Leaves some lies in, so that the checks on them are reached too.
+
 #include "fuzz/RecordMutator.h"
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
-extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
+extern "C" {
+size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
+size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed);
+}
 
 namespace svgtool::fuzz {
 
-using Records = std::vector<Metafile::Record>;
+struct Record
+{
+    uint32_t type = 0;
+    std::string body; // what follows the head
+};
+using Records = std::vector<Record>;
 
 static size_t below(Random &random, size_t limit)
 {
     return limit == 0 ? 0 : random() % limit;
 }
 
-bool oneIn(Random &random, unsigned n)
+static bool oneIn(Random &random, unsigned n)
 {
     return below(random, n) == 0;
-}
-
-std::string padded(const std::string &bytes, size_t size)
-{
-    std::string result = bytes.substr(0, size);
-    result.resize(size);
-    return result;
-}
-
-uint32_t roomFrom(const std::string &bytes, size_t offset)
-{
-    return offset < bytes.size() ? uint32_t(bytes.size() - offset) : 0;
 }
 
 uint32_t numberAt(const std::string &bytes, size_t offset, size_t width)
@@ -45,6 +45,68 @@ void setNumberAt(std::string &bytes, size_t offset, size_t width, uint32_t value
         bytes[offset + i] = char(value >> (8 * i));
 }
 
+static size_t headSize(const Format &format)
+{
+    return format.type.width + format.size.width;
+}
+
+static Records parse(const Format &format, const std::string &bytes)
+{
+    const auto &[at, width] = format.size;
+    Records records;
+    for (size_t start = format.headerSize(bytes); start + headSize(format) <= bytes.size();) {
+        const size_t size = std::clamp(numberAt(bytes, start + at, width) * format.unit,
+                                       headSize(format), bytes.size() - start);
+        records.push_back({ numberAt(bytes, start + format.type.at, format.type.width),
+                            bytes.substr(start + headSize(format), size - headSize(format)) });
+        start += size;
+    }
+    return records;
+}
+
+static std::string join(const Format &format, std::string bytes, const Records &records)
+{
+    for (const Record &record : records) {
+        const size_t units =
+                (headSize(format) + record.body.size() + format.unit - 1) / format.unit;
+        const size_t start = bytes.size();
+        bytes.resize(start + headSize(format));
+        setNumberAt(bytes, start + format.type.at, format.type.width, record.type);
+        setNumberAt(bytes, start + format.size.at, format.size.width, uint32_t(units));
+        bytes += record.body;
+        bytes.resize(start + units * format.unit);
+    }
+    format.mendHeader(bytes, records.size());
+    return bytes;
+}
+
+// Figures get equal shares.
+static void mendCounts(const Format &format, Record &record, Random &random)
+{
+    const size_t width = format.countWidth;
+    std::string &body = record.body;
+    for (const Count &count : format.counts) {
+        if (record.type < count.firstType || record.type > count.lastType)
+            continue;
+        if (count.thingSize == 0) {
+            setNumberAt(body, count.at, width, uint32_t(headSize(format) + count.from));
+            continue;
+        }
+        const size_t room = body.size() - std::min(body.size(), count.from);
+        size_t things = room / count.thingSize;
+        if (count.figuresAt != kNowhere) {
+            const size_t most = room / (width + count.thingSize);
+            const size_t figures = std::min<size_t>(most, 1 + below(random, 8));
+            things = (room - figures * width) / count.thingSize;
+            setNumberAt(body, count.figuresAt, width, uint32_t(figures));
+            for (size_t i = 0; i < figures; ++i)
+                setNumberAt(body, count.from + i * width, width, uint32_t(things / figures));
+        }
+        if (count.at != kNowhere)
+            setNumberAt(body, count.at, width, uint32_t(things));
+    }
+}
+
 // Numbers that boundaries, indices, stock objects and transforms are made of.
 static uint32_t interestingNumber(Random &random)
 {
@@ -52,9 +114,14 @@ static uint32_t interestingNumber(Random &random)
         0,          1,          2,          3,          4,          5,          7,
         8,          16,         100,        0x7FFF,     0x8000,     0xFFFF,     0x10000,
         0x7FFFFFFF, 0x80000000, 0x80000005, 0x80000008, 0x8000000E, 0xFFFFFFFF, 0xFFFFFFF4,
-        0x3F800000, 0xBF800000, 0x7F800000, 0x7FC00000, 0x00000001, 0x2000,     0x210,
+        0x3F800000, 0xBF800000, 0x7F800000, 0x7FC00000, 0x2000,     0x210,
     };
     return kNumbers[below(random, std::size(kNumbers))];
+}
+
+static uint32_t randomType(const Format &format, Random &random)
+{
+    return format.types[below(random, format.types.size())];
 }
 
 static std::string randomBody(Random &random)
@@ -84,48 +151,55 @@ static void changeBytes(std::string &bytes, size_t room, Random &random)
 static void changeList(const Format &format, Records &records, size_t at, Random &random)
 {
     const auto place = records.begin() + std::ptrdiff_t(at);
+    Record &other = records[below(random, records.size())];
     switch (below(random, 4)) {
     case 0:
-        records.insert(place,
-                       { format.types[below(random, format.types.size())], randomBody(random) });
-        format.mendCounts(records[at], random);
-        break;
+        records.insert(place, { randomType(format, random), randomBody(random) });
+        return mendCounts(format, records[at], random);
     case 1:
-        records.insert(place, Metafile::Record(records[below(random, records.size())]));
-        break;
+        records.insert(place, Record(other));
+        return;
     case 2:
-        std::swap(records[at], records[below(random, records.size())]);
-        break;
+        return std::swap(records[at], other);
     default:
         records.erase(place);
     }
 }
 
-size_t mutateRecords(const Format &format, uint8_t *data, size_t size, size_t maxSize,
-                     unsigned seed)
+std::string changed(const Format &format, const std::string &bytes, size_t room, Random &random)
 {
-    Random random(seed);
-    const std::string bytes(reinterpret_cast<const char *>(data), size);
-    Metafile metafile = format.parse(bytes);
-    Records &records = metafile.records;
+    Records records = parse(format, bytes);
+    std::string header = bytes.substr(0, format.headerSize(bytes));
+    header.resize(format.headerSize(bytes));
     if (records.empty())
         records.push_back({ format.types.front(), randomBody(random) });
     const size_t at = below(random, records.size());
     if (oneIn(random, 16)) {
-        changeBytes(metafile.head, 0, random);
+        changeBytes(header, 0, random);
+        header.resize(format.headerSize(header));
     } else if (oneIn(random, 3)) {
         changeList(format, records, at, random);
     } else {
-        changeBytes(records[at].body, maxSize - std::min(size, maxSize), random);
+        changeBytes(records[at].body, room, random);
         if (oneIn(random, 8))
-            records[at].type = format.types[below(random, format.types.size())];
+            records[at].type = randomType(format, random);
         if (!oneIn(random, 8))
-            format.mendCounts(records[at], random);
+            mendCounts(format, records[at], random);
     }
-    const std::string changed = format.join(metafile);
-    const size_t length = std::min(changed.size(), maxSize);
-    std::copy_n(changed.data(), length, data);
-    return length;
+    return join(format, header, records);
 }
 
 } // namespace svgtool::fuzz
+
+#if defined(SVGTOOL_FUZZ_FORMAT)
+size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed)
+{
+    svgtool::fuzz::Random random(seed);
+    const std::string result = svgtool::fuzz::changed(
+            SVGTOOL_FUZZ_FORMAT(), { reinterpret_cast<const char *>(data), size },
+            maxSize - std::min(size, maxSize), random);
+    const size_t length = std::min(result.size(), maxSize);
+    std::copy_n(result.data(), length, data);
+    return length;
+}
+#endif

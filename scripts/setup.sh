@@ -13,7 +13,7 @@ coverage=("${test[@]}" gcovr)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
-browser=(chromium chromium-driver python3)
+browser=(chromium chromium-driver python3-selenium)
 package=("${build[@]}" dpkg-dev binutils gzip lintian debootstrap)
 
 case ${1-} in

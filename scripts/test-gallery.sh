@@ -29,7 +29,7 @@ for folder; do
     find "$work/$number" -type f | sort >>"$work/documents"
 done
 "$tool" -q --check -r "${inputs[@]}" --gallery "$work/page.html" 2>/dev/null || true
-python3 "$root/tests/house/browser.py" gallery "$work/page.html" ${pictures:+"$pictures"} ||
+"$root/tests/house/browser.py" gallery "$work/page.html" ${pictures:+"$pictures"} ||
     failures=1
-python3 "$root/tests/house/browser.py" documents <"$work/documents" || failures=1
+"$root/tests/house/browser.py" documents <"$work/documents" || failures=1
 exit "$failures"

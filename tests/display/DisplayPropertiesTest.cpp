@@ -1,18 +1,32 @@
 // What holds for every document: it is well-formed, and nothing of the exact text is lost.
 
+#include "fuzz/RecordMutator.h"
 #include "support/Conversion.h"
-#include "support/RandomMetafile.h"
+#include "support/Corpus.h"
 #include "svg/SVGDisplay.h"
 
-#include <CLogSystem.h>
 #include <gtest/gtest.h>
 
-#include <QDirIterator>
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
+#include <cstring>
 #include <map>
+
+// In place of libFuzzer's: puts some letters somewhere, with those among them that XML escapes or
+// forbids.
+extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
+extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize)
+{
+    static std::minstd_rand random;
+    static constexpr char16_t kUnits[] = u"aB3 -&<>\"';#\t\r\n\x01\x7F\xE9\u20AC\uFFFE\xD83D\xDE00";
+    size_t at = random() % (size / 2 + 1) * 2;
+    for (size_t count = 1 + random() % 8; count > 0 && at + 2 <= maxSize; --count, at += 2)
+        std::memcpy(data + at, &kUnits[random() % (std::size(kUnits) - 1)], 2);
+    return std::max(size, at);
+}
 
 namespace svgtool::test {
 namespace {
@@ -92,9 +106,9 @@ namespace {
         text.replace(QLatin1String("\r\n"), QLatin1String("\n"))
                 .replace(QLatin1Char('\r'), QLatin1Char('\n'));
         text.remove(tag);
-        text.replace(QLatin1String("&lt;"), QLatin1String("<"));
-        text.replace(QLatin1String("&gt;"), QLatin1String(">"));
-        text.replace(QLatin1String("&amp;"), QLatin1String("&"));
+        for (const auto &[written, meant] :
+             { std::pair("&lt;", "<"), { "&gt;", ">" }, { "&amp;", "&" } })
+            text.replace(QLatin1String(written), QLatin1String(meant));
         EXPECT_EQ(shown.problem, QString());
         EXPECT_EQ(shown.wrongReferences, QStringList());
         EXPECT_EQ(shown.elements, elements);
@@ -110,73 +124,73 @@ namespace {
         const auto anyPlace = [&] { return below(text.size() + 1); };
         for (int count = below(6); count > 0; --count) {
             const int at = anyPlace();
-            const int length = below(4);
-            switch (below(3)) {
-            case 0:
-                text.remove(at, length);
-                break;
-            case 1:
-                text.insert(at, kBytes[below(sizeof kBytes - 1)]);
-                break;
-            default:
-                text.insert(at, text.mid(anyPlace(), 8 * length));
-            }
+            text.remove(at, below(3));
+            text.insert(at,
+                        below(2) == 0 ? QByteArray(1, kBytes[below(sizeof kBytes - 1)])
+                                      : text.mid(anyPlace(), 8 * below(4)));
         }
         if (below(2) == 0)
             text.truncate(anyPlace());
         return text;
     }
 
-    class DisplayProperties : public testing::Test
+    // The records of all first inputs of a fuzz target, without the end records.
+    std::string allRecords(const fuzz::Format &format, const char *target, size_t endSize)
     {
-    protected:
-        void SetUp() override
-        {
-            basic_logging::infolevel.setSink([](const std::string &) {});
-            basic_logging::warnlevel.setSink([](const std::string &) {});
+        const QDir folder(QStringLiteral(SVGTOOL_FUZZ_DIR "/") + QLatin1String(target));
+        std::string all;
+        for (const QString &name : folder.entryList(QDir::Files)) {
+            QFile file(folder.filePath(name));
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            const std::string bytes = file.readAll().toStdString();
+            const size_t start = all.empty() ? 0 : format.headerSize(bytes);
+            all += bytes.substr(start, bytes.size() - endSize - start);
         }
-        void TearDown() override
-        {
-            basic_logging::infolevel.setSink({});
-            basic_logging::warnlevel.setSink({});
-        }
-    };
+        return all;
+    }
 
-    TEST_F(DisplayProperties, RandomMetafiles)
+    TEST(DisplayProperties, RandomMetafiles)
     {
-        std::mt19937 random(20250914);
-        for (int i = 0; i < 3000 && !HasFailure(); ++i) {
+        const SilentLogs silence;
+        fuzz::Random random;
+        std::mt19937 damage;
+        const std::string emf = allRecords(fuzz::emfFormat(), "emf", 20);
+        const std::string wmf = allRecords(fuzz::wmfFormat(), "wmf", 6);
+        int count = 0;
+        for (int i = 0; i < 2000 && !HasFailure(); ++i) {
             SCOPED_TRACE(i);
-            const Conversion conversion =
-                    convert(i % 4 == 0 ? randomWmf(random) : randomEmf(random));
-            ASSERT_GT(conversion.result, 0);
+            const bool isWmf = i % 4 == 0;
+            const fuzz::Format &format = isWmf ? fuzz::wmfFormat() : fuzz::emfFormat();
+            std::string bytes = isWmf ? wmf : emf;
+            for (size_t times = 1 + random() % 100; times > 0; --times)
+                bytes = fuzz::changed(format, bytes, 64, random);
+            const Conversion conversion = convert(QByteArray::fromStdString(bytes));
+            if (conversion.result <= 0)
+                continue;
             const QByteArray exact = QByteArray::fromStdString(conversion.text);
             const QByteArray svg = displayableSvg(exact);
             expectNothingLost(read(svg), exact);
             EXPECT_EQ(displayableSvg(svg), svg);
-            const QByteArray broken = damaged(exact, random);
+            const QByteArray broken = damaged(exact, damage);
             EXPECT_EQ(read(displayableSvg(broken)).problem, QString()) << broken.toStdString();
+            ++count;
         }
+        EXPECT_GE(count, 1900);
     }
 
-    TEST_F(DisplayProperties, RealMetafiles)
+    TEST(DisplayProperties, RealMetafiles)
     {
+        const SilentLogs silence;
         int count = 0;
-        for (const char *folder : { SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR }) {
-            QDirIterator files(QString::fromUtf8(folder),
-                               { QStringLiteral("*.emf"), QStringLiteral("*.wmf") }, QDir::Files,
-                               QDirIterator::Subdirectories);
-            while (files.hasNext()) {
-                QFile file(files.next());
-                SCOPED_TRACE(file.fileName().toStdString());
-                ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-                const Conversion conversion = convert(file.readAll());
-                if (conversion.result <= 0)
-                    continue;
-                const QByteArray exact = QByteArray::fromStdString(conversion.text);
-                expectNothingLost(read(displayableSvg(exact)), exact);
-                ++count;
-            }
+        for (const auto &[path, bytes] :
+             metafilesBelow({ SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR })) {
+            SCOPED_TRACE(path.toStdString());
+            const Conversion conversion = convert(bytes);
+            if (conversion.result <= 0)
+                continue;
+            const QByteArray exact = QByteArray::fromStdString(conversion.text);
+            expectNothingLost(read(displayableSvg(exact)), exact);
+            ++count;
         }
         EXPECT_GE(count, 5);
     }

@@ -6,11 +6,12 @@
 #include <ostream>
 #include <string>
 
+#define ROOT "<svg version=\"1.1\" xmlns=\"http://www.w3.org/2000/svg\">"
+
 namespace svgtool::test {
 namespace {
 
     const std::string kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    const std::string kEmptyRoot = "<svg version=\"1.1\" xmlns=\"http://www.w3.org/2000/svg\">";
 
     std::string display(const std::string &exact, const DisplayOptions &options = {})
     {
@@ -51,8 +52,8 @@ namespace {
     }
 
     constexpr Case kBodies[] = {
-        { "blanks", "<line x1=\"1\" y1 = \"2\"x2 =\"3\"\n y2= '4 '\t/>",
-          "<line x1=\"1\" y1=\"2\" x2=\"3\" y2=\"4\"/>" },
+        { "blanks", "<line x1=\"1\" y1 = \"2\"x2 =\"3\"\n y2= '4 '\tstroke=#00f/>",
+          "<line x1=\"1\" y1=\"2\" x2=\"3\" y2=\"4\" stroke=\"#00f\"/>" },
         { "lastOfRepeated", "<rect fill=\"red\" x=\"1\"fill=\"none\" />",
           "<rect fill=\"none\" x=\"1\"/>" },
         { "hairline",
@@ -80,7 +81,7 @@ namespace {
         { "forbidden", "<text a=\"\x01\">\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x7F\r\n\xC3</text>",
           "<text a=\"\xEF\xBF\xBD\">\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\x7F\r\n\xEF\xBF\xBD"
           "</text>" },
-        { "notShortestUtf8", "\xC0\xAF\xED\xA0\x80\xEF\xBF\xBF\xF4\x90\x80\x80",
+        { "notShortestUtf8", "\xC0\xAF\xED\xA0\x80\xEF\xBF\xBE\xF4\x90\x80\x80",
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD" },
         { "notAttributes", "<rect 5 x/y=7 xml:id=\"a\" o:p=\"1\" id=\"a b\" xmlns=\"z\" z=\"1\"/>",
@@ -89,7 +90,7 @@ namespace {
         { "notElements", "<!-- a --- b --><![CDATA[<&]]><?p?><!DOCTYPE a><o:p></o:p></g></ g>",
           "<!-- a - - - b -->&lt;&amp;<!-- <?p?> --><!-- <!DOCTYPE a> --><!-- <o:p> -->"
           "<!-- </o:p> --><!-- </g> --><!-- </ g> -->" },
-        { "openElements", "<g><g><text></g></g><g><text>",
+        { "openElements", "<g><g><text></g ></g><g><text>",
           "<g><g><text></text></g></g><g><text>"
           "</text></g>" },
         { "brokenOffTags", "<path d=\"M1,2\n<rect x=\"1\" <circle r=\"2\"/>",
@@ -108,7 +109,6 @@ namespace {
         EXPECT_EQ(display(GetParam().exact), kDeclaration + GetParam().shown);
     }
 
-#define ROOT "<svg version=\"1.1\" xmlns=\"http://www.w3.org/2000/svg\">"
     constexpr Case kRemains[] = {
         { "nothing", "", ROOT "</svg>\n" },
         { "declarationBreaksOff", "<?xml version=\"1.", ROOT "</svg>\n" },
@@ -126,50 +126,34 @@ namespace {
           "<svg width=\"16384\" height=\"1\" version=\"1.1\" viewBox=\"0 0 65534 2\" "
           "xmlns=\"http://www.w3.org/2000/svg\"><text font-size=\"32768\"/></svg>\n" },
     };
-#undef ROOT
     INSTANTIATE_TEST_SUITE_P(Cases, DisplayRemains, testing::ValuesIn(kRemains),
                              testing::PrintToStringParamName());
 
-    struct SizeCase
+    TEST(Display, SizeIsTheOneWanted)
     {
-        const char *name;
-        DisplayOptions options;
-        const char *size;
-    };
-
-    void PrintTo(const SizeCase &row, std::ostream *out)
-    {
-        *out << row.name;
+        const struct
+        {
+            DisplayOptions options;
+            const char *size;
+        } rows[] = {
+            { { {}, 100, 0, 9 }, "width=\"100\" height=\"23.333\"" },
+            { { {}, 0, 35 }, "width=\"150\" height=\"35\"" },
+            { { {}, 10, 20 }, "width=\"10\" height=\"20\"" },
+            { { {}, 0, 0, 0.5 }, "width=\"150\" height=\"35\"" },
+            { { {}, -1, std::nan(""), 0 }, "width=\"300\" height=\"70\"" },
+        };
+        for (const auto &[options, size] : rows)
+            EXPECT_EQ(display("<svg width=\"300\" height=\"70\"/>", options),
+                      kDeclaration + "<svg " + size
+                              + " viewBox=\"0 0 300 70\" version=\"1.1\" "
+                                "xmlns=\"http://www.w3.org/2000/svg\"></svg>\n");
     }
-
-    class DisplaySize : public testing::TestWithParam<SizeCase>
-    {
-    };
-
-    TEST_P(DisplaySize, IsExact)
-    {
-        EXPECT_EQ(display("<svg width=\"300\" height=\"70\"/>", GetParam().options),
-                  kDeclaration + "<svg " + GetParam().size
-                          + " viewBox=\"0 0 300 70\" version=\"1.1\" "
-                            "xmlns=\"http://www.w3.org/2000/svg\"></svg>\n");
-    }
-
-    const double kNotANumber = std::nan("");
-    const SizeCase kSizes[] = {
-        { "width", { {}, 100, 0, 9 }, "width=\"100\" height=\"23.333\"" },
-        { "height", { {}, 0, 35 }, "width=\"150\" height=\"35\"" },
-        { "both", { {}, 10, 20 }, "width=\"10\" height=\"20\"" },
-        { "scale", { {}, 0, 0, 0.5 }, "width=\"150\" height=\"35\"" },
-        { "unusable", { {}, -1, kNotANumber, 0 }, "width=\"300\" height=\"70\"" },
-    };
-    INSTANTIATE_TEST_SUITE_P(Cases, DisplaySize, testing::ValuesIn(kSizes),
-                             testing::PrintToStringParamName());
 
     TEST(Display, CommentIsHarmless)
     {
         EXPECT_EQ(display("", { "a--->\x02 & <b>\xFF-", 0, 0, 1 }),
-                  kDeclaration + "<!-- a- - ->\xEF\xBF\xBD & <b>\xEF\xBF\xBD- -->\n" + kEmptyRoot
-                          + "</svg>\n");
+                  kDeclaration
+                          + "<!-- a- - ->\xEF\xBF\xBD & <b>\xEF\xBF\xBD- -->\n" ROOT "</svg>\n");
     }
 
 } // namespace

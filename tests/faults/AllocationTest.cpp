@@ -1,11 +1,13 @@
 #include "faults/Allocator.h"
 
+#include "support/Corpus.h"
 #include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
 #include "svgtool/SVGTool.h"
 
-#include <CLogSystem.h>
 #include <gtest/gtest.h>
+
+#include <optional>
 
 // What the exported function does when memory runs out at any one call of a conversion, and when it
 // stays out from there on.
@@ -57,23 +59,6 @@ namespace {
                 .build();
     }
 
-    class AllocationFailure : public testing::Test
-    {
-    protected:
-        void SetUp() override
-        {
-            for (auto *level : { &basic_logging::tracelevel, &basic_logging::infolevel,
-                                 &basic_logging::fatallevel, &basic_logging::warnlevel })
-                level->setSink([](const std::string &) {});
-        }
-        void TearDown() override
-        {
-            for (auto *level : { &basic_logging::tracelevel, &basic_logging::infolevel,
-                                 &basic_logging::fatallevel, &basic_logging::warnlevel })
-                level->setSink({});
-        }
-    };
-
     // Ends the lines that have begun. The loggers keep the room that the longest has taken.
     void endLogLines(const std::string &text = {})
     {
@@ -82,82 +67,89 @@ namespace {
             *logger << text << basic_logging::Logger::end;
     }
 
-    // Qt's constructor of a region of one rectangle drops a block when its second call fails; an
-    // EMF comes to it @p leaksOfQt times.
-    void failAtEachCall(const QByteArray &metafile, qint32 success, Scarcity scarcity,
-                        int leaksOfQt)
+    struct Shortage
     {
+        const char *name;
+        QByteArray metafile;
+        qint32 success;
+        Scarcity scarcity;
+    };
+
+    void PrintTo(const Shortage &shortage, std::ostream *out)
+    {
+        *out << shortage.name;
+    }
+
+    class AllocationFailure : public testing::TestWithParam<Shortage>
+    {
+    };
+
+    // Converts with the @p failing call of the allocator failing, and checks what the caller has
+    // then. Gives the blocks that leak, or nothing when there were fewer calls.
+    std::optional<long> leakAfter(size_t failing, const Shortage &shortage, const QByteArray &whole)
+    {
+        const QByteArray before("what the caller had");
+        QByteArray svg = before;
+        FailingAllocator allocator(failing, shortage.scarcity);
+        const qint32 result = ConvertMetaFileToSVG(shortage.metafile, svg);
+        const bool hasFailed = allocator.calls() >= failing;
+        allocator.stopFailing();
+        endLogLines();
+        // A document handed back is the caller's.
+        const bool isOurs = svg.capacity() != 0 && svg.constData() != before.constData();
+        const long held = allocator.blocksHeld() - (isOurs ? 1 : 0);
+        const bool isWhole = result == shortage.success && svg == whole;
+        if (!hasFailed) {
+            EXPECT_TRUE(isWhole);
+            return std::nullopt;
+        }
+        // A line of the log is all that may fail without notice.
+        EXPECT_TRUE(isWhole || result == SvgToolUnusableInput || result == SvgToolException);
+        EXPECT_TRUE(isWhole || svg == before || whole.startsWith(svg)) << svg.toStdString();
+        return held;
+    }
+
+    TEST_P(AllocationFailure, LeavesNothingBehind)
+    {
+        const SilentLogs silence;
+        const Shortage &shortage = GetParam();
         QByteArray whole;
         // Once before, for what is made at first use and kept.
-        ASSERT_EQ(ConvertMetaFileToSVG(metafile, whole), success);
+        ASSERT_EQ(ConvertMetaFileToSVG(shortage.metafile, whole), shortage.success);
         {
             // So is what the first exception makes.
-            const FailingAllocator allocator(1, scarcity);
+            const FailingAllocator allocator(1, shortage.scarcity);
             QByteArray none;
-            ASSERT_NE(ConvertMetaFileToSVG(metafile, none), success);
+            ASSERT_NE(ConvertMetaFileToSVG(shortage.metafile, none), shortage.success);
         }
         endLogLines(std::string(1000, '-'));
-        const QByteArray before("what the caller had");
-        size_t failing = 0;
-        qint32 result = 0;
-        do {
-            ++failing;
-            QByteArray svg = before;
-            size_t calls = 0;
-            long held = 0;
-            {
-                FailingAllocator allocator(failing, scarcity);
-                result = ConvertMetaFileToSVG(metafile, svg);
-                calls = allocator.calls();
-                allocator.stopFailing();
-                endLogLines();
-                // A document handed back is the caller's.
-                const long document =
-                        svg.capacity() == 0 || svg.constData() == before.constData() ? 0 : 1;
-                held = allocator.blocksHeld() - document;
-            }
-            EXPECT_TRUE(held == 0 || (held == 1 && leaksOfQt-- > 0))
-                    << held << " blocks leak after call " << failing << ", result " << result;
-            if (calls < failing) {
-                ASSERT_EQ(result, success);
-                ASSERT_EQ(svg, whole);
+        // Qt's constructor of a region of one rectangle drops a block when its second call fails;
+        // an EMF comes to it twice.
+        int leaksOfQt = shortage.success == SvgToolEmfConverted ? 2 : 0;
+        size_t failing = 1;
+        for (; !HasFailure(); ++failing) {
+            SCOPED_TRACE(failing);
+            const std::optional<long> held = leakAfter(failing, shortage, whole);
+            if (!held)
                 break;
-            }
-            // A line of the log is all that may fail without notice.
-            ASSERT_TRUE(result == SvgToolUnusableInput || result == SvgToolException
-                        || (result == success && svg == whole))
-                    << "result " << result << " after call " << failing;
-            ASSERT_TRUE(svg == before || (result <= 0 && whole.startsWith(svg)) || svg == whole)
-                    << "after call " << failing << ": " << svg.toStdString();
-        } while (true);
+            EXPECT_TRUE(*held == 0 || (*held == 1 && leaksOfQt-- > 0)) << *held;
+        }
         EXPECT_GT(failing, 50U);
 
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });
         endLogLines("still here");
         EXPECT_EQ(line, "still here ");
-        testing::Test::RecordProperty("calls", int(failing));
     }
 
-    TEST_F(AllocationFailure, OfOneCallEmf)
-    {
-        failAtEachCall(smallEmf(), SvgToolEmfConverted, Scarcity::OneCall, 2);
-    }
-
-    TEST_F(AllocationFailure, OfOneCallWmf)
-    {
-        failAtEachCall(smallWmf(), SvgToolWmfConverted, Scarcity::OneCall, 0);
-    }
-
-    TEST_F(AllocationFailure, FromOneCallOnEmf)
-    {
-        failAtEachCall(smallEmf(), SvgToolEmfConverted, Scarcity::EveryCallFromThere, 2);
-    }
-
-    TEST_F(AllocationFailure, FromOneCallOnWmf)
-    {
-        failAtEachCall(smallWmf(), SvgToolWmfConverted, Scarcity::EveryCallFromThere, 0);
-    }
+    const Shortage kShortages[] = {
+        { "OfOneCallEmf", smallEmf(), SvgToolEmfConverted, Scarcity::OneCall },
+        { "OfOneCallWmf", smallWmf(), SvgToolWmfConverted, Scarcity::OneCall },
+        { "FromOneCallOnEmf", smallEmf(), SvgToolEmfConverted, Scarcity::EveryCallFromThere },
+        { "FromOneCallOnWmf", smallWmf(), SvgToolWmfConverted, Scarcity::EveryCallFromThere },
+    };
+    INSTANTIATE_TEST_SUITE_P(Cases, AllocationFailure, testing::ValuesIn(kShortages),
+                             testing::PrintToStringParamName());
 
 } // namespace
 } // namespace svgtool::test

@@ -1,22 +1,22 @@
-#!/usr/bin/env python3
-"""Looks at pages and documents in a headless Chromium, which chromedriver drives.
+#!/usr/bin/python3
+"""Looks at pages and documents in a headless Chromium, which Selenium drives.
 
 usage: browser.py gallery PAGE [FOLDER]   checks a page of metafile2svg --gallery; puts pictures of
                                           it into FOLDER
        browser.py documents < LIST        opens every SVG document that the list names, one a line
 
-Prints a line per finding and ends with status 1 if there is one, with 77 where Chromium is missing.
+Prints a line per finding and ends with status 1 if there is one.
 """
-import base64
 import json
 import pathlib
 import re
-import shutil
-import subprocess
 import sys
-import tempfile
 import time
-import urllib.request
+
+from selenium.webdriver import Chrome, ChromeOptions
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.keys import Keys
 
 ARGUMENTS = ["--headless", "--no-sandbox", "--disable-gpu", "--no-first-run",
              "--disable-background-networking", "--disable-component-update", "--disable-sync",
@@ -31,60 +31,19 @@ def check(holds, text):
         print("FOUND:", text)
 
 
-class Browser:
-    """A Chromium of its own, with an empty profile; speaks WebDriver."""
+def new_browser():
+    options = ChromeOptions()
+    for argument in ARGUMENTS:
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    browser = Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+    browser.set_page_load_timeout(600)
+    browser.set_script_timeout(600)
+    return browser
 
-    def __enter__(self):
-        self.profile = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
-        self.driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE,
-                                       stderr=subprocess.DEVNULL, text=True)
-        try:
-            lines = (re.search(r"successfully on port (\d+)", line) for line in self.driver.stdout)
-            port = next(line[1] for line in lines if line)
-            self.base = f"http://127.0.0.1:{port}/session"
-            options = {"args": ARGUMENTS + [f"--user-data-dir={self.profile.name}"]}
-            session = self.call("", {"capabilities": {"alwaysMatch": {
-                "goog:chromeOptions": options, "goog:loggingPrefs": {"browser": "ALL"},
-                "timeouts": {"pageLoad": 600000, "script": 600000}}}})
-            self.base += "/" + session["sessionId"]
-        except BaseException:
-            self.driver.terminate()
-            raise
-        return self
 
-    def __exit__(self, *_):
-        try:
-            urllib.request.urlopen(urllib.request.Request(self.base, method="DELETE"))
-        finally:
-            self.driver.terminate()
-            self.driver.wait()
-            self.profile.cleanup()
-
-    def call(self, path, body=None):
-        data = None if body is None else json.dumps(body).encode()
-        request = urllib.request.Request(self.base + path, data)
-        with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(request) as answer:
-            return json.load(answer)["value"]
-
-    def open(self, path):
-        self.call("/url", {"url": pathlib.Path(path).resolve().as_uri()})
-
-    def run(self, script):
-        """The value that a function body returns, or that its promise becomes."""
-        return self.call("/execute/sync", {"script": script, "args": []})
-
-    def press(self, key):
-        self.call("/actions", {"actions": [{"type": "key", "id": "keys", "actions": [
-            {"type": "keyDown", "value": key}, {"type": "keyUp", "value": key}]}]})
-
-    def develop(self, command, **parameters):
-        return self.call("/goog/cdp/execute", {"cmd": command, "params": parameters})
-
-    def messages(self):
-        return [entry["message"] for entry in self.call("/se/log", {"type": "browser"})]
-
-    def picture(self, path):
-        pathlib.Path(path).write_bytes(base64.b64decode(self.call("/screenshot")))
+def open_file(browser, path):
+    browser.get(pathlib.Path(path).resolve().as_uri())
 
 
 SHOWN = """return Array.from(document.querySelectorAll('figure:not([hidden]) bdi'),
@@ -97,12 +56,12 @@ def check_filter(browser, cards):
     """Filters by part of a name and by each result; leaves all files shown."""
     def shown(name, status):
         values = json.dumps([["name", name], ["status", status]])
-        browser.run(f"""for (const [id, value] of {values}) {{
+        browser.execute_script(f"""for (const [id, value] of {values}) {{
             const field = document.getElementById(id);
             field.value = value;
             field.dispatchEvent(new Event('input', {{ bubbles: true }}));
         }}""")
-        return browser.run(SHOWN)
+        return browser.execute_script(SHOWN)
 
     part = cards[-1]["name"][-7:].lower()
     check(shown(part.upper(), "") == [c["name"] for c in cards if part in c["name"].lower()],
@@ -117,23 +76,23 @@ def check_filter(browser, cards):
 def check_full_size(browser, cards):
     """Opens the first picture, goes on to the next and closes, all by keys."""
     names = [card["name"] for card in cards if card["hasPicture"]]
-    browser.run("document.querySelector('figure button').focus();")
-    for key, name in (("\ue007", names[0]), ("\ue014", names[1]), ("\ue012", names[0]),
-                      ("\ue00c", False)):
-        browser.press(key)
-        check(browser.run(OPEN) == name, f"key {ascii(key)}: shown is {browser.run(OPEN)}")
+    browser.execute_script("document.querySelector('figure button').focus();")
+    for key, name in ((Keys.ENTER, names[0]), (Keys.ARROW_RIGHT, names[1]),
+                      (Keys.ARROW_LEFT, names[0]), (Keys.ESCAPE, False)):
+        ActionChains(browser).send_keys(key).perform()
+        shown = browser.execute_script(OPEN)
+        check(shown == name, f"key {ascii(key)}: shown is {shown}")
 
 
 def check_gallery(browser, page, folder):
-    browser.develop("Emulation.setDeviceMetricsOverride", width=1200, height=900,
-                    deviceScaleFactor=1, mobile=False)
-    browser.open(page)
-    cards = browser.run("""return Array.from(document.querySelectorAll('figure'), f => ({
+    browser.set_window_size(1200, 900)
+    open_file(browser, page)
+    cards = browser.execute_script("""return Array.from(document.querySelectorAll('figure'), f => ({
         name: f.querySelector('bdi').textContent, status: f.dataset.status,
         hasPicture: f.querySelector('img') !== null }));""")
     check(len(cards) > 1, "the page shows no batch")
     # What is out of sight waits; here nothing may.
-    broken = browser.run("""const images = [...document.querySelectorAll('figure img')];
+    broken = browser.execute_script("""const images = [...document.querySelectorAll('figure img')];
         return Promise.all(images.map(image => {
             image.loading = 'eager';
             return image.decode().catch(() => {})
@@ -145,22 +104,22 @@ def check_gallery(browser, page, folder):
     ground = "return getComputedStyle(document.body).backgroundColor;"
     grounds = []
     for scheme in "light", "dark":
-        browser.develop("Emulation.setEmulatedMedia",
-                        features=[{"name": "prefers-color-scheme", "value": scheme}])
-        grounds.append(browser.run(ground))
+        browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
+            "features": [{"name": "prefers-color-scheme", "value": scheme}]})
+        grounds.append(browser.execute_script(ground))
         if folder:
-            browser.picture(f"{folder}/{scheme}.png")
+            browser.save_screenshot(f"{folder}/{scheme}.png")
     channels = [sum(map(int, re.findall(r"\d+", text)[:3])) for text in grounds]
     check(channels[0] > 600 > 150 > channels[1], f"the grounds are {grounds}")
 
     if folder:
-        browser.run("document.querySelector('figure button').click();")
+        browser.execute_script("document.querySelector('figure button').click();")
         time.sleep(0.5)
-        browser.picture(f"{folder}/full.png")
-        browser.run("document.querySelector('#close').click();")
-    messages = browser.messages()
+        browser.save_screenshot(f"{folder}/full.png")
+        browser.execute_script("document.querySelector('#close').click();")
+    messages = [entry["message"] for entry in browser.get_log("browser")]
     check(not messages, f"the console says {messages}")
-    loaded = browser.run("""return performance.getEntriesByType('resource')
+    loaded = browser.execute_script("""return performance.getEntriesByType('resource')
         .map(entry => entry.name.slice(0, 99)).filter(name => !name.startsWith('data:'));""")
     check(not loaded, f"the page loads {loaded}")
     check_full_size(browser, cards)
@@ -169,8 +128,8 @@ def check_gallery(browser, page, folder):
 
 def check_documents(browser, paths):
     for path in paths:
-        browser.open(path)
-        state = browser.run("""const fault = document.querySelector('parsererror');
+        open_file(browser, path)
+        state = browser.execute_script("""const fault = document.querySelector('parsererror');
             return fault ? fault.textContent : document.documentElement.localName;""")
         check(state == "svg", f"{path}: {state}")
     check(paths, "there are no documents")
@@ -178,10 +137,7 @@ def check_documents(browser, paths):
 
 
 def main():
-    if not shutil.which("chromium") or not shutil.which("chromedriver"):
-        print("skipped: there is no Chromium; scripts/setup.sh browser installs it")
-        return 77
-    with Browser() as browser:
+    with new_browser() as browser:
         if sys.argv[1] == "gallery":
             check_gallery(browser, sys.argv[2], sys.argv[3] if len(sys.argv) > 3 else None)
         else:

@@ -10,12 +10,11 @@ cp "$drawing" $'batch/<b>&"\n\'.wmf'
 printf 'This is a text and no picture.' >batch/text.emf
 head -c 600 "$drawing" >batch/cut.wmf
 touch -d '1 hour ago' batch/*.?mf batch/sub/*
-text='batch/text.emf: not a metafile: neither an EMF nor a WMF header'
-cut='batch/cut.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)'
-messages="metafile2svg: $cut
-metafile2svg: $text"
+text='not a metafile: neither an EMF nor a WMF header'
+cut='truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)'
+messages="batch/cut.wmf: $cut"$'\n'"batch/text.emf: $text"
 
-expect 'gallery' 1 "$messages" "$tool" -q -j1 -r batch -o made/svg --gallery made/page.html
+check 1 "$messages" "$tool" -q -j1 -r batch -o made/svg --gallery made/page.html
 is_same made/svg/sub/chart.emf.svg <("$tool" "$chart")
 # The pictures are the documents, in the same order.
 sed -n 's/.* src="data:image\/svg+xml;base64,\([^"]*\)".*/\1/p' made/page.html >pictures
@@ -24,8 +23,7 @@ for document in $'<b>&"\n\'.wmf' cut.wmf sub/chart.emf; do
     is_same picture.svg "made/svg/$document.svg"
 done <pictures
 [ "$(wc -l <pictures)" = 3 ] || fault "$(wc -l <pictures) pictures"
-sed -n \
-    '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;p}' made/page.html >results
+sed -n '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;p}' made/page.html >results
 bytes() {
     numfmt --to=si --round=nearest --format=%.1f "$(wc -c <"made/svg/$1.svg")" |
         sed 's/[0-9]$/& bytes/;s/K/ kB/'
@@ -63,16 +61,17 @@ is_text results '<main>
 <p class="missing">Records: 0 skipped, 35 approximated</p>
 </figcaption>
 </figure>
-</main>'
+</main>
+'
 [ "$(grep -o '<script' made/page.html | wc -l)" = 1 ] || fault "not one script"
 ! grep -iE '://|@[A-Z]+@|<link|<iframe|<object' made/page.html || fault "not in one piece"
 
 # The same page whatever is there already, and nothing that is newer is replaced.
 printf 'mine' >made/svg/sub/chart.emf.svg
-expect 'up to date' 1 "$messages" "$tool" -q -r batch -o made/svg --gallery again.html
+check 1 "$messages" "$tool" -q -r batch -o made/svg --gallery again.html
 is_same made/page.html again.html
-[ "$(cat made/svg/sub/chart.emf.svg)" = mine ] || fault "a newer document was replaced"
-expect 'check' 1 "$messages" "$tool" -q --check -r batch --gallery checked/page.html
+is_text made/svg/sub/chart.emf.svg mine
+check 1 "$messages" "$tool" -q --check -r batch --gallery checked/page.html
 is_same made/page.html checked/page.html
 [ -z "$(find batch -name '*.svg')" ] || fault "wrote documents"
 
@@ -89,31 +88,28 @@ for threads in 1 2 7; do
     is_same messages-1 "messages-$threads"
 done
 [ "$(grep -c ' src=' many-1.html)" = 151 ] || fault "$(grep -c ' src=' many-1.html) pictures"
-expect 'fail fast' 1 "metafile2svg: $text" \
+check 1 "batch/text.emf: $text" \
     "$tool" -q -j1 --check --fail-fast batch/text.emf "$chart" --gallery fast.html
-grep -q 'not tried</span>' fast.html || fault "the file that was not tried is missing"
+has fast.html 'not tried</span>'
 
 # The page appears only when it is complete.
 printf 'old' >old.html
-expect 'no room' 1 'metafile2svg: old.html: cannot be written: File too large' \
-    shell 'ulimit -f 16; exec "$tool" -q --check "$chart" "$drawing" --gallery old.html'
-[ "$(cat old.html)" = old ] && [ -z "$(find . -maxdepth 1 -name 'old.html?*')" ] ||
-    fault "left $(ls old.html*)"
-ln -s /dev/full full.html
-[ ! -c /dev/full ] || expect 'full device' 1 \
-    'metafile2svg: full.html: cannot be written: No space left on device' \
-    "$tool" --check "$chart" --gallery full.html
-expect 'gallery is a folder' 1 'metafile2svg: f.html: cannot be written: it is a folder' \
-    shell 'mkdir f.html; "$tool" --check "$chart" --gallery f.html'
+unwritable='cannot be written:'
+check 1 "old.html: $unwritable File too large" \
+    'ulimit -f 16; exec "$tool" -q --check "$chart" "$drawing" --gallery old.html'
+is_text old.html old
+[ -z "$(find . -maxdepth 1 -name 'old.html?*')" ] || fault "left $(ls old.html*)"
+[ ! -c "$full" ] || check 1 "full.html: $unwritable No space left on device" \
+    'ln -s "$full" full.html; "$tool" --check "$chart" --gallery full.html'
+check 1 "f.html: $unwritable it is a folder" \
+    'mkdir f.html; "$tool" --check "$chart" --gallery f.html'
 
 # Nothing else is taken for the page.
-expect 'page forgotten' 2 'metafile2svg: --gallery needs the name of a page, which ends in .html '\
-'(metafile2svg --help explains)' "$tool" --gallery batch/cut.wmf batch/text.emf
+check 2 '--gallery needs the name of a page, which ends in .html (metafile2svg --help explains)' \
+    "$tool" --gallery batch/cut.wmf batch/text.emf
 cp "$chart" chart.html
-expect 'page is an input' 2 'metafile2svg: ./chart.html would replace a metafile' \
-    "$tool" --info chart.html --gallery ./chart.html
-expect 'page is the document' 2 \
-    'metafile2svg: both the gallery and chart.html would become ./new.html' \
+check 2 './chart.html would replace a metafile' "$tool" --info chart.html --gallery ./chart.html
+check 2 'both the gallery and chart.html would become ./new.html' \
     "$tool" chart.html -o ./new.html --gallery new.html
 is_same chart.html "$chart"
 finish

@@ -18,91 +18,91 @@ printf "$head$rectangle"'\0\0\0\0\33\4'"$arc$end" >zero.wmf
 head -c 5440 "$chart" >cut.emf
 { cat "$chart"; printf 'x'; } >long.emf
 
-expect 'report' 0 '' "$tool" --report whole.wmf -o whole.svg
-is_text out 'whole.wmf: converted
-  records: 1 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 3 (offset 54)
+# is_text with a line feed behind it.
+is_lines() {
+    is_text "$1" "$2"$'\n'
+}
+lines='  records: 1 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 3 (offset 54)
   skipped      META_ARC                         1  first at offset 32
   drawn        META_RECTANGLE                   1  first at offset 18'
+check 0 '' "$tool" --report whole.wmf -o whole.svg
+is_lines out "whole.wmf: converted
+$lines"
 is_document whole.svg
-expect 'report beside the document' 0 "$(cat out)" "$tool" --report whole.wmf
+# With the document on standard output the report is on standard error.
+name='report beside the document'
+cp out report
+"$tool" --report whole.wmf >out 2>errors
+is_same errors report
 is_same out whole.svg
-expect 'report as JSON' 0 '' "$tool" --report --json --check whole.wmf
-is_text out '[
+check 0 '' "$tool" --report --json --check whole.wmf
+is_lines out '[
 {"end":{"offset":54,"reason":"end record","record":3},"file":"whole.wmf","format":"WMF","records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","outcome":"skipped","type":2071}],"result":"converted","skipped":1}
 ]'
-expect 'facts' 0 '' "$tool" --info whole.wmf
-is_text out 'whole.wmf: converted
+check 0 '' "$tool" --info whole.wmf
+is_lines out "whole.wmf: converted
   format   WMF
   size     60 bytes, by its header 60
   records  3 up to the end record at offset 54
     META_RECTANGLE                   1
     META_ARC                         1
-  records: 1 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 3 (offset 54)
-  skipped      META_ARC                         1  first at offset 32
-  drawn        META_RECTANGLE                   1  first at offset 18'
-expect 'facts of an EMF' 0 '' "$tool" --info "$chart"
+$lines"
+check 0 '' "$tool" --info "$chart"
 sed -i 6q out
-is_text out "$chart: converted
+is_lines out "$chart: converted
   format   EMF
   size     5456 bytes, by its header 5456
   bounds   0,0 to 300,200 pixels
   frame    0,0 to 7939,5286 x 0.01 mm
   device   1024 x 768 pixels, 271 x 203 mm"
+cut='truncated, 40 of 60 bytes, stopped at record 2 (offset 32)'
+check 3 "cut.wmf: $cut" "$tool" --info cut.wmf
+has out '  records  2 up to the record cut off at offset 32'
 printf 'This is a text and no picture.' >text.emf
-expect 'facts as JSON, of a batch with a failure' 1 \
-    "metafile2svg: text.emf: not a metafile: neither an EMF nor a WMF header
-metafile2svg: endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)" \
-    "$tool" -q --info --json text.emf endless.wmf
-is_text out '[
-{"bytes":30,"file":"text.emf","format":"unknown","message":"text.emf: not a metafile: neither an EMF nor a WMF header","result":"failed"},
-{"bytes":54,"end":{"offset":54,"reason":"end of data","record":3},"file":"endless.wmf","format":"WMF","headerBytes":60,"message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","recordTypes":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","type":2071}],"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","outcome":"skipped","type":2071}],"recordsEnd":{"offset":54,"reason":"end of data","record":3},"result":"damaged","skipped":1}
+failed='text.emf: not a metafile: neither an EMF nor a WMF header'
+ended='endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)'
+check 1 "$failed"$'\n'"$ended" "$tool" -q --info --json text.emf endless.wmf
+is_lines out '[
+{"bytes":30,"file":"text.emf","format":"unknown","message":"'"$failed"'","result":"failed"},
+{"bytes":54,"end":{"offset":54,"reason":"end of data","record":3},"file":"endless.wmf","format":"WMF","headerBytes":60,"message":"'"$ended"'","recordTypes":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","type":2071}],"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","outcome":"skipped","type":2071}],"recordsEnd":{"offset":54,"reason":"end of data","record":3},"result":"damaged","skipped":1}
 ]'
-[ ! -c /dev/full ] || expect 'report to a full device' 1 \
-    'metafile2svg: standard output: cannot be written: No space left on device' \
-    shell '"$tool" --info "$chart" >/dev/full'
+[ ! -c "$full" ] ||
+    check 1 'standard output: cannot be written: No space left on device' \
+        '"$tool" --info "$chart" >"$full"'
 
-# damaged FILE MESSAGE COMMENT: converts with status 3, and marks the document or, with an empty
-# COMMENT, does not, since nothing is missing.
+# damaged FILE MESSAGE: converts with status 3, and marks the document if something is missing.
 damaged() {
-    expect "damaged $1" 3 "metafile2svg: $1: $2" "$tool" "$1" -o damaged.svg
+    check 3 "$1: $2" "$tool" "$1" -o damaged.svg
     is_document damaged.svg
-    local comment
-    comment=$(sed -n 's/^<!-- *\(.*[^ ]\) *-->$/\1/p' damaged.svg)
-    [ "$comment" = "$3" ] || fault "the comment is: $comment"
+    grep '^<!--' damaged.svg >comment || true
+    is_text comment "${3:+<!-- Incomplete: the metafile is $2 -->$'\n'}"
 }
-text='truncated, 40 of 60 bytes, stopped at record 2 (offset 32)'
-damaged cut.wmf "$text" "Incomplete: the metafile is $text"
-text='truncated, 5440 of 5456 bytes, stopped at record 196 (offset 5436)'
-damaged cut.emf "$text" "Incomplete: the metafile is $text"
-text='damaged, stopped at record 2 (offset 32): its size makes no sense'
-damaged zero.wmf "$text" "Incomplete: the metafile is $text"
-damaged long.emf 'damaged header, 5457 of 5456 bytes, all records are there' ''
-damaged short.wmf 'damaged header, 60 of 12 bytes, all records are there' ''
-damaged limited.wmf 'damaged header, all records are there' ''
-"$tool" short.wmf >short.svg 2>/dev/null || true
-is_same short.svg whole.svg
-expect 'exact of a short header' 0 '' "$tool" --exact short.wmf
+damaged cut.wmf "$cut" marked
+damaged cut.emf 'truncated, 5440 of 5456 bytes, stopped at record 196 (offset 5436)' marked
+damaged zero.wmf 'damaged, stopped at record 2 (offset 32): its size makes no sense' marked
+damaged long.emf 'damaged header, 5457 of 5456 bytes, all records are there'
+damaged limited.wmf 'damaged header, all records are there'
+damaged short.wmf 'damaged header, 60 of 12 bytes, all records are there'
+is_same damaged.svg whole.svg
+check 0 '' "$tool" --exact short.wmf
 ! grep -q '<rect' out || fault "draws more than the library"
 
 # Of a file cut anywhere behind its header there is a document, and it is less than the whole one.
-name='cut anywhere'
-for size in 18 19 31 32 33 53; do
-    head -c "$size" whole.wmf >"cut-$size.wmf"
+cuts=(emf/{88,100,1000,2001,5455} wmf/{18,19,31,32,33,53})
+mkdir cuts
+for cut in "${cuts[@]}"; do
+    whole=whole.wmf
+    [[ $cut == wmf/* ]] || whole=$chart
+    head -c "${cut#*/}" "$whole" >"cuts/${cut#*/}.${cut%/*}"
 done
-for size in 88 100 1000 2001 5455; do
-    head -c "$size" "$chart" >"cut-$size.emf"
+name='cut anywhere' status=0
+"$tool" -q cuts 2>messages || status=$?
+[ "$status" = 3 ] && [ "$(grep -c ': truncated, ' messages)" = "${#cuts[@]}" ] ||
+    fault "status $status: $(cat messages)"
+for document in cuts/*.?mf; do
+    is_document "$document.svg"
 done
-status=0
-"$tool" cut-*.?mf -o cut/ 2>messages || status=$?
-[ "$status" = 3 ] && [ "$(grep -c ': truncated, ' messages)" = 11 ] || fault "$(cat messages)"
-for document in cut/*.svg; do
-    is_document "$document"
-done
-holds cut cut-100.emf.svg cut-1000.emf.svg cut-18.wmf.svg cut-19.wmf.svg cut-2001.emf.svg \
-    cut-31.wmf.svg cut-32.wmf.svg cut-33.wmf.svg cut-53.wmf.svg cut-5455.emf.svg cut-88.emf.svg
 # Only files cut behind the record that draws hold what it draws.
-[ "$(grep -lc '<rect' cut/cut-*.wmf.svg | tr '\n' ' ')" = \
-    'cut/cut-32.wmf.svg cut/cut-33.wmf.svg cut/cut-53.wmf.svg ' ] ||
-    fault "rectangles in $(grep -lc '<rect' cut/cut-*.wmf.svg)"
+is_text <(cd cuts && grep -l '<rect' *.wmf.svg | tr '\n' ' ') '32.wmf.svg 33.wmf.svg 53.wmf.svg '
 
 finish

@@ -55,56 +55,53 @@ fi
 
 # The installed tool is what the hosts are compared with.
 sample=$SOURCE_DIR/samples/chart.emf
-env -u LD_LIBRARY_PATH "$prefix/$BINDIR/metafile2svg" --exact "$sample" -o "$work/tool.svg" ||
-    fail "the installed tool does not convert"
-grep -q '<svg ' "$work/tool.svg" && grep -q '</svg>' "$work/tool.svg" ||
+tool=(env -u LD_LIBRARY_PATH "$prefix/$BINDIR/metafile2svg")
+quietly "${tool[@]}" --exact "$sample" -o "$work/exact.svg"
+quietly "${tool[@]}" --width 800 "$sample" -o "$work/shown.svg"
+grep -q '<svg ' "$work/exact.svg" && grep -q '</svg>' "$work/exact.svg" ||
     fail "the installed tool wrote no SVG document"
 
+# same WANTED ACTUAL HOST: the host's document is the tool's.
 same() {
-    cmp "$work/tool.svg" "$1" || fail "$2 gets another document than the tool"
-    echo "$2: converts"
+    cmp "$work/$1.svg" "$2" || fail "$3 gets another document than the tool"
+    echo "$3: converts"
 }
 
 quietly "$CMAKE" -G "$GENERATOR" "-DCMAKE_MAKE_PROGRAM=$MAKE_PROGRAM" \
     "-DCMAKE_CXX_COMPILER=$CXX" "-DCMAKE_CXX_FLAGS=$CXXFLAGS" "-DCMAKE_PREFIX_PATH=$prefix" \
     -S "$SOURCE_DIR/samples/host" -B "$work/host"
 quietly "$CMAKE" --build "$work/host"
-quietly "$work/host/svgtool_host" "$sample" "$work/host.svg"
-same "$work/host.svg" "a host built with the CMake package"
 
-# Qt wants position-independent code; $packageFlags and $CXXFLAGS are lists of words.
+# build HOST LIBRARY PACKAGE...: builds a host of one file with what pkg-config says of packages. Qt
+# wants position-independent code; $CXXFLAGS and what pkg-config says are lists of words.
 export PKG_CONFIG_PATH=$prefix/$LIBDIR/pkgconfig
-packageFlags=$("$PKG_CONFIG" --cflags --libs svgtool) || fail "pkg-config does not know svgtool"
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/main.cpp" -o "$work/pc_host" \
-    $packageFlags "-Wl,-rpath,$prefix/$LIBDIR"
-quietly "$work/pc_host" "$sample" "$work/pc.svg"
-same "$work/pc.svg" "a host built with pkg-config"
-
-# Documents for viewers, as the tool makes them.
-"$prefix/$BINDIR/metafile2svg" --width 800 "$sample" -o "$work/tool_display.svg" ||
-    fail "the installed tool makes no document for viewers"
-displayFlags=$("$PKG_CONFIG" --cflags --libs svgtool svgtool-display) ||
-    fail "pkg-config does not know svgtool-display"
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/display.cpp" \
-    -o "$work/pc_display" $displayFlags "-Wl,-rpath,$prefix/$LIBDIR"
-for host in "$work/host/display_host" "$work/pc_display"; do
-    "$host" "$sample" >"$work/display.svg" || fail "$host"
-    cmp "$work/tool_display.svg" "$work/display.svg" ||
-        fail "$host gets another document for viewers than the tool"
+build() {
+    local host=$1 library=$2 flags
+    shift 2
+    flags=$("$PKG_CONFIG" --cflags --libs "$@") || fail "pkg-config does not know $*"
+    quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/$host.cpp" \
+        -o "$work/pc_$host" $flags $library "-Wl,-rpath,$prefix/$LIBDIR"
+}
+build main '' svgtool
+build display '' svgtool svgtool-display
+build logging -lbasic_logging svgtool
+for host in "$work/host/svgtool_host" "$work/pc_main"; do
+    quietly "$host" "$sample" "$work/host.svg"
+    same exact "$work/host.svg" "$host"
 done
-echo "hosts of the display library: convert"
-
+for host in "$work/host/display_host" "$work/pc_display"; do
+    "$host" "$sample" >"$work/host.svg" || fail "$host"
+    same shown "$work/host.svg" "$host"
+done
 # What fontconfig keeps for the process looks leaked once it is unloaded along with us.
 for host in "$DLOPEN_SAMPLE" "$DLOPEN_HOST"; do
     ASAN_OPTIONS=detect_leaks=0 "$host" "$prefix/$LIBDIR/libSVGTool.so" "$sample" \
-        >"$work/dlopen.svg" || fail "$host"
-    same "$work/dlopen.svg" "$host, which loads the library at run time,"
+        >"$work/host.svg" || fail "$host"
+    same exact "$work/host.svg" "$host"
 done
 
 # A host sets the level and the sinks through the logging library's own header.
-quietly "$CXX" -std=c++17 -fPIC $CXXFLAGS "$SOURCE_DIR/samples/host/logging.cpp" -o "$work/logging" \
-    $packageFlags "-Wl,-rpath,$prefix/$LIBDIR" -lbasic_logging
-"$work/logging" "$sample" >"$work/lines" 2>&1 || fail "a host that takes the log lines"
+"$work/pc_logging" "$sample" >"$work/lines" 2>&1 || fail "a host that takes the log lines"
 grep -qE '^result 1, [0-9]{3,} trace lines, 0 warnings$' "$work/lines" ||
     fail "a host that takes the log lines gets others: $(cat "$work/lines")"
 echo "a host that takes the log lines: gets them"

@@ -1,29 +1,26 @@
 #!/usr/bin/env bash
-# Compares every include of the tree at ROOT with the layers: a folder may include what its row
-# names, whatever those may include, and itself.
+# Compares every include of the tree at ROOT with the layers: a folder may include itself, what it
+# names, and whatever those may include.
 # usage: layers.sh ROOT
 set -euo pipefail
 export LC_ALL=C
 cd "$1"
 
-declare -A layers=(
-    [logging]=""
-    [records]="logging"
-    [platform]="logging"
-    [geometry]="records"
-    [style]="records platform"
-    [svg]="style geometry"
-    [emf]="svg"
-    [wmf]="svg"
-    [svgtool]="emf wmf"
-)
+declare -A reach=([logging]=" logging ")
+reach[records]=" records ${reach[logging]}"
+reach[platform]=" platform ${reach[logging]}"
+reach[geometry]=" geometry ${reach[records]}"
+reach[style]=" style ${reach[records]} ${reach[platform]}"
+reach[svg]=" svg ${reach[style]} ${reach[geometry]}"
+reach[emf]=" emf ${reach[svg]}"
+reach[wmf]=" wmf ${reach[svg]}"
+reach[svgtool]=" svgtool ${reach[emf]} ${reach[wmf]}"
 # Programs know the installed headers and nothing else; the tool reports more than hosts can ask,
 # so it links the static core and knows one header more.
-programs="cli samples"
-installed_headers="svgtool/SVGTool.h svg/SVGDisplay.h"
-tool_header="svgtool/SVGInspect.h"
+installed=" svgtool/SVGTool.h svg/SVGDisplay.h "
+declare -A programs=([samples]=$installed [cli]="$installed svgtool/SVGInspect.h ")
 # These may include anything.
-free="tests fuzz bench"
+free=" tests fuzz bench "
 
 findings=0
 finding() {
@@ -31,89 +28,63 @@ finding() {
     findings=$((findings + 1))
 }
 
-# Every folder that $1 may include, itself first.
-reach() {
-    local below
-    echo "$1"
-    for below in ${layers[$1]}; do
-        reach "$below"
-    done
-}
-
-# Sets `target` to the folder that holds the included file $2 of a file in folder $1, or to nothing
-# if it is not ours.
-folder_of() {
-    local folder=${2%%/*}
-    target=
+# Sets `target` to the folder that holds the file $2 which a file in folder $1 includes, or to
+# nothing if it is not ours.
+target_of() {
+    target=${2%%/*}
     if [ -e "$1/$2" ]; then
         target=${1%%/*}
     elif [ "$2" = CLogSystem.h ]; then
         target=logging
-    elif [ "$folder" != "$2" ] && [ -e "$folder" ]; then
-        target=$folder
+    elif [ "$target" = "$2" ] || [ ! -e "$target" ]; then
+        target=
     fi
 }
 
 checked=0
 check_include() {
-    local file=$1 line=$2 form=$3 included=$4
+    local place=$1 file=${1%%:*} form=$2 included=$3
     local folder=${file%%/*}
+    if [[ ${included,,} == windows.h && $file != platform/*.cpp ]]; then
+        finding "$place: $included outside platform/*.cpp"
+    fi
+    [[ $free != *" $folder "* ]] || return 0
+    target_of "${file%/*}" "$included"
+    [ -z "$target" ] || checked=$((checked + 1))
     if [[ $included == *..* ]]; then
-        finding "$file:$line: $included hides its folder"
-        return 0
-    fi
-    folder_of "${file%/*}" "$included"
-    if [ -z "$target" ]; then
-        [ "$form" = '<' ] || finding "$file:$line: \"$included\" is no file of the tree"
-        return 0
-    fi
-    checked=$((checked + 1))
-    if [[ " $programs " == *" $folder "* ]]; then
-        [ "$target" = "$folder" ] || [[ " $installed_headers " == *" $included "* ]] ||
-            [ "$folder:$included" = "cli:$tool_header" ] ||
-            finding "$file:$line: a program includes $included, not an installed header"
-    elif [[ ${reachable[$folder]} != *" $target "* ]]; then
-        finding "$file:$line: $folder/ may not include $included"
+        finding "$place: $included hides its folder"
+    elif [ -z "$target" ]; then
+        [ "$form" = '<' ] || finding "$place: \"$included\" is no file of the tree"
+    elif [ -n "${programs[$folder]-}" ]; then
+        [[ $target == "$folder" || ${programs[$folder]} == *" $included "* ]] ||
+            finding "$place: a program includes $included, not an installed header"
+    elif [[ ${reach[$folder]} != *" $target "* ]]; then
+        finding "$place: $folder/ may not include $included"
     fi
 }
 
-declare -A reachable=()
-for folder in "${!layers[@]}"; do
-    reachable[$folder]=" $(reach "$folder" | tr '\n' ' ')"
-done
-
-# Every folder with sources is in one of the tables.
-for file in */; do
-    folder=${file%/}
-    case " ${!layers[*]} $programs $free docs scripts cmake build out " in
-    *" $folder "*) ;;
-    *)
-        if [ "${folder#build-}" = "$folder" ] &&
-            [ -n "$(find "$folder" -name '*.cpp' -o -name '*.h' -o -name '*.c')" ]; then
-            finding "$folder/ has sources and no layer"
-        fi
-        ;;
-    esac
-done
-
 sources=()
-for folder in "${!layers[@]}" $programs $free; do
-    [ ! -d "$folder" ] || sources+=("$folder")
-done
-include_line='^[[:space:]]*#[[:space:]]*include[[:space:]]*[<"]'
-while IFS=: read -r file line text; do
-    [[ $text =~ ([\<\"])([^\>\"]*) ]]
-    form=${BASH_REMATCH[1]} included=${BASH_REMATCH[2]}
-    if [[ ${included,,} == windows.h && $file != platform/*.cpp ]]; then
-        finding "$file:$line: $included outside platform/*.cpp"
+for folder in */; do
+    folder=${folder%/}
+    if [[ " ${!reach[*]} ${!programs[*]} $free" == *" $folder "* ]]; then
+        sources+=("$folder")
+    elif [[ $folder != @(docs|scripts|cmake|build|out|build-*) &&
+        -n $(find "$folder" -name '*.cpp' -o -name '*.h' -o -name '*.c') ]]; then
+        finding "$folder/ has sources and no layer"
     fi
-    [[ " $free " == *" ${file%%/*} "* ]] || check_include "$file" "$line" "$form" "$included"
-done < <(grep -rnE --include='*.h' --include='*.cpp' "$include_line" "${sources[@]}" | sort)
+done
+# The lines of preprocessor commands that match.
+commands() {
+    grep -rnE --include='*.h' --include='*.cpp' "^[[:space:]]*#.*$1" "${sources[@]}" | sort
+}
+while IFS=: read -r file line text; do
+    [[ $text =~ ([\<\"])([^\>\"]*) ]] &&
+        check_include "$file:$line" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+done < <(commands 'include[[:space:]]*[<"]')
 [ "$checked" -gt 0 ] || finding "no include of ours was seen"
-
 while IFS=: read -r file line _; do
     [ "$file" = platform/QtCompat.h ] || finding "$file:$line: QT_VERSION outside platform/QtCompat.h"
-done < <(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#.*QT_VERSION' "${sources[@]}")
+done < <(commands QT_VERSION)
 
 echo "$checked includes between our files checked"
 [ "$findings" -eq 0 ]

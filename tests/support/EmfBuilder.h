@@ -16,41 +16,22 @@ public:
 
     EmfBuilder &bounds(int left, int top, int right, int bottom)
     {
-        m_bounds = { left, top, right, bottom };
-        return *this;
+        return set(m_bounds, { left, top, right, bottom });
     }
     EmfBuilder &frame(int left, int top, int right, int bottom)
     {
-        m_frame = { left, top, right, bottom };
-        return *this;
+        return set(m_frame, { left, top, right, bottom });
     }
     EmfBuilder &device(int pixelsX, int pixelsY, int millimetersX, int millimetersY)
     {
-        m_device = { pixelsX, pixelsY, millimetersX, millimetersY };
-        return *this;
+        return set(m_device, { pixelsX, pixelsY, millimetersX, millimetersY });
     }
     /// Bytes between the fixed header and the records.
-    EmfBuilder &headerExtra(const QByteArray &bytes)
-    {
-        m_headerExtra = bytes;
-        return *this;
-    }
-    EmfBuilder &headerType(quint32 type)
-    {
-        m_headerType = type;
-        return *this;
-    }
+    EmfBuilder &headerExtra(const QByteArray &bytes) { return set(m_headerExtra, bytes); }
+    EmfBuilder &headerType(quint32 type) { return set(m_headerType, type); }
     /// The header's record count in place of the right one.
-    EmfBuilder &recordCount(quint32 count)
-    {
-        m_recordCount = count;
-        return *this;
-    }
-    EmfBuilder &withoutEnd()
-    {
-        m_hasEnd = false;
-        return *this;
-    }
+    EmfBuilder &recordCount(quint32 count) { return set(m_recordCount, qint64(count)); }
+    EmfBuilder &withoutEnd() { return set(m_hasEnd, false); }
     EmfBuilder &raw(const QByteArray &bytes)
     {
         m_records += bytes;
@@ -64,10 +45,7 @@ public:
     /// A record of 32-bit parameters.
     EmfBuilder &record(quint32 type, Words words = {})
     {
-        ByteWriter body;
-        for (const qint64 word : words)
-            body.u32(word);
-        return record(type, body.result());
+        return record(type, ByteWriter().u32s(words).result());
     }
 
     QByteArray build() const
@@ -90,6 +68,13 @@ public:
     }
 
 private:
+    template<class Member>
+    EmfBuilder &set(Member &member, const Member &value)
+    {
+        member = value;
+        return *this;
+    }
+
     std::vector<int> m_bounds{ 0, 0, 100, 50 };
     std::vector<int> m_frame{ 0, 0, 10000, 5000 };
     std::vector<int> m_device{ 1000, 1000, 1000, 1000 };

@@ -14,40 +14,20 @@ public:
 
     WmfBuilder &placeable(int left, int top, int right, int bottom, int inch)
     {
-        m_placeable = ByteWriter()
-                              .u32(0x9AC6CDD7)
-                              .u16s({ 0, left, top, right, bottom, inch })
-                              .u32(0)
-                              .u16(0)
-                              .result();
-        return *this;
+        return set(m_placeable,
+                   ByteWriter()
+                           .u32(0x9AC6CDD7)
+                           .u16s({ 0, left, top, right, bottom, inch })
+                           .u32(0)
+                           .u16(0)
+                           .result());
     }
-    WmfBuilder &headerSize(int words)
-    {
-        m_headerSize = words;
-        return *this;
-    }
-    WmfBuilder &members(int count)
-    {
-        m_members = count;
-        return *this;
-    }
+    WmfBuilder &headerSize(int words) { return set(m_headerSize, words); }
+    WmfBuilder &members(int count) { return set(m_members, count); }
     /// The header's length of the file, in place of the right one.
-    WmfBuilder &size(qint64 words)
-    {
-        m_size = words;
-        return *this;
-    }
-    WmfBuilder &maxRecord(qint64 words)
-    {
-        m_maxRecord = words;
-        return *this;
-    }
-    WmfBuilder &withoutEnd()
-    {
-        m_hasEnd = false;
-        return *this;
-    }
+    WmfBuilder &size(qint64 words) { return set(m_size, words); }
+    WmfBuilder &maxRecord(qint64 words) { return set(m_maxRecord, words); }
+    WmfBuilder &withoutEnd() { return set(m_hasEnd, false); }
     WmfBuilder &raw(const QByteArray &bytes)
     {
         m_records += bytes;
@@ -60,10 +40,7 @@ public:
     /// A record of 16-bit parameters, in the order of the file.
     WmfBuilder &record(int function, Words words = {})
     {
-        ByteWriter body;
-        for (const int word : words)
-            body.u16(word);
-        return record(function, body.result());
+        return record(function, ByteWriter().u16s(words).result());
     }
 
     QByteArray build() const
@@ -79,6 +56,13 @@ public:
     }
 
 private:
+    template<class Member>
+    WmfBuilder &set(Member &member, const Member &value)
+    {
+        member = value;
+        return *this;
+    }
+
     QByteArray m_placeable;
     QByteArray m_records;
     int m_headerSize = 9;
