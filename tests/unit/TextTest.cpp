@@ -85,6 +85,7 @@ const Case kTexts[] = {
       text(0, 20, "HI") },
 
     // The text is 20 long.
+    { "bottomRight", texts(FONT "textAlign 10", { hi(50, 60) }), text(30, 55, "Hi") },
     { "baselineCenterRightToLeft", texts(FONT "textAlign 286", { hi(50, 60) }),
       text(40, 60, "Hi") },
     // Turned up by a quarter: the text's right is up, its down is right.
