@@ -68,11 +68,11 @@ EmfBuilder stack(std::initializer_list<std::pair<Dib, qint64>> transfers, EmfBui
     return file;
 }
 
-EmfBuilder masked(qint64 rop, int maskX)
+EmfBuilder masked(qint64 rop, int maskX, int sourceX = 0)
 {
     const QByteArray maskAt = ByteWriter().u32s({ maskX, 0 }).result();
     const Dib mask = dib({ 3, 1, 1 }, "00000000 ffffff00", "a0000000");
-    return EmfBuilder().record(78, blt(kGreys, { 0, 0, 3, 1 }, 0, 0, rop, maskAt, mask));
+    return EmfBuilder().record(78, blt(kGreys, { 0, 0, 3, 1 }, sourceX, 0, rop, maskAt, mask));
 }
 
 // The fields of a transfer without a source, in front of those of a mask behind it.
@@ -142,6 +142,7 @@ const Case kCases[] = {
     { "maskKeepsGround", masked(0xAACC0020, 0), row("000000 ...... ffffff") },
     { "maskOfTwoOperations", masked(0x33CC0020, 0), row("000000 bfbfbf ffffff") },
     { "maskMoved", masked(0xAACC0020, 1), row("...... 404040 ......") },
+    { "maskUnderACutSource", masked(0xAACC0020, 0, -1), image(1, 0, 2, 1, "...... 404040") },
 
     { "maskOfBrushWithoutSource", maskedBrush(0xAAF00021), row("ff0000 ...... ff0000") },
     { "brushWithoutSourceOrMask",

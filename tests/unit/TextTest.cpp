@@ -137,14 +137,19 @@ const Case kOtherTexts[] = {
 
     // A text of a WMF stands its ascent below the point.
     { "wmfRectangle", wmf(WMF_FONT("20") "text 20 10 2 4 9 9 9 9 \"a&\""), wmfText(20, "a&amp;") },
-    // A negative height is kept as it is read in the text, and placed as the height it is.
     { "wmfEmpty", wmf(WMF_FONT("20") "text 20 10 0 0; text 20 10 0 2 9 9 9 9"), "" },
+    // A negative height is kept as it is read in the text, and placed as the height it is.
     { "wmfFont",
       wmf("font -20 0 0 0 -1 x0101010000000000 \"A\" xE93C00 \"B\" x00; select 0;"
           "text 20 10 1 0 \"a\" x00"),
       "<text x=\"10\" y=\"35\" font-family=\"A\xC3\xA9&lt;\" font-size=\"65516\"  "
       "font-style=\"italic\" text-decoration=\"underline\" font-weight=\"65535\" \n "
       "fill=\"black\"  >a</text>\n" },
+    { "wmfFontOfALongName",
+      wmf("font 20 0 0 0 0 0 0 0 0 \"123456789012345678901234567890123456\"; select 0;"
+          "text 20 10 1 0 \"a\" x00"),
+      "<text x=\"10\" y=\"35\" font-family=\"12345678901234567890123456789012\" "
+      "font-size=\"20\"  fill=\"black\"  >a</text>\n" },
     { "wmfFontWithoutName", wmf("font 20 0 0 0 0; select 0; text 20 10 1 0 \"a\" x00"),
       "<text x=\"10\" y=\"35\" font-family=\"\" font-size=\"20\"  fill=\"black\"  "
       ">a</text>\n" },
