@@ -1,46 +1,58 @@
 """Prints what conversion_benchmark wrote as JSON as one table in Markdown.
 
-usage: bench_table.py FILE
+usage: bench_table.py FILE [BEFORE]     BEFORE: what it wrote for an earlier state
 """
 
 import json
 import sys
 
-HEAD = ["family", "records", "ms", "floor ms", "to floor", "to copies", "MB/s in", "MB/s out", "elements/s",
-        "peak MB", "growth"]
+HEAD = ["family", "records", "ms", "floor ms", "to floor", "to copies", "MB/s in", "MB/s out",
+        "elements/s", "peak MB", "growth"]
+BEFORE = ["ms before", "to floor before"]
 
 
-def main(path):
+def read(path):
+    """The runs by kind, family and number of records."""
     with open(path, encoding="utf-8") as file:
-        runs = json.load(file)["benchmarks"]
-    kinds = {"convert": {}, "floor": {}, "copies": {}}
-    corpus = None
-    for run in runs:
-        kind, _, rest = run["name"].partition(":")
-        if kind == "corpus":
-            corpus = run
-            continue
-        family, _, count = rest.rpartition("/")
-        kinds[kind][family, int(count)] = run
+        return {tuple(run["name"].replace("/", ":").split(":")): run
+                for run in json.load(file)["benchmarks"]}
 
-    print("| " + " | ".join(HEAD) + " |")
-    print("|---|" + "---:|" * (len(HEAD) - 1))
+
+def row(cells):
+    print("| " + " | ".join(cells) + " |")
+
+
+def main(path, before=None):
+    runs = read(path)
+    earlier = read(before) if before else {}
+    head = HEAD + (BEFORE if earlier else [])
+    row(head)
+    print("|---|" + "---:|" * (len(head) - 1))
     smallest = {}
-    for (family, count), run in kinds["convert"].items():
-        time = run["cpu_time"]
-        floor = kinds["floor"][family, count]["cpu_time"]
-        copies = kinds["copies"][family, count]["cpu_time"]
-        first = smallest.setdefault(family, (count, time))
-        # As many times the time as there are times the records is 1.00: linear.
-        growth = "" if count == first[0] else f"{time / first[1] / (count / first[0]):.2f}"
-        print(f"| {family} | {count} | {time:.3f} | {floor:.3f} | {time / floor:.1f} "
-              f"| {time / copies:.1f} | {run['in'] / 1e6:.1f} | {run['out'] / 1e6:.1f} "
-              f"| {run['elements']:.3g} | {run['peak'] / 1e6:.1f} | {growth} |")
-    if corpus is not None:
-        print(f"| all {corpus['files']:.0f} files of the corpus | | {corpus['cpu_time']:.1f} | | | "
-              f"| {corpus['in'] / 1e6:.1f} | {corpus['out'] / 1e6:.1f} "
-              f"| {corpus['elements']:.3g} | | |")
+    for key, run in runs.items():
+        if key[0] == "convert":
+            name, count = key[1:]
+            time = run["cpu_time"]
+            floor, copies = (runs[kind, name, count]["cpu_time"] for kind in ("floor", "copies"))
+            first = smallest.setdefault(name, (int(count), time))
+            # As many times the time as there are times the records is 1.00: linear.
+            times = int(count) / first[0]
+            cells = [name, count, f"{time:.3f}", f"{floor:.3f}", f"{time / floor:.1f}",
+                     f"{time / copies:.1f}", f"{run['in'] / 1e6:.1f}", f"{run['out'] / 1e6:.1f}",
+                     f"{run['elements']:.3g}", f"{run['peak'] / 1e6:.1f}",
+                     f"{time / first[1] / times:.2f}" if times > 1 else ""]
+        elif key[0] == "corpus":
+            cells = [f"all {run['files']:.0f} files of the corpus", "", f"{run['cpu_time']:.1f}",
+                     "", "", "", f"{run['in'] / 1e6:.1f}", f"{run['out'] / 1e6:.1f}",
+                     f"{run['elements']:.3g}", "", ""]
+        else:
+            continue
+        if key in earlier:
+            old = earlier[key]["cpu_time"]
+            floor = earlier.get(("floor", *key[1:]))
+            cells += [f"{old:.3f}", f"{old / floor['cpu_time']:.1f}" if floor else ""]
+        row(cells + [""] * (len(head) - len(cells)))
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(*sys.argv[1:])
