@@ -104,7 +104,7 @@ check 1 'no/list.txt: cannot be written: No such file or directory' \
     "$tool" --dump-skipped no/list.txt tree/a.emf
 
 name='progress on a terminal'
-if command -v script >/dev/null; then
+if script -qec true /dev/null </dev/null >/dev/null 2>&1; then
     run="'$tool' -j1 --force many -o shown/"
     script -qec "$run" /dev/null </dev/null >shown.txt || true
     has shown.txt '\] 1 of 12, .*/s, .* s left'
@@ -112,7 +112,7 @@ if command -v script >/dev/null; then
     script -qec "$run -q" /dev/null </dev/null >quiet.txt || true
     ! grep -q -e ' of 12,' -e '12 files' quiet.txt || fault "quietly it shows $(cat quiet.txt)"
 else
-    echo "skipped: there is no script(1) to make a terminal"
+    echo "skipped: script(1) makes no terminal here"
 fi
 
 # Permissions, as somebody who is bound by them.
