@@ -24,8 +24,11 @@ namespace svgtool {
 class RecordCopy
 {
 public:
-    /// Copies the first @p size bytes of @p bytes; both must have one at least.
-    /// @return the copy, good until the next one is made; null when there is no memory for it
+    /// Copies the record that @p bytes begin with.
+    /// @param bytes  the record and all that follows it
+    /// @param size   of the record; 1 or more, and no more than there are bytes
+    /// @return the copy, good until the next one is made; null when there is no memory for it.
+    ///         What lies behind the record in its block is nobody's.
     char *make(ByteView bytes, qint64 size)
     {
         if (kIsExact || size > m_room) {

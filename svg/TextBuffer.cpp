@@ -18,8 +18,8 @@ void TextBuffer::grow(qint64 room)
     const qint64 size = m_end - m_begin;
     if (room > kMost - size)
         throw std::bad_alloc();
-    // Each step copies all of the text, so they are few while it is small.
-    constexpr qint64 kSmall = 16 << 20;
+    // Each step copies all of the text, so they are few while the room that is left over is little.
+    constexpr qint64 kSmall = 1 << 20;
     const qint64 before = m_limit - m_begin;
     const qint64 larger = std::min((before < kSmall ? 4 : 2) * before, kMost);
     const qint64 capacity = std::max({ larger, size + room, kFirst });

@@ -65,6 +65,17 @@ namespace {
         };
         for (const auto &[value, expected] : cases)
             EXPECT_EQ(truncateToInt32(value), expected) << value;
+        // In single precision the neighbours of the limits lie farther off.
+        const std::pair<float, qint32> singles[] = {
+            { -2.9F, -2 },
+            { 2147483520.0F, 2147483520 },
+            { 2147483648.0F, kMin32 },
+            { -2147483520.0F, -2147483520 },
+            { -2147483904.0F, kMin32 },
+            { std::numeric_limits<float>::quiet_NaN(), kMin32 },
+        };
+        for (const auto &[value, expected] : singles)
+            EXPECT_EQ(truncateToInt32(value), expected) << value;
     }
 
     TEST(Numbers, ArithmeticGoesRoundAt32And16Bits)

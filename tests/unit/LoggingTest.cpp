@@ -3,6 +3,7 @@
 #include <CLogSystem.h>
 
 #include <QCryptographicHash>
+#include <QStringList>
 
 #include <vector>
 
@@ -53,7 +54,8 @@ std::string withoutNumber(const std::string &line)
     return line.substr(0, first + 1) + line.substr(second);
 }
 
-// Every line but for its number, as it was before the untraced ways around it were made.
+// Exits match entries; and every line but for its number is as it was before the untraced ways
+// around it were made.
 TEST(Trace, LinesOfASmallFileAreUnchanged)
 {
     LogCapture log("TRACE");
@@ -62,8 +64,17 @@ TEST(Trace, LinesOfASmallFileAreUnchanged)
                     .build());
     convert(wmf("polyline 2 1 2 3 4", WmfBuilder()).build());
     QByteArray lines;
-    for (const std::string &line : log.trace)
+    QStringList open;
+    for (const std::string &line : log.trace) {
         lines += QByteArray::fromStdString(withoutNumber(line)) + '\n';
+        const auto words = QString::fromStdString(line).simplified().split(QLatin1Char(' '));
+        ASSERT_EQ(words.size(), 4) << line;
+        if (words[2] == QLatin1String("Enter"))
+            open += words[3];
+        else
+            EXPECT_EQ(open.isEmpty() ? QString() : open.takeLast(), words[3]) << line;
+    }
+    EXPECT_TRUE(open.isEmpty());
     EXPECT_TRUE(lines.startsWith(".\\SVGTool.cpp\t\t Enter ConvertMetaFileToSVG \n"));
     EXPECT_EQ(QCryptographicHash::hash(lines, QCryptographicHash::Sha256).toHex().toStdString(),
               "47208c8d1331545a6726a43dbcc63c964822cb1b1b5082b367d3ac7fb29e3d85")
