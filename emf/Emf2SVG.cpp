@@ -194,6 +194,7 @@ qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
     if (header.dSignature != kSignature)
         return 0;
     InitEMFRecHandlers();
+    m_writer.makeRoom(data.size);
     initFrame(header);
     // Far more than a drawing needs, and still in proportion to the file.
     constexpr qint64 kClipRects = 100000;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "emf/Axis.h"
+#include "logging/TraceScope.h"
 #include "records/Bytes.h"
 #include "records/EmfRecords.h"
 #include "records/RecordDump.h"
@@ -48,14 +50,6 @@ public:
         bool isWhole; ///< start and end are one point, and the arc is the whole ellipse
     };
 
-    /// What maps the coordinates of one axis.
-    struct Axis
-    {
-        float divisor = 1.0F; ///< logical units per output unit
-        float windowOrigin = 0.0F;
-        float origin = 0.0F; ///< of the document
-    };
-
 private:
     /// Handles the private copy of one record, its head included: non-zero for success.
     using Handler = qint32 (Emf2SvgConverter::*)(char *record, quint32 size);
@@ -80,8 +74,21 @@ private:
     void updateAxes();
     qint32 MapX(qint32 x, bool isPoint) const;
     qint32 MapY(qint32 y, bool isPoint) const;
-    POINTL mapPoint(POINTL point) const;
-    SIZEL mapSize(SIZEL size) const;
+    // Traced, each coordinate is a call of its own; else the level is asked once for all of them.
+    POINTL mapPoint(POINTL point) const
+    {
+        if (isTracing()) [[unlikely]]
+            return mapTracedPoint(point);
+        return { m_axisX.position(point.x), m_axisY.position(point.y) };
+    }
+    SIZEL mapSize(SIZEL size) const
+    {
+        if (isTracing()) [[unlikely]]
+            return mapTracedSize(size);
+        return { m_axisX.length(size.cx), m_axisY.length(size.cy) };
+    }
+    POINTL mapTracedPoint(POINTL point) const;
+    SIZEL mapTracedSize(SIZEL size) const;
     std::vector<POINTL> mapPoints(std::vector<POINTL> points) const;
     qint32 setWorldTransform(const XFORM &xform);
     qint32 OnSetMapMode(char *record, quint32 size);

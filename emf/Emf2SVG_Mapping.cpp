@@ -12,39 +12,6 @@ static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
 static constexpr XFORM kIdentity{ 1.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F };
 
-// To divide by 1 changes nothing and takes longer than all else.
-static float scaledDown(qint32 value, float divisor)
-{
-    const auto number = static_cast<float>(value);
-    return divisor == 1.0F ? number : number / divisor;
-}
-
-// A position on one axis; every step is rounded to single precision.
-//
-// Quirk: lengths are rounded half up while positions are truncated; every coordinate depends on
-// both.
-static qint32 mapPosition(qint32 value, const Emf2SvgConverter::Axis &axis)
-{
-    const float scaled = scaledDown(value, axis.divisor);
-    const float fromWindow = scaled - axis.windowOrigin;
-    const float fromOrigin = fromWindow - axis.origin;
-    return truncateToInt32(fromOrigin);
-}
-
-static qint32 mapLength(qint32 value, const Emf2SvgConverter::Axis &axis)
-{
-    const float scaled = scaledDown(value, axis.divisor);
-    if (scaled < 0.0F) {
-        const float shifted = scaled - 1.0F;
-        const qint32 below = truncateToInt32(shifted);
-        const float rest = scaled - static_cast<float>(below);
-        const float rounded = rest + 0.5F;
-        return wrapAdd(below, truncateToInt32(rounded));
-    }
-    const float rounded = scaled + 0.5F;
-    return truncateToInt32(rounded);
-}
-
 void Emf2SvgConverter::updateAxes()
 {
     // Quirk: the window origin counts as an unsigned number, so a negative one puts everything far
@@ -61,40 +28,34 @@ void Emf2SvgConverter::updateAxes()
 qint32 Emf2SvgConverter::MapX(qint32 x, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapX");
-    return isPoint ? mapPosition(x, m_axisX) : mapLength(x, m_axisX);
+    return isPoint ? m_axisX.position(x) : m_axisX.length(x);
 }
 
 qint32 Emf2SvgConverter::MapY(qint32 y, bool isPoint) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::MapY");
-    return isPoint ? mapPosition(y, m_axisY) : mapLength(y, m_axisY);
+    return isPoint ? m_axisY.position(y) : m_axisY.length(y);
 }
 
-// Traced, each coordinate is a call of its own; else the level is asked once for all of them.
-
-POINTL Emf2SvgConverter::mapPoint(POINTL point) const
+POINTL Emf2SvgConverter::mapTracedPoint(POINTL point) const
 {
-    if (isTracing())
-        return { MapX(point.x, true), MapY(point.y, true) };
-    return { mapPosition(point.x, m_axisX), mapPosition(point.y, m_axisY) };
+    return { MapX(point.x, true), MapY(point.y, true) };
 }
 
-SIZEL Emf2SvgConverter::mapSize(SIZEL size) const
+SIZEL Emf2SvgConverter::mapTracedSize(SIZEL size) const
 {
-    if (isTracing())
-        return { MapX(size.cx, false), MapY(size.cy, false) };
-    return { mapLength(size.cx, m_axisX), mapLength(size.cy, m_axisY) };
+    return { MapX(size.cx, false), MapY(size.cy, false) };
 }
 
 std::vector<POINTL> Emf2SvgConverter::mapPoints(std::vector<POINTL> points) const
 {
     if (isTracing()) {
         for (POINTL &point : points)
-            point = mapPoint(point);
+            point = mapTracedPoint(point);
         return points;
     }
     for (POINTL &point : points)
-        point = { mapPosition(point.x, m_axisX), mapPosition(point.y, m_axisY) };
+        point = { m_axisX.position(point.x), m_axisY.position(point.y) };
     return points;
 }
 

@@ -2,6 +2,8 @@
 
 #include "logging/TraceScope.h"
 
+#include <algorithm>
+
 namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\SVGWriter.cpp";
@@ -11,6 +13,14 @@ CMySVGWriter::CMySVGWriter()
       m_textFallbackStyle(QStringLiteral(" fill=\"black\""))
 {
     SVGTOOL_TRACE("CMySVGWriter::CMySVGWriter");
+}
+
+void CMySVGWriter::makeRoom(qint64 size)
+{
+    // As much as most drawings make of each byte, so that the text need not be moved as it grows;
+    // for large ones only so much that what is left over stays in proportion.
+    constexpr qint64 kSmall = 4 << 20;
+    m_document.reserve(std::max(2 * size, std::min(8 * size, kSmall)));
 }
 
 bool CMySVGWriter::CreateXML(qint32 width, qint32 height)
@@ -37,17 +47,19 @@ bool CMySVGWriter::DrawRect(qint32 x, qint32 y, qint32 width, qint32 height, con
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawRect");
     const StyleText &chosen = chosenStyle(style);
-    // Quirk: the clip reference follows the style with no blank between them.
-    const bool addClip = m_clipActive && !chosen.refersToClip();
-    const QByteArray clip = addClip ? m_styles.clipReference().toUtf8() : QByteArray();
-    const auto write = [&](const auto &...corners) {
-        writeLine("<rect x=\"", x, kQ, "y=\"", y, kQ, "width=\"", width, kQ, "height=\"", height,
-                  kQ, corners..., kQ, chosen.view(), clip, "/>");
+    const auto write = [&](const auto &...rest) {
+        if (rx == 0 && ry == 0) // as nearly all boxes are
+            writeLine("<rect x=\"", x, "\" y=\"", y, "\" width=\"", width, "\" height=\"", height,
+                      "\" rx=\"0\" ry=\"0\" ", chosen.view(), rest...);
+        else
+            writeLine("<rect x=\"", x, "\" y=\"", y, "\" width=\"", width, "\" height=\"", height,
+                      "\" rx=\"", rx, "\" ry=\"", ry, kQ, chosen.view(), rest...);
     };
-    if (rx == 0 && ry == 0)
-        write("rx=\"0\" ry=\"0"); // as nearly all boxes are
+    // Quirk: the clip reference follows the style with no blank between them.
+    if (m_clipActive && !chosen.refersToClip()) [[unlikely]]
+        write(m_styles.clipReference().toUtf8(), "/>");
     else
-        write("rx=\"", rx, kQ, "ry=\"", ry);
+        write("/>");
     return true;
 }
 
@@ -77,8 +89,8 @@ bool CMySVGWriter::DrawLine(qint32 x1, qint32 y1, qint32 x2, qint32 y2, const St
 
 void CMySVGWriter::addLine(POINTL from, POINTL to, const StyleText &style)
 {
-    writeLine("<line x1=\"", from.x, kQ, "y1 = \"", from.y, kQ, "x2 =\"", to.x, kQ, "y2=\"", to.y,
-              kQ, styleOrFallback(style), "/>");
+    writeLine("<line x1=\"", from.x, "\" y1 = \"", from.y, "\" x2 =\"", to.x, "\" y2=\"", to.y, kQ,
+              styleOrFallback(style), "/>");
 }
 
 bool CMySVGWriter::MoveTo(qint32 x, qint32 y)

@@ -40,6 +40,8 @@ public:
     bool CreateXML(qint32 width, qint32 height);
     /// Writes the document tail; called once, last.
     bool Close();
+    /// Makes room for the document of a metafile of @p size bytes, before anything is written.
+    void makeRoom(qint64 size);
     /// Hands over the text written so far, in UTF-8; what is written next begins a new one.
     QByteArray takeDocument() { return m_document.take(); }
 

@@ -44,6 +44,8 @@ public:
         return *this;
     }
 
+    /// Makes room for @p size bytes in all, or leaves it as it is when there is no memory.
+    void reserve(qint64 size) noexcept;
     /// Empties the text; the room stays.
     void clear() { m_end = m_begin; }
     qint64 size() const { return m_end - m_begin; }
@@ -56,6 +58,7 @@ public:
 
 private:
     void grow(qint64 room);
+    void resize(qint64 capacity);
 
     // How long a piece can become at most, and the piece itself at a place with that much room;
     // the result is where it ends.
@@ -91,10 +94,10 @@ private:
         const quint32 high = number / 100;
         const quint32 digits = kPairs[high] | quint32(kPairs[number - high * 100]) << 16;
         constexpr quint32 kLast = 0x01000000; // is written though it be zero
-        const int zeroBits = std::countr_zero(digits | kLast) & ~7;
-        const quint32 shifted = (digits + 0x30303030) >> zeroBits;
+        const auto zeros = static_cast<unsigned>(std::countr_zero(digits | kLast)) / 8;
+        const quint32 shifted = (digits + 0x30303030) >> (zeros * 8);
         std::memcpy(out, &shifted, sizeof shifted);
-        return out + 4 - zeroBits / 8;
+        return out + (4 - zeros);
     }
     static constexpr qint64 room(char) { return 1; }
     static char *put(char *out, char character)

@@ -42,11 +42,8 @@ namespace {
                 logWarning(kTraceUnit, "Invalid EMF data");
                 return SvgToolInvalidEmf;
             }
-            const auto copy = copyOf(data);
-            if (copy == nullptr)
-                return SvgToolUnusableInput;
             converter.setTally(tally);
-            const qint32 result = converter.ConvertEMFToSVG({ copy.get(), data.size }, &recordDump);
+            const qint32 result = converter.ConvertEMFToSVG(data, &recordDump);
             svgOut = converter.takeDocument();
             return result;
         } catch (...) {
@@ -71,21 +68,17 @@ namespace {
                 return SvgToolInvalidWmf;
 
             // Quirk: the length comes from the header alone, whatever the data have, and decides
-            // which record is the last. The copy holds no more than there is; the records end with
-            // it.
+            // which record is the last. The records end with the data all the same.
             const qint64 placeableBytes = counts ? qint64(sizeof(METAPLACEABLEHEADER)) : 0;
             const qint64 totalBytes = qint64(header.Size) * 2 + placeableBytes;
             const qint64 firstRecord = placeableBytes + qint64(sizeof(METAHEADER));
-            const auto copy = copyOf(data);
-            if (copy == nullptr)
-                return SvgToolUnusableInput;
             // Data that end with the headers have no record, but they are not missing.
             const qint64 start = std::min(firstRecord, data.size);
             if (tally != nullptr)
                 tally->begin(start, 1);
             converter.setTally(tally);
             const qint32 result =
-                    converter.ConvertWMFToSVG({ copy.get() + start, data.size - start }, totalBytes,
+                    converter.ConvertWMFToSVG({ data.data + start, data.size - start }, totalBytes,
                                               header.MaxRecord, &recordDump);
             svgOut = converter.takeDocument();
             return result;

@@ -113,6 +113,7 @@ qint32 WMF2SVGConverter::ConvertWMFToSVG(ByteView records, qint64 totalBytes,
         return 0;
     try {
         InitWMFRecHandlers();
+        m_writer.makeRoom(records.size);
         openDocument();
         if (dump != nullptr)
             dump->write("#Start Of File\n\n");
