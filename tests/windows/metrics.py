@@ -8,6 +8,7 @@ and weights that GDI selected are not compared: the font engine does not tell th
 if there was a mismatch and 2 if there is nothing to compare.
 """
 
+import collections
 import json
 import subprocess
 import sys
@@ -18,11 +19,12 @@ FACE = "Liberation Sans"
 
 
 def text(value):
-    return "=" + value.encode("utf-16-be", "surrogatepass").hex()
+    units = memoryview(value.encode("utf-16-le", "surrogatepass")).cast("H").tolist()
+    return [len(units), *units]
 
 
 def question(kind, face="", weight=0, height=0, string=""):
-    return f"{kind} {text(face)} {weight} {height} {text(string)}"
+    return " ".join(map(str, [kind, weight, height, *text(face), *text(string)]))
 
 
 def rows_of(recorded):
@@ -35,7 +37,7 @@ def rows_of(recorded):
     yield "dpi", question("dpi"), [recorded["dpi"]]
     for font in recorded["fonts"]:
         asked = font["face"], font["weight"], font["height"]
-        yield "fonts", question("font", *asked), [font[name] for name in METRICS] * 2
+        yield "fonts", question("font", *asked), [font[name] for name in METRICS] * 2 + [None] * 2
         for string, size in zip(recorded["strings"], font["extents"], strict=True):
             yield "extents", question("font", *asked, string), extent(*size)
     edges = recorded["edges"]
@@ -45,12 +47,12 @@ def rows_of(recorded):
     for weight, _, width in recorded["weights"]:
         yield "weights", question("font", FACE, weight, -16, "Weight"), extent(width)
     for asked, height, descent, internal, external in recorded["smallHeights"]:
-        numbers = [height, None, descent, internal, external, None] * 2
+        numbers = [height, None, descent, internal, external, None] * 2 + [None] * 2
         yield "smallHeights", question("font", FACE, 400, asked), numbers
     # Glyph 3 is the blank's and the no-break space's; the letters follow in ASCII's order.
     for glyphs, characters in (("\x24\x03\x44", "A a"), ("\x24\x00", ""), ("\x24\uffff", ""),
                                ("", "")):
-        yield "glyphs", question("glyphs", FACE, 400, 0, glyphs), [text(characters)]
+        yield "glyphs", question("glyphs", FACE, 400, 0, glyphs), text(characters)
     # The engine does not tell which face it selected, so a text is measured in both.
     installed = {font["selected"] for font in recorded["fonts"]}
     for asked, selected in recorded["substitutes"]:
@@ -63,37 +65,27 @@ def rows_of(recorded):
             yield "substitutes", question("font", asked, *size), question("font", selected, *size)
 
 
-def answers_of(command, questions):
-    output = subprocess.run(command, input="\n".join(questions) + "\n", text=True, check=True,
-                            stdout=subprocess.PIPE).stdout
-    fields = [[field if field[0] == "=" else int(field) for field in line.split()]
-              for line in output.splitlines()]
-    return dict(zip(questions, fields, strict=True))
-
-
-def main():
-    with open(sys.argv[1], encoding="utf-8") as file:
-        rows = list(rows_of(json.load(file)))
-    asked = {each: None for _, *both in rows for each in both if isinstance(each, str)}
-    answers = answers_of(sys.argv[2:], list(asked))
-    tallies = {section: [0, 0, 0] for section in (
-        "dpi", "edges", "extents", "fonts", "glyphs", "smallHeights", "substitutes", "weights")}
-    for section, line, expected in rows:
-        if isinstance(expected, str):
-            expected = [None] * 12 + answers[expected][12:]
-        pairs = [(number, actual) for number, actual in zip(expected, answers[line])
-                 if number is not None]
-        wrong = sum(number != actual for number, actual in pairs)
-        if wrong:
-            print(f"MISMATCH: {section}: {line}: {answers[line]}, not {expected}")
-        for i, count in enumerate((1, len(pairs), wrong)):
-            tallies[section][i] += count
-    tallies["all"] = [sum(column) for column in zip(*tallies.values())]
-    for section, (count, numbers, wrong) in tallies.items():
-        print(f"{section}: {count} rows, {numbers} numbers, {wrong} mismatches")
-    if not all(numbers for _, numbers, _ in tallies.values()):
-        sys.exit(2)
-    sys.exit(1 if tallies["all"][2] else 0)
-
-
-main()
+with open(sys.argv[1], encoding="utf-8") as file:
+    rows = list(rows_of(json.load(file)))
+questions = list({each: None for _, *both in rows for each in both if isinstance(each, str)})
+output = subprocess.run(sys.argv[2:], input="\n".join(questions) + "\n", text=True, check=True,
+                        stdout=subprocess.PIPE).stdout
+answers = dict(zip(questions, ([*map(int, line.split())] for line in output.splitlines()),
+                   strict=True))
+tallies = {section: collections.Counter() for section in (
+    "dpi", "edges", "extents", "fonts", "glyphs", "smallHeights", "substitutes", "weights", "all")}
+for section, line, expected in rows:
+    if isinstance(expected, str):
+        expected = [None] * 12 + answers[expected][12:]
+    pairs = [(number, actual) for number, actual in zip(expected, answers[line])
+             if number is not None]
+    wrong = sum(number != actual for number, actual in pairs)
+    if wrong:
+        print(f"MISMATCH: {section}: {line}: {answers[line]}, not {expected}")
+    for tally in tallies[section], tallies["all"]:
+        tally.update(rows=1, numbers=len(pairs), mismatches=wrong)
+for section, tally in tallies.items():
+    print(section + ":", ", ".join(f"{tally[name]} {name}" for name in ("rows", "numbers", "mismatches")))
+if not all(tally["numbers"] for tally in tallies.values()):
+    sys.exit(2)
+sys.exit(tallies["all"]["mismatches"] > 0)

@@ -1,44 +1,24 @@
 // Answers questions about the font engine, which metrics.py asks: on each line of stdin stand a
-// kind, a face, a weight, a height and a text, and the answer is a line on stdout. Faces and texts
-// are "=" and four hexadecimal digits for each UTF-16 unit.
+// kind, a weight, a height, a face and a text, and the answer is a line of numbers on stdout. A
+// text is the count of its UTF-16 units and the units.
 
 #include "platform/FontEngine.h"
 
 #include <QString>
 
-#include <iomanip>
 #include <iostream>
 #include <sstream>
 #include <string>
 
-namespace {
-
-QString readText(std::istream &in)
+static QString readText(std::istream &in)
 {
-    std::string field;
-    in >> field;
+    size_t size = 0;
+    in >> size;
     QString text;
-    for (size_t i = 1; i < field.size(); i += 4)
-        text += QChar(static_cast<ushort>(std::stoi(field.substr(i, 4), nullptr, 16)));
+    for (ushort unit = 0; text.size() < size && in >> unit;)
+        text.push_back(QChar(unit));
     return text;
 }
-
-void writeText(const QString &text)
-{
-    std::cout << '=' << std::hex << std::setfill('0');
-    for (const QChar unit : text)
-        std::cout << std::setw(4) << unit.unicode();
-    std::cout << std::dec;
-}
-
-void writeNumbers(const svgtool::FontMetrics &font)
-{
-    for (const qint32 number : { font.height, font.ascent, font.descent, font.internalLeading,
-                                 font.externalLeading, font.averageWidth })
-        std::cout << number << ' ';
-}
-
-} // namespace
 
 int main()
 {
@@ -46,22 +26,26 @@ int main()
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream in(line);
         std::string kind;
-        in >> kind;
-        const QString face = readText(in);
         qint32 weight = 0;
         qint32 height = 0;
-        in >> weight >> height;
+        in >> kind >> weight >> height;
+        const QString face = readText(in);
         const QString text = readText(in);
-        if (!in || (kind != "dpi" && kind != "glyphs" && kind != "font"))
+        if (!in)
             return 2;
         if (kind == "dpi") {
             std::cout << horizontalDpi();
         } else if (kind == "glyphs") {
-            writeText(textOfGlyphs(text, face, weight));
+            const QString characters = textOfGlyphs(text, face, weight);
+            std::cout << characters.size();
+            for (const QChar unit : characters)
+                std::cout << ' ' << unit.unicode();
         } else {
             const TextExtent extent = textExtent(text, face, weight, height);
-            writeNumbers(fontMetrics(face, weight, height));
-            writeNumbers(extent.font);
+            for (const FontMetrics &font : { fontMetrics(face, weight, height), extent.font })
+                std::cout << font.height << ' ' << font.ascent << ' ' << font.descent << ' '
+                          << font.internalLeading << ' ' << font.externalLeading << ' '
+                          << font.averageWidth << ' ';
             std::cout << extent.width << ' ' << extent.height;
         }
         std::cout << '\n';

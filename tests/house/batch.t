@@ -1,0 +1,142 @@
+The tool, many files a call: folders, threads, what is skipped and what goes wrong.
+
+  $ . "$TESTDIR/tool.sh"
+  $ metafile2svg chart.emf >chart.svg
+  $ metafile2svg drawing.wmf >drawing.svg
+
+A tree with names of all kinds, and files that are no business of the tool.
+
+  $ odd="it's a \"näme\" 图 %1 I.EMF"
+  $ mkdir -p tree/sub/deep
+  $ cp chart.emf tree/a.emf && cp drawing.wmf tree/b.wmf
+  $ cp chart.emf "tree/sub/$odd" && cp drawing.wmf tree/sub/deep/c.WMF
+  $ printf 'text' >tree/readme.txt
+  $ find tree -type f -exec touch -d '1 hour ago' {} +
+  $ documents() { (cd "$1" && find . -name '*.svg' | sort); }
+
+Where the documents go.
+
+  $ cp -a tree beside
+  $ metafile2svg beside/a.emf beside/b.wmf
+  metafile2svg: 2 files: 2 converted; 7 records skipped in 1 of them
+  $ cmp beside/a.emf.svg chart.svg && cmp beside/b.wmf.svg drawing.svg && rm beside/*.svg
+  $ metafile2svg beside
+  metafile2svg: 2 files: 2 converted; 7 records skipped in 1 of them
+  $ documents beside
+  ./a.emf.svg
+  ./b.wmf.svg
+  $ metafile2svg -q -r tree -o made/svg
+  $ cmp "made/svg/sub/$odd.svg" chart.svg
+  $ documents made/svg
+  ./a.emf.svg
+  ./b.wmf.svg
+  ./sub/deep/c.WMF.svg
+  ./sub/it's a "näme" 图 %1 I.EMF.svg
+  $ metafile2svg -q tree/sub chart.emf -o mixed/ && documents mixed
+  ./chart.emf.svg
+  ./it's a "näme" 图 %1 I.EMF.svg
+  $ metafile2svg --check -r tree -o checked/
+  metafile2svg: 4 files: 4 converted; 14 records skipped in 2 of them
+  $ ls checked 2>/dev/null
+  [2]
+
+What is newer than its metafile stays, unless forced or named.
+
+  $ printf 'mine' | tee made/svg/a.emf.svg >named.svg
+  $ touch -d '2 hours ago' made/svg/b.wmf.svg
+  $ metafile2svg -r tree -o made/svg
+  metafile2svg: 4 files: 1 converted, 3 up to date; 7 records skipped in 1 of them
+  $ cat made/svg/a.emf.svg
+  mine (no-eol)
+  $ metafile2svg -q --force -r tree -o made/svg && cmp made/svg/a.emf.svg chart.svg
+  $ metafile2svg tree/a.emf -o named.svg && cmp named.svg chart.svg
+
+One document for each, and no metafile lost.
+
+  $ mkdir other empty && cp chart.emf other/a.emf && cp chart.emf chart.html
+  $ metafile2svg tree/a.emf other/a.emf -o new/
+  metafile2svg: both tree/a.emf and other/a.emf would become new/a.emf.svg
+  [2]
+  $ metafile2svg tree/a.emf ./tree/a.emf
+  metafile2svg: both tree/a.emf and ./tree/a.emf would become ./tree/a.emf.svg
+  [2]
+  $ metafile2svg --dump-skipped tree/a.emf tree/a.emf -o list.svg
+  metafile2svg: tree/a.emf would be replaced, and is a metafile
+  [2]
+  $ metafile2svg --dump-skipped list.svg tree/a.emf -o ./list.svg
+  metafile2svg: --dump-skipped would replace ./list.svg
+  [2]
+  $ metafile2svg tree/a.emf -o ./tree/a.emf
+  metafile2svg: ./tree/a.emf would be replaced, and is a metafile
+  [2]
+  $ metafile2svg --info chart.html --gallery ./chart.html
+  metafile2svg: ./chart.html would replace a metafile
+  [2]
+  $ metafile2svg chart.html -o ./new.html --gallery new.html
+  metafile2svg: both the gallery and chart.html would become ./new.html
+  [2]
+  $ cmp tree/a.emf chart.emf && cmp chart.html chart.emf && ls new list.svg new.html 2>/dev/null
+  [2]
+  $ metafile2svg tree -o -
+  metafile2svg: several documents cannot go to standard output
+  [2]
+  $ metafile2svg tree -o named.svg
+  metafile2svg: named.svg is to hold documents and is no folder
+  [2]
+  $ metafile2svg - -o tree <chart.emf
+  metafile2svg: standard input has no name, so -o needs one for a file
+  [2]
+  $ metafile2svg empty
+  metafile2svg: empty: holds no metafiles; -r looks into its folders too
+  metafile2svg: 1 file: 1 failed
+  [1]
+
+The same bytes and messages whatever the threads and the language.
+
+  $ mkdir many
+  $ for i in 1 2 3 4 5 6; do cp chart.emf many/$i.emf; cp drawing.wmf many/$i.wmf; done
+  $ cp text.emf many/3.emf && head -c 600 drawing.wmf >many/4.wmf
+  $ metafile2svg -j1 many -o one/
+  metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
+  metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
+  metafile2svg: 12 files: 10 converted, 1 damaged, 1 failed; 36 records skipped in 6 of them
+  [1]
+  $ metafile2svg many -o other/ 2>messages
+  [1]
+  $ metafile2svg -j 4 many -o four/ 2>&1 | cmp - messages && diff -r one four
+  $ for language in C tr_TR.UTF-8 de_DE.UTF-8; do
+  >     localedef -i "${language%.*}" -f UTF-8 "$PWD/$language" 2>/dev/null
+  >     in_language() { env "LOCPATH=$PWD" "LC_ALL=$language" metafile2svg "$@"; }
+  >     in_language many -o "in-$language/" 2>&1 | cmp - messages
+  >     in_language -q -r tree -o "tree-$language" --scale 1.5
+  >     diff -r one "in-$language" && diff -r "tree-$language" tree-C
+  > done
+  $ documents tree-tr_TR.UTF-8
+  ./a.emf.svg
+  ./b.wmf.svg
+  ./sub/deep/c.WMF.svg
+  ./sub/it's a "näme" 图 %1 I.EMF.svg
+  $ grep -o '<svg width="[^"]*"' tree-de_DE.UTF-8/a.emf.svg
+  <svg width="450"
+  $ metafile2svg -j1 --fail-fast many/1.emf many/3.emf many/5.wmf -o fast/
+  metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
+  metafile2svg: 3 files: 1 converted, 1 failed, 1 not tried
+  [1]
+  $ documents fast
+  ./1.emf.svg
+  $ metafile2svg -q -j4 --fail-fast many/3.emf many/[12]*.?mf -o fast/
+  metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
+  [1]
+
+The list of records without a handler.
+
+  $ metafile2svg -j2 --force --dump-skipped list.txt tree -o dumped/
+  metafile2svg: --dump-skipped converts one file at a time
+  metafile2svg: 2 files: 2 converted; 7 records skipped in 1 of them
+  $ grep -oE 'Start Of File|^META_SETMAPMODE' list.txt
+  Start Of File
+  Start Of File
+  META_SETMAPMODE
+  $ metafile2svg --dump-skipped no/list.txt tree/a.emf
+  metafile2svg: no/list.txt: cannot be written: No such file or directory
+  [1]

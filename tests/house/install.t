@@ -1,0 +1,68 @@
+Installs the build, moves the installed tree elsewhere, and uses it as a host would. Exactly what a
+host needs is there; the version is in the libraries' names.
+
+  $ quietly() { "$@" >log 2>&1 || cat log; }
+  $ quietly "$CMAKE_COMMAND" --install "$BUILD" --config "$CONFIG" --prefix "$PWD/first"
+  $ mv first moved && cd moved && prefix=$PWD
+  $ find . -type f | sort | sed -E "s/[.]so[.0-9]*$/.so/;s/-${CONFIG,,}[.]cmake/-CONFIG.cmake/
+  >     s,^[.]/$CMAKE_INSTALL_BINDIR,BIN,;s,^[.]/$CMAKE_INSTALL_LIBDIR,LIB,
+  >     s,^[.]/$CMAKE_INSTALL_INCLUDEDIR,INCLUDE,;s,^[.]/$CMAKE_INSTALL_MANDIR,MAN,
+  >     s,^[.]/$CMAKE_INSTALL_DATADIR,DATA," | LC_ALL=C sort
+  BIN/metafile2svg
+  BIN/metafile2svg-thumbnailer
+  DATA/bash-completion/completions/metafile2svg
+  DATA/thumbnailers/metafile2svg.thumbnailer
+  INCLUDE/basic_logging/CLogSystem.h
+  INCLUDE/svg/SVGDisplay.h
+  INCLUDE/svgtool/SVGTool.h
+  LIB/cmake/SVGTool/SVGToolConfig.cmake
+  LIB/cmake/SVGTool/SVGToolConfigVersion.cmake
+  LIB/cmake/SVGTool/SVGToolTargets-CONFIG.cmake
+  LIB/cmake/SVGTool/SVGToolTargets.cmake
+  LIB/libSVGTool.so
+  LIB/libSVGToolDisplay.a
+  LIB/libbasic_logging.so
+  LIB/pkgconfig/svgtool-display.pc
+  LIB/pkgconfig/svgtool.pc
+  MAN/man1/metafile2svg-thumbnailer.1
+  MAN/man1/metafile2svg.1
+  $ lib=$prefix/$CMAKE_INSTALL_LIBDIR && cd ..
+  $ grep -rlF -e "$BUILD" -e "$ROOT" -e "$PWD/first" "$lib/cmake" "$lib/pkgconfig"
+  [1]
+
+The installed tool is what the hosts are compared with.
+
+  $ sample=$ROOT/samples/chart.emf
+  $ tool() { env -u LD_LIBRARY_PATH "$prefix/$CMAKE_INSTALL_BINDIR/metafile2svg" "$@"; }
+  $ tool --exact "$sample" >exact.svg && tool --width 800 "$sample" >shown.svg
+  $ grep -c '</svg>' exact.svg shown.svg
+  exact.svg:1
+  shown.svg:1
+
+Hosts built with the CMake package, and hosts of one file with what pkg-config says. Qt wants
+position-independent code; $CMAKE_CXX_FLAGS and what pkg-config says are lists of words.
+
+  $ quietly "$CMAKE_COMMAND" -G "$CMAKE_GENERATOR" "-DCMAKE_MAKE_PROGRAM=$CMAKE_MAKE_PROGRAM" \
+  >     "-DCMAKE_CXX_COMPILER=$CMAKE_CXX_COMPILER" "-DCMAKE_CXX_FLAGS=$CMAKE_CXX_FLAGS" \
+  >     "-DCMAKE_PREFIX_PATH=$prefix" -S "$ROOT/samples/host" -B host
+  $ quietly "$CMAKE_COMMAND" --build host
+  $ export PKG_CONFIG_PATH=$lib/pkgconfig
+  $ build() {
+  >     quietly "$CMAKE_CXX_COMPILER" -std=c++17 -fPIC $CMAKE_CXX_FLAGS "$ROOT/samples/host/$1.cpp" \
+  >         -o "$1" $("$SVGTOOL_PKG_CONFIG" --cflags --libs $2) $3 "-Wl,-rpath,$lib"
+  > }
+  $ build main svgtool
+  $ build display 'svgtool svgtool-display'
+  $ build logging svgtool -lbasic_logging
+  $ for host in host/svgtool_host ./main; do $host "$sample" host.svg && cmp exact.svg host.svg; done
+  $ for host in host/display_host ./display; do $host "$sample" | cmp shown.svg -; done
+
+At run time. What fontconfig keeps for the process looks leaked once it is unloaded along with us.
+
+  $ ASAN_OPTIONS=detect_leaks=0 "$DLOPEN_HOST" "$lib/libSVGTool.so" "$sample" >twenty.svg
+  $ for i in {1..20}; do cat exact.svg; done | cmp - twenty.svg
+
+A host sets the level and the sinks through the logging library's own header.
+
+  $ ./logging "$sample" 2>&1
+  result 1, \d{3,} trace lines, 0 warnings (re)

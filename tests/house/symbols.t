@@ -1,0 +1,22 @@
+What the built libraries export and call: exactly two exported functions, and nothing that would
+print, or end the process, behind a host's back.
+
+  $ names() { "$NM" -D "$@" | awk '{ sub(/@.*/, "", $NF); print $NF }' | sort -u; }
+  $ names --defined-only --extern-only "$LIBRARY"
+  ConvertMetaFileToSVG
+  WMFToSVG
+  $ objdump -p "$LIBRARY" | sed -nE 's/^ *NEEDED +libQt[56](\w+)\..*/\1/p' | sort
+  Core
+  Gui
+
+Sanitizers bring calls of their own. The logging library's own output is a logging category of Qt.
+
+  $ forbidden='exit|_exit|_Exit|quick_exit|abort|raise|kill|__assert_fail'
+  $ forbidden+='|(__)?v?f?d?printf(_chk)?|f?puts|f?putc|_IO_putc|putchar|fwrite|write|perror|psignal'
+  $ forbidden+='|stdout|stderr|_ZSt4cout|_ZSt4cerr|_ZSt4clog|_ZSt5wcout|_ZSt5wcerr'
+  $ calls() { [ "$FOREIGN_CALLS" = none ] && names --undefined-only "$1" | grep -xE "$forbidden"; }
+  $ calls "$LOGGING"
+  [1]
+  $ forbidden+='|_ZNK14QMessageLogger[0-9].*|_ZN6QDebug.*|_Z6qDebugv|_Z8qWarningv'
+  $ calls "$LIBRARY"
+  [1]

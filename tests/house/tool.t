@@ -1,0 +1,177 @@
+The tool, one file a call: every exit status, what it prints, what it leaves behind.
+
+  $ . "$TESTDIR/tool.sh"
+
+Converted, to standard output, to a file, to a folder, from standard input, with names of all kinds.
+
+  $ metafile2svg drawing.wmf >drawing.svg
+  $ metafile2svg chart.emf >chart.svg
+  $ xmllint --noout drawing.svg chart.svg
+  $ metafile2svg --exact chart.emf -o folder/new.svg
+  $ xmllint --noout folder/new.svg 2>/dev/null
+  [1]
+  $ metafile2svg -o folder/new.svg chart.emf
+  $ cmp folder/new.svg chart.svg
+  $ cat drawing.wmf | metafile2svg - -o - | cmp - drawing.svg
+  $ odd="it's a \"näme\" 图 %1.emf"
+  $ cp chart.emf "$odd"
+  $ LC_ALL=C metafile2svg "$odd" -o "folder/$odd.svg"
+  $ cmp "folder/$odd.svg" chart.svg
+  $ cp chart.emf ./-dash.emf
+  $ metafile2svg -o folder -- -dash.emf
+  $ cmp folder/-dash.emf.svg chart.svg
+  $ ls folder
+  -dash.emf.svg
+  it's a "näme" 图 %1.emf.svg
+  new.svg
+  $ rm folder/*
+  $ metafile2svg --width 30.5 --height=20 chart.emf | grep -o '<svg.* height="[^"]*"'
+  <svg width="30.5" height="20"
+  $ metafile2svg --check chart.emf -o folder/x.svg
+  $ ls folder
+
+What is no plain file stays what it is.
+
+  $ mkfifo pipe
+  $ timeout 9 cat pipe >piped & metafile2svg chart.emf -o pipe; wait
+  $ cmp piped chart.svg && ls -F pipe
+  pipe|
+  $ printf keep >target.svg && ln -s target.svg link.svg
+  $ metafile2svg chart.emf -o link.svg
+  $ cmp target.svg chart.svg && ls -F link.svg
+  link.svg@
+
+Log lines, help and version.
+
+  $ log() { "$@" drawing.wmf 2>&1 >/dev/null | grep -oE 'Setup WMF record handlers|Enter ConvertWMFToSVG' | sort -u; }
+  $ QT_LOGGING_RULES=svgtool=true log metafile2svg
+  Setup WMF record handlers
+  $ log metafile2svg --log-level info
+  Setup WMF record handlers
+  $ log metafile2svg --log-level trace
+  Enter ConvertWMFToSVG
+  Setup WMF record handlers
+  $ metafile2svg --log-level warning drawing.wmf | cmp - drawing.svg
+  $ metafile2svg --help | grep Usage
+  Usage: * FILE|FOLDER... (glob)
+  $ metafile2svg --version
+  metafile2svg \d+\.\d+\.\d+ (re)
+
+Not converted: nothing on standard output, no new file, an existing one as it was.
+
+  $ : >empty.emf
+  $ printf 'seventeen bytes..' >short.emf
+  $ head -c 5455 chart.emf >cut.emf
+  $ head -c 87 chart.emf >head.emf
+  $ printf keep >kept.svg
+  $ refused() {
+  >     metafile2svg "$@"
+  >     metafile2svg "$@" -o folder/x.svg 2>/dev/null || metafile2svg "$@" -o kept.svg 2>/dev/null ||
+  >         echo "$? $(ls folder)$(cat kept.svg)"
+  > }
+  $ refused $'missing/it\'s "gone"\nä'
+  metafile2svg: missing/it's "gone"?ä: no such file
+  1 keep
+  $ refused empty.emf
+  metafile2svg: empty.emf: is empty
+  1 keep
+  $ refused short.emf
+  metafile2svg: short.emf: has only 17 bytes; a metafile has at least 18
+  1 keep
+  $ refused head.emf
+  metafile2svg: head.emf: not a metafile: neither an EMF nor a WMF header
+  1 keep
+  $ refused --exact cut.emf
+  metafile2svg: cut.emf: its EMF header names 5456 bytes, but it has 5455
+  1 keep
+  $ metafile2svg - <&-
+  metafile2svg: standard input: cannot be read: Bad file descriptor
+  [1]
+  $ metafile2svg - <folder
+  metafile2svg: standard input: cannot be read: Is a directory
+  [1]
+  $ metafile2svg empty.emf 2>/dev/null
+  [1]
+
+Converted, but not written.
+
+  $ metafile2svg chart.emf -o missing/x.svg
+  metafile2svg: missing/x.svg: cannot be written: No such file or directory
+  [1]
+  $ mv kept.svg folder
+  $ (ulimit -f 0; exec metafile2svg chart.emf -o folder/kept.svg)
+  metafile2svg: folder/kept.svg: cannot be written: File too large
+  [1]
+  $ ls folder; cat folder/kept.svg
+  kept.svg
+  keep (no-eol)
+  $ metafile2svg chart.emf >$full
+  metafile2svg: standard output: cannot be written: No space left on device
+  [1]
+  $ metafile2svg --help >$full
+  metafile2svg: standard output: cannot be written: No space left on device
+  [1]
+  $ metafile2svg chart.emf -o $full
+  metafile2svg: *full: cannot be written: No space left on device (glob)
+  [1]
+  $ test -c $full
+  $ metafile2svg chart.emf >&-
+  metafile2svg: standard output: cannot be written: Bad file descriptor
+  [1]
+
+The reader has gone away.
+
+  $ mkfifo gone
+  $ (exec 4<>gone 5>gone 4<&-; exec metafile2svg chart.emf >&5)
+  metafile2svg: standard output: cannot be written: Broken pipe
+  [1]
+
+Wrong usage.
+
+  $ while read -r arguments; do metafile2svg $arguments || echo $?; done <<'END'
+  > 
+  > --fast a.emf
+  > a.emf -o a.svg -o b.svg
+  > a.emf --output=
+  > - a.emf
+  > --exact --scale 2 a.emf
+  > -j 0 a.emf
+  > --width=-1 a.emf
+  > --scale nan a.emf
+  > --log-level loud a.emf
+  > --json a.emf
+  > --info --report a.emf
+  > --info a.emf -o a.svg
+  > --gallery a.emf b.emf
+  > END
+  metafile2svg: no input file or folder is given (metafile2svg --help explains)
+  2
+  metafile2svg: Unknown option 'fast' (metafile2svg --help explains)
+  2
+  metafile2svg: --output is given more than once (metafile2svg --help explains)
+  2
+  metafile2svg: the value of --output is empty (metafile2svg --help explains)
+  2
+  metafile2svg: - is standard input and cannot be one of several inputs (metafile2svg --help explains)
+  2
+  metafile2svg: --exact leaves the size as it is (metafile2svg --help explains)
+  2
+  metafile2svg: --jobs needs a number from 1 to 1024 (metafile2svg --help explains)
+  2
+  metafile2svg: --width needs a number above 0 and up to 1000000 (metafile2svg --help explains)
+  2
+  metafile2svg: --scale needs a number above 0 and up to 1000000 (metafile2svg --help explains)
+  2
+  metafile2svg: there is no log level loud (metafile2svg --help explains)
+  2
+  metafile2svg: --json needs --info or --report (metafile2svg --help explains)
+  2
+  metafile2svg: --info and --report exclude each other (metafile2svg --help explains)
+  2
+  metafile2svg: --info writes no documents, so -o has no use (metafile2svg --help explains)
+  2
+  metafile2svg: --gallery needs the name of a page, which ends in .html (metafile2svg --help explains)
+  2
+  $ metafile2svg ''
+  metafile2svg: a file name is empty (metafile2svg --help explains)
+  [2]
