@@ -48,10 +48,8 @@ class Document : public testing::TestWithParam<Case>
 {
 };
 
-/// A file of the records that @p records lists, parted by ";" or line feeds, as docs/output.md
-/// writes them: a record's number, or its name in the table in Cases.cpp, and its parameters.
-/// Beyond what is told there, "box" stands for four zeros, "nan" and "inf" for floats, and "x0603"
-/// for the bytes 06 and 03.
+/// A file of the records that @p records lists, parted by ";" or line feeds, as docs/output.md and
+/// tests/golden/README.md tell. A line that makes no sense fails the test.
 EmfBuilder emf(const QString &records, EmfBuilder file = {});
 
 /// A WMF of 100 by 50 whose coordinates map to themselves.

@@ -129,7 +129,7 @@ const Case kFonts[] = {
     { "unnamed", font("-20 0 0 0 0 box"), text(" font-family=\"Arial\"  fill=\"black\" ") },
     { "forbiddenCharacters", font("-20 0 0 0 0 0 0 \"B\" 1,0xFFFE 0xD800,0"),
       text(" font-family=\"B\"  fill=\"black\" ") },
-    { "all", font("-20 0 0 0 700 x01010100 0 \"a&<\"b\">\"; textColor 0"),
+    { "all", font("-20 0 0 0 700 x01010100 0 \"a&<\\\"b\\\">\"; textColor 0"),
       text(" font-family=\"a&amp;&lt;&quot;b&quot;&gt;\"  font-style=\"italic\""
            " text-decoration=\"underline line-through\" font-weight=\"700\" \n"
            " fill=\"#000000\" ") },
