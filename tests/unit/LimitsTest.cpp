@@ -1,0 +1,53 @@
+// What a file can ask for with few bytes is bounded over the whole document.
+
+#include "unit/Cases.h"
+
+using namespace svgtool;
+using namespace svgtool::test;
+
+namespace {
+
+int countOf(const char *element, const EmfBuilder &file)
+{
+    return int(QByteArray::fromStdString(convert(file.build()).text).count(element));
+}
+
+constexpr quint32 kClipRegion = 75;
+enum ClipMode { kAnd = 1, kOr, kXor, kDiff, kCopy };
+
+// A clip of upright or lying bars.
+QByteArray bars(ClipMode mode, int count, bool lying)
+{
+    ByteWriter data;
+    data.u32s({ 32 + count * 16, mode, 32, 1, count, count * 16, 0, 0, 0, 0 });
+    for (int i = 0; i < 2 * count; i += 2)
+        lying ? data.u32s({ 0, i, 9999, i + 1 }) : data.u32s({ i, 0, i + 1, 9999 });
+    return data.result();
+}
+
+// Crossing bars cut each other into a number of rectangles that is the product of theirs, and a
+// large region can be written again by a small record; neither may outgrow the file.
+TEST(ClipRegions, DoNotMultiply)
+{
+    const EmfBuilder file = EmfBuilder().record(kClipRegion, bars(kCopy, 2000, false));
+    const EmfBuilder crossed = EmfBuilder(file).record(kClipRegion, bars(kXor, 2000, true));
+    EXPECT_EQ(countOf("<clipPath", crossed), 1);
+    EmfBuilder again = file;
+    for (int i = 0; i < 200; ++i)
+        again.record(kClipRegion, bars(kOr, 0, false));
+    EXPECT_LT(countOf("<clipPath", again), 100);
+    EXPECT_GT(countOf("<clipPath", again), 20);
+}
+
+// What is refused for its size takes up what the file has left, or each further record could
+// have as much work done for nothing.
+TEST(ClipRegions, RefusedOnesAreNotTriedAgain)
+{
+    const QByteArray one = bars(kCopy, 1, false);
+    EmfBuilder file = EmfBuilder().record(kClipRegion, bars(kCopy, 400, false));
+    EXPECT_EQ(countOf("<clipPath", EmfBuilder(file).record(kClipRegion, one)), 2);
+    file.record(kClipRegion, bars(kAnd, 400, true));
+    EXPECT_EQ(countOf("<clipPath", file.record(kClipRegion, one)), 1);
+}
+
+} // namespace
