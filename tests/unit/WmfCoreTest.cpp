@@ -3,6 +3,8 @@
 
 #include <QTemporaryDir>
 
+#include <random>
+
 using namespace svgtool;
 using namespace svgtool::test;
 
@@ -50,6 +52,38 @@ TEST(WmfCore, NoRecordsGiveNothing)
     WMF2SVGConverter converter;
     EXPECT_EQ(converter.ConvertWMFToSVG({}, 100, 100, nullptr), 0);
     EXPECT_EQ(converter.takeDocument(), QByteArray());
+}
+
+// Brushes come and go at random; each is told by its colour. A plain list of slots says which
+// index every creation must take.
+TEST(WmfObjects, LowestFreeIndexIsUsedAgain)
+{
+    std::mt19937 random(1);
+    QString records;
+    std::string expected;
+    std::vector<bool> isUsed;
+    for (int i = 0; i < 600; ++i) {
+        if (random() % 3 != 0) {
+            const auto free = std::find(isUsed.begin(), isUsed.end(), false);
+            const auto index = free - isUsed.begin();
+            if (free == isUsed.end())
+                isUsed.push_back(true);
+            isUsed[size_t(index)] = true;
+            records += QStringLiteral("brush 0 %1 0 0; select %2; rect 0 0 0 0;").arg(i).arg(index);
+            char colour[8];
+            snprintf(colour, sizeof colour, "#%02x%02x00", unsigned(i & 0xFF), unsigned(i >> 8));
+            expected +=
+                    rect(0, 0, 0, 0,
+                         joined("stroke=\"none\" stroke-width=\"1\"   fill=\"", colour, "\"\n"));
+        } else {
+            // Some of these were never given out, or are free already.
+            const size_t index = random() % (isUsed.size() + 2);
+            records += QStringLiteral("delete %1;").arg(index);
+            if (index < isUsed.size())
+                isUsed[index] = false;
+        }
+    }
+    EXPECT_EQ(convert(wmf(records).build()).body(), expected);
 }
 
 } // namespace
