@@ -309,15 +309,4 @@ WmfBuilder wmf(const QString &records, WmfBuilder file)
     return withRecords(records, std::move(file));
 }
 
-TEST_P(Document, IsExact)
-{
-    const QByteArray &bytes = GetParam().metafile.bytes;
-    const Conversion conversion = convert(bytes);
-    EXPECT_EQ(conversion.result, bytes.mid(40, 4) == " EMF" ? 1 : 2);
-    const std::string body = conversion.body();
-    // A WMF without a placeable header has a size of its own.
-    EXPECT_EQ(withPixels(body == conversion.text ? conversion.body(1024, 768) : body),
-              GetParam().body);
-}
-
 } // namespace svgtool::test

@@ -15,10 +15,6 @@
 #define DEFAULT_PEN "stroke=\"none\" stroke-width=\"1\"  fill=\"none\" "
 #define ROUND_ENDS "stroke-linecap = \"round\"stroke-linejoin = \"round\""
 
-#define INSTANTIATE_CASES(name, cases)                                                             \
-    INSTANTIATE_TEST_SUITE_P(name, Document, testing::ValuesIn(cases),                             \
-                             testing::PrintToStringParamName())
-
 namespace svgtool::test {
 
 /// The bytes of a file, whichever builder they come from.
@@ -28,24 +24,6 @@ struct Metafile
     Metafile(const WmfBuilder &wmf) : bytes(wmf.build()) { }
 
     QByteArray bytes;
-};
-
-/// A file and the exact text between the head and the tail of its document, with the pixels of
-/// pictures in the place of their data.
-struct Case
-{
-    const char *name;
-    Metafile metafile;
-    std::string body;
-};
-
-inline void PrintTo(const Case &each, std::ostream *out)
-{
-    *out << each.name;
-}
-
-class Document : public testing::TestWithParam<Case>
-{
 };
 
 /// A file of the records that @p records lists, parted by ";" or line feeds, as docs/output.md and
