@@ -1,5 +1,7 @@
 // What a file can ask for with few bytes is bounded over the whole document.
 
+#include "svgtool/SVGInspect.h"
+#include "svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
 using namespace svgtool;
@@ -48,6 +50,20 @@ TEST(ClipRegions, RefusedOnesAreNotTriedAgain)
     EXPECT_EQ(countOf("<clipPath", EmfBuilder(file).record(kClipRegion, one)), 2);
     file.record(kClipRegion, bars(kAnd, 400, true));
     EXPECT_EQ(countOf("<clipPath", file.record(kClipRegion, one)), 1);
+}
+
+TEST(RecordTally, HasBoundedTypes)
+{
+    EmfBuilder file;
+    for (int type = 1000; type < 2000; ++type)
+        file.record(quint32(type));
+    QByteArray svg;
+    svgtool::RecordTally tally;
+    EXPECT_EQ(convertMetaFile(file.build(), svg, &tally), 1);
+    const auto lines = tally.lines();
+    ASSERT_EQ(lines.size(), RecordTally::kLargestTypes + 1);
+    EXPECT_EQ(recordName(MetafileFormat::Emf, lines.back().type), "other types");
+    EXPECT_EQ(lines.back().count, 1000 - RecordTally::kLargestTypes);
 }
 
 } // namespace
