@@ -8,40 +8,6 @@ using namespace svgtool::test;
 
 namespace {
 
-TEST(EmfCore, DocumentSizeFollowsFrameAndDevice)
-{
-    constexpr int kOutOfRange = std::numeric_limits<int>::min();
-    const struct
-    {
-        const char *name;
-        std::array<int, 4> frame, device;
-        int width, height;
-    } cases[] = {
-        { "half rounds up", { 0, 0, 10050, 10049 }, { 1, 1, 1, 1 }, 101, 100 },
-        { "negative half rounds up", { 0, 0, -250, -251 }, { 1, 1, 1, 1 }, -2, -3 },
-        // 4 pixels a millimetre across, 2 down, over 31.75 by 12.5 mm.
-        { "resolution", { 100, 200, 3275, 1450 }, { 1280, 480, 320, 240 }, 127, 25 },
-        { "no millimetres", { 0, 0, 9, 9 }, { 1000, 0, 0, 0 }, kOutOfRange, kOutOfRange },
-        { "too large", { 0, 0, 0x7FFFFFFF, 100 }, { 0x7FFFFFFF, 1, 1, 1 }, kOutOfRange, 1 },
-    };
-    for (const auto &[name, frame, device, width, height] : cases) {
-        const QByteArray file = EmfBuilder()
-                                        .frame(frame[0], frame[1], frame[2], frame[3])
-                                        .device(device[0], device[1], device[2], device[3])
-                                        .build();
-        EXPECT_EQ(convert(file).text, documentHead(width, height) + "</svg>\n") << name;
-    }
-}
-
-TEST(EmfCore, EmptyBoundsAndFrameGiveNoNumbers)
-{
-    const EmfBuilder empty =
-            EmfBuilder().bounds(0, 0, 0, 0).frame(0, 0, 0, 0).device(100, 50, 1, 1);
-    constexpr qint64 kLowest = -2147483648;
-    EXPECT_EQ(convert(emf("mapMode 8; rect 1 1 2 2", empty).build()).body(0, 0),
-              rect(kLowest, kLowest, kLowest, kLowest));
-}
-
 TEST(EmfCore, NoDataGiveNothing)
 {
     Emf2SvgConverter converter;

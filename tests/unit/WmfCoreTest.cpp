@@ -10,25 +10,6 @@ using namespace svgtool::test;
 
 namespace {
 
-TEST(WmfCore, FrameFollowsThePlaceableHeader)
-{
-    constexpr int kLowest = std::numeric_limits<int>::min();
-    const struct
-    {
-        const char *name;
-        WmfBuilder file;
-        int width, height;
-    } cases[] = {
-        { "standard", WmfBuilder(), 1024, 768 },
-        { "truncated toward zero", WmfBuilder().placeable(10, 5, 1009, 490, 1000), 95, 46 },
-        { "upside down", WmfBuilder().placeable(100, 50, 0, 0, 96), -100, -50 },
-        { "difference wraps", WmfBuilder().placeable(-30000, 0, 30000, 1, 96), -5536, 1 },
-        { "no resolution", WmfBuilder().placeable(0, 0, 5, 5, 0), kLowest, kLowest },
-    };
-    for (const auto &[name, file, width, height] : cases)
-        EXPECT_EQ(convert(file.build()).text, documentHead(width, height) + "</svg>\n") << name;
-}
-
 TEST(WmfCore, DumpListsHandledAndNamedRecords)
 {
     QTemporaryDir folder;
