@@ -66,4 +66,14 @@ TEST(RecordTally, HasBoundedTypes)
     EXPECT_EQ(lines.back().count, 1000 - RecordTally::kLargestTypes);
 }
 
+// Pixels that few bytes can ask for are counted over the whole document.
+TEST(RunLengths, ShareOneAllowance)
+{
+    const auto bitmap = QStringLiteral("bitmap giant 8192 4096 8 compression=1 bits=0001 "
+                                       "table=00000000,0000ff00,00ff0000,ff000000");
+    const auto giant = QStringLiteral("; stretchDib giant to=0,0,1,1 from=0,0,1,1");
+    EXPECT_EQ(countOf("<image", emf(bitmap + giant.repeated(3))), 2)
+            << "three have more than 64 Mi pixels";
+}
+
 } // namespace
