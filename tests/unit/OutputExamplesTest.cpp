@@ -12,6 +12,7 @@
 #include <QStringList>
 
 #include <map>
+#include <sstream>
 #include <vector>
 
 using namespace svgtool;
@@ -185,13 +186,14 @@ std::string tallyOf(const QByteArray &file)
     EXPECT_EQ(ConvertMetaFileToSVG(file, plain), result);
     EXPECT_EQ(plain, counted);
     const MetafileFormat format = inspectMetaFile(file).format;
-    std::string text;
+    std::ostringstream text;
     for (const RecordTally::Line &line : tally.lines())
-        text += joined(recordName(format, line.type).toStdString(), " ",
-                       kOutcomes[size_t(line.outcome)], " ", line.count, " @", line.firstOffset,
-                       "\n");
+        text << recordName(format, line.type).toStdString() << ' '
+             << kOutcomes[size_t(line.outcome)] << ' ' << line.count << " @" << line.firstOffset
+             << '\n';
     const RecordTally::Stop &stop = tally.stop();
-    return joined(text, kStops[size_t(stop.reason)], " ", stop.record, " @", stop.offset, "\n");
+    text << kStops[size_t(stop.reason)] << ' ' << stop.record << " @" << stop.offset << '\n';
+    return text.str();
 }
 
 class Output : public testing::TestWithParam<Example>

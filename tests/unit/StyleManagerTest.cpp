@@ -34,7 +34,7 @@ TEST(Style, HatchPatternsAreNumbered)
         styles.EmfCreateBrush(4, 2, 0, hatch);
         styles.EmfSelectObject(4);
         EXPECT_EQ(styles.combinedStyle().section(QLatin1String(" fill="), 1).toStdString(),
-                  joined("\"url(#BRUSH_", number, ")\" \n"));
+                  std::string("\"url(#BRUSH_") + number + ")\" \n");
     }
     EXPECT_EQ(styles.GetBrushPattern(8), QString());
 }

@@ -51,11 +51,12 @@ TEST(WmfObjects, LowestFreeIndexIsUsedAgain)
                 isUsed.push_back(true);
             isUsed[size_t(index)] = true;
             records += QStringLiteral("brush 0 %1 0 0; select %2; rect 0 0 0 0;").arg(i).arg(index);
-            char colour[8];
-            snprintf(colour, sizeof colour, "#%02x%02x00", unsigned(i & 0xFF), unsigned(i >> 8));
-            expected +=
-                    rect(0, 0, 0, 0,
-                         joined("stroke=\"none\" stroke-width=\"1\"   fill=\"", colour, "\"\n"));
+            char element[128];
+            snprintf(element, sizeof element,
+                     "<rect x=\"0\" y=\"0\" width=\"0\" height=\"0\" rx=\"0\" ry=\"0\" "
+                     "stroke=\"none\" stroke-width=\"1\"   fill=\"#%02x%02x00\"\n/>\n",
+                     unsigned(i & 0xFF), unsigned(i >> 8));
+            expected += element;
         } else {
             // Some of these were never given out, or are free already.
             const size_t index = random() % (isUsed.size() + 2);

@@ -13,10 +13,12 @@ TEST(Writer, FallsBackToTheStyleOfTheStart)
     writer.DrawRect(1, 2, 3, 4, QString(), 0, 0);
     writer.DrawEllipse(1, 2, 3, 5, QString());
     writer.DrawLine(1, -2147483647 - 1, 2147483647, 4, QStringLiteral("S"));
-    EXPECT_EQ(writer.takeDocument().toStdString(),
-              rect(1, 2, 3, 4, FALLBACK_STYLE)
-                      + "<ellipse cx=\"1\" cy = \"2\" rx = \"3\" ry = \"5 \" " FALLBACK_STYLE "/>\n"
-                      + line(1, -2147483648, 2147483647, 4, "S"));
+    EXPECT_EQ(
+            writer.takeDocument().toStdString(),
+            R"(<rect x="1" y="2" width="3" height="4" rx="0" ry="0"  stroke="black" stroke-width="1" fill="none"/>
+<ellipse cx="1" cy = "2" rx = "3" ry = "5 "  stroke="black" stroke-width="1" fill="none"/>
+<line x1="1" y1 = "-2147483648" x2 ="2147483647" y2="4" S/>
+)");
 }
 
 // Brushes of other kinds under the same index leave the old definition alone.
