@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <map>
 #include <sstream>
@@ -86,7 +87,7 @@ std::vector<Example> examplesOf(const QString &path)
         if (i == lines.size())
             kind += QStringLiteral(" without an end");
         const QString text = block.join(QLatin1Char('\n'));
-        const bool isAnswer = kind == QLatin1String("svg") || kind == QLatin1String("tally");
+        const bool isAnswer = QStringList{ "svg", "tally", "dump" }.contains(kind);
         if (kind == QLatin1String("before")) {
             before = text + QLatin1Char('\n');
         } else if (isAnswer && answered < examples.size()) {
@@ -196,6 +197,19 @@ std::string tallyOf(const QByteArray &file)
     return text.str();
 }
 
+std::string dumpOf(const QByteArray &file)
+{
+    const QTemporaryDir folder;
+    QFile dump(folder.filePath(QStringLiteral("dump")));
+    QString reason;
+    QByteArray svg;
+    EXPECT_TRUE(startRecordDump(dump.fileName(), &reason)) << reason.toStdString();
+    EXPECT_GT(convertMetaFile(file, svg, nullptr), 0);
+    EXPECT_TRUE(stopRecordDump(&reason)) << reason.toStdString();
+    EXPECT_TRUE(dump.open(QIODevice::ReadOnly));
+    return dump.readAll().toStdString();
+}
+
 class Output : public testing::TestWithParam<Example>
 {
 };
@@ -207,11 +221,14 @@ TEST_P(Output, IsExact)
     const std::vector<QByteArray> files = filesOf(example);
     ASSERT_FALSE(files.empty()) << "a block out of place: " << example.kind.toStdString();
     ASSERT_FALSE(example.expectedKind.isEmpty()) << "nothing says what becomes of the block";
-    const bool isWhole = example.expected.rfind("<?xml", 0) == 0;
-    for (const QByteArray &file : files)
-        EXPECT_EQ(example.expectedKind == QLatin1String("tally") ? tallyOf(file)
-                                                                 : svgOf(file, isWhole),
-                  example.expected);
+    for (const QByteArray &file : files) {
+        if (example.expectedKind == QLatin1String("tally"))
+            EXPECT_EQ(tallyOf(file), example.expected);
+        else if (example.expectedKind == QLatin1String("dump"))
+            EXPECT_EQ(dumpOf(file), example.expected);
+        else
+            EXPECT_EQ(svgOf(file, example.expected.rfind("<?xml", 0) == 0), example.expected);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),

@@ -21,17 +21,6 @@ TEST(Writer, FallsBackToTheStyleOfTheStart)
 )");
 }
 
-// Brushes of other kinds under the same index leave the old definition alone.
-TEST(Writer, PatternDefinitionsAreWrittenOnce)
-{
-    const QByteArray file =
-            emf("brush 1 2 0 3; brush 1 0 0 0; brush 1 2 0 6; brush 1 2 0 3").build();
-    const QByteArray body = QByteArray::fromStdString(convert(file).body());
-    EXPECT_EQ(body.count("<defs>"), 2);
-    EXPECT_EQ(body.count("<pattern id=\"BRUSH_2\""), 1);
-    EXPECT_TRUE(body.endsWith("</defs>\n"));
-}
-
 TEST(TextStyle, Suppressed)
 {
     CMySVGWriter writer;

@@ -1,7 +1,6 @@
+#include "emf/Emf2SVG.h"
 #include "unit/Cases.h"
 #include "wmf/Wmf2SVG.h"
-
-#include <QTemporaryDir>
 
 #include <random>
 
@@ -10,25 +9,14 @@ using namespace svgtool::test;
 
 namespace {
 
-TEST(WmfCore, DumpListsHandledAndNamedRecords)
+TEST(EmfConverter, NoDataGiveNothing)
 {
-    QTemporaryDir folder;
-    RecordDump dump;
-    dump.isOn = true;
-    dump.file.setFileName(folder.filePath(QStringLiteral("dump")));
-    ASSERT_TRUE(dump.file.open(QIODevice::ReadWrite));
-    const QByteArray file = wmf("0x0999; arc; mapMode 8; ellipse 4 3 2 1", WmfBuilder()).build();
-    WMF2SVGConverter converter;
-    converter.InitializeCoordinates(false, {});
-    EXPECT_EQ(converter.ConvertWMFToSVG({ file.constData() + 18, file.size() - 18 }, 1000, 1000,
-                                        &dump),
-              2);
-    dump.file.seek(0);
-    EXPECT_EQ(dump.file.readAll().replace('\t', ""),
-              "#Start Of File\n\nMETA_ARC\nMETA_SETMAPMODE\nMETA_ELLIPSE\n\nEnd of File\n\n");
+    Emf2SvgConverter converter;
+    EXPECT_EQ(converter.ConvertEMFToSVG({}, nullptr), 0);
+    EXPECT_EQ(converter.takeDocument(), QByteArray());
 }
 
-TEST(WmfCore, NoRecordsGiveNothing)
+TEST(WmfConverter, NoRecordsGiveNothing)
 {
     WMF2SVGConverter converter;
     EXPECT_EQ(converter.ConvertWMFToSVG({}, 100, 100, nullptr), 0);
