@@ -22,7 +22,7 @@ TEST(Style, RotationIsThatOfTheLastFontMade)
     EXPECT_EQ(styles.textRotation(), 0);
 }
 
-TEST(Style, HatchOfAnotherNumberHasNoPattern)
+TEST(Style, WhatIsNoBrushHasNoPattern)
 {
     EXPECT_EQ(CStyleManager().GetBrushPattern(8), QString());
 }
