@@ -87,7 +87,9 @@ std::vector<Example> examplesOf(const QString &path)
         if (i == lines.size())
             kind += QStringLiteral(" without an end");
         const QString text = block.join(QLatin1Char('\n'));
-        const bool isAnswer = QStringList{ "svg", "tally", "dump" }.contains(kind);
+        const bool isAnswer = QStringList{ QStringLiteral("svg"), QStringLiteral("tally"),
+                                           QStringLiteral("dump") }
+                                      .contains(kind);
         if (kind == QLatin1String("before")) {
             before = text + QLatin1Char('\n');
         } else if (isAnswer && answered < examples.size()) {
