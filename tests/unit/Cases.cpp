@@ -94,6 +94,18 @@ namespace {
     public:
         explicit Interpreter(Builder file) : m_file(std::move(file)) { }
 
+        const Builder &run(const QString &script)
+        {
+            for (const QStringList &line : linesOf(script)) {
+                if (!line.isEmpty())
+                    add(line);
+            }
+            return m_file;
+        }
+
+    private:
+        static constexpr bool kIsEmf = std::is_same_v<Builder, EmfBuilder>;
+
         void add(const QStringList &words)
         {
             for (const QString &word : words) {
@@ -117,11 +129,6 @@ namespace {
             EXPECT_TRUE(m_words.isEmpty() && m_options.isEmpty())
                     << words.join(QLatin1Char(' ')).toStdString();
         }
-        const Builder &file() const { return m_file; }
-
-    private:
-        static constexpr bool kIsEmf = std::is_same_v<Builder, EmfBuilder>;
-
         QString take()
         {
             EXPECT_FALSE(m_words.isEmpty());
@@ -142,9 +149,9 @@ namespace {
             std::vector<int> result;
             for (const QString &each : value.split(QLatin1Char(',')))
                 result.push_back(int(number(each)));
-            EXPECT_TRUE(otherwise.empty() || result.size() == otherwise.size()) << key;
-            result.resize(otherwise.empty() ? result.size() : otherwise.size());
-            return result;
+            const bool fits = otherwise.empty() || result.size() == otherwise.size();
+            EXPECT_TRUE(fits) << key;
+            return fits ? result : otherwise;
         }
         bool takeWord(const char *word) { return m_words.removeAll(QLatin1String(word)) > 0; }
 
@@ -166,14 +173,12 @@ namespace {
                 if (m_options.contains(QStringLiteral("count")))
                     m_file.recordCount(quint32(option("count")));
             } else {
-                if (takeWord("bare"))
+                const bool isPlaceable = m_options.contains(QStringLiteral("placeable"));
+                if (takeWord("bare") || isPlaceable)
                     m_file = WmfBuilder();
-                const auto placeable = options("placeable");
-                if (placeable.size() == 5)
-                    m_file = WmfBuilder().placeable(placeable[0], placeable[1], placeable[2],
-                                                    placeable[3], placeable[4]);
-                else
-                    EXPECT_TRUE(placeable.empty());
+                const auto frame = options("placeable", { 0, 0, 0, 0, 0 });
+                if (isPlaceable)
+                    m_file.placeable(frame[0], frame[1], frame[2], frame[3], frame[4]);
                 m_file.size(option("size", -1)).maxRecord(option("maxRecord", 1000));
             }
             if (takeWord("noEnd"))
@@ -286,27 +291,16 @@ namespace {
         QHash<QString, QString> m_options; ///< the same of KEY=VALUE
     };
 
-    template<class Builder>
-    Builder withRecords(const QString &records, Builder file)
-    {
-        Interpreter<Builder> interpreter(std::move(file));
-        for (const QStringList &line : linesOf(records)) {
-            if (!line.isEmpty())
-                interpreter.add(line);
-        }
-        return interpreter.file();
-    }
-
 } // namespace
 
 EmfBuilder emf(const QString &records, EmfBuilder file)
 {
-    return withRecords(records, std::move(file));
+    return Interpreter<EmfBuilder>(std::move(file)).run(records);
 }
 
 WmfBuilder wmf(const QString &records, WmfBuilder file)
 {
-    return withRecords(records, std::move(file));
+    return Interpreter<WmfBuilder>(std::move(file)).run(records);
 }
 
 } // namespace svgtool::test
