@@ -41,12 +41,6 @@ inline QByteArray figures(std::initializer_list<qint64> counts, PointList points
     return body.result();
 }
 
-/// A mixed figure: 16-bit points and a byte for the type of each.
-inline QByteArray mixedFigure(PointList points, const QByteArray &types)
-{
-    return pointList(points, true) + types;
-}
-
 /// Six numbers of a transform, with the mode of a modification behind them where it has one.
 inline QByteArray transform(std::initializer_list<float> numbers, int mode = 0)
 {
