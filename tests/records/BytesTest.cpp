@@ -50,32 +50,21 @@ namespace {
 
     TEST(Numbers, TruncationGoesTowardZeroOrToTheMinimum)
     {
-        constexpr double kInfinity = std::numeric_limits<double>::infinity();
-        const std::pair<double, qint32> cases[] = {
-            { 2.9, 2 },
-            { -2.9, -2 },
-            { 2147483647.9, kMax32 },
-            { 2147483648.0, kMin32 },
-            { -2147483647.9, -kMax32 },
-            { -2147483648.9, kMin32 },
-            { 1e300, kMin32 },
-            { kInfinity, kMin32 },
-            { -kInfinity, kMin32 },
-            { std::numeric_limits<double>::quiet_NaN(), kMin32 },
-        };
-        for (const auto &[value, expected] : cases)
-            EXPECT_EQ(truncateToInt32(value), expected) << value;
+        EXPECT_EQ(truncateToInt32(2.9), 2);
+        EXPECT_EQ(truncateToInt32(-2.9), -2);
+        EXPECT_EQ(truncateToInt32(2147483647.9), kMax32);
+        EXPECT_EQ(truncateToInt32(-2147483647.9), -kMax32);
+        constexpr auto kInfinity = std::numeric_limits<double>::infinity();
+        constexpr auto kNoNumber = std::numeric_limits<float>::quiet_NaN();
+        for (const double value :
+             { 2147483648.0, -2147483648.9, 1e300, kInfinity, -kInfinity, double(kNoNumber) })
+            EXPECT_EQ(truncateToInt32(value), kMin32) << value;
         // In single precision the neighbours of the limits lie farther off.
-        const std::pair<float, qint32> singles[] = {
-            { -2.9F, -2 },
-            { 2147483520.0F, 2147483520 },
-            { 2147483648.0F, kMin32 },
-            { -2147483520.0F, -2147483520 },
-            { -2147483904.0F, kMin32 },
-            { std::numeric_limits<float>::quiet_NaN(), kMin32 },
-        };
-        for (const auto &[value, expected] : singles)
-            EXPECT_EQ(truncateToInt32(value), expected) << value;
+        for (const float value : { 2147483648.0F, -2147483904.0F, kNoNumber })
+            EXPECT_EQ(truncateToInt32(value), kMin32) << value;
+        EXPECT_EQ(truncateToInt32(-2.9F), -2);
+        EXPECT_EQ(truncateToInt32(2147483520.0F), 2147483520);
+        EXPECT_EQ(truncateToInt32(-2147483520.0F), -2147483520);
     }
 
     TEST(Numbers, ArithmeticGoesRoundAt32And16Bits)
