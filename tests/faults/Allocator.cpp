@@ -3,82 +3,43 @@
 #include <cerrno>
 #include <cstdlib>
 
-// The C library's own allocator, under the names that it keeps for those who replace malloc.
+namespace svgtool::test {
+
+thread_local Allocations allocations;
+
+} // namespace svgtool::test
+
+using svgtool::test::allocations;
+
+static bool mayGive()
+{
+    if (!allocations.isOn)
+        return true;
+    const size_t first = allocations.firstFailing;
+    const size_t call = ++allocations.calls;
+    const bool fails = first != 0 && (allocations.failsFromThere ? call >= first : call == first);
+    if (fails)
+        errno = ENOMEM;
+    return !fails;
+}
+
+static void *given(void *block)
+{
+    if (allocations.isOn && block != nullptr)
+        ++allocations.held;
+    return block;
+}
+
 extern "C" {
+
+// The C library's own allocator, under the names that it keeps for those who replace malloc.
 void *__libc_malloc(size_t size);
 void *__libc_calloc(size_t count, size_t size);
 void *__libc_realloc(void *block, size_t size);
 void *__libc_memalign(size_t alignment, size_t size);
 void __libc_free(void *block);
-}
-
-namespace svgtool::test {
-namespace {
-
-    // Of this thread; nothing here allocates.
-    struct State
-    {
-        bool isWatching = false;
-        bool failsOn = false;
-        size_t failing = 0;
-        size_t calls = 0;
-        long held = 0;
-    };
-    thread_local State state;
-
-    bool mayGive()
-    {
-        if (!state.isWatching)
-            return true;
-        ++state.calls;
-        const bool fails = state.failing != 0
-                && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
-        if (fails)
-            errno = ENOMEM;
-        return !fails;
-    }
-
-    void *given(void *block)
-    {
-        if (state.isWatching && block != nullptr)
-            ++state.held;
-        return block;
-    }
-
-} // namespace
-
-FailingAllocator::FailingAllocator(size_t failing, Scarcity scarcity)
-{
-    state = { true, scarcity == Scarcity::EveryCallFromThere, failing, 0, 0 };
-}
-
-FailingAllocator::~FailingAllocator()
-{
-    state = {};
-}
-
-void FailingAllocator::stopFailing()
-{
-    state.failing = 0;
-}
-
-size_t FailingAllocator::calls() const
-{
-    return state.calls;
-}
-
-long FailingAllocator::blocksHeld() const
-{
-    return state.held;
-}
-
-} // namespace svgtool::test
-
-using namespace svgtool::test;
 
 // These stand in for the C library's in the whole program, Qt and the C++ library included.
-extern "C" {
-
 void *malloc(size_t size)
 {
     return mayGive() ? given(__libc_malloc(size)) : nullptr;
@@ -91,9 +52,7 @@ void *calloc(size_t count, size_t size)
 
 void *realloc(void *block, size_t size)
 {
-    if (!mayGive())
-        return nullptr;
-    void *const moved = __libc_realloc(block, size);
+    void *const moved = mayGive() ? __libc_realloc(block, size) : nullptr;
     return block == nullptr ? given(moved) : moved;
 }
 
@@ -115,8 +74,8 @@ int posix_memalign(void **block, size_t alignment, size_t size)
 
 void free(void *block)
 {
-    if (state.isWatching && block != nullptr)
-        --state.held;
+    if (allocations.isOn && block != nullptr)
+        --allocations.held;
     __libc_free(block);
 }
 }
