@@ -36,11 +36,11 @@ TEST(RecordedOutput, IsUnchanged)
     const QString wmfRecords = recordsOf("every-wmf.txt");
     const WmfBuilder placeable = WmfBuilder().placeable(0, 0, 3000, 2000, 96);
     const std::pair<Metafile, const char *> cases[] = {
-        { emf(emfRecords), "02dbfe76b9449f18bd3d53b273012d852d0b6115d23c5085c6f09226e2cb852b" },
+        { emf(emfRecords), "a66aa9877ff8c87f0ebbac2a43fec0c6246287b394e25bd4c51353b8eb286f3f" },
         { emf("mapMode 8; windowExt 300 200; windowOrg 5 7;" + emfRecords),
-          "87c6d025bad74cc3741988a0fad3d00b727b06fdf91e450cc36b7c5f80d68d95" },
+          "f64f2f3dbdbcca0707e15e459d2f201bf7d1db154965a0e633e4dcd5734094d4" },
         { emf("mapMode 8; windowExt 300 200; viewportExt 1000 900;" + emfRecords),
-          "ab0dd7197dd35a80cd100a202311e8bc5b80677ad2c8e86deac3fbd929c7543d" },
+          "a61825281b351fee6f58bfe2390ed2edbf70e5f8d573c4af312923f7dbe9cec2" },
         { wmf(wmfRecords, WmfBuilder()),
           "218f5186ab64ebe5fcc5d881fbaecadb6c1378bd842e23c86007787552f4126e" },
         { wmf("windowOrg 7 5; windowExt 900 1200;" + wmfRecords, placeable),
