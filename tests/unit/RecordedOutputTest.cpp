@@ -39,7 +39,7 @@ TEST(RecordedOutput, IsUnchanged)
         { emf(emfRecords), "a66aa9877ff8c87f0ebbac2a43fec0c6246287b394e25bd4c51353b8eb286f3f" },
         { emf("mapMode 8; windowExt 300 200; windowOrg 5 7;" + emfRecords),
           "f64f2f3dbdbcca0707e15e459d2f201bf7d1db154965a0e633e4dcd5734094d4" },
-        { emf("mapMode 8; windowExt 300 200; viewportExt 1000 900;" + emfRecords),
+        { emf("mapMode 8; viewportOrg 9 8; windowExt 300 200; viewportExt 1000 900;" + emfRecords),
           "a61825281b351fee6f58bfe2390ed2edbf70e5f8d573c4af312923f7dbe9cec2" },
         { wmf(wmfRecords, WmfBuilder()),
           "218f5186ab64ebe5fcc5d881fbaecadb6c1378bd842e23c86007787552f4126e" },
