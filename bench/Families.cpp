@@ -74,27 +74,25 @@ namespace {
 
     using Edges = std::array<int, 4>;
 
-    // A region's length behind @p head, what else the record says of its use, and its data.
+    // The data of a region.
     template<class RectAt>
-    QByteArray region(std::initializer_list<qint64> head, int rects,
-                      std::initializer_list<qint64> use, RectAt rectAt)
+    QByteArray region(int rects, RectAt rectAt)
     {
-        ByteWriter body;
-        body.u32s(head).u32(32 + 16 * rects).u32s(use);
-        body.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
+        ByteWriter data;
+        data.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
         for (int i = 0; i < rects; ++i)
             for (const int edge : rectAt(i))
-                body.u32(edge);
-        return body.result();
+                data.u32(edge);
+        return data.result();
     }
 
-    // Eight bands below one another.
-    QByteArray bands(std::initializer_list<qint64> head, qint64 use, Coordinates &next)
+    // Bands below one another, behind what a record says of their use.
+    QByteArray bands(std::initializer_list<qint64> use, Coordinates &next)
     {
-        return region(head, 8, { use }, [&next](int i) {
-            const int x = next();
-            return Edges{ x, 100 * i, x + 500, 100 * i + 80 };
-        });
+        return ByteWriter().u32s(use).result() + region(8, [&next](int i) {
+                   const int x = next();
+                   return Edges{ x, 100 * i, x + 500, 100 * i + 80 };
+               });
     }
 
     // A frame around the black squares of a board of 128 columns.
@@ -105,7 +103,8 @@ namespace {
             const int y = i / 64 * 4;
             return Edges{ x, y, x + 4, y + 4 };
         };
-        return EmfBuilder().record(72, region({ 0, 0, 0, 0 }, count, { 0, 1, 1 }, square)).build();
+        const ByteWriter use = ByteWriter().u32s({ 0, 0, 0, 0, 32 + 16 * count, 0, 1, 1 });
+        return EmfBuilder().record(72, use.result() + region(count, square)).build();
     }
 
     // A bitmap of 8 by 8 pixels of 24 bits.
@@ -143,11 +142,11 @@ namespace {
     }
     void addEmfRegion(EmfBuilder &emf, Coordinates &next)
     {
-        emf.record(71, bands({ 0, 0, 0, 0 }, 0, next));
+        emf.record(71, bands({ 0, 0, 0, 0, 160, 0 }, next));
     }
     void addEmfClip(EmfBuilder &emf, Coordinates &next)
     {
-        emf.record(75, bands({}, 5, next)).record(43, next.words(4, false));
+        emf.record(75, bands({ 160, 5 }, next)).record(43, next.words(4, false));
     }
     void addEmfBitmap(EmfBuilder &emf, Coordinates &next)
     {
