@@ -1,7 +1,6 @@
 // What a conversion makes of headers, with few records or none behind them, through each way in.
 
 #include "emf/Emf2SVG.h"
-#include "svg/SVGWriter.h"
 #include "svgtool/SVGTool.h"
 #include "unit/Cases.h"
 #include "wmf/Wmf2SVG.h"
@@ -24,7 +23,7 @@ QByteArray sizedEmf(std::array<int, 4> frame, std::array<int, 4> device = { 1, 1
 
 TEST(EntryPoints, MakeEmptyDocumentsOrKeepWhatTheCallerHad)
 {
-    constexpr int kOutOfRange = std::numeric_limits<int>::min();
+    constexpr int kNone = std::numeric_limits<int>::min();
     const auto placed = [](int left, int top, int right, int bottom, int inch = 96) {
         return WmfBuilder().placeable(left, top, right, bottom, inch);
     };
@@ -55,10 +54,8 @@ TEST(EntryPoints, MakeEmptyDocumentsOrKeepWhatTheCallerHad)
         { "negative half rounds up", sizedEmf({ 0, 0, -250, -251 }), 1, -2, -3 },
         // 4 pixels a millimetre across, 2 down, over 31.75 by 12.5 mm.
         { "resolution", sizedEmf({ 100, 200, 3275, 1450 }, { 1280, 480, 320, 240 }), 1, 127, 25 },
-        { "no millimetres", sizedEmf({ 0, 0, 9, 9 }, { 1000, 0, 0, 0 }), 1, kOutOfRange,
-          kOutOfRange },
-        { "too large", sizedEmf({ 0, 0, 0x7FFFFFFF, 100 }, { 0x7FFFFFFF, 1, 1, 1 }), 1, kOutOfRange,
-          1 },
+        { "no millimetres", sizedEmf({ 0, 0, 9, 9 }, { 1000, 0, 0, 0 }), 1, kNone, kNone },
+        { "too large", sizedEmf({ 0, 0, 0x7FFFFFFF, 100 }, { 0x7FFFFFFF, 1, 1, 1 }), 1, kNone, 1 },
 
         { "WMF", WmfBuilder().build(), 2, 1024, 768 },
         { "no records", WmfBuilder().withoutEnd().build(), 2, 1024, 768 },
@@ -68,7 +65,7 @@ TEST(EntryPoints, MakeEmptyDocumentsOrKeepWhatTheCallerHad)
         { "truncated toward zero", placed(10, 5, 1009, 490, 1000).build(), 2, 95, 46 },
         { "upside down", placed(100, 50, 0, 0).build(), 2, -100, -50 },
         { "difference wraps", placed(-30000, 0, 30000, 1).build(), 2, -5536, 1 },
-        { "no resolution", placed(0, 0, 5, 5, 0).build(), 2, kOutOfRange, kOutOfRange },
+        { "no resolution", placed(0, 0, 5, 5, 0).build(), 2, kNone, kNone },
     };
     for (const auto &[name, bytes, result, width, height] : cases) {
         QByteArray svg("before");
@@ -144,18 +141,6 @@ TEST(Dump, ListsHandledAndNamedRecordsOfAWmf)
     };
     EXPECT_EQ(dumpOf(file, 18, 2, convertRecords),
               "#Start Of File\n\nMETA_ARC\nMETA_SETMAPMODE\nMETA_ELLIPSE\n\nEnd of File\n\n");
-}
-
-TEST(Writer, FallsBackToTheStyleOfTheStart)
-{
-    CMySVGWriter writer;
-    writer.DrawRect(1, 2, 3, 4, QString(), 0, 0);
-    writer.DrawEllipse(1, 2, 3, 5, QString());
-    writer.DrawLine(1, -2147483647 - 1, 2147483647, 4, QStringLiteral("S"));
-    EXPECT_EQ(writer.takeDocument().toStdString(),
-              rect(1, 2, 3, 4, FALLBACK_STYLE)
-                      + "<ellipse cx=\"1\" cy = \"2\" rx = \"3\" ry = \"5 \" " FALLBACK_STYLE "/>\n"
-                      + line(1, -2147483648, 2147483647, 4, "S"));
 }
 
 // Brushes of other kinds under the same index leave the old definition alone.
