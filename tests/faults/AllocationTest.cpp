@@ -51,7 +51,7 @@ namespace {
     {
         QByteArray metafile;
         qint32 success;
-        bool failsFromThere;
+        Scarcity scarcity;
         QByteArray whole = {};
     };
 
@@ -61,21 +61,21 @@ namespace {
     {
         const QByteArray before("what the caller had");
         QByteArray svg = before;
-        allocations = { true, failing, shortage.failsFromThere };
+        FailingAllocator allocator(failing, shortage.scarcity);
         const qint32 result = ConvertMetaFileToSVG(shortage.metafile, svg);
-        const bool hasFailed = allocations.calls >= failing;
-        allocations.firstFailing = 0;
+        const bool hasFailed = allocator.calls() >= failing;
+        allocator.stopFailing();
         endLogLines();
-        allocations.isOn = false;
         // A document handed back is the caller's.
         const bool isOurs = svg.capacity() != 0 && svg.constData() != before.constData();
+        const long held = allocator.blocksHeld() - (isOurs ? 1 : 0);
         const bool isWhole = result == shortage.success && svg == shortage.whole;
         // A line of the log is all that may fail without notice.
         EXPECT_TRUE(
                 isWhole
                 || (hasFailed && (result == SvgToolUnusableInput || result == SvgToolException)));
         EXPECT_TRUE(isWhole || svg == before || shortage.whole.startsWith(svg));
-        return hasFailed ? std::optional<long>(allocations.held - (isOurs ? 1 : 0)) : std::nullopt;
+        return hasFailed ? std::optional(held) : std::nullopt;
     }
 
     void expectNothingLeft(Shortage shortage)
@@ -101,10 +101,10 @@ namespace {
     TEST(AllocationFailure, LeavesNothingBehind)
     {
         const SilentLogs silence;
-        for (const bool failsFromThere : { false, true }) {
-            SCOPED_TRACE(failsFromThere ? "from one call on" : "of one call");
-            expectNothingLeft({ smallEmf(), SvgToolEmfConverted, failsFromThere });
-            expectNothingLeft({ smallWmf(), SvgToolWmfConverted, failsFromThere });
+        for (const Scarcity scarcity : { Scarcity::OneCall, Scarcity::EveryCallFromThere }) {
+            SCOPED_TRACE(scarcity == Scarcity::OneCall ? "of one call" : "from one call on");
+            expectNothingLeft({ smallEmf(), SvgToolEmfConverted, scarcity });
+            expectNothingLeft({ smallWmf(), SvgToolWmfConverted, scarcity });
         }
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });

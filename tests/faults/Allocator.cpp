@@ -3,21 +3,53 @@
 #include <cerrno>
 #include <cstdlib>
 
+// Of this thread; nothing here allocates.
+struct State
+{
+    bool isWatching = false;
+    bool failsOn = false;
+    size_t failing = 0;
+    size_t calls = 0;
+    long held = 0;
+};
+static thread_local State state;
+
 namespace svgtool::test {
 
-thread_local Allocations allocations;
+FailingAllocator::FailingAllocator(size_t failing, Scarcity scarcity)
+{
+    state = { true, scarcity == Scarcity::EveryCallFromThere, failing, 0, 0 };
+}
+
+FailingAllocator::~FailingAllocator()
+{
+    state = {};
+}
+
+void FailingAllocator::stopFailing()
+{
+    state.failing = 0;
+}
+
+size_t FailingAllocator::calls() const
+{
+    return state.calls;
+}
+
+long FailingAllocator::blocksHeld() const
+{
+    return state.held;
+}
 
 } // namespace svgtool::test
 
-using svgtool::test::allocations;
-
 static bool mayGive()
 {
-    if (!allocations.isOn)
+    if (!state.isWatching)
         return true;
-    const size_t first = allocations.firstFailing;
-    const size_t call = ++allocations.calls;
-    const bool fails = first != 0 && (allocations.failsFromThere ? call >= first : call == first);
+    ++state.calls;
+    const bool fails = state.failing != 0
+            && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
     if (fails)
         errno = ENOMEM;
     return !fails;
@@ -25,8 +57,8 @@ static bool mayGive()
 
 static void *given(void *block)
 {
-    if (allocations.isOn && block != nullptr)
-        ++allocations.held;
+    if (state.isWatching && block != nullptr)
+        ++state.held;
     return block;
 }
 
@@ -74,8 +106,8 @@ int posix_memalign(void **block, size_t alignment, size_t size)
 
 void free(void *block)
 {
-    if (allocations.isOn && block != nullptr)
-        --allocations.held;
+    if (state.isWatching && block != nullptr)
+        --state.held;
     __libc_free(block);
 }
 }

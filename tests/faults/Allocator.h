@@ -4,16 +4,27 @@
 
 namespace svgtool::test {
 
-/// While it is on, a thread's calls of malloc and its kin are counted, some of them give nothing,
-/// and what they gave is watched.
-struct Allocations
+/// Whether calls after the first failing one fail too.
+enum class Scarcity { OneCall, EveryCallFromThere };
+
+/// While it lives, this thread's calls of malloc and its kin are counted, the n-th of them gives
+/// nothing, and what they gave is watched.
+class FailingAllocator
 {
-    bool isOn = false;
-    size_t firstFailing = 0; ///< from 1 on; 0 for none
-    bool failsFromThere = false; ///< not that call only
-    size_t calls = 0; ///< so far
-    long held = 0; ///< blocks given and not taken back; one from before that was counts minus one
+public:
+    /// @param failing  number of the call that fails, from 1 on; 0 for none
+    FailingAllocator(size_t failing, Scarcity scarcity);
+    ~FailingAllocator();
+    FailingAllocator(const FailingAllocator &) = delete;
+    FailingAllocator &operator=(const FailingAllocator &) = delete;
+
+    /// From now on calls only count.
+    void stopFailing();
+    /// Calls so far.
+    size_t calls() const;
+    /// Blocks that were given and not taken back; a block from before that was taken back counts
+    /// as minus one.
+    long blocksHeld() const;
 };
-extern thread_local Allocations allocations;
 
 } // namespace svgtool::test
