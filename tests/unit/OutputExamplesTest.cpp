@@ -1,48 +1,247 @@
-// The examples of docs/output.md, which says how they are written.
+// The examples of docs/output.md and of the files in tests/golden, whose README says how they are
+// written: each one is a test.
 
+#include "support/Bitmaps.h"
+#include "svgtool/SVGInspect.h"
+#include "svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
+#include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringList>
+#include <QTemporaryDir>
+
+#include <map>
+#include <sstream>
+#include <vector>
 
 using namespace svgtool;
 using namespace svgtool::test;
 
 namespace {
 
-TEST(OutputExamples, AreExact)
+// A block of records, or of a bitmap, and the block that says what becomes of it.
+struct Example
 {
-    QFile file(QStringLiteral(SVGTOOL_DOCS_DIR "/output.md"));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    std::string name;
+    std::string place;
+    QString kind;
+    QString script;
+    QString expectedKind = {};
+    std::string expected = {};
+};
+
+void PrintTo(const Example &example, std::ostream *out)
+{
+    *out << example.name;
+}
+
+// A heading as a part of a test's name: "Arcs of no extent" is "ArcsOfNoExtent".
+QString camelCase(const QString &heading)
+{
+    static const QRegularExpression kOther(QStringLiteral("[^A-Za-z0-9]+"));
+    QString name;
+    for (const QString &word : heading.split(kOther))
+        name += word.left(1).toUpper() + word.mid(1);
+    return name;
+}
+
+std::string shown(const QStringList &block)
+{
+    return (block.join(QLatin1Char('\n')) + QLatin1Char('\n'))
+            .mid(block.isEmpty() ? 1 : 0)
+            .replace(QStringLiteral("␄\n"), QString())
+            .replace(QStringLiteral("␣"), QStringLiteral(" "))
+            .replace(QStringLiteral("⇥"), QStringLiteral("\t"))
+            .replace(QStringLiteral("␍"), QStringLiteral("\r"))
+            .toStdString();
+}
+
+// Blocks that are out of place become examples, too, which fail.
+std::vector<Example> examplesOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    QString records;
-    bool isEmf = false;
-    int examples = 0;
+    const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
+    std::vector<Example> examples;
+    std::map<QString, int> names;
+    QString heading;
+    QString before;
+    size_t answered = 0;
     for (int i = 0; i < lines.size(); ++i) {
-        const QString fence = lines[i];
-        if (!fence.startsWith(QLatin1String("```")))
+        if (lines[i].startsWith(QLatin1Char('#'))) {
+            heading = camelCase(lines[i]);
+            if (!lines[i].startsWith(QLatin1String("###")))
+                before.clear();
+        }
+        if (!lines[i].startsWith(QLatin1String("```")))
             continue;
-        SCOPED_TRACE("output.md:" + std::to_string(i + 1));
+        QString kind = lines[i].mid(3);
+        const int place = i + 1;
         QStringList block;
         while (++i < lines.size() && lines[i] != QLatin1String("```"))
             block += lines[i];
-        if (fence != QLatin1String("```svg")) {
-            ASSERT_TRUE(fence == QLatin1String("```emf") || fence == QLatin1String("```wmf"));
-            isEmf = fence == QLatin1String("```emf");
-            records = block.join(QLatin1Char('\n'));
-            continue;
+        if (i == lines.size())
+            kind += QStringLiteral(" without an end");
+        const QString text = block.join(QLatin1Char('\n'));
+        const bool isAnswer = QStringList{ QStringLiteral("svg"), QStringLiteral("tally"),
+                                           QStringLiteral("dump") }
+                                      .contains(kind);
+        if (kind == QLatin1String("before")) {
+            before = text + QLatin1Char('\n');
+        } else if (isAnswer && answered < examples.size()) {
+            for (; answered < examples.size(); ++answered) {
+                examples[answered].expectedKind = kind;
+                examples[answered].expected = shown(block);
+            }
+        } else {
+            QString name = page + QLatin1Char('_') + heading;
+            if (const int number = ++names[name]; number > 1)
+                name += QLatin1Char('_') + QString::number(number);
+            examples.push_back({ name.toStdString(),
+                                 path.toStdString() + ':' + std::to_string(place), kind,
+                                 before + text });
         }
-        block += QString();
-        const QString expected = block.join(QLatin1Char('\n'))
-                                         .replace(QStringLiteral("␣"), QStringLiteral(" "))
-                                         .replace(QStringLiteral("⇥"), QStringLiteral("\t"));
-        const Conversion conversion = convert(isEmf ? emf(records).build() : wmf(records).build());
-        EXPECT_EQ(conversion.result, isEmf ? 1 : 2);
-        const bool isWhole = expected.startsWith(QLatin1String("<?xml"));
-        EXPECT_EQ(isWhole ? conversion.text : conversion.body(), expected.toStdString());
-        ++examples;
     }
-    EXPECT_GE(examples, 20);
+    return examples;
+}
+
+std::vector<Example> allExamples(const QString &folder, const QString &pages)
+{
+    std::vector<Example> examples;
+    for (const QString &name : QDir(folder).entryList({ pages }, QDir::Files, QDir::Name))
+        for (const Example &example : examplesOf(folder + QLatin1Char('/') + name))
+            examples.push_back(example);
+    return examples;
+}
+
+std::vector<Example> documented()
+{
+    return allExamples(QStringLiteral(SVGTOOL_DOCS_DIR), QStringLiteral("output.md"));
+}
+
+std::vector<Example> golden()
+{
+    return allExamples(QStringLiteral(SVGTOOL_GOLDEN_DIR), QStringLiteral("*.md"));
+}
+
+// The whole of a bitmap drawn by an EMF and, unless its usage is one that only an EMF has, by a
+// 16-bit record, which holds it in one piece. Without a placeable header a pixel is 15 units.
+std::vector<QByteArray> filesOfBitmap(const QString &bitmap)
+{
+    const QString definition = QStringLiteral("bitmap it ") + bitmap;
+    const qint64 width = bitmap.section(QLatin1Char(' '), 0, 0).toLongLong();
+    const qint64 height = qAbs(bitmap.section(QLatin1Char(' '), 1, 1).toLongLong());
+    const QString size = QStringLiteral("0,0,%1,%2").arg(width).arg(height);
+    std::vector<QByteArray> files{
+        emf(definition + QStringLiteral("\nstretchDib it to=%1 from=%1").arg(size)).build()
+    };
+    const QString usage = bitmap.section(QStringLiteral("usage="), 1).left(1);
+    if (usage != QLatin1String("2"))
+        files.push_back(wmf(QStringLiteral("file bare\n") + definition
+                            + QStringLiteral("\n0x0F43 0x0020,0x00CC %1 %2 %3 0 0 %4 %5 1 0 @it")
+                                      .arg(usage.isEmpty() ? QStringLiteral("0") : usage)
+                                      .arg(height)
+                                      .arg(width)
+                                      .arg(height * 15)
+                                      .arg(width * 15))
+                                .build());
+    return files;
+}
+
+std::vector<QByteArray> filesOf(const Example &example)
+{
+    if (example.kind == QLatin1String("emf"))
+        return { emf(example.script).build() };
+    if (example.kind == QLatin1String("wmf"))
+        return { wmf(example.script).build() };
+    if (example.kind == QLatin1String("bitmap"))
+        return filesOfBitmap(example.script);
+    return {};
+}
+
+// The document, whole or without its head and tail.
+std::string svgOf(const QByteArray &file, bool isWhole)
+{
+    const Conversion conversion = convert(file);
+    EXPECT_EQ(conversion.result, file.mid(40, 4) == " EMF" ? 1 : 2);
+    if (isWhole)
+        return conversion.text;
+    const std::string body = conversion.body();
+    // A WMF without a placeable header has a size of its own.
+    return withPixels(body == conversion.text ? conversion.body(1024, 768) : body);
+}
+
+// What became of each record, told of a file that converts alike when nothing is counted.
+std::string tallyOf(const QByteArray &file)
+{
+    static constexpr const char *kOutcomes[] = { "drawn", "approximated", "skipped", "neutral" };
+    static constexpr const char *kStops[] = { "none",  "end", "count", "length",
+                                              "ended", "cut", "size" };
+    QByteArray plain;
+    QByteArray counted;
+    svgtool::RecordTally tally;
+    const qint32 result = convertMetaFile(file, counted, &tally);
+    EXPECT_GT(result, 0);
+    EXPECT_EQ(ConvertMetaFileToSVG(file, plain), result);
+    EXPECT_EQ(plain, counted);
+    const MetafileFormat format = inspectMetaFile(file).format;
+    std::ostringstream text;
+    for (const RecordTally::Line &line : tally.lines())
+        text << recordName(format, line.type).toStdString() << ' '
+             << kOutcomes[size_t(line.outcome)] << ' ' << line.count << " @" << line.firstOffset
+             << '\n';
+    const RecordTally::Stop &stop = tally.stop();
+    text << kStops[size_t(stop.reason)] << ' ' << stop.record << " @" << stop.offset << '\n';
+    return text.str();
+}
+
+std::string dumpOf(const QByteArray &file)
+{
+    const QTemporaryDir folder;
+    QFile dump(folder.filePath(QStringLiteral("dump")));
+    QString reason;
+    QByteArray svg;
+    EXPECT_TRUE(startRecordDump(dump.fileName(), &reason)) << reason.toStdString();
+    EXPECT_GT(convertMetaFile(file, svg, nullptr), 0);
+    EXPECT_TRUE(stopRecordDump(&reason)) << reason.toStdString();
+    EXPECT_TRUE(dump.open(QIODevice::ReadOnly));
+    return dump.readAll().toStdString();
+}
+
+class Output : public testing::TestWithParam<Example>
+{
+};
+
+TEST_P(Output, IsExact)
+{
+    const Example &example = GetParam();
+    SCOPED_TRACE(example.place);
+    const std::vector<QByteArray> files = filesOf(example);
+    ASSERT_FALSE(files.empty()) << "a block out of place: " << example.kind.toStdString();
+    ASSERT_FALSE(example.expectedKind.isEmpty()) << "nothing says what becomes of the block";
+    for (const QByteArray &file : files) {
+        if (example.expectedKind == QLatin1String("tally"))
+            EXPECT_EQ(tallyOf(file), example.expected);
+        else if (example.expectedKind == QLatin1String("dump"))
+            EXPECT_EQ(dumpOf(file), example.expected);
+        else
+            EXPECT_EQ(svgOf(file, example.expected.rfind("<?xml", 0) == 0), example.expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),
+                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden()),
+                         testing::PrintToStringParamName());
+
+TEST(Output, HasItsExamples)
+{
+    EXPECT_GE(documented().size(), 25U);
+    EXPECT_GE(golden().size(), 250U);
 }
 
 } // namespace
