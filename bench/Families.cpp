@@ -17,13 +17,13 @@ namespace {
     class Coordinates
     {
     public:
-        int next() { return int(m_random() % 10000); }
+        int operator()() { return int(m_random() % 10000); }
 
         QByteArray words(int count, bool is16Bit)
         {
             ByteWriter writer;
             for (int i = 0; i < count; ++i)
-                is16Bit ? writer.u16(next()) : writer.u32(next());
+                is16Bit ? writer.u16((*this)()) : writer.u32((*this)());
             return writer.result();
         }
 
@@ -72,76 +72,27 @@ namespace {
         return emf.record(39, { 2, 0, 0x654321, 0 }).record(37, { 2 });
     }
 
-    void addEmfRectangle(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        const int x = coordinates.next();
-        const int y = coordinates.next();
-        emf.record(43, { x, y, x + coordinates.next(), y + coordinates.next() });
-    }
-
-    const char kText[] = "Widths & heights, 100 % ";
-
-    void addEmfText(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        const int x = coordinates.next();
-        const QString text = QString::fromLatin1(kText).trimmed();
-        emf.record(84, TextRecord{ x, coordinates.next(), text }.body());
-    }
-
-    void addWmfText(WmfBuilder &wmf, Coordinates &coordinates)
-    {
-        const int y = coordinates.next();
-        const int size = int(sizeof kText) - 1;
-        wmf.record(0x0A32,
-                   ByteWriter().u16s({ y, coordinates.next(), size, 0 }).bytes(kText).result());
-    }
-
-    void addEmfPen(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        emf.record(38, { 1, 1, 2, 0, coordinates.next() }).record(37, { 1 });
-        emf.record(54, coordinates.words(2, false)).record(40, { 1 });
-    }
-
-    void addWmfPen(WmfBuilder &wmf, Coordinates &coordinates)
-    {
-        wmf.record(0x02FA, { 1, 2, 0, coordinates.next(), 0 }).record(0x012D, { 0 });
-        wmf.record(0x0213, coordinates.words(2, true)).record(0x01F0, { 0 });
-    }
-
     using Edges = std::array<int, 4>;
 
-    // A region's length behind @p head, what else the record says of its use, and its data.
+    // The data of a region.
     template<class RectAt>
-    QByteArray region(std::initializer_list<qint64> head, int rects,
-                      std::initializer_list<qint64> use, RectAt rectAt)
+    QByteArray region(int rects, RectAt rectAt)
     {
-        ByteWriter body;
-        body.u32s(head).u32(32 + 16 * rects).u32s(use);
-        body.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
+        ByteWriter data;
+        data.u32s({ 32, 1, rects, 16 * rects, 0, 0, 10000, 10000 });
         for (int i = 0; i < rects; ++i)
             for (const int edge : rectAt(i))
-                body.u32(edge);
-        return body.result();
+                data.u32(edge);
+        return data.result();
     }
 
-    // Bands below one another.
-    auto bands(Coordinates &coordinates)
+    // Bands below one another, behind what a record says of their use.
+    QByteArray bands(std::initializer_list<qint64> use, Coordinates &next)
     {
-        return [&coordinates](int i) {
-            const int x = coordinates.next();
-            return Edges{ x, 100 * i, x + 500, 100 * i + 80 };
-        };
-    }
-
-    void addEmfRegion(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        emf.record(71, region({ 0, 0, 0, 0 }, 8, { 0 }, bands(coordinates)));
-    }
-
-    void addEmfClip(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        emf.record(75, region({}, 8, { 5 }, bands(coordinates)));
-        emf.record(43, coordinates.words(4, false));
+        return ByteWriter().u32s(use).result() + region(8, [&next](int i) {
+                   const int x = next();
+                   return Edges{ x, 100 * i, x + 500, 100 * i + 80 };
+               });
     }
 
     // A frame around the black squares of a board of 128 columns.
@@ -152,28 +103,61 @@ namespace {
             const int y = i / 64 * 4;
             return Edges{ x, y, x + 4, y + 4 };
         };
-        return EmfBuilder().record(72, region({ 0, 0, 0, 0 }, count, { 0, 1, 1 }, square)).build();
+        const ByteWriter use = ByteWriter().u32s({ 0, 0, 0, 0, 32 + 16 * count, 0, 1, 1 });
+        return EmfBuilder().record(72, use.result() + region(count, square)).build();
     }
 
     // A bitmap of 8 by 8 pixels of 24 bits.
-    Dib bitmap(Coordinates &coordinates)
+    Dib bitmap(Coordinates &next)
     {
-        return { DibHead{ 8, 8, 24 }.info(), coordinates.words(96, true) };
+        return { DibHead{ 8, 8, 24 }.info(), next.words(96, true) };
     }
 
-    void addEmfBitmap(EmfBuilder &emf, Coordinates &coordinates)
-    {
-        const int x = coordinates.next();
-        const int y = coordinates.next();
-        emf.record(81, stretchDib(bitmap(coordinates), { x, y, 40, 40 }, { 0, 0, 8, 8 }));
-    }
+    // Groups of records. Arguments in braces are evaluated in their order.
 
-    void addWmfBitmap(WmfBuilder &wmf, Coordinates &coordinates)
+    void addEmfRectangle(EmfBuilder &emf, Coordinates &next)
+    {
+        const qint64 x = next(), y = next();
+        emf.record(43, { x, y, x + next(), y + next() });
+    }
+    void addEmfText(EmfBuilder &emf, Coordinates &next)
+    {
+        const TextRecord text{ next(), next(), QStringLiteral("Widths & heights, 100 %") };
+        emf.record(84, text.body());
+    }
+    void addWmfText(WmfBuilder &wmf, Coordinates &next)
+    {
+        const QByteArray text("Widths & heights, 100 % ");
+        wmf.record(0x0A32, ByteWriter().u16s({ next(), next(), 24, 0 }).bytes(text).result());
+    }
+    void addEmfPen(EmfBuilder &emf, Coordinates &next)
+    {
+        emf.record(38, { 1, 1, 2, 0, next() }).record(37, { 1 });
+        emf.record(54, next.words(2, false)).record(40, { 1 });
+    }
+    void addWmfPen(WmfBuilder &wmf, Coordinates &next)
+    {
+        wmf.record(0x02FA, { 1, 2, 0, next(), 0 }).record(0x012D, { 0 });
+        wmf.record(0x0213, next.words(2, true)).record(0x01F0, { 0 });
+    }
+    void addEmfRegion(EmfBuilder &emf, Coordinates &next)
+    {
+        emf.record(71, bands({ 0, 0, 0, 0, 160, 0 }, next));
+    }
+    void addEmfClip(EmfBuilder &emf, Coordinates &next)
+    {
+        emf.record(75, bands({ 160, 5 }, next)).record(43, next.words(4, false));
+    }
+    void addEmfBitmap(EmfBuilder &emf, Coordinates &next)
+    {
+        const Box to{ next(), next(), 40, 40 };
+        emf.record(81, stretchDib(bitmap(next), to, { 0, 0, 8, 8 }));
+    }
+    void addWmfBitmap(WmfBuilder &wmf, Coordinates &next)
     {
         ByteWriter body;
-        body.u32(kSourceCopy).u16s({ 0, 8, 8, 0, 0, 40, 40, coordinates.next() });
-        wmf.record(0x0F43,
-                   body.u16(coordinates.next()).bytes(bitmap(coordinates).packed()).result());
+        body.u32(kSourceCopy).u16s({ 0, 8, 8, 0, 0, 40, 40, next(), next() });
+        wmf.record(0x0F43, body.bytes(bitmap(next).packed()).result());
     }
 
 } // namespace

@@ -3,49 +3,18 @@
 #include <cerrno>
 #include <cstdlib>
 
-// The C library's own allocator, under the names that it keeps for those who replace malloc.
-extern "C" {
-void *__libc_malloc(size_t size);
-void *__libc_calloc(size_t count, size_t size);
-void *__libc_realloc(void *block, size_t size);
-void *__libc_memalign(size_t alignment, size_t size);
-void __libc_free(void *block);
-}
+// Of this thread; nothing here allocates.
+struct State
+{
+    bool isWatching = false;
+    bool failsOn = false;
+    size_t failing = 0;
+    size_t calls = 0;
+    long held = 0;
+};
+static thread_local State state;
 
 namespace svgtool::test {
-namespace {
-
-    // Of this thread; nothing here allocates.
-    struct State
-    {
-        bool isWatching = false;
-        bool failsOn = false;
-        size_t failing = 0;
-        size_t calls = 0;
-        long held = 0;
-    };
-    thread_local State state;
-
-    bool mayGive()
-    {
-        if (!state.isWatching)
-            return true;
-        ++state.calls;
-        const bool fails = state.failing != 0
-                && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
-        if (fails)
-            errno = ENOMEM;
-        return !fails;
-    }
-
-    void *given(void *block)
-    {
-        if (state.isWatching && block != nullptr)
-            ++state.held;
-        return block;
-    }
-
-} // namespace
 
 FailingAllocator::FailingAllocator(size_t failing, Scarcity scarcity)
 {
@@ -74,11 +43,35 @@ long FailingAllocator::blocksHeld() const
 
 } // namespace svgtool::test
 
-using namespace svgtool::test;
+static bool mayGive()
+{
+    if (!state.isWatching)
+        return true;
+    ++state.calls;
+    const bool fails = state.failing != 0
+            && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
+    if (fails)
+        errno = ENOMEM;
+    return !fails;
+}
 
-// These stand in for the C library's in the whole program, Qt and the C++ library included.
+static void *given(void *block)
+{
+    if (state.isWatching && block != nullptr)
+        ++state.held;
+    return block;
+}
+
 extern "C" {
 
+// The C library's own allocator, under the names that it keeps for those who replace malloc.
+void *__libc_malloc(size_t size);
+void *__libc_calloc(size_t count, size_t size);
+void *__libc_realloc(void *block, size_t size);
+void *__libc_memalign(size_t alignment, size_t size);
+void __libc_free(void *block);
+
+// These stand in for the C library's in the whole program, Qt and the C++ library included.
 void *malloc(size_t size)
 {
     return mayGive() ? given(__libc_malloc(size)) : nullptr;
@@ -91,9 +84,7 @@ void *calloc(size_t count, size_t size)
 
 void *realloc(void *block, size_t size)
 {
-    if (!mayGive())
-        return nullptr;
-    void *const moved = __libc_realloc(block, size);
+    void *const moved = mayGive() ? __libc_realloc(block, size) : nullptr;
     return block == nullptr ? given(moved) : moved;
 }
 

@@ -13,6 +13,8 @@ using namespace svgtool;
 
 namespace {
 
+using Rects = std::vector<RECTL>;
+
 // Lines as text: "x1 y1 x2 y2, " for each.
 template<class Line>
 std::string textOf(const std::list<Line> &lines)
@@ -23,7 +25,7 @@ std::string textOf(const std::list<Line> &lines)
     return text.str();
 }
 
-std::string edgesOf(const std::vector<RECTL> &rects)
+std::string edgesOf(const Rects &rects)
 {
     std::list<CLine> lines;
     EXPECT_TRUE(ConvertRgnDataToPath(rects, lines));
@@ -55,12 +57,15 @@ TEST(RegionEdges, AreExact)
 }
 
 // The list algorithm as it is told, at its quadratic cost.
-std::string plainEdges(const std::vector<RECTL> &rects)
+std::string plainEdges(const Rects &rects)
 {
     std::list<CHLine> lines;
+    std::list<CVLine> sides;
     for (const RECTL &rect : rects)
-        for (const qint32 side : { 0, 1 })
+        for (const qint32 side : { 0, 1 }) {
             lines.push_back(GetHLine(rect, side));
+            sides.push_back(GetVLine(rect, side));
+        }
     for (auto a = lines.begin(); a != lines.end();) {
         auto b = std::next(a);
         while (b != lines.end() && HSplitIfOverlap(*a, *b, lines) <= 0)
@@ -75,22 +80,25 @@ std::string plainEdges(const std::vector<RECTL> &rects)
         else
             lines.erase(b);
     }
-    std::list<CVLine> sides;
-    for (const RECTL &rect : rects)
-        for (const qint32 side : { 0, 1 })
-            sides.push_back(GetVLine(rect, side));
     return textOf(lines) + textOf(sides);
+}
+
+// The same ones in every run, with edges over @p range numbers around zero.
+Rects randomRects(std::mt19937 &random, size_t count, unsigned range)
+{
+    Rects rects(count);
+    for (RECTL &rect : rects)
+        for (qint32 *edge : { &rect.left, &rect.top, &rect.right, &rect.bottom })
+            *edge = qint32(random() % range) - 8;
+    return rects;
 }
 
 TEST(RegionEdges, AreThoseOfThePlainAlgorithm)
 {
     std::mt19937 random(7);
     for (int round = 0; round < 3000; ++round) {
-        const int range = 2 + int(random() % 20);
-        const auto coordinate = [&] { return qint32(random() % unsigned(range)) - range / 2; };
-        std::vector<RECTL> rects(round % 1000 == 1 ? 800 : random() % 25);
-        for (RECTL &rect : rects)
-            rect = { coordinate(), coordinate(), coordinate(), coordinate() };
+        Rects rects = randomRects(random, round % 1000 == 1 ? 800 : random() % 25,
+                                  2 + unsigned(random() % 20));
         // Some as they come, some as a region divides them.
         if (round % 3 == 0)
             rects = RegionToRects(RectsToRegion(rects));
@@ -99,7 +107,7 @@ TEST(RegionEdges, AreThoseOfThePlainAlgorithm)
 }
 
 // One by one, to any number of rectangles.
-QRegion plainRegion(const std::vector<RECTL> &rects)
+QRegion plainRegion(const Rects &rects)
 {
     QRegion region;
     for (const RECTL &r : rects)
@@ -111,52 +119,38 @@ TEST(Regions, AreUnitedAndDividedAsQtDoes)
 {
     std::mt19937 random(9);
     for (int round = 0; round < 300; ++round) {
-        std::vector<RECTL> rects(random() % 40);
-        for (RECTL &rect : rects) {
-            const auto edge = [&] { return qint32(random() % 30); };
-            rect = { edge(), edge(), edge(), edge() };
-        }
+        const Rects rects = randomRects(random, random() % 40, 30);
         const QRegion expected = plainRegion(rects);
         ASSERT_EQ(RectsToRegion(rects), expected) << "round " << round;
         auto part = expected.begin();
-        for (const RECTL &rect : RegionToRects(expected)) {
-            ASSERT_EQ(QRect(QPoint(rect.left, rect.top), QPoint(rect.right, rect.bottom - 1)),
-                      *part);
-            ++part;
-        }
+        for (const RECTL &r : RegionToRects(expected))
+            ASSERT_EQ(QRect(QPoint(r.left, r.top), QPoint(r.right, r.bottom - 1)), *part++);
         ASSERT_EQ(part, expected.end());
     }
 }
 
-TEST(Regions, OfManyBandsInOrderAreDividedAsQtDoes)
+TEST(Regions, OfManyRectanglesCoverTheSameArea)
 {
     // Qt leaves bands with the same columns apart when it appends to them.
-    std::vector<RECTL> rects;
-    for (qint32 y = 0; y < 20000; y += 2) {
-        rects.push_back({ 0, y, 3, y + 2 });
-        rects.push_back({ 5, y, 8, y + 2 });
-    }
-    EXPECT_EQ(RectsToRegion(rects), plainRegion(rects));
-}
+    Rects bands;
+    for (qint32 y = 0; y < 20000; y += 2)
+        for (const qint32 x : { 0, 5 })
+            bands.push_back({ x, y, x + 3, y + 2 });
+    EXPECT_EQ(RectsToRegion(bands), plainRegion(bands));
 
-TEST(Regions, OfManyInNoOrderCoverTheSameArea)
-{
     std::mt19937 random(3);
-    std::vector<RECTL> rects(4000);
-    for (RECTL &rect : rects) {
-        const auto at = [&] { return qint32(random() % 1000); };
-        const POINTL corner{ at(), at() };
-        rect = { corner.x, corner.y, corner.x + 25, corner.y + 25 };
-    }
-    EXPECT_TRUE(RectsToRegion(rects).xored(plainRegion(rects)).isEmpty());
+    Rects squares = randomRects(random, 4000, 1000);
+    for (RECTL &r : squares)
+        r = { r.left, r.top, r.left + 25, r.top + 25 };
+    EXPECT_TRUE(RectsToRegion(squares).xored(plainRegion(squares)).isEmpty());
 }
 
 TEST(Regions, ThatGrowByTheSquareAreRefused)
 {
-    std::vector<RECTL> bars;
-    for (qint32 i = 0; i < 1100; ++i) {
-        bars.push_back({ 0, 4 * i, 4400, 4 * i + 2 });
-        bars.push_back({ 4 * i, 0, 4 * i + 2, 4400 });
+    Rects bars;
+    for (qint32 i = 0; i < 4400; i += 4) {
+        bars.push_back({ 0, i, 4400, i + 2 });
+        bars.push_back({ i, 0, i + 2, 4400 });
     }
     EXPECT_THROW(RectsToRegion(bars), std::bad_alloc);
 }
