@@ -1,4 +1,4 @@
-// The examples of golden/display.md: exact text in, document for display out.
+// The examples of golden/display/Display.md: exact text in, document for display out.
 
 #include "svg/SVGDisplay.h"
 
@@ -33,7 +33,7 @@ namespace {
     // None, which fails, where a block stands outside the sections.
     std::vector<Example> examples()
     {
-        QFile file(QStringLiteral(SVGTOOL_GOLDEN_DIR "/display.md"));
+        QFile file(QStringLiteral(SVGTOOL_GOLDEN_DIR "/display/Display.md"));
         if (!file.open(QIODevice::ReadOnly))
             return {};
         static const QRegularExpression form(
