@@ -10,10 +10,6 @@
 // stays out from there on.
 
 namespace svgtool::test {
-
-// Has its cases in another program.
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Document);
-
 namespace {
 
     QByteArray smallEmf()
