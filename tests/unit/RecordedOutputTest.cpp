@@ -1,4 +1,5 @@
 #include "records/Numeric.h"
+#include "support/LogLines.h"
 #include "support/TestData.h"
 #include "unit/Cases.h"
 
@@ -56,6 +57,9 @@ TEST(RecordedOutput, IsUnchanged)
         const QByteArray text = QByteArray::fromStdString(convert(metafile).text);
         const QByteArray sum = QCryptographicHash::hash(text, QCryptographicHash::Sha256);
         EXPECT_EQ(sum.toHex().toStdString(), hash) << text.size() << " bytes";
+        // Traced, coordinates go through calls of their own.
+        linesOf(basic_logging::tracelevel, "TRACE",
+                [&file = metafile, &text] { EXPECT_EQ(convert(file).text, text.toStdString()); });
     }
 }
 
