@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <limits>
 #include <map>
+#include <memory>
 #include <string>
 
 namespace svgtool {
@@ -118,16 +119,18 @@ TEST(FontScaling, HalvesGoUpwardAndExtremesAreClamped)
 // The recorded numbers hold for these files only: Liberation 1.07.4 and DejaVu 2.37.
 static bool isInstalled(const std::string &family, int version)
 {
-    const std::string name = family + ":fontversion=" + std::to_string(version);
-    FcPattern *const pattern = FcNameParse(reinterpret_cast<const FcChar8 *>(name.c_str()));
-    FcObjectSet *const objects = FcObjectSetBuild(FC_FILE, nullptr);
-    FcFontSet *const fonts = FcFontList(nullptr, pattern, objects);
+    const std::unique_ptr<FcConfig, void (*)(FcConfig *)> config(FcInitLoadConfigAndFonts(),
+                                                                 FcConfigDestroy);
+    const std::unique_ptr<FcPattern, void (*)(FcPattern *)> pattern(
+            FcPatternBuild(nullptr, FC_FAMILY, FcTypeString, family.c_str(), FC_FONTVERSION,
+                           FcTypeInteger, version, nullptr),
+            FcPatternDestroy);
+    const std::unique_ptr<FcObjectSet, void (*)(FcObjectSet *)> objects(
+            FcObjectSetBuild(FC_FILE, nullptr), FcObjectSetDestroy);
+    const std::unique_ptr<FcFontSet, void (*)(FcFontSet *)> fonts(
+            FcFontList(config.get(), pattern.get(), objects.get()), FcFontSetDestroy);
     constexpr int kFilesOfAFamily = 4;
-    const bool isWhole = fonts != nullptr && fonts->nfont >= kFilesOfAFamily;
-    FcFontSetDestroy(fonts);
-    FcObjectSetDestroy(objects);
-    FcPatternDestroy(pattern);
-    return isWhole;
+    return fonts && fonts->nfont >= kFilesOfAFamily;
 }
 
 class ReferenceMetrics : public testing::Test
