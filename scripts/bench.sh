@@ -12,6 +12,6 @@ cmake --build --preset release --target conversion_benchmark >&2
 # kernel longer than all else, and tells nothing about this code.
 export MALLOC_MMAP_THRESHOLD_=1000000000 MALLOC_TRIM_THRESHOLD_=1000000000
 build/release/bench/conversion_benchmark --benchmark_format=console --benchmark_out_format=json \
-    --benchmark_out=build/release/bench.json --benchmark_min_time=0.2 \
-    --benchmark_filter="${1-.}" >&2
+    --benchmark_out=build/release/bench.json --benchmark_min_time=0.1 \
+    --benchmark_repetitions=5 --benchmark_filter="${1-.}" >&2
 python3 scripts/bench_table.py build/release/bench.json
