@@ -4,8 +4,8 @@
 // itself as well.
 
 #include "bench/Families.h"
+#include "exact/svgtool/SVGTool.h"
 #include "support/Corpus.h"
-#include "svgtool/SVGTool.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 #include "cli/Convert.h"
 
-#include "svg/SVGDisplay.h"
-#include "svgtool/SVGTool.h"
+#include "exact/svg/SVGDisplay.h"
+#include "exact/svgtool/SVGTool.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "svgtool/SVGInspect.h"
+#include "exact/svgtool/SVGInspect.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
 // The bitmap decoder and what is done to its pictures. The first bytes say how a record would use
 // the bitmap that follows.
 
+#include "exact/svg/SVGWriter.h"
 #include "fuzz/Harness.h"
-#include "svg/SVGWriter.h"
 
 #include <QtEndian>
 

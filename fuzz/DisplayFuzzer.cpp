@@ -1,7 +1,7 @@
 // The document for display: of what a metafile's conversion gives, and of any text.
 
+#include "exact/svg/SVGDisplay.h"
 #include "fuzz/Harness.h"
-#include "svg/SVGDisplay.h"
 
 #include <QXmlStreamReader>
 

@@ -1,7 +1,7 @@
 #include "fuzz/Harness.h"
 
+#include "exact/svgtool/SVGTool.h"
 #include "support/Corpus.h"
-#include "svgtool/SVGTool.h"
 
 // What fontconfig keeps is its own.
 extern "C" const char *__lsan_default_suppressions();

@@ -1,9 +1,9 @@
 // What holds for every document: it is well-formed, and nothing of the exact text is lost.
 
+#include "exact/svg/SVGDisplay.h"
 #include "fuzz/RecordMutator.h"
 #include "support/Conversion.h"
 #include "support/Corpus.h"
-#include "svg/SVGDisplay.h"
 
 #include <gtest/gtest.h>
 

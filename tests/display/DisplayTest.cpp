@@ -1,6 +1,6 @@
 // The examples of golden/display/Display.md: exact text in, document for display out.
 
-#include "svg/SVGDisplay.h"
+#include "exact/svg/SVGDisplay.h"
 
 #include <gtest/gtest.h>
 

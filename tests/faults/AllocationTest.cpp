@@ -1,7 +1,7 @@
 #include "faults/Allocator.h"
 
+#include "exact/svgtool/SVGTool.h"
 #include "support/Corpus.h"
-#include "svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
 #include <optional>

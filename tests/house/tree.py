@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Looks at the tree at ROOT: whether includes keep to the layers, and the documentation to files.
 
-usage: tree.py layers ROOT   Compares every include with LAYERS.
+usage: tree.py layers ROOT   Compares every include with the table of docs/architecture.md.
        tree.py selftest      Shows that it sees what it is there to see, one fault at a time.
        tree.py docs ROOT     A fenced block behind a line "`FILE`:" is that file, and the files that
                              links name exist.
@@ -13,89 +13,127 @@ import re
 import sys
 import tempfile
 
-# What a folder may include: itself, what it names, and whatever those may include.
-LAYERS = {"logging": [], "records": ["logging"], "platform": ["logging"], "geometry": ["records"],
-          "style": ["records", "platform"], "svg": ["style", "geometry"], "emf": ["svg"],
-          "wmf": ["svg"], "svgtool": ["emf", "wmf"]}
-# Programs know the installed headers and nothing else; the tool reports more than hosts can ask,
-# so it links the static core and knows one header more.
-INSTALLED = ["svgtool/SVGTool.h", "svg/SVGDisplay.h"]
-PROGRAMS = {"samples": INSTALLED, "cli": INSTALLED + ["svgtool/SVGInspect.h"]}
-FREE = ["tests", "fuzz", "bench"]  # may include anything
+INSTALLED = ["svgtool/SVGTool.h", "svg/SVGDisplay.h"]  # below exact/
 NO_CODE = "docs|scripts|cmake|build.*|out"
+WINDOWS_H = "FontEngine_Gdi.cpp"
+QT_VERSION_H = "QtCompat.h"
 
 
-def reach(folder):
-    return {folder}.union(*map(reach, LAYERS[folder]))
+class Table:
+    """The rows of the table in docs/architecture.md: what a folder may include."""
+
+    def __init__(self, root):
+        self.rows = {}
+        page = (root / "docs/architecture.md").read_text()
+        for folders, allowed in re.findall(r"^\| (`[^|]*/`) \|[^|]*\| ([^|]*) \|$", page, re.M):
+            for folder in re.findall(r"`([^`]*)/`", folders):
+                self.rows[folder] = allowed
+
+    def folder_of(self, path):
+        """Gives the row that a path lies below, the longest of them; None for none."""
+        below = [row for row in self.rows if path.startswith(row + "/")]
+        return max(below, key=len, default=None)
+
+    def reach(self, folder):
+        """Gives all folders and headers that a folder may include."""
+        reached, waiting = set(), [folder]
+        while waiting:
+            row = waiting.pop()
+            if row not in reached:
+                reached.add(row)
+                waiting += [name.rstrip("/") for name in
+                            re.findall(r"`([^`]*)`", self.rows.get(row, ""))]
+        return reached
 
 
-def include_finding(root, file, folder, quoted, name):
+def include_finding(root, table, file, quoted, name):
     """Gives what is wrong with an include, or None; and whether a file of ours is included."""
-    if name.lower() == "windows.h" and not (folder == "platform" and file.suffix == ".cpp"):
-        return f"{name} outside platform/*.cpp", False
-    if folder in FREE:
+    folder = table.folder_of(str(file.relative_to(root)))
+    if name.lower() == "windows.h" and file.name != WINDOWS_H:
+        return f"{name} outside {WINDOWS_H}", False
+    if folder.startswith(("core", "picture")) and re.match(r"Q[A-Z]|Qt", name):
+        return f"{name} of Qt below {folder}/", False
+    if table.rows[folder] == "anything":
         return None, False
     if ".." in name:
         return f"{name} hides its folder", False
-    ours = folder if (file.parent / name).exists() else name.split("/")[0]
+    path = name
     if name == "CLogSystem.h":
-        ours = "logging"
-    elif ours == name or not (root / ours).exists():
+        path = "exact/logging/" + name
+    elif (file.parent / name).exists():
+        path = str((file.parent / name).relative_to(root))
+    elif name in INSTALLED:
+        path = "exact/" + name
+    ours = table.folder_of(path)
+    if ours is None or not (root / path).exists():
         return f'"{name}" is no file of the tree' if quoted else None, False
-    if folder in PROGRAMS:
-        allowed = ours == folder or name in PROGRAMS[folder]
-        return None if allowed else f"a program includes {name}, not an installed header", True
-    return None if ours in reach(folder) else f"{folder}/ may not include {name}", True
+    reached = table.reach(folder)
+    if table.rows[folder].startswith("installed headers"):
+        reached |= {"exact/" + header for header in INSTALLED}
+    if ours in reached or path in reached:
+        return None, True
+    return f"{folder}/ may not include {name}", True
 
 
 def layers(root):
-    findings, seen = [], 0
+    findings, seen, table = [], 0, Table(root)
     for file in sorted(root.glob("*/**/*")):
-        folder = file.relative_to(root).parts[0]
-        if file.suffix not in (".h", ".cpp", ".c") or re.fullmatch(NO_CODE, folder):
+        path = str(file.relative_to(root))
+        if file.suffix not in (".h", ".cpp", ".c") or re.match(f"({NO_CODE})/", path):
             continue
-        if folder not in [*LAYERS, *PROGRAMS, *FREE]:
-            findings.append(f"{folder}/ has sources and no layer")
+        if table.folder_of(path) is None:
+            findings.append(f"{path} lies in no folder of the table")
             continue
         for number, line in enumerate(file.read_text().splitlines(), 1):
-            place = f"{file.relative_to(root)}:{number}: "
-            if re.match(r"\s*#.*QT_VERSION", line) and file != root / "platform/QtCompat.h":
-                findings.append(place + "QT_VERSION outside platform/QtCompat.h")
+            place = f"{path}:{number}: "
+            if re.match(r"\s*#.*QT_VERSION", line) and file.name != QT_VERSION_H:
+                findings.append(place + f"QT_VERSION outside {QT_VERSION_H}")
             if include := re.match(r'\s*#\s*include\s*(["<])([^">]*)', line):
-                finding, is_ours = include_finding(root, file, folder, include[1] == '"', include[2])
+                finding, is_ours = include_finding(root, table, file, include[1] == '"', include[2])
                 seen += is_ours
                 findings += [place + finding] if finding else []
     return findings, seen
 
 
-GOOD_TREE = {"logging/CLogSystem.h": "", "records/Bytes.h": "#include <CLogSystem.h>",
-             "platform/QtCompat.h": "#if QT_VERSION >= 6", "svg/SVGDisplay.h": "",
-             "style/StyleMgr.h": '#include "records/Bytes.h"', "wmf/Wmf.h": "",
-             "svg/Writer.h": '#include "style/StyleMgr.h"', "emf/Emf.h": '#include "svg/Writer.h"',
-             "svgtool/SVGTool.h": "#include <QString>", "svgtool/SVGInspect.h": "",
-             "emf/Good.cpp": '#include "Emf.h"\n#include "records/Bytes.h"',
-             "platform/Gdi.cpp": "#include <windows.h>",
-             "cli/main.cpp": '#include <svgtool/SVGTool.h>\n#include "svgtool/SVGInspect.h"'}
+GOOD_TREE = {"docs/architecture.md": """
+| `core/base/` | | nothing |
+| `exact/logging/` | | `core/base/` |
+| `exact/svg/` | | `exact/logging/` |
+| `exact/emf/`, `exact/wmf/` | | `exact/svg/` |
+| `exact/svgtool/` | | `exact/emf/` |
+| `cli/` | | installed headers, `exact/svgtool/SVGInspect.h` |
+| `samples/` | | installed headers |
+| `tests/` | | anything |
+""", "core/base/Bytes.h": "#include <cstdint>", "core/base/FontEngine_Gdi.cpp": "#include <windows.h>",
+             "exact/logging/CLogSystem.h": "#if 1", "exact/svg/QtCompat.h": "#if QT_VERSION >= 6",
+             "exact/svg/Writer.h": '#include "core/base/Bytes.h"\n#include <CLogSystem.h>',
+             "exact/emf/Emf.h": '#include "exact/svg/Writer.h"', "exact/wmf/Wmf.h": "",
+             "exact/emf/Good.cpp": '#include "Emf.h"', "exact/svg/SVGDisplay.h": "",
+             "exact/svgtool/SVGTool.h": "#include <QString>", "exact/svgtool/SVGInspect.h": "",
+             "cli/main.cpp":
+             '#include <svgtool/SVGTool.h>\n#include "exact/svgtool/SVGInspect.h"'}
 FAULTS = [
-    ("samples/main.cpp", '#include "svgtool/SVGInspect.h"', "not an installed header"),
-    ("cli/main.cpp", '#include "svg/Writer.h"', "not an installed header"),
-    ("cli/main.cpp", "#include <CLogSystem.h>", "not an installed header"),
-    ("emf/Bad.h", "#include <wmf/Wmf.h>", "emf/ may not include wmf/Wmf.h"),
-    ("wmf/Bad.h", '  #  include "emf/Emf.h" // why', "wmf/ may not include emf/Emf.h"),
-    ("records/Bad.h", '#include "../style/StyleMgr.h"', "hides its folder"),
-    ("emf/Bad.h", '#include "nowhere/Missing.h"', "no file of the tree"),
-    ("platform/Gdi.h", "#include <Windows.h>", "outside platform"),
-    ("tests/Gdi.cpp", "#include <windows.h>", "outside platform"),
-    ("svg/Bad.cpp", "#ifdef QT_VERSION_MAJOR", "outside platform/QtCompat.h"),
-    ("extra/New.cpp", "", "has sources and no layer"),
+    ("samples/main.cpp", '#include "exact/svgtool/SVGInspect.h"', "samples/ may not include"),
+    ("cli/main.cpp", '#include "exact/svg/Writer.h"', "cli/ may not include"),
+    ("cli/main.cpp", "#include <CLogSystem.h>", "cli/ may not include"),
+    ("exact/emf/Bad.h", '#include "exact/wmf/Wmf.h"', "exact/emf/ may not include"),
+    ("core/base/Bad.h", '  #  include "exact/emf/Emf.h" // why', "core/base/ may not include"),
+    ("core/base/Bad.h", "#include <QtGlobal>", "of Qt below core/base/"),
+    ("core/base/Bad.h", '#include "../style/StyleMgr.h"', "hides its folder"),
+    ("exact/emf/Bad.h", '#include "nowhere/Missing.h"', "no file of the tree"),
+    ("core/base/Gdi.h", "#include <Windows.h>", "outside FontEngine_Gdi.cpp"),
+    ("tests/Gdi.cpp", "#include <windows.h>", "outside FontEngine_Gdi.cpp"),
+    ("exact/svg/Bad.cpp", "#ifdef QT_VERSION_MAJOR", "outside QtCompat.h"),
+    ("extra/New.cpp", "", "in no folder of the table"),
+    ("exact/New.cpp", "", "in no folder of the table"),
 ]
 
 
 def selftest():
-    for path, text, wanted in [("wmf/Good.h", "", None), *FAULTS]:
+    for path, text, wanted in [("exact/wmf/Good.h", "", None), *FAULTS]:
         with tempfile.TemporaryDirectory() as root:
             for name, content in {**GOOD_TREE, path: text}.items():
-                pathlib.Path(root, name).parent.mkdir(exist_ok=True)
+                pathlib.Path(root, name).parent.mkdir(parents=True, exist_ok=True)
                 pathlib.Path(root, name).write_text(content)
             findings, _ = layers(pathlib.Path(root))
         if len(findings) != (wanted is not None) or wanted and wanted not in findings[0]:

@@ -1,10 +1,10 @@
 // Text metrics against what GDI reported for the same fonts, and against numbers no font has.
 
-#include "platform/FontEngine.h"
-#include "platform/PlatformDependent.h"
+#include "exact/platform/FontEngine.h"
+#include "exact/platform/PlatformDependent.h"
 
 #ifndef Q_OS_WIN
-#include "platform/FontScaling.h"
+#include "exact/platform/FontScaling.h"
 
 #include <fontconfig/fontconfig.h>
 #endif

@@ -1,5 +1,5 @@
-#include "records/Bytes.h"
-#include "records/Numeric.h"
+#include "exact/records/Bytes.h"
+#include "exact/records/Numeric.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "support/Conversion.h"
 
-#include "svgtool/SVGTool.h"
+#include "exact/svgtool/SVGTool.h"
 
 namespace svgtool::test {
 

@@ -1,6 +1,6 @@
-#include "emf/Emf2SVG.h"
+#include "exact/emf/Emf2SVG.h"
+#include "exact/wmf/Wmf2SVG.h"
 #include "unit/Cases.h"
-#include "wmf/Wmf2SVG.h"
 
 #include <random>
 

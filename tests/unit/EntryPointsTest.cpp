@@ -1,6 +1,6 @@
 // What a conversion makes of headers, with few records or none behind them, through each way in.
 
-#include "svgtool/SVGTool.h"
+#include "exact/svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
 #include <QFile>

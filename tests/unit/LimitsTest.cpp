@@ -1,7 +1,7 @@
 // What a file can ask for with few bytes is bounded over the whole document.
 
-#include "svgtool/SVGInspect.h"
-#include "svgtool/SVGTool.h"
+#include "exact/svgtool/SVGInspect.h"
+#include "exact/svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
 using namespace svgtool;

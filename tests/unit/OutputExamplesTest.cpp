@@ -1,9 +1,9 @@
 // The examples of docs/output.md and of the files in tests/golden, whose README says how they are
 // written: each one is a test.
 
+#include "exact/svgtool/SVGInspect.h"
+#include "exact/svgtool/SVGTool.h"
 #include "support/Bitmaps.h"
-#include "svgtool/SVGInspect.h"
-#include "svgtool/SVGTool.h"
 #include "unit/Cases.h"
 
 #include <QDir>

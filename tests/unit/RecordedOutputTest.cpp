@@ -1,4 +1,4 @@
-#include "records/Numeric.h"
+#include "exact/records/Numeric.h"
 #include "support/LogLines.h"
 #include "support/TestData.h"
 #include "unit/Cases.h"

@@ -1,5 +1,5 @@
-#include "geometry/RgnPathUtil.h"
-#include "geometry/RectTools.h"
+#include "exact/geometry/RgnPathUtil.h"
+#include "exact/geometry/RectTools.h"
 
 #include <gtest/gtest.h>
 

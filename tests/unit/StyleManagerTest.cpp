@@ -1,4 +1,4 @@
-#include "style/StyleMgr.h"
+#include "exact/style/StyleMgr.h"
 #include "unit/Cases.h"
 
 using namespace svgtool;

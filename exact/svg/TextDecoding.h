@@ -1,0 +1,14 @@
+#pragma once
+
+#include "exact/records/Bytes.h"
+
+#include <QString>
+
+namespace svgtool {
+
+/// Decodes the 8-bit characters of a metafile's text.
+/// @param charSet  of the font that draws them ([MS-WMF] 2.1.1.5); one that is not known counts as
+///                 ANSI. Characters of symbol fonts go to the private-use range U+F000 to U+F0FF.
+QString decodeText(ByteView bytes, quint8 charSet);
+
+} // namespace svgtool

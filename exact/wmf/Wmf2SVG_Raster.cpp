@@ -1,0 +1,138 @@
+#include "exact/wmf/Wmf2SVG.h"
+
+#include "exact/logging/TraceScope.h"
+#include "exact/records/BEndTools.h"
+#include "exact/records/Numeric.h"
+
+#include <QtEndian>
+
+#include <utility>
+
+namespace svgtool {
+
+static constexpr char kTraceUnit[] = ".\\Wmf2SVG.cpp";
+
+namespace {
+
+    constexpr quint16 kBitBlt = 0x0922; // META_BITBLT
+    constexpr quint16 kStretchBlt = 0x0B23; // META_STRETCHBLT
+
+    // The fields of a bitmap record stand in the reverse order of the call, as they do in all
+    // records: heights before widths, and y before x.
+
+    WMR headOf(const char *record, quint32 size)
+    {
+        return readRecord({ record, size }, &InitMETARECORD);
+    }
+
+    // A record without a bitmap is as long as its function number says.
+    bool hasBitmap(const WMR &head, quint32 size)
+    {
+        const quint32 words = (head.rdFunction >> 8) + 3U;
+        return size / 2 != words;
+    }
+
+} // namespace
+
+RECTL WMF2SVGConverter::mapCorners(qint16 x, qint16 y, qint16 width, qint16 height) const
+{
+    return { MapX(x), MapY(y), MapX(wrapToInt16(x + width)), MapY(wrapToInt16(y + height)) };
+}
+
+qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, quint32 usage,
+                                    bool isDeviceDependent)
+{
+    auto bitmap = isDeviceDependent ? decodeBitmap16(bytes) : std::nullopt;
+    if (!isDeviceDependent) {
+        if (const auto dib = splitPackedDib(bytes, usage))
+            bitmap = m_writer.decode(*dib);
+    }
+    if (!bitmap)
+        return RecordFailed;
+    transfer.bitmap = std::move(*bitmap);
+    return m_writer.DrawBitmap(std::move(transfer));
+}
+
+qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnMetaPatBlt");
+    const auto blt = readRecord({ record, size }, &InitWMRPATBLT);
+    if (size < sizeof blt)
+        return RecordFailed;
+    return m_writer.PatBlt(mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest),
+                           RasterOperation(blt.dwRop));
+}
+
+qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnDIBBitBlt");
+    const auto blt = readRecord({ record, size }, &InitWMRBITBLT);
+    if (size < quint32(WMRBITBLT::kBitmapOffset))
+        return RecordFailed;
+    const WMR head = headOf(record, size);
+    BitmapTransfer transfer;
+    transfer.operation = RasterOperation(blt.dwRop);
+    if (!hasBitmap(head, size)) {
+        // A reserved word takes the place of the height, and everything moves on by one.
+        const auto xDest = static_cast<qint16>(qFromLittleEndian(blt.word22));
+        return m_writer.PatBlt(mapCorners(xDest, blt.xDest, blt.yDest, blt.cxDest),
+                               transfer.operation);
+    }
+    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
+    transfer.sourceX = blt.xSrc;
+    transfer.sourceY = blt.ySrc;
+    transfer.sourceWidth = blt.cxDest;
+    transfer.sourceHeight = blt.cyDest;
+    return drawBitmap(std::move(transfer), tail({ record, size }, WMRBITBLT::kBitmapOffset), 0,
+                      head.rdFunction == kBitBlt);
+}
+
+qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnStretchDIB");
+    // Quirk: the device-dependent record shares this handler, though it has no usage word and its
+    // fields lie as those of the device-independent stretch do.
+    if (headOf(record, size).rdFunction == kStretchBlt)
+        return OnDIBStretchBlt(record, size);
+    const auto blt = readRecord({ record, size }, &InitWMRSTRETCHBLT);
+    if (size < sizeof blt)
+        return RecordFailed;
+    BitmapTransfer transfer;
+    transfer.operation = RasterOperation(blt.dwRop);
+    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
+    const ByteView bitmap = tail({ record, size }, sizeof(WMRSTRETCHBLT));
+    if (bitmap.size == 0)
+        return m_writer.PatBlt(transfer.corners, transfer.operation);
+    transfer.sourceX = blt.xSrc;
+    transfer.sourceY = blt.ySrc;
+    transfer.sourceWidth = blt.cxSrc;
+    transfer.sourceHeight = blt.cySrc;
+    transfer.countsFromBottom = true;
+    return drawBitmap(std::move(transfer), bitmap, blt.iUsage, false);
+}
+
+qint32 WMF2SVGConverter::OnDIBStretchBlt(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("WMF2SVGConverter::OnDIBStretchBlt");
+    const auto blt = readRecord({ record, size }, &InitWMRDIBSTRETCHBLT);
+    if (size < sizeof blt)
+        return RecordFailed;
+    const WMR head = headOf(record, size);
+    BitmapTransfer transfer;
+    transfer.operation = RasterOperation(blt.dwRop);
+    const ByteView bitmap = tail({ record, size }, sizeof(WMRDIBSTRETCHBLT));
+    if (!hasBitmap(head, size)) {
+        // A reserved word stands before the destination, which ends behind the fixed part.
+        const auto xDest = qFromLittleEndian(readPadded<qint16>(bitmap));
+        return m_writer.PatBlt(mapCorners(xDest, blt.xDest, blt.yDest, blt.cxDest),
+                               transfer.operation);
+    }
+    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
+    transfer.sourceX = blt.xSrc;
+    transfer.sourceY = blt.ySrc;
+    transfer.sourceWidth = blt.cxSrc;
+    transfer.sourceHeight = blt.cySrc;
+    return drawBitmap(std::move(transfer), bitmap, 0, head.rdFunction == kStretchBlt);
+}
+
+} // namespace svgtool
