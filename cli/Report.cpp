@@ -135,7 +135,7 @@ namespace {
     {
         return { { QStringLiteral("reason"), QLatin1String(word(stop.reason)) },
                  { QStringLiteral("record"), qint64(stop.record) },
-                 { QStringLiteral("offset"), stop.offset } };
+                 { QStringLiteral("offset"), qint64(stop.offset) } };
     }
 
     QJsonArray recordsJson(const FileResult &result, const RecordTally &records, bool hasOutcomes)
@@ -147,7 +147,7 @@ namespace {
                   QString::fromLatin1(recordName(result.facts.format, line.type)) },
                 { QStringLiteral("type"), qint64(line.type) },
                 { QStringLiteral("count"), qint64(line.count) },
-                { QStringLiteral("firstOffset"), line.firstOffset },
+                { QStringLiteral("firstOffset"), qint64(line.firstOffset) },
             };
             if (hasOutcomes)
                 row.insert(QStringLiteral("outcome"), QLatin1String(word(line.outcome)));

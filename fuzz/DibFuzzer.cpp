@@ -20,7 +20,7 @@ struct Use
 };
 static_assert(sizeof(Use) == 20);
 
-std::optional<svgtool::Bitmap> decode(svgtool::ByteView bytes, const Use &use, qint64 &pixelsLeft)
+std::optional<svgtool::Bitmap> decode(svgtool::ByteView bytes, const Use &use, int64_t &pixelsLeft)
 {
     using namespace svgtool;
     if (use.form % 3 == 0)
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const ByteView bytes = tail(all, sizeof(Use));
 
     constexpr qint64 kAllowance = 1 << 16;
-    qint64 pixelsLeft = kAllowance;
+    int64_t pixelsLeft = kAllowance;
     auto bitmap = decode(bytes, use, pixelsLeft);
     require(pixelsLeft >= 0 && pixelsLeft <= kAllowance);
     if (!bitmap)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exact/records/Numeric.h"
+#include "core/base/Numeric.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "exact/emf/Emf2SVG.h"
 
-#include "exact/emf/EmfRecordNames.h"
+#include "core/records/EmfRecordNames.h"
 #include "exact/geometry/RectTools.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
@@ -203,7 +203,7 @@ qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
         dump->write("################# Start Of File ######################\n\n");
     // The header may be longer than its fixed part, so the records begin where it says it ends.
     if (m_tally != nullptr)
-        m_tally->begin(std::min(qint64(header.nSize), data.size), 2);
+        m_tally->begin(std::min(int64_t(header.nSize), data.size), 2);
     if (!walkRecords(tail(data, header.nSize), header.nRecords, dump))
         return 0;
     m_writer.EndWorldTransform();

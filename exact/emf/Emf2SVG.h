@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/base/Bytes.h"
+#include "core/records/EmfRecords.h"
+#include "core/records/RecordTally.h"
 #include "exact/emf/Axis.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Bytes.h"
-#include "exact/records/EmfRecords.h"
 #include "exact/records/RecordDump.h"
-#include "exact/records/RecordTally.h"
 #include "exact/svg/SVGWriter.h"
 
 #include <QRegion>

@@ -1,8 +1,8 @@
 #include "exact/emf/Emf2SVG.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Numeric.h"
 
 #include <cmath>
 

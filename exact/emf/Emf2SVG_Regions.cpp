@@ -1,9 +1,9 @@
 #include "exact/emf/Emf2SVG.h"
 
+#include "core/base/Numeric.h"
 #include "exact/geometry/RgnPathUtil.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Numeric.h"
 
 #include <QtEndian>
 

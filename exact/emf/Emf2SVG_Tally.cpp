@@ -1,6 +1,6 @@
 #include "exact/emf/Emf2SVG.h"
 
-#include "exact/emf/EmfRecordNames.h"
+#include "core/records/EmfRecordNames.h"
 #include "exact/logging/TraceScope.h"
 
 #include <QtEndian>

@@ -1,10 +1,10 @@
 #include "exact/emf/Emf2SVG.h"
 
+#include "core/base/Numeric.h"
+#include "core/text/TextDecoding.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Numeric.h"
-#include "exact/svg/TextDecoding.h"
 
 #include <QtEndian>
 
@@ -29,7 +29,7 @@ static std::optional<QString> readUtf16(ByteView record, qint64 offset, qint64 c
     const auto all = slice(record, offset, record.size - offset);
     if (!all)
         return std::nullopt;
-    count = std::min(count, all->size / 2);
+    count = std::min<qint64>(count, all->size / 2);
     QString text;
     text.reserve(static_cast<int>(count));
     for (qint64 i = 0; i < count; ++i)

@@ -1,7 +1,7 @@
 #include "exact/geometry/GeometricHelpers.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Numeric.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 #include "exact/geometry/RgnPathUtil.h"
 
+#include "core/base/Numeric.h"
 #include "exact/geometry/OverlapQueue.h"
 #include "exact/geometry/RectTools.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Numeric.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exact/records/EmfRecords.h"
+#include "core/records/EmfRecords.h"
 
 #include <QRegion>
 

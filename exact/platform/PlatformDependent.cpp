@@ -1,7 +1,7 @@
 #include "exact/platform/PlatformDependent.h"
 
+#include "core/fonts/FontEngine.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/platform/FontEngine.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/base/Bytes.h"
+#include "core/records/EmfRecords.h"
+#include "core/records/WmfRecords.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Bytes.h"
-#include "exact/records/EmfRecords.h"
-#include "exact/records/WmfRecords.h"
 
 namespace svgtool {
 

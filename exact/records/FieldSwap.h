@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/base/Bytes.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Bytes.h"
 
 #include <bit>
 #include <cstddef>

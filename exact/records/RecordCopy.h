@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exact/records/Bytes.h"
+#include "core/base/Bytes.h"
 
 #include <algorithm>
 #include <cstring>

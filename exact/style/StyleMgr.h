@@ -1,8 +1,8 @@
 #pragma once
 
-#include "exact/records/Bytes.h"
-#include "exact/records/EmfRecords.h"
-#include "exact/records/WmfRecords.h"
+#include "core/base/Bytes.h"
+#include "core/records/EmfRecords.h"
+#include "core/records/WmfRecords.h"
 #include "exact/style/StyleText.h"
 
 #include <QString>

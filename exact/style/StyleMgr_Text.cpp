@@ -1,8 +1,8 @@
 #include "exact/style/StyleMgr.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
-#include "exact/records/Numeric.h"
 #include "exact/style/HatchTemplates.h"
 #include "exact/style/XmlText.h"
 

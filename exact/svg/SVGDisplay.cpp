@@ -1,7 +1,7 @@
 #include "exact/svg/SVGDisplay.h"
 
+#include "core/text/XmlEscape.h"
 #include "exact/svg/SVGTokenizer.h"
-#include "exact/svg/XmlEscape.h"
 
 #include <algorithm>
 #include <charconv>

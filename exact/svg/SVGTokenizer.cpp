@@ -1,6 +1,6 @@
 #include "exact/svg/SVGTokenizer.h"
 
-#include "exact/svg/XmlEscape.h"
+#include "core/text/XmlEscape.h"
 
 #include <algorithm>
 

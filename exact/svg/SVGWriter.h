@@ -1,10 +1,10 @@
 #pragma once
 
-#include "exact/records/RecordResult.h"
+#include "core/base/TextBuffer.h"
+#include "core/raster/BitmapTransfer.h"
+#include "core/raster/RasterOperation.h"
+#include "core/records/RecordResult.h"
 #include "exact/style/StyleMgr.h"
-#include "exact/svg/BitmapTransfer.h"
-#include "exact/svg/RasterOperation.h"
-#include "exact/svg/TextBuffer.h"
 
 #include <QString>
 
@@ -240,7 +240,7 @@ private:
         QString clip; ///< its clip reference; one under another clip is another picture
     };
     std::vector<OpenTransfer> m_openTransfers;
-    qint64 m_runLengthPixels = kRunLengthPixels;
+    int64_t m_runLengthPixels = kRunLengthPixels;
     CStyleManager m_styles;
 };
 

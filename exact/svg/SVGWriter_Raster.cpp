@@ -1,7 +1,7 @@
 #include "exact/svg/SVGWriter.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Numeric.h"
 
 #include <QColor>
 #include <QIODevice>

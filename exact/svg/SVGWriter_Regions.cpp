@@ -1,8 +1,8 @@
 #include "exact/svg/SVGWriter.h"
 
+#include "core/base/Numeric.h"
 #include "exact/geometry/RgnPathUtil.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/records/Numeric.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "exact/svg/SVGWriter.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
-#include "exact/records/Numeric.h"
 #include "exact/style/XmlText.h"
 
 #include <cmath>

@@ -1,12 +1,12 @@
 #include "exact/svgtool/SVGInspect.h"
 
-#include "exact/emf/EmfRecordNames.h"
+#include "core/base/Bytes.h"
+#include "core/records/EmfRecordNames.h"
+#include "core/records/EmfRecords.h"
+#include "core/records/WmfRecordNames.h"
+#include "core/records/WmfRecords.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Bytes.h"
-#include "exact/records/EmfRecords.h"
-#include "exact/records/WmfRecords.h"
-#include "exact/wmf/WmfRecordNames.h"
 
 #include <QtEndian>
 
@@ -26,7 +26,7 @@ namespace {
     void walkHeads(ByteView data, qint64 offset, RecordTally &records, quint64 first,
                    SizeAndType sizeAndType)
     {
-        records.begin(std::min(offset, data.size), first);
+        records.begin(std::min<int64_t>(offset, data.size), first);
         ByteView rest = tail(data, offset);
         while (rest.size >= qint64(sizeof(Head))) {
             const auto [size, type, isEnd] = sizeAndType(readPadded<Head>(rest));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exact/records/RecordTally.h"
+#include "core/records/RecordTally.h"
 
 #include <QByteArray>
 #include <QString>

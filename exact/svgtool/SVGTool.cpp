@@ -1,9 +1,9 @@
 #include "exact/svgtool/SVGTool.h"
 
+#include "core/base/Bytes.h"
 #include "exact/emf/Emf2SVG.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Bytes.h"
 #include "exact/records/RecordDump.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/wmf/Wmf2SVG.h"
@@ -73,7 +73,7 @@ namespace {
             const qint64 totalBytes = qint64(header.Size) * 2 + placeableBytes;
             const qint64 firstRecord = placeableBytes + qint64(sizeof(METAHEADER));
             // Data that end with the headers have no record, but they are not missing.
-            const qint64 start = std::min(firstRecord, data.size);
+            const qint64 start = std::min<int64_t>(firstRecord, data.size);
             if (tally != nullptr)
                 tally->begin(start, 1);
             converter.setTally(tally);

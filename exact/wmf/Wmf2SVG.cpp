@@ -1,10 +1,10 @@
 #include "exact/wmf/Wmf2SVG.h"
 
+#include "core/base/Numeric.h"
+#include "core/records/WmfRecordNames.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Numeric.h"
 #include "exact/records/RecordCopy.h"
-#include "exact/wmf/WmfRecordNames.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "exact/records/Bytes.h"
+#include "core/base/Bytes.h"
+#include "core/records/RecordTally.h"
+#include "core/records/WmfRecords.h"
 #include "exact/records/RecordDump.h"
-#include "exact/records/RecordTally.h"
-#include "exact/records/WmfRecords.h"
 #include "exact/svg/SVGWriter.h"
 
 #include <QString>

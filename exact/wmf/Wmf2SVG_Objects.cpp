@@ -82,7 +82,7 @@ qint32 WMF2SVGConverter::OnMetaCreateBrushIndirect(char *record, quint32 size)
 qint32 WMF2SVGConverter::OnMetaCreateFontIndirect(char *record, quint32 size)
 {
     SVGTOOL_TRACE("WMF2SVGConverter::OnMetaCreateFontIndirect");
-    constexpr qint64 kFaceNameBytes = 32;
+    constexpr int64_t kFaceNameBytes = 32;
     const ByteView all{ record, size };
     const auto font = readRecord(all, &InitWMREXTCREATEFONTINDIRECT);
     ByteView faceName = tail(all, sizeof(WMREXTCREATEFONTINDIRECT));

@@ -1,8 +1,8 @@
 #include "exact/wmf/Wmf2SVG.h"
 
+#include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Numeric.h"
 
 #include <QtEndian>
 

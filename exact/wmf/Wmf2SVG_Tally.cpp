@@ -1,7 +1,7 @@
 #include "exact/wmf/Wmf2SVG.h"
 
+#include "core/records/WmfRecordNames.h"
 #include "exact/logging/TraceScope.h"
-#include "exact/wmf/WmfRecordNames.h"
 
 #include <QtEndian>
 

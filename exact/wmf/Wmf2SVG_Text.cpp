@@ -1,9 +1,9 @@
 #include "exact/wmf/Wmf2SVG.h"
 
+#include "core/text/TextDecoding.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
 #include "exact/records/BEndTools.h"
-#include "exact/svg/TextDecoding.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 // Text metrics against what GDI reported for the same fonts, and against numbers no font has.
 
-#include "exact/platform/FontEngine.h"
+#include "core/fonts/FontEngine.h"
 #include "exact/platform/PlatformDependent.h"
 
 #ifndef Q_OS_WIN
-#include "exact/platform/FontScaling.h"
+#include "core/fonts/FontScaling.h"
 
 #include <fontconfig/fontconfig.h>
 #endif

@@ -1,5 +1,5 @@
-#include "exact/records/Bytes.h"
-#include "exact/records/Numeric.h"
+#include "core/base/Bytes.h"
+#include "core/base/Numeric.h"
 
 #include <gtest/gtest.h>
 
@@ -8,22 +8,22 @@
 namespace svgtool {
 namespace {
 
-    constexpr qint64 kMax64 = std::numeric_limits<qint64>::max();
-    constexpr qint64 kMin64 = std::numeric_limits<qint64>::min();
-    constexpr qint32 kMax32 = std::numeric_limits<qint32>::max();
-    constexpr qint32 kMin32 = std::numeric_limits<qint32>::min();
+    constexpr int64_t kMax64 = std::numeric_limits<int64_t>::max();
+    constexpr int64_t kMin64 = std::numeric_limits<int64_t>::min();
+    constexpr int32_t kMax32 = std::numeric_limits<int32_t>::max();
+    constexpr int32_t kMin32 = std::numeric_limits<int32_t>::min();
     constexpr char kBytes[] = { 1, 2, 3, 4, 5, 6, 7, 8 };
     constexpr ByteView kAll = { kBytes, 8 };
 
     TEST(Bytes, SliceIsThereOnlyWhenAllOfItLiesInsideAndTailIsElseEmpty)
     {
-        const qint64 numbers[] = { 0, 1, 3, 5, 7, 8, 9, -1, kMax64, kMin64 };
-        for (const qint64 offset : numbers) {
+        const int64_t numbers[] = { 0, 1, 3, 5, 7, 8, 9, -1, kMax64, kMin64 };
+        for (const int64_t offset : numbers) {
             const bool isInside = offset >= 0 && offset <= 8;
-            const qint64 room = isInside ? 8 - offset : 0;
+            const int64_t room = isInside ? 8 - offset : 0;
             EXPECT_EQ(tail(kAll, offset).size, room) << offset;
             EXPECT_TRUE(room == 0 || tail(kAll, offset).data == kBytes + offset);
-            for (const qint64 length : numbers) {
+            for (const int64_t length : numbers) {
                 const std::optional<ByteView> part = slice(kAll, offset, length);
                 EXPECT_EQ(part.has_value(), isInside && length >= 0 && length <= room)
                         << offset << "+" << length;
@@ -34,11 +34,11 @@ namespace {
 
     TEST(Bytes, ReadPaddedTakesMissingBytesForZero)
     {
-        EXPECT_EQ(readPadded<quint32>(kAll), 0x04030201u);
-        EXPECT_EQ(readPadded<quint32>({ kBytes, 3 }), 0x00030201u);
-        EXPECT_EQ(readPadded<quint32>({}), 0u);
-        EXPECT_EQ(readPadded<quint32>({ kBytes, -1 }), 0u);
-        EXPECT_EQ(elementAt<quint16>({ kBytes + 1, 6 }, 2), 0x0706);
+        EXPECT_EQ(readPadded<uint32_t>(kAll), 0x04030201u);
+        EXPECT_EQ(readPadded<uint32_t>({ kBytes, 3 }), 0x00030201u);
+        EXPECT_EQ(readPadded<uint32_t>({}), 0u);
+        EXPECT_EQ(readPadded<uint32_t>({ kBytes, -1 }), 0u);
+        EXPECT_EQ(elementAt<uint16_t>({ kBytes + 1, 6 }, 2), 0x0706);
     }
 
     TEST(Numbers, TruncationGoesTowardZeroOrToTheMinimum)

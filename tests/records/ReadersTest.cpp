@@ -1,8 +1,8 @@
 // The readers as every host runs them today and, in a program of its own that is linked with
 // another IsBigEndian(), as a big-endian one would.
 
+#include "core/base/Bytes.h"
 #include "exact/records/BEndTools.h"
-#include "exact/records/Bytes.h"
 #include "support/LogLines.h"
 
 #include <algorithm>

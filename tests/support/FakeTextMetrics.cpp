@@ -2,8 +2,8 @@
 // reaches a quarter of that below the baseline, and a cell height has an eighth of leading. Glyph
 // numbers are letters: 1 is "A".
 
+#include "core/base/Numeric.h"
 #include "exact/platform/PlatformDependent.h"
-#include "exact/records/Numeric.h"
 
 namespace svgtool {
 

@@ -1,4 +1,4 @@
-#include "exact/records/Numeric.h"
+#include "core/base/Numeric.h"
 #include "support/LogLines.h"
 #include "support/TestData.h"
 #include "unit/Cases.h"

@@ -1,5 +1,5 @@
+#include "core/text/TextDecoding.h"
 #include "exact/svg/SVGWriter.h"
-#include "exact/svg/TextDecoding.h"
 #include "unit/Cases.h"
 
 using namespace svgtool;

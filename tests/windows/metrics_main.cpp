@@ -2,7 +2,7 @@
 // kind, a weight, a height, a face and a text, and the answer is a line of numbers on stdout. A
 // text is the count of its UTF-16 units and the units.
 
-#include "exact/platform/FontEngine.h"
+#include "core/fonts/FontEngine.h"
 
 #include <QString>
 

@@ -1,7 +1,0 @@
-#pragma once
-
-// The records of enhanced metafiles, laid out as GdiStructures.h says. The records of a family
-// have one structure and a name for each record.
-
-#include "exact/records/EmfDrawingRecords.h"
-#include "exact/records/EmfObjectRecords.h"
