@@ -1,9 +1,11 @@
 #include "core/base/Bytes.h"
 #include "core/base/Numeric.h"
+#include "exact/records/RecordCopy.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 namespace svgtool {
 namespace {
@@ -39,6 +41,18 @@ namespace {
         EXPECT_EQ(readPadded<uint32_t>({}), 0u);
         EXPECT_EQ(readPadded<uint32_t>({ kBytes, -1 }), 0u);
         EXPECT_EQ(elementAt<uint16_t>({ kBytes + 1, 6 }, 2), 0x0706);
+    }
+
+    // What ships is what the sanitizer's builds test.
+    TEST(RecordCopy, AllShareABlockAndWhatIsBehindARecordIsNobodys)
+    {
+        RecordCopy copy;
+        const std::string file(100, 'x');
+        char *const block = copy.make({ file.data(), 100 }, 100);
+        EXPECT_EQ(copy.make({ file.data(), 100 }, 13), block);
+#ifdef SVGTOOL_ADDRESS_SANITIZER
+        EXPECT_EQ(__asan_region_is_poisoned(block, 100), block + 13);
+#endif
     }
 
     TEST(Numbers, TruncationGoesTowardZeroOrToTheMinimum)
