@@ -1,6 +1,7 @@
 #include "cli/Convert.h"
 
 #include "exact/svg/SVGDisplay.h"
+#include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 
 #include <QDateTime>
@@ -111,10 +112,11 @@ namespace {
                 || stop.reason == StopReason::CountReached;
         if (stop.reason != StopReason::None && !isLimited)
             return false;
+        QByteArray copy = bytes;
+        repairHeader({ copy.data(), size_t(copy.size()) }, result.facts);
         QByteArray repaired;
         RecordTally records;
-        const qint32 code =
-                convertMetaFile(withRepairedHeader(bytes, result.facts.format), repaired, &records);
+        const qint32 code = convertMetaFile(copy, repaired, &records);
         if (!isSuccess(code) || records.stop().record <= stop.record)
             return false;
         svg.swap(repaired);
@@ -126,7 +128,7 @@ namespace {
     QByteArray convertBytes(const QByteArray &bytes, const Options &options, FileResult &result)
     {
         checkSize(result.input, bytes);
-        result.facts = inspectMetaFile(bytes);
+        result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
         QByteArray svg;
         const qint32 code = convertMetaFile(bytes, svg, &result.records);
         const bool mayRepair = !options.isExact && (isSuccess(code) || code == SvgToolInvalidEmf);

@@ -100,7 +100,9 @@ namespace {
             QByteArray::number(stop.record) + " up to the " + word(stop.reason) + " at offset "
                     + QByteArray::number(stop.offset));
         for (const RecordTally::Line &line : facts.records.lines())
-            text += "    " + recordName(facts.format, line.type).leftJustified(26)
+            text += "    "
+                    + QByteArray::fromStdString(recordName(facts.format, line.type))
+                              .leftJustified(26)
                     + QByteArray::number(line.count).rightJustified(8) + '\n';
         return text;
     }
@@ -112,7 +114,8 @@ namespace {
         for (const RecordTally::Line &line : sortedLines(result.records)) {
             sums[size_t(line.outcome)] += line.count;
             lines += "  " + QByteArray(word(line.outcome)).leftJustified(13)
-                    + recordName(result.facts.format, line.type).leftJustified(26)
+                    + QByteArray::fromStdString(recordName(result.facts.format, line.type))
+                              .leftJustified(26)
                     + QByteArray::number(line.count).rightJustified(8) + "  first at offset "
                     + QByteArray::number(line.firstOffset) + '\n';
         }
@@ -144,7 +147,7 @@ namespace {
         for (const RecordTally::Line &line : records.lines()) {
             QJsonObject row{
                 { QStringLiteral("name"),
-                  QString::fromLatin1(recordName(result.facts.format, line.type)) },
+                  QString::fromStdString(recordName(result.facts.format, line.type)) },
                 { QStringLiteral("type"), qint64(line.type) },
                 { QStringLiteral("count"), qint64(line.count) },
                 { QStringLiteral("firstOffset"), qint64(line.firstOffset) },
@@ -158,10 +161,10 @@ namespace {
 
     void addFacts(const MetafileFacts &facts, const FileResult &result, QJsonObject &object)
     {
-        object.insert(QStringLiteral("bytes"), facts.fileBytes);
+        object.insert(QStringLiteral("bytes"), qint64(facts.fileBytes));
         if (facts.format == MetafileFormat::Unknown)
             return;
-        object.insert(QStringLiteral("headerBytes"), facts.headerBytes);
+        object.insert(QStringLiteral("headerBytes"), qint64(facts.headerBytes));
         object.insert(QStringLiteral("recordTypes"), recordsJson(result, facts.records, false));
         object.insert(QStringLiteral("recordsEnd"), stopJson(facts.records.stop()));
         if (facts.format == MetafileFormat::Wmf)

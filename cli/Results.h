@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exact/svgtool/SVGInspect.h"
+#include "core/records/MetafileFacts.h"
 
 #include <QByteArray>
 #include <QString>

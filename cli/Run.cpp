@@ -4,6 +4,7 @@
 #include "cli/Gallery.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
+#include "exact/svgtool/SVGInspect.h"
 
 #include <QLoggingCategory>
 

@@ -1,5 +1,6 @@
 #include "fuzz/Harness.h"
 
+#include "core/records/MetafileFacts.h"
 #include "exact/svgtool/SVGTool.h"
 #include "support/Corpus.h"
 
@@ -15,6 +16,11 @@ namespace svgtool::fuzz {
 QByteArray convertAndCheck(const QByteArray &metafile)
 {
     static const test::SilentLogs silence;
+    // What the tool does with it first, and with its header before it tries again.
+    const MetafileFacts facts = inspectMetafile({ metafile.constData(), metafile.size() });
+    require(facts.firstRecord == facts.namedFirstRecord || facts.firstRecord < metafile.size());
+    QByteArray copy = metafile;
+    repairHeader({ copy.data(), size_t(copy.size()) }, facts);
     const QByteArray before("untouched");
     QByteArray svg = before;
     const qint32 result = ConvertMetaFileToSVG(metafile, svg);

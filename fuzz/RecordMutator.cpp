@@ -121,7 +121,7 @@ static uint32_t interestingNumber(Random &random)
 
 static uint32_t randomType(const Format &format, Random &random)
 {
-    return format.types[below(random, format.types.size())];
+    return format.types[below(random, format.types.size())].number;
 }
 
 static std::string randomBody(Random &random)
@@ -172,7 +172,7 @@ std::string changed(const Format &format, const std::string &bytes, size_t room,
     std::string header = bytes.substr(0, format.headerSize(bytes));
     header.resize(format.headerSize(bytes));
     if (records.empty())
-        records.push_back({ format.types.front(), randomBody(random) });
+        records.push_back({ randomType(format, random), randomBody(random) });
     const size_t at = below(random, records.size());
     if (oneIn(random, 16)) {
         changeBytes(header, 0, random);

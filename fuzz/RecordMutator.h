@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/records/RecordType.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <random>
@@ -36,7 +38,7 @@ struct Format
         size_t width;
     };
 
-    std::span<const uint32_t> types; ///< of records that do something
+    std::span<const RecordType> types;
     std::span<const Count> counts;
     Field type, size; ///< the head of a record, in the order of the format
     size_t unit; ///< of sizes, in bytes

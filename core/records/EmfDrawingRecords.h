@@ -38,6 +38,8 @@ struct ENHMETAHEADER
 };
 static_assert(sizeof(ENHMETAHEADER) == 88);
 
+constexpr uint32_t kEmfSignature = 0x464D4520; ///< dSignature: " EMF"
+
 struct EMRMOVETOEX
 {
     EMR emr;

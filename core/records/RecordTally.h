@@ -1,11 +1,8 @@
 #pragma once
 
-#include "core/records/RecordResult.h"
-
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <map>
-#include <optional>
 #include <vector>
 
 namespace svgtool {
@@ -19,7 +16,7 @@ enum class RecordOutcome {
 };
 constexpr size_t kRecordOutcomes = 4;
 
-/// Why a record loop ended.
+/// Why a walk over records ended.
 enum class StopReason {
     None, ///< it did not begin, or an exception ended it
     EndRecord, ///< the end record
@@ -30,9 +27,10 @@ enum class StopReason {
     BadSize, ///< the record's size does not hold its own head, or is above the header's maximum
 };
 
-/// Counts records by type and outcome, and keeps where a record loop ended.
+/// Counts records by type and outcome, and keeps where a walk over them ended.
 ///
 /// What it keeps does not grow with the file: types beyond the first kLargestTypes share an entry.
+/// Before the first record it takes no memory.
 /// @note One tally serves one conversion on one thread.
 class RecordTally
 {
@@ -45,7 +43,7 @@ public:
         uint64_t count;
         int64_t firstOffset; ///< in the file, of the first of them
     };
-    /// The record at which a loop ended.
+    /// The record at which a walk ended.
     struct Stop
     {
         StopReason reason = StopReason::None;
@@ -63,72 +61,52 @@ public:
         m_stop.offset = offset;
         m_stop.record = record;
     }
-    /// Counts the next record, @p bytes long.
-    void note(uint32_t type, RecordOutcome outcome, uint32_t bytes)
+    /// Counts the next record, @p bytes long. May throw std::bad_alloc.
+    void note(uint32_t type, RecordOutcome outcome, int64_t bytes)
     {
-        const bool isKnown = m_types.size() < kLargestTypes || m_types.count(type) != 0;
-        Entry &entry = m_types[isKnown ? type : kOtherTypes][size_t(outcome)];
-        if (entry.count++ == 0)
-            entry.firstOffset = m_stop.offset;
+        Count &count = countsOf(type)[size_t(outcome)];
+        if (count.count++ == 0)
+            count.firstOffset = m_stop.offset;
         m_stop.offset += bytes;
         ++m_stop.record;
     }
-    /// The loop ends before the next record.
+    /// The walk ends before the next record.
     void end(StopReason reason) { m_stop.reason = reason; }
 
     const Stop &stop() const { return m_stop; }
 
     /// All that was counted, by type and then by outcome.
-    std::vector<Line> lines() const
-    {
-        std::vector<Line> lines;
-        for (const auto &[type, entries] : m_types) {
-            for (size_t i = 0; i < kRecordOutcomes; ++i) {
-                if (entries[i].count > 0)
-                    lines.push_back({ type, static_cast<RecordOutcome>(i), entries[i].count,
-                                      entries[i].firstOffset });
-            }
-        }
-        return lines;
-    }
+    std::vector<Line> lines() const;
 
 private:
-    struct Entry
+    struct Count
     {
         uint64_t count = 0;
         int64_t firstOffset = 0;
     };
+    using Counts = std::array<Count, kRecordOutcomes>;
+    struct Entry
+    {
+        uint32_t type;
+        Counts counts;
+    };
 
-    std::map<uint32_t, std::array<Entry, kRecordOutcomes>> m_types;
+    // The low byte tells nearly all types of a format apart, so the entry last used with it is
+    // nearly always the one.
+    Counts &countsOf(uint32_t type)
+    {
+        if (!m_latest.empty()) [[likely]] {
+            Entry &entry = m_entries[m_latest[type & 0xFF]];
+            if (entry.type == type) [[likely]]
+                return entry.counts;
+        }
+        return findCounts(type);
+    }
+    Counts &findCounts(uint32_t type);
+
+    std::vector<Entry> m_entries; ///< in the order in which their types came
+    std::vector<uint16_t> m_latest; ///< by the low byte of a type, the entry used last
     Stop m_stop;
 };
-
-/// The outcome that all successes of a record type have, where it is not Drawn.
-struct TypeOutcome
-{
-    uint32_t type;
-    RecordOutcome outcome;
-};
-
-/// What the result of a handler means for a record of @p type; without a result nothing was done
-/// with it. @p table holds the types that do not simply succeed.
-template<class Table>
-RecordOutcome recordOutcome(uint32_t type, std::optional<int32_t> result, const Table &table)
-{
-    const TypeOutcome *entry = nullptr;
-    for (const TypeOutcome &row : table) {
-        if (row.type == type)
-            entry = &row;
-    }
-    if (!result)
-        return entry != nullptr && entry->outcome == RecordOutcome::Neutral
-                ? RecordOutcome::Neutral
-                : RecordOutcome::Skipped;
-    if (*result == RecordFailed)
-        return RecordOutcome::Skipped;
-    if (entry != nullptr)
-        return entry->outcome;
-    return *result == RecordApproximated ? RecordOutcome::Approximated : RecordOutcome::Drawn;
-}
 
 } // namespace svgtool

@@ -36,6 +36,8 @@ struct METAPLACEABLEHEADER
 };
 static_assert(sizeof(METAPLACEABLEHEADER) == 22);
 
+constexpr uint32_t kPlaceableKey = 0x9AC6CDD7; ///< Key
+
 struct METAHEADER
 {
     uint16_t Type;

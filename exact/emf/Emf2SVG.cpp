@@ -1,6 +1,6 @@
 #include "exact/emf/Emf2SVG.h"
 
-#include "core/records/EmfRecordNames.h"
+#include "core/records/EmfRecordTypes.h"
 #include "exact/geometry/RectTools.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
@@ -15,9 +15,6 @@ namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\Emf2SVG.cpp";
 
-static constexpr quint32 kSignature = 0x464D4520; // " EMF"
-static constexpr quint32 kEndOfFile = 14; // EMR_EOF
-
 Emf2SvgConverter::Emf2SvgConverter()
 {
     SVGTOOL_TRACE("Emf2SvgConverter::Emf2SvgConverter");
@@ -26,13 +23,13 @@ Emf2SvgConverter::Emf2SvgConverter()
 qint32 Emf2SvgConverter::IsValidEMFFile(ENHMETAHEADER header) const
 {
     SVGTOOL_TRACE("Emf2SvgConverter::IsValidEMFFile");
-    return header.dSignature == kSignature ? 1 : -2;
+    return header.dSignature == kEmfSignature ? 1 : -2;
 }
 
 void Emf2SvgConverter::InitEMFText()
 {
     SVGTOOL_TRACE("Emf2SvgConverter::InitEMFText");
-    m_recordNames = kEmfRecordNames;
+    m_recordTypes = kEmfRecordTypes;
 }
 
 qint32 Emf2SvgConverter::InitEMFRecHandlers()
@@ -51,73 +48,73 @@ qint32 Emf2SvgConverter::InitEMFRecHandlers()
         Handler handler;
     };
     static constexpr Entry kHandlers[] = {
-        { 42, &Emf2SvgConverter::OnEllipse }, // EMR_ELLIPSE
-        { 43, &Emf2SvgConverter::OnRectangle }, // EMR_RECTANGLE
-        { 44, &Emf2SvgConverter::OnRoundedRect }, // EMR_ROUNDRECT
-        { 54, &Emf2SvgConverter::OnLineTo }, // EMR_LINETO
-        { 45, &Emf2SvgConverter::OnArc }, // EMR_ARC
-        { 55, &Emf2SvgConverter::OnArcTo }, // EMR_ARCTO
-        { 46, &Emf2SvgConverter::OnChord }, // EMR_CHORD
-        { 47, &Emf2SvgConverter::OnPie }, // EMR_PIE
-        { 27, &Emf2SvgConverter::OnMoveToEx }, // EMR_MOVETOEX
-        { 41, &Emf2SvgConverter::OnAngleArc }, // EMR_ANGLEARC
-        { 3, &Emf2SvgConverter::OnPolygon }, // EMR_POLYGON
-        { 86, &Emf2SvgConverter::OnPolygon16 }, // EMR_POLYGON16
-        { 4, &Emf2SvgConverter::OnPolyLine }, // EMR_POLYLINE
-        { 87, &Emf2SvgConverter::OnPolyLine16 }, // EMR_POLYLINE16
-        { 6, &Emf2SvgConverter::OnPolyLineTo }, // EMR_POLYLINETO
-        { 89, &Emf2SvgConverter::OnPolyLineTo16 }, // EMR_POLYLINETO16
-        { 7, &Emf2SvgConverter::OnPolyPolyLine }, // EMR_POLYPOLYLINE
-        { 90, &Emf2SvgConverter::OnPolyPolyLine16 }, // EMR_POLYPOLYLINE16
-        { 8, &Emf2SvgConverter::OnPolyPolygon }, // EMR_POLYPOLYGON
-        { 91, &Emf2SvgConverter::OnPolyPolygon16 }, // EMR_POLYPOLYGON16
-        { 5, &Emf2SvgConverter::OnPolyBezierTo }, // EMR_POLYBEZIERTO
-        { 88, &Emf2SvgConverter::OnPolyBezierTo16 }, // EMR_POLYBEZIERTO16
-        { 2, &Emf2SvgConverter::OnPolyBezier }, // EMR_POLYBEZIER
-        { 85, &Emf2SvgConverter::OnPolyBezier16 }, // EMR_POLYBEZIER16
-        // Quirk: EMR_POLYDRAW (56) has no entry; only the 16-bit record is drawn.
-        { 92, &Emf2SvgConverter::OnPolyDraw }, // EMR_POLYDRAW16
-        { 25, &Emf2SvgConverter::OnSetBkColor }, // EMR_SETBKCOLOR
-        { 38, &Emf2SvgConverter::OnCreatePen }, // EMR_CREATEPEN
-        { 39, &Emf2SvgConverter::OnCreateBrushIndirect }, // EMR_CREATEBRUSHINDIRECT
-        { 93, &Emf2SvgConverter::OnAcceptAndIgnore }, // EMR_CREATEMONOBRUSH
-        { 95, &Emf2SvgConverter::OnCreatePenEx }, // EMR_EXTCREATEPEN
-        { 37, &Emf2SvgConverter::OnSelectObject }, // EMR_SELECTOBJECT
-        { 84, &Emf2SvgConverter::OnExtTextOutW }, // EMR_EXTTEXTOUTW
-        { 24, &Emf2SvgConverter::OnSetTextColor }, // EMR_SETTEXTCOLOR
-        { 82, &Emf2SvgConverter::OnExtCreateFontIndirect }, // EMR_EXTCREATEFONTINDIRECTW
-        { 75, &Emf2SvgConverter::OnExtSetClipRgn }, // EMR_EXTSELECTCLIPRGN
-        { 76, &Emf2SvgConverter::OnBitBlt }, // EMR_BITBLT
-        { 71, &Emf2SvgConverter::OnFillRgn }, // EMR_FILLRGN
-        { 72, &Emf2SvgConverter::OnFrameRgn }, // EMR_FRAMERGN
-        { 40, &Emf2SvgConverter::OnDeleteObject }, // EMR_DELETEOBJECT
-        { 18, &Emf2SvgConverter::OnSetBkMode }, // EMR_SETBKMODE
-        { 11, &Emf2SvgConverter::OnSetViewPortEx }, // EMR_SETVIEWPORTEXTEX
-        { 9, &Emf2SvgConverter::OnSetWindowsExt }, // EMR_SETWINDOWEXTEX
-        { 10, &Emf2SvgConverter::OnSetWindowOrgEx }, // EMR_SETWINDOWORGEX
-        { 12, &Emf2SvgConverter::OnSetViewPortOrgEx }, // EMR_SETVIEWPORTORGEX
-        { 17, &Emf2SvgConverter::OnSetMapMode }, // EMR_SETMAPMODE
-        { 59, &Emf2SvgConverter::OnBeginPath }, // EMR_BEGINPATH
-        { 60, &Emf2SvgConverter::OnEndPath }, // EMR_ENDPATH
-        { 64, &Emf2SvgConverter::OnStrokePath }, // EMR_STROKEPATH
-        { 62, &Emf2SvgConverter::OnFillPath }, // EMR_FILLPATH
-        { 61, &Emf2SvgConverter::OnCloseFigure }, // EMR_CLOSEFIGURE
-        { 81, &Emf2SvgConverter::OnStretchDIB }, // EMR_STRETCHDIBITS
-        { 116, &Emf2SvgConverter::OnTransparentBlt }, // EMR_TRANSPARENTBLT
-        { 78, &Emf2SvgConverter::OnMaskBlt }, // EMR_MASKBLT
-        { 77, &Emf2SvgConverter::OnStretchBlt }, // EMR_STRETCHBLT
-        { 79, &Emf2SvgConverter::OnDoNothing }, // EMR_PLGBLT
-        { 22, &Emf2SvgConverter::OnSetTextAlign }, // EMR_SETTEXTALIGN
-        { 108, &Emf2SvgConverter::OnSmallTextOut }, // EMR_SMALLTEXTOUT
-        { 67, &Emf2SvgConverter::OnSelectClipPath }, // EMR_SELECTCLIPPATH
-        { 68, &Emf2SvgConverter::OnAbortPath }, // EMR_ABORTPATH
-        { 35, &Emf2SvgConverter::OnSetWorldTransform }, // EMR_SETWORLDTRANSFORM
-        { 36, &Emf2SvgConverter::OnModifyWorldTransform }, // EMR_MODIFYWORLDTRANSFORM
-        { 30, &Emf2SvgConverter::OnAcceptAndIgnore }, // EMR_INTERSECTCLIPRECT
+        { Emr::Ellipse, &Emf2SvgConverter::OnEllipse },
+        { Emr::Rectangle, &Emf2SvgConverter::OnRectangle },
+        { Emr::RoundRect, &Emf2SvgConverter::OnRoundedRect },
+        { Emr::LineTo, &Emf2SvgConverter::OnLineTo },
+        { Emr::Arc, &Emf2SvgConverter::OnArc },
+        { Emr::ArcTo, &Emf2SvgConverter::OnArcTo },
+        { Emr::Chord, &Emf2SvgConverter::OnChord },
+        { Emr::Pie, &Emf2SvgConverter::OnPie },
+        { Emr::MoveToEx, &Emf2SvgConverter::OnMoveToEx },
+        { Emr::AngleArc, &Emf2SvgConverter::OnAngleArc },
+        { Emr::Polygon, &Emf2SvgConverter::OnPolygon },
+        { Emr::Polygon16, &Emf2SvgConverter::OnPolygon16 },
+        { Emr::Polyline, &Emf2SvgConverter::OnPolyLine },
+        { Emr::Polyline16, &Emf2SvgConverter::OnPolyLine16 },
+        { Emr::PolylineTo, &Emf2SvgConverter::OnPolyLineTo },
+        { Emr::PolylineTo16, &Emf2SvgConverter::OnPolyLineTo16 },
+        { Emr::PolyPolyline, &Emf2SvgConverter::OnPolyPolyLine },
+        { Emr::PolyPolyline16, &Emf2SvgConverter::OnPolyPolyLine16 },
+        { Emr::PolyPolygon, &Emf2SvgConverter::OnPolyPolygon },
+        { Emr::PolyPolygon16, &Emf2SvgConverter::OnPolyPolygon16 },
+        { Emr::PolyBezierTo, &Emf2SvgConverter::OnPolyBezierTo },
+        { Emr::PolyBezierTo16, &Emf2SvgConverter::OnPolyBezierTo16 },
+        { Emr::PolyBezier, &Emf2SvgConverter::OnPolyBezier },
+        { Emr::PolyBezier16, &Emf2SvgConverter::OnPolyBezier16 },
+        // Quirk: Emr::PolyDraw has no entry; only the 16-bit record is drawn.
+        { Emr::PolyDraw16, &Emf2SvgConverter::OnPolyDraw },
+        { Emr::SetBkColor, &Emf2SvgConverter::OnSetBkColor },
+        { Emr::CreatePen, &Emf2SvgConverter::OnCreatePen },
+        { Emr::CreateBrushIndirect, &Emf2SvgConverter::OnCreateBrushIndirect },
+        { Emr::CreateMonoBrush, &Emf2SvgConverter::OnAcceptAndIgnore },
+        { Emr::ExtCreatePen, &Emf2SvgConverter::OnCreatePenEx },
+        { Emr::SelectObject, &Emf2SvgConverter::OnSelectObject },
+        { Emr::ExtTextOutW, &Emf2SvgConverter::OnExtTextOutW },
+        { Emr::SetTextColor, &Emf2SvgConverter::OnSetTextColor },
+        { Emr::ExtCreateFontIndirectW, &Emf2SvgConverter::OnExtCreateFontIndirect },
+        { Emr::ExtSelectClipRgn, &Emf2SvgConverter::OnExtSetClipRgn },
+        { Emr::BitBlt, &Emf2SvgConverter::OnBitBlt },
+        { Emr::FillRgn, &Emf2SvgConverter::OnFillRgn },
+        { Emr::FrameRgn, &Emf2SvgConverter::OnFrameRgn },
+        { Emr::DeleteObject, &Emf2SvgConverter::OnDeleteObject },
+        { Emr::SetBkMode, &Emf2SvgConverter::OnSetBkMode },
+        { Emr::SetViewportExtEx, &Emf2SvgConverter::OnSetViewPortEx },
+        { Emr::SetWindowExtEx, &Emf2SvgConverter::OnSetWindowsExt },
+        { Emr::SetWindowOrgEx, &Emf2SvgConverter::OnSetWindowOrgEx },
+        { Emr::SetViewportOrgEx, &Emf2SvgConverter::OnSetViewPortOrgEx },
+        { Emr::SetMapMode, &Emf2SvgConverter::OnSetMapMode },
+        { Emr::BeginPath, &Emf2SvgConverter::OnBeginPath },
+        { Emr::EndPath, &Emf2SvgConverter::OnEndPath },
+        { Emr::StrokePath, &Emf2SvgConverter::OnStrokePath },
+        { Emr::FillPath, &Emf2SvgConverter::OnFillPath },
+        { Emr::CloseFigure, &Emf2SvgConverter::OnCloseFigure },
+        { Emr::StretchDIBits, &Emf2SvgConverter::OnStretchDIB },
+        { Emr::TransparentBlt, &Emf2SvgConverter::OnTransparentBlt },
+        { Emr::MaskBlt, &Emf2SvgConverter::OnMaskBlt },
+        { Emr::StretchBlt, &Emf2SvgConverter::OnStretchBlt },
+        { Emr::PlgBlt, &Emf2SvgConverter::OnDoNothing },
+        { Emr::SetTextAlign, &Emf2SvgConverter::OnSetTextAlign },
+        { Emr::SmallTextOut, &Emf2SvgConverter::OnSmallTextOut },
+        { Emr::SelectClipPath, &Emf2SvgConverter::OnSelectClipPath },
+        { Emr::AbortPath, &Emf2SvgConverter::OnAbortPath },
+        { Emr::SetWorldTransform, &Emf2SvgConverter::OnSetWorldTransform },
+        { Emr::ModifyWorldTransform, &Emf2SvgConverter::OnModifyWorldTransform },
+        { Emr::IntersectClipRect, &Emf2SvgConverter::OnAcceptAndIgnore },
     };
     static_assert(std::size(kHandlers) == 62);
     static constexpr auto kByType = [] {
-        std::array<Handler, std::size(kEmfRecordNames)> table{};
+        std::array<Handler, Emr::CreateColorSpaceW + 1> table{};
         for (const Entry &entry : kHandlers)
             table[entry.type] = entry.handler;
         return table;
@@ -191,7 +188,7 @@ qint32 Emf2SvgConverter::ConvertEMFToSVG(ByteView data, RecordDump *dump)
 qint32 Emf2SvgConverter::convertRecords(ByteView data, RecordDump *dump)
 {
     const auto header = readRecord(data, &InitEnhMetaHeader);
-    if (header.dSignature != kSignature)
+    if (header.dSignature != kEmfSignature)
         return 0;
     InitEMFRecHandlers();
     m_writer.makeRoom(data.size);
@@ -228,7 +225,7 @@ bool Emf2SvgConverter::walkRecords(ByteView records, quint32 count, RecordDump *
         if (record == nullptr)
             return false;
         records = tail(records, head.nSize);
-        if (head.iType == kEndOfFile)
+        if (head.iType == Emr::Eof)
             return endAt(StopReason::EndRecord);
         // Traced, it is dispatched by a call that reads the head again.
         if (isTracing()) [[unlikely]]
@@ -250,10 +247,8 @@ Emf2SvgConverter::Handler Emf2SvgConverter::findHandler(quint32 type, RecordDump
 {
     if (type < m_handlers.size() && m_handlers[type] != nullptr)
         return m_handlers[type];
-    if (dump != nullptr && type < m_recordNames.size() && m_recordNames[type] != nullptr) {
-        dump->write(m_recordNames[type]);
-        dump->write("\n");
-    }
+    if (dump != nullptr && dump->isOn)
+        dump->write(emfDumpLine(m_recordTypes, type));
     return nullptr;
 }
 

@@ -3,6 +3,7 @@
 #include "core/base/Bytes.h"
 #include "core/records/EmfRecords.h"
 #include "core/records/RecordTally.h"
+#include "core/records/RecordType.h"
 #include "exact/emf/Axis.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/RecordDump.h"
@@ -185,7 +186,7 @@ private:
     QRegion m_deviceRegion; ///< of the header
     QRegion m_clipRegion;
     qint64 m_clipRectsLeft = 0; ///< how many rectangles clips may still read and write
-    std::span<const char *const> m_recordNames; ///< by record type
+    std::span<const RecordType> m_recordTypes; ///< for the dump
     XFORM m_worldTransform{};
     bool m_hasWorldTransform = false; ///< until then, the identity is meant
     qint32 m_originX = 0;

@@ -1,6 +1,12 @@
 #pragma once
 
+#include "core/records/RecordType.h"
+
 #include <QFile>
+
+#include <span>
+#include <string>
+#include <string_view>
 
 namespace svgtool {
 
@@ -14,11 +20,16 @@ struct RecordDump
     QFile file;
 
     /// Writes @p text when the dump is on.
-    void write(const char *text)
+    void write(std::string_view text)
     {
         if (isOn)
-            file.write(text);
+            file.write(text.data(), qint64(text.size()));
     }
 };
+
+/// The line for records of a type, its name filled up to a column; empty for a type that the dump
+/// does not know. @p types is the list of its format.
+std::string emfDumpLine(std::span<const RecordType> types, quint32 type);
+std::string wmfDumpLine(std::span<const RecordType> types, quint32 function);
 
 } // namespace svgtool

@@ -55,7 +55,6 @@ namespace {
     qint32 ConvertWMFToSVG(ByteView data, QByteArray &svgOut, RecordTally *tally)
     {
         SVGTOOL_TRACE("ConvertWMFToSVG");
-        constexpr quint32 kPlaceableKey = 0x9AC6CDD7;
         try {
             WMF2SVGConverter converter;
             const auto placeable = readRecord(data, &InitPlaceableMetaHeader);
@@ -111,6 +110,12 @@ qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut, Recor
     InitEnhMetaHeader(&header);
     return detector.IsValidEMFFile(header) != -2 ? ConvertEMFToSVG(block, svgOut, tally)
                                                  : ConvertWMFToSVG(block, svgOut, tally);
+}
+
+void setLogLevel(const QByteArray &name)
+{
+    SVGTOOL_TRACE("setLogLevel");
+    CLogSystem::theRootInstance->setLevel(name.toStdString());
 }
 
 bool startRecordDump(const QString &path, QString *reason)

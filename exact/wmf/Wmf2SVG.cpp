@@ -1,7 +1,7 @@
 #include "exact/wmf/Wmf2SVG.h"
 
 #include "core/base/Numeric.h"
-#include "core/records/WmfRecordNames.h"
+#include "core/records/WmfRecordTypes.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/records/BEndTools.h"
 #include "exact/records/RecordCopy.h"
@@ -12,8 +12,6 @@
 namespace svgtool {
 
 static constexpr char kTraceUnit[] = ".\\Wmf2SVG.cpp";
-
-static constexpr quint16 kEndOfFile = 0; // META_EOF
 
 WMF2SVGConverter::WMF2SVGConverter()
 {
@@ -41,7 +39,7 @@ void WMF2SVGConverter::InitWMFText()
 {
     SVGTOOL_TRACE("WMF2SVGConverter::InitWMFText");
     logInfo(kTraceUnit, "Setup WMF record names buffer");
-    m_recordNames = kWmfRecordNames;
+    m_recordTypes = kWmfRecordTypes;
 }
 
 void WMF2SVGConverter::InitWMFRecHandlers()
@@ -58,31 +56,31 @@ void WMF2SVGConverter::InitWMFRecHandlers()
     m_winOrgY = 1;
 
     static constexpr HandlerEntry kHandlers[] = {
-        { 0x0102, &WMF2SVGConverter::OnMetaSetBkMode }, // META_SETBKMODE
+        { Meta::SetBkMode, &WMF2SVGConverter::OnMetaSetBkMode },
         // Quirk: the map mode is ignored and arcs draw nothing; hosts compare documents.
-        { 0x0103, &WMF2SVGConverter::OnDoNothing }, // META_SETMAPMODE
-        { 0x012D, &WMF2SVGConverter::OnMetaSelectObject }, // META_SELECTOBJECT
-        { 0x01F0, &WMF2SVGConverter::OnMetaDeleteObject }, // META_DELETEOBJECT
-        { 0x020B, &WMF2SVGConverter::OnMetaSetWinOrg }, // META_SETWINDOWORG
-        { 0x020C, &WMF2SVGConverter::OnMetaSetWinExt }, // META_SETWINDOWEXT
-        { 0x0213, &WMF2SVGConverter::OnMetaLineTo }, // META_LINETO
-        { 0x0214, &WMF2SVGConverter::OnMetaMove }, // META_MOVETO
-        { 0x02FA, &WMF2SVGConverter::OnCreatePenIndirect }, // META_CREATEPENINDIRECT
-        { 0x02FB, &WMF2SVGConverter::OnMetaCreateFontIndirect }, // META_CREATEFONTINDIRECT
-        { 0x02FC, &WMF2SVGConverter::OnMetaCreateBrushIndirect }, // META_CREATEBRUSHINDIRECT
-        { 0x0324, &WMF2SVGConverter::OnMetaPolygon }, // META_POLYGON
-        { 0x0325, &WMF2SVGConverter::OnMetaPolyLine }, // META_POLYLINE
-        { 0x0418, &WMF2SVGConverter::OnMetaEllipse }, // META_ELLIPSE
-        { 0x041B, &WMF2SVGConverter::OnMetaRectangle }, // META_RECTANGLE
-        { 0x0538, &WMF2SVGConverter::OnMetaPolyPolygon }, // META_POLYPOLYGON
-        { 0x061D, &WMF2SVGConverter::OnMetaPatBlt }, // META_PATBLT
-        { 0x0817, &WMF2SVGConverter::OnDoNothing }, // META_ARC
-        { 0x0922, &WMF2SVGConverter::OnDIBBitBlt }, // META_BITBLT
-        { 0x0940, &WMF2SVGConverter::OnDIBBitBlt }, // META_DIBBITBLT
-        { 0x0A32, &WMF2SVGConverter::OnMetaExtTextOut }, // META_EXTTEXTOUT
-        { 0x0B23, &WMF2SVGConverter::OnStretchDIB }, // META_STRETCHBLT
-        { 0x0B41, &WMF2SVGConverter::OnDIBStretchBlt }, // META_DIBSTRETCHBLT
-        { 0x0F43, &WMF2SVGConverter::OnStretchDIB }, // META_STRETCHDIB
+        { Meta::SetMapMode, &WMF2SVGConverter::OnDoNothing },
+        { Meta::SelectObject, &WMF2SVGConverter::OnMetaSelectObject },
+        { Meta::DeleteObject, &WMF2SVGConverter::OnMetaDeleteObject },
+        { Meta::SetWindowOrg, &WMF2SVGConverter::OnMetaSetWinOrg },
+        { Meta::SetWindowExt, &WMF2SVGConverter::OnMetaSetWinExt },
+        { Meta::LineTo, &WMF2SVGConverter::OnMetaLineTo },
+        { Meta::MoveTo, &WMF2SVGConverter::OnMetaMove },
+        { Meta::CreatePenIndirect, &WMF2SVGConverter::OnCreatePenIndirect },
+        { Meta::CreateFontIndirect, &WMF2SVGConverter::OnMetaCreateFontIndirect },
+        { Meta::CreateBrushIndirect, &WMF2SVGConverter::OnMetaCreateBrushIndirect },
+        { Meta::Polygon, &WMF2SVGConverter::OnMetaPolygon },
+        { Meta::Polyline, &WMF2SVGConverter::OnMetaPolyLine },
+        { Meta::Ellipse, &WMF2SVGConverter::OnMetaEllipse },
+        { Meta::Rectangle, &WMF2SVGConverter::OnMetaRectangle },
+        { Meta::PolyPolygon, &WMF2SVGConverter::OnMetaPolyPolygon },
+        { Meta::PatBlt, &WMF2SVGConverter::OnMetaPatBlt },
+        { Meta::Arc, &WMF2SVGConverter::OnDoNothing },
+        { Meta::BitBlt, &WMF2SVGConverter::OnDIBBitBlt },
+        { Meta::DibBitBlt, &WMF2SVGConverter::OnDIBBitBlt },
+        { Meta::ExtTextOut, &WMF2SVGConverter::OnMetaExtTextOut },
+        { Meta::StretchBlt, &WMF2SVGConverter::OnStretchDIB },
+        { Meta::DibStretchBlt, &WMF2SVGConverter::OnDIBStretchBlt },
+        { Meta::StretchDib, &WMF2SVGConverter::OnStretchDIB },
     };
     static_assert(std::size(kHandlers) == 24);
     static_assert(std::ranges::is_sorted(kHandlers, {}, &HandlerEntry::function));
@@ -146,13 +144,13 @@ bool WMF2SVGConverter::walkRecords(ByteView records, qint64 totalBytes, quint32 
         // Quirk: the record that reaches the length of the header is not handled, even if it
         // draws. The length counts the headers too, so ordinary files end on their end record.
         if (totalBytes <= walkedBytes)
-            return endAt(head.rdFunction == kEndOfFile ? StopReason::EndRecord
-                                                       : StopReason::LengthReached);
+            return endAt(head.rdFunction == Meta::Eof ? StopReason::EndRecord
+                                                      : StopReason::LengthReached);
         char *const record = copy.make(records, bytes);
         if (record == nullptr)
             return false;
         records = tail(records, bytes);
-        if (head.rdFunction == kEndOfFile)
+        if (head.rdFunction == Meta::Eof)
             return endAt(StopReason::EndRecord);
         // Traced, it is dispatched by a call that reads the head again.
         if (isTracing()) [[unlikely]]
@@ -185,15 +183,8 @@ void WMF2SVGConverter::handle(quint16 function, char *record, quint32 size, Reco
         handleAndNote(handler, record, size, function);
     else if (handler != nullptr)
         (this->*handler)(record, size);
-    if (dump == nullptr || !dump->isOn)
-        return;
-    const auto name = std::lower_bound(
-            m_recordNames.begin(), m_recordNames.end(), function,
-            [](const WmfRecordName &each, quint16 wanted) { return each.function < wanted; });
-    if (name != m_recordNames.end() && name->function == function) {
-        dump->write(name->name);
-        dump->write("\n");
-    }
+    if (dump != nullptr && dump->isOn)
+        dump->write(wmfDumpLine(m_recordTypes, function));
 }
 
 // A length in 16 bits: first in pixels, then scaled from the window to the picture.

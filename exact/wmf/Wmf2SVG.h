@@ -2,6 +2,7 @@
 
 #include "core/base/Bytes.h"
 #include "core/records/RecordTally.h"
+#include "core/records/RecordType.h"
 #include "core/records/WmfRecords.h"
 #include "exact/records/RecordDump.h"
 #include "exact/svg/SVGWriter.h"
@@ -13,8 +14,6 @@
 #include <vector>
 
 namespace svgtool {
-
-struct WmfRecordName;
 
 /// Converts one 16-bit Windows metafile ([MS-WMF]) into an SVG document.
 ///
@@ -51,7 +50,7 @@ private:
 
     struct HandlerEntry
     {
-        quint16 function;
+        quint32 function;
         Handler handler;
     };
 
@@ -117,7 +116,7 @@ private:
     CMySVGWriter m_writer;
     RecordTally *m_tally = nullptr; ///< somebody else's
     std::span<const HandlerEntry> m_handlers; ///< by function number
-    std::span<const WmfRecordName> m_recordNames;
+    std::span<const RecordType> m_recordTypes; ///< for the dump
     quint32 m_indexCount = 0; ///< object indices given out, from 0 on
     std::set<quint16> m_freeIndices; ///< those of deleted objects; the lowest is used again first
     qint16 m_winOrgX = 0;

@@ -1,5 +1,6 @@
 // What a file can ask for with few bytes is bounded over the whole document.
 
+#include "core/records/RecordType.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 #include "unit/Cases.h"

@@ -1,6 +1,7 @@
 // The examples of docs/output.md and of the files in tests/golden, whose README says how they are
 // written: each one is a test.
 
+#include "core/records/MetafileFacts.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 #include "support/Bitmaps.h"
@@ -188,12 +189,11 @@ std::string tallyOf(const QByteArray &file)
     EXPECT_GT(result, 0);
     EXPECT_EQ(ConvertMetaFileToSVG(file, plain), result);
     EXPECT_EQ(plain, counted);
-    const MetafileFormat format = inspectMetaFile(file).format;
+    const MetafileFormat format = inspectMetafile({ file.constData(), file.size() }).format;
     std::ostringstream text;
     for (const RecordTally::Line &line : tally.lines())
-        text << recordName(format, line.type).toStdString() << ' '
-             << kOutcomes[size_t(line.outcome)] << ' ' << line.count << " @" << line.firstOffset
-             << '\n';
+        text << recordName(format, line.type) << ' ' << kOutcomes[size_t(line.outcome)] << ' '
+             << line.count << " @" << line.firstOffset << '\n';
     const RecordTally::Stop &stop = tally.stop();
     text << kStops[size_t(stop.reason)] << ' ' << stop.record << " @" << stop.offset << '\n';
     return text.str();

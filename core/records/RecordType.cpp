@@ -1,0 +1,45 @@
+#include "core/records/RecordType.h"
+
+#include "core/records/EmfRecordTypes.h"
+#include "core/records/RecordTally.h"
+#include "core/records/WmfRecordTypes.h"
+
+#include <array>
+#include <charconv>
+
+namespace svgtool {
+
+std::span<const RecordType> recordTypes(MetafileFormat format)
+{
+    switch (format) {
+    case MetafileFormat::Emf:
+        return kEmfRecordTypes;
+    case MetafileFormat::Wmf:
+    case MetafileFormat::PlaceableWmf:
+        return kWmfRecordTypes;
+    case MetafileFormat::Unknown:
+        break;
+    }
+    return {};
+}
+
+const RecordType *findRecordType(std::span<const RecordType> types, uint32_t number)
+{
+    const auto type = std::ranges::lower_bound(types, number, {}, &RecordType::number);
+    return type != types.end() && type->number == number ? &*type : nullptr;
+}
+
+std::string recordName(MetafileFormat format, uint32_t number)
+{
+    if (number == RecordTally::kOtherTypes)
+        return "other types";
+    if (const RecordType *type = findRecordType(recordTypes(format), number))
+        return type->name;
+    const bool isEmf = format == MetafileFormat::Emf;
+    std::array<char, 16> digits{};
+    const auto end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), number, isEmf ? 10 : 16);
+    return (isEmf ? "EMR " : "META 0x") + std::string(digits.data(), end.ptr);
+}
+
+} // namespace svgtool
