@@ -57,32 +57,59 @@ namespace {
         bool isIncomplete = false; ///< records are missing, not only the header wrong
     };
 
+    bool isMoved(const MetafileFacts &facts)
+    {
+        return facts.firstRecord != facts.namedFirstRecord;
+    }
+
+    // What lies behind an end record that is not the last record.
+    QString unreadText(const MetafileFacts &facts)
+    {
+        return QStringLiteral("an end record with %1 %2 behind it, %3 bytes from offset %4 on")
+                .arg(facts.unread.records)
+                .arg(QLatin1String(facts.unread.records == 1 ? "record" : "records"))
+                .arg(facts.fileBytes - facts.unread.offset)
+                .arg(facts.unread.offset);
+    }
+
     Damage damageOf(const MetafileFacts &facts, const RecordTally &records, bool isRepaired)
     {
         const RecordTally::Stop &stop = records.stop();
-        const QString sizes =
-                QStringLiteral("%1 of %2 bytes").arg(facts.fileBytes).arg(facts.headerBytes);
-        const QString place =
-                QStringLiteral("record %1 (offset %2)").arg(stop.record).arg(stop.offset);
         const bool hasSize = facts.fileBytes == facts.headerBytes;
-        if (stop.reason == StopReason::EndRecord) {
-            if (!isRepaired)
-                return {};
-            return { QStringLiteral("damaged header, %1all records are there")
-                             .arg(hasSize ? QString() : sizes + QLatin1String(", ")),
+        const bool isWhole = stop.reason == StopReason::EndRecord;
+        const QString sizes =
+                QStringLiteral("%1 of %2 bytes, ").arg(facts.fileBytes).arg(facts.headerBytes);
+        const QString header = isMoved(facts)
+                ? QStringLiteral("first record found at offset %1 and not at %2, ")
+                          .arg(facts.firstRecord)
+                          .arg(facts.namedFirstRecord)
+                : QString();
+        const QString stopped = header
+                + QStringLiteral("stopped at record %1 (offset %2)")
+                          .arg(stop.record)
+                          .arg(stop.offset);
+        if (isWhole && facts.unread.records > 0)
+            return { QStringLiteral("damaged, %1: %2").arg(stopped, unreadText(facts)), true };
+        if (isWhole && isRepaired)
+            return { QStringLiteral("damaged header, %1%2all %3")
+                             .arg(hasSize ? QString() : sizes, header,
+                                  QLatin1String(isMoved(facts) ? "from there on are read"
+                                                               : "records are there")),
                      false };
-        }
+        if (isWhole)
+            return {};
         if (facts.fileBytes < facts.headerBytes)
-            return { QStringLiteral("truncated, %1, stopped at %2").arg(sizes, place), true };
+            return { QStringLiteral("truncated, ") + sizes + stopped, true };
         // Some programs leave the end record out, or do not count it.
         const bool hasAll = stop.offset == facts.fileBytes
                 || (stop.reason == StopReason::CountReached
                     && facts.records.stop().record == stop.record);
         if (hasAll && !isRepaired)
             return {};
-        return { QStringLiteral("damaged, stopped at %1: %2")
-                         .arg(place, QLatin1String(reasonOf(stop.reason))),
-                 true };
+        return {
+            QStringLiteral("damaged, %1: %2").arg(stopped, QLatin1String(reasonOf(stop.reason))),
+            true
+        };
     }
 
     void checkSize(const QString &name, const QByteArray &bytes)
@@ -103,21 +130,23 @@ namespace {
     }
 
     // The library refuses an EMF for a size that is not that of its header, and ends early where a
-    // header sets too low a limit. A copy with the header put right may give more.
+    // header sets too low a limit or names a wrong place for the first record. A copy with the
+    // header put right may give more.
     bool convertRepaired(const QByteArray &bytes, const RecordTally::Stop &stop, QByteArray &svg,
                          FileResult &result)
     {
         const bool isLimited = stop.reason == StopReason::BadSize
                 || stop.reason == StopReason::LengthReached
                 || stop.reason == StopReason::CountReached;
-        if (stop.reason != StopReason::None && !isLimited)
+        if (stop.reason != StopReason::None && !isLimited && !isMoved(result.facts))
             return false;
         QByteArray copy = bytes;
         repairHeader({ copy.data(), size_t(copy.size()) }, result.facts);
         QByteArray repaired;
         RecordTally records;
         const qint32 code = convertMetaFile(copy, repaired, &records);
-        if (!isSuccess(code) || records.stop().record <= stop.record)
+        const bool isMore = records.stop().record > stop.record || isMoved(result.facts);
+        if (!isSuccess(code) || !isMore)
             return false;
         svg.swap(repaired);
         result.records = records;
@@ -159,19 +188,30 @@ namespace {
         return displayableSvg(svg, display);
     }
 
-    bool isUpToDate(const Job &job)
+    QDateTime timeOf(const QString &path)
     {
-        const QFileInfo output(job.output);
-        return output.isFile() && output.lastModified() > QFileInfo(job.input).lastModified();
+        return QFileInfo(path).lastModified();
     }
 
-    void write(const Job &job, const StandardStreams &streams, const QByteArray &document)
+    bool isUpToDate(const Job &job)
     {
+        return QFileInfo(job.output).isFile() && timeOf(job.output) > timeOf(job.input);
+    }
+
+    void write(const Job &job, const StandardStreams &streams, const QByteArray &document,
+               FileStatus status)
+    {
+        if (!job.mayBeUpToDate)
+            return writeOutput(job.output, streams.out, document);
         // The folders of a tree are made as they are needed; one that cannot be made shows when
         // the file is opened.
-        if (job.mayBeUpToDate)
-            QDir().mkpath(QFileInfo(job.output).path());
-        writeOutput(job.output, streams.out, document);
+        QDir().mkpath(QFileInfo(job.output).path());
+        OutputFile file(job.output);
+        file.write(document);
+        // Not newer than its metafile, this one is never up to date: each run tells the damage.
+        if (status == FileStatus::Damaged)
+            file.setTime(timeOf(job.input));
+        file.finish();
     }
 
     void convertOrThrow(const Job &job, const Options &options, const StandardStreams &streams,
@@ -189,7 +229,7 @@ namespace {
         if (document.isEmpty())
             throw Failure{ result.input, QStringLiteral("the document is empty") };
         if (!job.output.isEmpty() && !isDone)
-            write(job, streams, document);
+            write(job, streams, document, result.status);
         if (options.keepsDocuments)
             result.document.swap(document);
     }

@@ -2,6 +2,7 @@
 
 #include "cli/Options.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -107,6 +108,11 @@ OutputFile::~OutputFile() = default;
 void OutputFile::write(const QByteArray &bytes)
 {
     writeAll(m_path, *m_file, bytes);
+}
+
+void OutputFile::setTime(const QDateTime &time)
+{
+    m_file->setFileTime(time, QFileDevice::FileModificationTime);
 }
 
 void OutputFile::finish()

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <memory>
 
+class QDateTime;
 class QFileDevice;
 
 namespace svgtool {
@@ -42,6 +43,8 @@ public:
 
     /// Appends all of @p bytes, past any buffer of this process. Throws Failure.
     void write(const QByteArray &bytes);
+    /// Has the file last changed at @p time, as far as its file system can tell.
+    void setTime(const QDateTime &time);
     /// Puts the file in its place. Throws Failure.
     void finish();
 

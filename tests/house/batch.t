@@ -114,6 +114,16 @@ The same bytes and messages whatever the threads.
   metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
   [1]
 
+Each run tells of damage.
+
+  $ for i in 1 2; do metafile2svg many/4.emf many/4.wmf -o again/; echo $?; done
+  metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
+  metafile2svg: 2 files: 1 converted, 1 damaged; 1 records skipped in 1 of them
+  3
+  metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
+  metafile2svg: 2 files: 1 damaged, 1 up to date; 1 records skipped in 1 of them
+  3
+
 The list of records without a handler.
 
   $ metafile2svg -j2 --force --dump-skipped list.txt tree -o dumped/

@@ -94,6 +94,35 @@ Damaged files are converted, and their documents marked if something is missing.
   0
   [1]
 
+An end record that is not the last leaves something out, but padding is nothing.
+
+  $ printf "$head$rectangle$end$arc$rectangle$end" >middle.wmf
+  $ damaged middle.wmf
+  metafile2svg: middle.wmf: damaged, stopped at record 2 (offset 32): an end record with 2 records behind it, 42 bytes from offset 38 on
+  3
+  <!-- Incomplete: the metafile is damaged, stopped at record 2 (offset 32): an end record with 2 records behind it, 42 bytes from offset 38 on -->
+  $ put() { cp chart.emf patched.emf; printf "$2" | dd of=patched.emf bs=1 seek=$1 conv=notrunc status=none; damaged patched.emf; }
+  $ put 192 '\16' >/dev/null
+  metafile2svg: patched.emf: damaged, stopped at record 4 (offset 192): an end record with 191 records behind it, 5240 bytes from offset 216 on
+  $ printf "$head$rectangle$arc$end$end\0\0\0\0\0\0" >padded.wmf
+  $ metafile2svg padded.wmf | cmp - whole.svg
+
+A header that names no place of a record.
+
+  $ put 4 '\254'
+  metafile2svg: patched.emf: damaged header, first record found at offset 168 and not at 172, all from there on are read
+  3
+  [1]
+  $ metafile2svg chart.emf | cmp - damaged.svg
+  $ put 4 '\120\25\0\0'
+  metafile2svg: patched.emf: damaged header, first record found at offset 168 and not at 5456, all from there on are read
+  3
+  [1]
+  $ metafile2svg chart.emf | cmp - damaged.svg
+  $ metafile2svg --exact patched.emf | grep -c '<rect'
+  0
+  [1]
+
 Of a file cut anywhere behind its header there is a document; only those cut behind the record that
 draws hold what it draws.
 
