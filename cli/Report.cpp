@@ -83,8 +83,8 @@ namespace {
         if (facts.format == MetafileFormat::Unknown)
             return text;
         row("size",
-            QByteArray::number(facts.fileBytes) + " bytes, by its header "
-                    + QByteArray::number(facts.headerBytes));
+            QByteArray::number(qint64(facts.fileBytes)) + " bytes, by its header "
+                    + QByteArray::number(qint64(facts.headerBytes)));
         if (facts.format == MetafileFormat::Emf) {
             row("bounds", boxText(facts.bounds, "pixels"));
             row("frame", boxText(facts.frame, "x 0.01 mm"));
@@ -97,13 +97,13 @@ namespace {
         }
         const RecordTally::Stop &stop = facts.records.stop();
         row("records",
-            QByteArray::number(stop.record) + " up to the " + word(stop.reason) + " at offset "
-                    + QByteArray::number(stop.offset));
+            QByteArray::number(quint64(stop.record)) + " up to the " + word(stop.reason)
+                    + " at offset " + QByteArray::number(qint64(stop.offset)));
         for (const RecordTally::Line &line : facts.records.lines())
             text += "    "
                     + QByteArray::fromStdString(recordName(facts.format, line.type))
                               .leftJustified(26)
-                    + QByteArray::number(line.count).rightJustified(8) + '\n';
+                    + QByteArray::number(quint64(line.count)).rightJustified(8) + '\n';
         return text;
     }
 
@@ -116,8 +116,8 @@ namespace {
             lines += "  " + QByteArray(word(line.outcome)).leftJustified(13)
                     + QByteArray::fromStdString(recordName(result.facts.format, line.type))
                               .leftJustified(26)
-                    + QByteArray::number(line.count).rightJustified(8) + "  first at offset "
-                    + QByteArray::number(line.firstOffset) + '\n';
+                    + QByteArray::number(quint64(line.count)).rightJustified(8)
+                    + "  first at offset " + QByteArray::number(qint64(line.firstOffset)) + '\n';
         }
         QByteArray head = "  records: ";
         for (size_t i = 0; i < sums.size(); ++i)
@@ -125,8 +125,8 @@ namespace {
                     + (i + 1 < sums.size() ? ", " : "");
         const RecordTally::Stop &stop = result.records.stop();
         return head + "; ended by " + word(stop.reason) + ", record "
-                + QByteArray::number(stop.record) + " (offset " + QByteArray::number(stop.offset)
-                + ")\n" + lines;
+                + QByteArray::number(quint64(stop.record)) + " (offset "
+                + QByteArray::number(qint64(stop.offset)) + ")\n" + lines;
     }
 
     QJsonArray boxJson(const HeaderBox &box)
