@@ -2,14 +2,13 @@
 
 #include "cli/Convert.h"
 
-#include <QRunnable>
-#include <QThreadPool>
-
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
+#include <thread>
 
 namespace svgtool {
 
@@ -121,10 +120,15 @@ std::vector<FileResult> convertAll(const std::vector<Job> &jobs, const Options &
         return results;
     }
     Pool pool(jobs, options, streams, results);
-    QThreadPool threadPool;
-    threadPool.setMaxThreadCount(threads);
-    for (int i = 0; i < threads; ++i)
-        threadPool.start(QRunnable::create([&pool] { pool.work(); }));
+    std::vector<std::jthread> workers;
+    try {
+        for (int i = 0; i < threads; ++i)
+            workers.emplace_back([&pool] { pool.work(); });
+    } catch (const std::system_error &) {
+        // As many as the system lets there be.
+        if (workers.empty())
+            throw Failure{ QStringLiteral("--jobs"), QStringLiteral("no thread can be started") };
+    }
     try {
         for (size_t i = 0; i < jobs.size(); ++i) {
             pool.await(i, tick);
@@ -132,11 +136,10 @@ std::vector<FileResult> convertAll(const std::vector<Job> &jobs, const Options &
             pool.forget(i);
         }
     } catch (...) {
-        // What is told has nowhere to go; the thread pool waits for the files that are begun.
+        // What is told has nowhere to go; the files that are begun are waited for.
         pool.end();
         throw;
     }
-    threadPool.waitForDone();
     return results;
 }
 

@@ -1,12 +1,8 @@
 #include "cli/Convert.h"
 
+#include "cli/Exact.h"
 #include "exact/svg/SVGDisplay.h"
-#include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
-
-#include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
 
 #include <new>
 
@@ -144,7 +140,7 @@ namespace {
         repairHeader({ copy.data(), size_t(copy.size()) }, result.facts);
         QByteArray repaired;
         RecordTally records;
-        const qint32 code = convertMetaFile(copy, repaired, &records);
+        const qint32 code = convertExact(copy, repaired, &records);
         const bool isMore = records.stop().record > stop.record || isMoved(result.facts);
         if (!isSuccess(code) || !isMore)
             return false;
@@ -159,7 +155,7 @@ namespace {
         checkSize(result.input, bytes);
         result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
         QByteArray svg;
-        const qint32 code = convertMetaFile(bytes, svg, &result.records);
+        const qint32 code = convertExact(bytes, svg, &result.records);
         const bool mayRepair = !options.isExact && (isSuccess(code) || code == SvgToolInvalidEmf);
         const RecordTally::Stop stop = code == SvgToolInvalidEmf
                 ? RecordTally::Stop{ StopReason::None, 0, 0 }
@@ -188,29 +184,16 @@ namespace {
         return displayableSvg(svg, display);
     }
 
-    QDateTime timeOf(const QString &path)
-    {
-        return QFileInfo(path).lastModified();
-    }
-
-    bool isUpToDate(const Job &job)
-    {
-        return QFileInfo(job.output).isFile() && timeOf(job.output) > timeOf(job.input);
-    }
-
     void write(const Job &job, const StandardStreams &streams, const QByteArray &document,
                FileStatus status)
     {
-        if (!job.mayBeUpToDate)
+        if (!job.hasMadeName())
             return writeOutput(job.output, streams.out, document);
-        // The folders of a tree are made as they are needed; one that cannot be made shows when
-        // the file is opened.
-        QDir().mkpath(QFileInfo(job.output).path());
-        OutputFile file(job.output);
+        OutputFile file(job.output, job.namedLength);
         file.write(document);
         // Not newer than its metafile, this one is never up to date: each run tells the damage.
         if (status == FileStatus::Damaged)
-            file.setTime(timeOf(job.input));
+            file.takeTimeOf(job.input);
         file.finish();
     }
 
@@ -219,8 +202,8 @@ namespace {
     {
         if (!job.problem.isEmpty())
             throw Failure{ result.input, job.problem };
-        const bool isDone =
-                job.mayBeUpToDate && options.writes && !options.isForced && isUpToDate(job);
+        const bool isDone = job.hasMadeName() && options.writes && !options.isForced
+                && isNewer(job.output, job.input);
         if (isDone && !options.keepsDocuments) {
             result.status = FileStatus::UpToDate;
             return;
@@ -228,7 +211,7 @@ namespace {
         QByteArray document = convertBytes(readInput(job.input, streams.in), options, result);
         if (document.isEmpty())
             throw Failure{ result.input, QStringLiteral("the document is empty") };
-        if (!job.output.isEmpty() && !isDone)
+        if (!job.output.empty() && !isDone)
             write(job, streams, document, result.status);
         if (options.keepsDocuments)
             result.document.swap(document);
@@ -240,7 +223,7 @@ FileResult convertFile(const Job &job, const Options &options, const StandardStr
 {
     FileResult result;
     result.input = shownInput(job.input);
-    result.output = job.output;
+    result.output = shownName(job.output);
     const auto fail = [&result](const QString &message) {
         result.status = FileStatus::Failed;
         result.message = message;

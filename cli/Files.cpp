@@ -2,10 +2,10 @@
 
 #include "cli/Options.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
+#if !defined(_WIN32)
+#include <cerrno>
+#include <fcntl.h>
+#endif
 
 namespace svgtool {
 
@@ -30,26 +30,6 @@ namespace {
         return bytes;
     }
 
-    Failure writeFailure(const QString &name, const QFileDevice &file)
-    {
-        return { name, QStringLiteral("cannot be written: ") + file.errorString() };
-    }
-
-    // Writes the whole text or throws. A device that fills up takes a part of it first and says why
-    // only when asked again; and what fails in a buffer shows when it is flushed.
-    void writeAll(const QString &name, QFileDevice &file, const QByteArray &svg)
-    {
-        qint64 done = 0;
-        while (done < svg.size()) {
-            const qint64 count = file.write(svg.constData() + done, svg.size() - done);
-            if (count <= 0)
-                throw writeFailure(name, file);
-            done += count;
-        }
-        if (!file.flush())
-            throw writeFailure(name, file);
-    }
-
 } // namespace
 
 QString printable(QString text)
@@ -61,85 +41,106 @@ QString printable(QString text)
     return text;
 }
 
-QString shownInput(const QString &path)
+QString shownName(const std::string &name)
 {
-    return path == kStandardStream ? QStringLiteral("standard input") : path;
+    return QString::fromUtf8(name.data(), int(name.size()));
 }
 
-QByteArray readInput(const QString &path, std::FILE *standardInput)
+QString shownInput(const std::string &path)
+{
+    return path == kStandardStream ? QStringLiteral("standard input") : shownName(path);
+}
+
+std::filesystem::path nativePath(const std::string &name)
+{
+#if defined(_WIN32)
+    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+#else
+    return name;
+#endif
+}
+
+size_t namePosition(const std::string &path)
+{
+#if defined(_WIN32)
+    constexpr const char *kSeparators = "/\\";
+#else
+    constexpr const char *kSeparators = "/";
+#endif
+    return path.find_last_of(kSeparators) + 1;
+}
+
+std::string endingOf(const std::string &path)
+{
+    const size_t dot = path.rfind('.');
+    if (dot == path.npos || dot < namePosition(path))
+        return {};
+    std::string ending = path.substr(dot + 1);
+    for (char &letter : ending)
+        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+    return ending;
+}
+
+std::string joined(const std::string &folder, const std::string &name)
+{
+    return namePosition(folder) == folder.size() ? folder + name : folder + '/' + name;
+}
+
+bool isFolder(const std::string &path)
+{
+    std::error_code error;
+    return std::filesystem::is_directory(nativePath(path), error);
+}
+
+bool isNewer(const std::string &output, const std::string &input)
+{
+    const std::filesystem::path file = nativePath(output);
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(std::filesystem::symlink_status(file, error)))
+        return false;
+    const auto written = std::filesystem::last_write_time(file, error);
+    if (error)
+        return false;
+    const auto changed = std::filesystem::last_write_time(nativePath(input), error);
+    return !error && written > changed;
+}
+
+QByteArray readInput(const std::string &path, std::FILE *standardInput)
 {
     QFile file;
+    const QString name = shownInput(path);
+    const auto failure = [&] {
+        return Failure{ name, QStringLiteral("cannot be read: ") + file.errorString() };
+    };
     if (path == kStandardStream) {
-        const QString name = shownInput(path);
         if (!file.open(standardInput, QIODevice::ReadOnly | QIODevice::Unbuffered))
-            throw Failure{ name, QStringLiteral("cannot be read: ") + file.errorString() };
+            throw failure();
         return readAll(name, file);
     }
-    const QFileInfo info(path);
-    if (info.isDir())
-        throw Failure{ path, QStringLiteral("is a folder") };
-    file.setFileName(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        throw Failure{ path,
-                       info.exists() ? QStringLiteral("cannot be read: ") + file.errorString()
-                                     : QStringLiteral("no such file") };
-    }
-    return readAll(path, file);
-}
-
-OutputFile::OutputFile(const QString &path) : m_path(path)
-{
-    const QFileInfo info(path);
-    if (info.isDir())
-        throw Failure{ path, QStringLiteral("cannot be written: it is a folder") };
-    // A device or a pipe is written to, never replaced by a file.
-    if (info.exists() && !info.isFile())
-        m_file = std::make_unique<QFile>(path);
-    else
-        m_file = std::make_unique<QSaveFile>(path);
-    // A buffer that is flushed in part does not tell why.
-    if (!m_file->open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        throw writeFailure(path, *m_file);
-}
-
-// A save file that is left without commit() takes its temporary file away.
-OutputFile::~OutputFile() = default;
-
-void OutputFile::write(const QByteArray &bytes)
-{
-    writeAll(m_path, *m_file, bytes);
-}
-
-void OutputFile::setTime(const QDateTime &time)
-{
-    m_file->setFileTime(time, QFileDevice::FileModificationTime);
-}
-
-void OutputFile::finish()
-{
-    auto *file = qobject_cast<QSaveFile *>(m_file.get());
-    if (file != nullptr && !file->commit())
-        throw writeFailure(m_path, *file);
-}
-
-void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArray &bytes)
-{
-    if (path == kStandardStream) {
-        const QString name = QStringLiteral("standard output");
-        QFile file;
-        if (!file.open(standardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered))
-            throw writeFailure(name, file);
-        return writeAll(name, file, bytes);
-    }
-    OutputFile file(path);
-    file.write(bytes);
-    file.finish();
+    if (isFolder(path))
+        throw Failure{ name, QStringLiteral("is a folder") };
+#if defined(_WIN32)
+    file.setFileName(name);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw failure();
+#else
+    // Qt takes no name that it cannot decode.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
+        throw Failure{ name, QStringLiteral("no such file") };
+    if (descriptor < 0)
+        throw Failure{ name, QStringLiteral("cannot be read: ") + qt_error_string(errno) };
+    if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                   QFileDevice::AutoCloseHandle))
+        throw failure();
+#endif
+    return readAll(name, file);
 }
 
 void printMessage(const StandardStreams &streams, const QString &message)
 {
     const QString line = QStringLiteral("metafile2svg: ") + printable(message);
-    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), streams.err);
+    std::fputs((line + QLatin1Char('\n')).toUtf8().constData(), streams.err);
 }
 
 } // namespace svgtool

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
-
-class QDateTime;
-class QFileDevice;
+#include <string>
 
 namespace svgtool {
 
@@ -26,35 +26,67 @@ struct Failure
     QString reason;
 };
 
+/// A file's name, in messages and reports: what is no UTF-8 becomes replacement characters.
+QString shownName(const std::string &name);
 /// The input's name in messages.
-QString shownInput(const QString &path);
+QString shownInput(const std::string &path);
+
+/// A name for functions of the standard library.
+std::filesystem::path nativePath(const std::string &name);
+/// Where the last part of a path begins.
+size_t namePosition(const std::string &path);
+/// What the last dot of a name begins, in small letters.
+std::string endingOf(const std::string &path);
+/// The name in the folder.
+std::string joined(const std::string &folder, const std::string &name);
+
+/// Whether @p path leads to a folder, also by links.
+bool isFolder(const std::string &path);
+/// Whether @p output is a file, and no link to one, that was changed after @p input was.
+bool isNewer(const std::string &output, const std::string &input);
 
 /// All bytes of a file, or of standard input. Throws Failure.
-QByteArray readInput(const QString &path, std::FILE *standardInput);
+QByteArray readInput(const std::string &path, std::FILE *standardInput);
 
-/// A file that is written piece by piece. It appears, or changes, only when all of it is written; a
-/// device or a pipe is written to.
+/// A file that is written piece by piece. It appears, or changes, only when all of it is written.
+///
+/// A link in its place is replaced by the file and never followed, so what it leads to stays as it
+/// is. A device or a pipe is written to, and so is what /dev/stdout, /dev/stderr and /dev/fd/N
+/// name.
 class OutputFile
 {
 public:
-    /// Opens it. Throws Failure.
-    explicit OutputFile(const QString &path);
+    /// Opens a file that the user named, in a folder that is there. Throws Failure.
+    explicit OutputFile(const std::string &path);
+    /// Opens a file that the tool named. Throws Failure, also where no file can be because of a
+    /// device or pipe.
+    /// @param namedLength  how much of @p path the user named. Links are followed in this part
+    ///                     only. Folders that are not there are made.
+    OutputFile(const std::string &path, size_t namedLength);
     ~OutputFile(); ///< Without finish(), the file stays as it was.
 
     /// Appends all of @p bytes, past any buffer of this process. Throws Failure.
     void write(const QByteArray &bytes);
-    /// Has the file last changed at @p time, as far as its file system can tell.
-    void setTime(const QDateTime &time);
+    /// Has the file last changed when that of @p path was, as far as its file system can tell.
+    void takeTimeOf(const std::string &path);
     /// Puts the file in its place. Throws Failure.
     void finish();
+    /// What it is written through until then.
+    int descriptor() const { return m_file->handle(); }
 
 private:
-    QString m_path;
+    struct Place;
+
+    std::string m_path;
+    std::unique_ptr<Place> m_place;
     std::unique_ptr<QFileDevice> m_file;
 };
 
-/// Writes a file as OutputFile does, or standard output. Throws Failure.
-void writeOutput(const QString &path, std::FILE *standardOutput, const QByteArray &bytes);
+/// Makes the folders above @p path, as far as they are not there.
+void makeFolders(const std::string &path);
+
+/// Writes a file that the user named as OutputFile does, or standard output. Throws Failure.
+void writeOutput(const std::string &path, std::FILE *standardOutput, const QByteArray &bytes);
 
 /// A name or reason as it may stand in one line: control characters become question marks.
 QString printable(QString text);

@@ -1,11 +1,9 @@
 #include "cli/Gallery.h"
 
+#include "cli/Options.h"
 #include "cli/Report.h"
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
-#include <QDir>
-#include <QFileInfo>
 #include <QLocale>
 #include <QXmlStreamReader>
 
@@ -18,10 +16,9 @@ namespace {
     // Browsers refuse data URLs of more than 32 MiB, and this becomes longer by a third.
     constexpr qint64 kLargestPicture = qint64(23) << 20;
 
-    QString pathWithFolder(const QString &path)
+    const std::string &pathWithFolder(const std::string &path)
     {
-        // A folder that cannot be made shows when the file is opened.
-        QDir().mkpath(QFileInfo(path).path());
+        makeFolders(path);
         return path;
     }
 
@@ -129,13 +126,13 @@ namespace {
 
 } // namespace
 
-Gallery::Gallery(const QString &path) : m_file(pathWithFolder(path))
+Gallery::Gallery(const std::string &path) : m_file(pathWithFolder(path))
 {
     QByteArray page(kGalleryPage);
     const QByteArray style = hashOf(page, "style");
     const QByteArray script = hashOf(page, "script");
     page.replace("@STYLE@", style).replace("@SCRIPT@", script);
-    page.replace("@VERSION@", escaped(QCoreApplication::applicationVersion()));
+    page.replace("@VERSION@", kVersion);
     const QByteArray place = "@RESULTS@\n";
     const auto split = page.indexOf(place);
     m_end = page.mid(split + place.size());

@@ -17,7 +17,7 @@ class Gallery
 {
 public:
     /// Begins the page @p path, in a folder that is made if need be. Throws Failure.
-    explicit Gallery(const QString &path);
+    explicit Gallery(const std::string &path);
 
     /// Writes one result with its document; keeps nothing of it. Throws Failure.
     void add(const FileResult &result);

@@ -1,11 +1,12 @@
 #include "cli/Options.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
-#include <QThread>
+#include "cli/Files.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
+#include <charconv>
+#include <string_view>
+#include <thread>
 
 namespace svgtool {
 
@@ -13,8 +14,15 @@ namespace {
 
     struct UsageError
     {
-        QString problem;
+        std::string problem;
     };
+
+    const char kHead[] = R"(Usage: metafile2svg [options] FILE|FOLDER...
+Converts Windows metafiles (EMF and WMF) to SVG 1.1. FILE is a metafile, or - for standard input;
+of a FOLDER the .emf and .wmf files in it are taken.
+
+Options:
+)";
 
     const char kExamples[] = R"(
 Without -o a single file goes to standard output, and the files of a folder, or several, get
@@ -39,119 +47,235 @@ Exit status:
   3  all were written, but some from damaged files
 )";
 
-    /// One option: its names, its help and, if it takes one, the name of its value.
-    struct OptionText
+    // One option: its letter, or a blank, its name and, if it takes one, that of its value.
+    struct Option
     {
-        const char *names; ///< separated by a blank
-        const char *help;
-        const char *value;
+        char letter;
+        std::string_view name;
+        std::string_view value;
+        std::string_view help;
     };
 
-    constexpr OptionText kOptions[] = {
-        { "o output",
+    constexpr Option kOptions[] = {
+        { 'o', "output", "OUT",
           "The file to write, or the folder to write to: one that exists, or whose "
-          "name ends in a slash. - is standard output.",
-          "OUT" },
-        { "r recursive", "Convert what is in the folders of a folder too.", "" },
-        { "j jobs", "Convert N files at the same time; by default as many as there are cores.",
-          "N" },
-        { "force", "Convert also where the document is newer than the metafile.", "" },
-        { "exact",
+          "name ends in a slash. - is standard output." },
+        { 'r', "recursive", "", "Convert what is in the folders of a folder too." },
+        { 'j', "jobs", "N",
+          "Convert N files at the same time; by default as many as there are cores." },
+        { ' ', "force", "", "Convert also where the document is newer than the metafile." },
+        { ' ', "exact", "",
           "Write precisely the bytes that the library hands back, which many viewers "
-          "refuse, and convert no damaged file.",
-          "" },
-        { "width", "Width of the document, in pixels.", "W" },
-        { "height", "Height of the document, in pixels.", "H" },
-        { "scale", "Size of the document, as a multiple of its own.", "S" },
-        { "check", "Do everything but write documents.", "" },
-        { "info", "Tell format, size, bounds and records of each file; write no documents.", "" },
-        { "report",
+          "refuse, and convert no damaged file." },
+        { ' ', "width", "W", "Width of the document, in pixels." },
+        { ' ', "height", "H", "Height of the document, in pixels." },
+        { ' ', "scale", "S", "Size of the document, as a multiple of its own." },
+        { ' ', "check", "", "Do everything but write documents." },
+        { ' ', "info", "",
+          "Tell format, size, bounds and records of each file; write no documents." },
+        { ' ', "report", "",
           "Tell which records were drawn, approximated and skipped, and where the "
-          "first of each is.",
-          "" },
-        { "json", "Tell it as JSON.", "" },
-        { "gallery", "Show all results on one page, PAGE.html, also those that are up to date.",
-          "PAGE" },
-        { "fail-fast", "Stop after the first file that fails.", "" },
-        { "q quiet", "Show neither progress nor summary.", "" },
-        { "dump-skipped",
+          "first of each is." },
+        { ' ', "json", "", "Tell it as JSON." },
+        { ' ', "gallery", "PAGE",
+          "Show all results on one page, PAGE.html, also those that are up to date." },
+        { ' ', "fail-fast", "", "Stop after the first file that fails." },
+        { 'q', "quiet", "", "Show neither progress nor summary." },
+        { ' ', "dump-skipped", "FILE",
           "List records without a handler in FILE (of a WMF, all records), one "
-          "file at a time.",
-          "FILE" },
-        { "log-level", "Show the library's log lines: fatal, warning, info or trace.", "LEVEL" },
-        { "h help", "Show this help.", "" },
-        { "v version", "Show the version.", "" },
+          "file at a time." },
+        { ' ', "log-level", "LEVEL",
+          "Show the library's log lines: fatal, warning, info or trace." },
+        { 'h', "help", "", "Show this help." },
+        { 'v', "version", "", "Show the version." },
     };
 
-    void addOptions(QCommandLineParser &parser)
+    std::string quoted(std::string_view name)
     {
-        for (const OptionText &text : kOptions) {
-            QCommandLineOption option(QString::fromLatin1(text.names).split(QLatin1Char(' ')),
-                                      QString::fromLatin1(text.help),
-                                      QString::fromLatin1(text.value));
-            parser.addOption(option);
+        return '\'' + std::string(name) + '\'';
+    }
+
+    // Arguments as options and what is none. Letters may share a dash, and the last of them may be
+    // followed by its value: -qj4.
+    class Arguments
+    {
+    public:
+        explicit Arguments(const std::vector<std::string> &arguments)
+        {
+            bool hasEnded = false;
+            for (size_t i = 0; i < arguments.size(); ++i) {
+                const std::string_view argument = arguments[i];
+                if (hasEnded || argument.size() < 2 || argument[0] != '-')
+                    m_inputs.emplace_back(argument);
+                else if (argument == "--")
+                    hasEnded = true;
+                else if (argument[1] == '-')
+                    readName(argument.substr(2), arguments, i);
+                else
+                    readLetters(argument.substr(1), arguments, i);
+            }
         }
+
+        const std::vector<std::string> &inputs() const { return m_inputs; }
+        bool isGiven(std::string_view name) const { return !valuesOf(name).empty(); }
+
+        // The value of an option that may be given once.
+        std::string value(std::string_view name) const
+        {
+            const std::vector<std::string> &values = valuesOf(name);
+            if (values.size() > 1)
+                throw UsageError{ "--" + std::string(name) + " is given more than once" };
+            if (values.empty())
+                return {};
+            if (values[0].empty())
+                throw UsageError{ "the value of --" + std::string(name) + " is empty" };
+            return values[0];
+        }
+
+    private:
+        void readName(std::string_view text, const std::vector<std::string> &arguments, size_t &i)
+        {
+            const size_t equals = text.find('=');
+            const std::string_view name = text.substr(0, equals);
+            const Option *option =
+                    std::find_if(std::begin(kOptions), std::end(kOptions),
+                                 [name](const Option &each) { return each.name == name; });
+            if (option == std::end(kOptions))
+                throw UsageError{ "Unknown option " + quoted(name) };
+            if (option->value.empty() && equals != text.npos)
+                throw UsageError{ "Unexpected value after --" + std::string(name) };
+            if (equals != text.npos)
+                add(*option, text.substr(equals + 1));
+            else
+                add(*option, option->value.empty() ? "" : nextOf(*option, arguments, i));
+        }
+
+        void readLetters(std::string_view letters, const std::vector<std::string> &arguments,
+                         size_t &i)
+        {
+            for (size_t at = 0; at < letters.size(); ++at) {
+                const Option *option = std::find_if(
+                        std::begin(kOptions), std::end(kOptions),
+                        [&](const Option &each) { return each.letter == letters[at]; });
+                if (option == std::end(kOptions) || letters[at] == ' ')
+                    throw UsageError{ "Unknown option " + quoted(letters.substr(at, 1)) };
+                if (option->value.empty()) {
+                    add(*option, "");
+                    continue;
+                }
+                std::string_view rest = letters.substr(at + 1);
+                if (!rest.empty() && rest[0] == '=')
+                    rest.remove_prefix(1);
+                const bool isInside = at + 1 < letters.size();
+                return add(*option, isInside ? rest : nextOf(*option, arguments, i));
+            }
+        }
+
+        static std::string_view nextOf(const Option &option,
+                                       const std::vector<std::string> &arguments, size_t &i)
+        {
+            if (i + 1 == arguments.size())
+                throw UsageError{ "Missing value after --" + std::string(option.name) };
+            return arguments[++i];
+        }
+
+        void add(const Option &option, std::string_view value)
+        {
+            m_values[size_t(&option - kOptions)].emplace_back(value);
+        }
+
+        const std::vector<std::string> &valuesOf(std::string_view name) const
+        {
+            size_t i = 0;
+            while (kOptions[i].name != name)
+                ++i;
+            return m_values[i];
+        }
+
+        std::vector<std::string> m_inputs;
+        std::array<std::vector<std::string>, std::size(kOptions)> m_values;
+    };
+
+    // The options in a column, what they do in another.
+    std::string optionsText()
+    {
+        constexpr size_t kColumn = 26;
+        constexpr size_t kWidth = 80;
+        std::string text;
+        for (const Option &option : kOptions) {
+            std::string line = "  ";
+            if (option.letter != ' ')
+                line += { '-', option.letter, ',', ' ' };
+            line += "--" + std::string(option.name);
+            if (!option.value.empty())
+                line += " <" + std::string(option.value) + '>';
+            line.resize(kColumn, ' ');
+            for (size_t at = 0; at < option.help.size();) {
+                const size_t end = std::min(option.help.find(' ', at), option.help.size());
+                const std::string_view word = option.help.substr(at, end - at);
+                if (line.size() + word.size() > kWidth) {
+                    text += line + '\n';
+                    line.assign(kColumn, ' ');
+                }
+                line += std::string(line.size() > kColumn ? " " : "") + std::string(word);
+                at = end + 1;
+            }
+            text += line + '\n';
+        }
+        return text;
     }
 
-    // The value of an option that may be given once.
-    QString valueOf(const QCommandLineParser &parser, const QString &name)
+    template<class Number>
+    bool readNumber(const std::string &text, Number &value)
     {
-        const QStringList values = parser.values(name);
-        if (values.size() > 1)
-            throw UsageError{ QStringLiteral("--%1 is given more than once").arg(name) };
-        if (values.contains(QString()))
-            throw UsageError{ QStringLiteral("the value of --%1 is empty").arg(name) };
-        return values.value(0);
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        return error == std::errc() && end == text.data() + text.size();
     }
 
-    double positiveNumber(const QCommandLineParser &parser, const char *name, double fallback)
+    double positiveNumber(const Arguments &arguments, std::string_view name, double fallback)
     {
-        const QString text = valueOf(parser, QString::fromLatin1(name));
-        if (text.isEmpty())
+        const std::string text = arguments.value(name);
+        if (text.empty())
             return fallback;
-        bool isNumber = false;
-        const double value = text.toDouble(&isNumber);
-        if (!isNumber || !std::isfinite(value) || value <= 0 || value > 1e6)
-            throw UsageError{ QStringLiteral("--%1 needs a number above 0 and up to 1000000")
-                                      .arg(QLatin1String(name)) };
+        double value = 0;
+        if (!readNumber(text, value) || !(value > 0 && value <= 1e6))
+            throw UsageError{ "--" + std::string(name)
+                              + " needs a number above 0 and up to 1000000" };
         return value;
     }
 
-    int threadCount(const QCommandLineParser &parser)
+    int threadCount(const Arguments &arguments)
     {
         constexpr int kMostThreads = 1024;
-        const QString text = valueOf(parser, QStringLiteral("jobs"));
-        if (text.isEmpty())
-            return std::max(1, QThread::idealThreadCount());
-        bool isNumber = false;
-        const int value = text.toInt(&isNumber);
-        if (!isNumber || value < 1 || value > kMostThreads)
-            throw UsageError{
-                QStringLiteral("--jobs needs a number from 1 to %1").arg(kMostThreads)
-            };
+        const std::string text = arguments.value("jobs");
+        if (text.empty())
+            return int(std::clamp(std::thread::hardware_concurrency(), 1U, unsigned(kMostThreads)));
+        int value = 0;
+        if (!readNumber(text, value) || value < 1 || value > kMostThreads)
+            throw UsageError{ "--jobs needs a number from 1 to " + std::to_string(kMostThreads) };
         return value;
     }
 
     // The name tells a page from a metafile that stands where the page is forgotten.
-    bool isPage(const QString &path)
+    bool isPage(const std::string &path)
     {
-        return path.endsWith(QLatin1String(".html"), Qt::CaseInsensitive)
-                || path.endsWith(QLatin1String(".htm"), Qt::CaseInsensitive);
+        return endingOf(path) == "html" || endingOf(path) == "htm";
     }
 
-    void rejectContradictions(const QCommandLineParser &parser, const Options &options)
+    void rejectContradictions(const Arguments &arguments, const Options &options)
     {
-        const auto given = [&parser](const char *name) {
-            return parser.isSet(QString::fromLatin1(name));
+        const auto given = [&arguments](std::string_view name) { return arguments.isGiven(name); };
+        const auto has = [&options](const std::string &input) {
+            return std::count(options.inputs.begin(), options.inputs.end(), input) > 0;
         };
         const struct
         {
             bool isWrong;
             const char *problem;
         } rules[] = {
-            { options.inputs.isEmpty(), "no input file or folder is given" },
-            { options.inputs.contains(QString()), "a file name is empty" },
-            { options.inputs.size() > 1 && options.inputs.contains(kStandardStream),
+            { options.inputs.empty(), "no input file or folder is given" },
+            { has(""), "a file name is empty" },
+            { options.inputs.size() > 1 && has(kStandardStream),
               "- is standard input and cannot be one of several inputs" },
             { options.isExact && (given("width") || given("height") || given("scale")),
               "--exact leaves the size as it is" },
@@ -159,34 +283,28 @@ Exit status:
               "--json needs --info or --report" },
             { given("info") && given("report"), "--info and --report exclude each other" },
             { given("info") && given("output"), "--info writes no documents, so -o has no use" },
-            { !options.gallery.isEmpty() && !isPage(options.gallery),
+            { !options.gallery.empty() && !isPage(options.gallery),
               "--gallery needs the name of a page, which ends in .html" },
         };
         for (const auto &rule : rules) {
             if (rule.isWrong)
-                throw UsageError{ QString::fromLatin1(rule.problem) };
+                throw UsageError{ rule.problem };
         }
-        const QStringList levels{ {},
-                                  QStringLiteral("fatal"),
-                                  QStringLiteral("warning"),
-                                  QStringLiteral("info"),
-                                  QStringLiteral("trace") };
-        if (!levels.contains(options.logLevel))
-            throw UsageError{ QStringLiteral("there is no log level ") + options.logLevel };
+        static constexpr std::string_view kLevels[] = { "", "fatal", "warning", "info", "trace" };
+        if (std::count(std::begin(kLevels), std::end(kLevels), options.logLevel) == 0)
+            throw UsageError{ "there is no log level " + options.logLevel };
     }
 
-    Options optionsOf(const QCommandLineParser &parser)
+    Options optionsOf(const Arguments &arguments)
     {
-        const auto given = [&parser](const char *name) {
-            return parser.isSet(QString::fromLatin1(name));
-        };
+        const auto given = [&arguments](std::string_view name) { return arguments.isGiven(name); };
         Options options;
-        options.inputs = parser.positionalArguments();
-        options.output = valueOf(parser, QStringLiteral("output"));
-        options.dumpFile = valueOf(parser, QStringLiteral("dump-skipped"));
-        options.logLevel = valueOf(parser, QStringLiteral("log-level"));
-        options.gallery = valueOf(parser, QStringLiteral("gallery"));
-        options.keepsDocuments = !options.gallery.isEmpty();
+        options.inputs = arguments.inputs();
+        options.output = arguments.value("output");
+        options.dumpFile = arguments.value("dump-skipped");
+        options.logLevel = arguments.value("log-level");
+        options.gallery = arguments.value("gallery");
+        options.keepsDocuments = !options.gallery.empty();
         if (given("info"))
             options.report = Options::Report::Facts;
         else if (given("report"))
@@ -198,49 +316,39 @@ Exit status:
         options.isQuiet = given("quiet");
         options.failsFast = given("fail-fast");
         options.writes = !given("check") && !given("info");
-        options.threads = threadCount(parser);
-        options.width = positiveNumber(parser, "width", 0);
-        options.height = positiveNumber(parser, "height", 0);
-        options.scale = positiveNumber(parser, "scale", 1);
-        rejectContradictions(parser, options);
+        options.threads = threadCount(arguments);
+        options.width = positiveNumber(arguments, "width", 0);
+        options.height = positiveNumber(arguments, "height", 0);
+        options.scale = positiveNumber(arguments, "scale", 1);
+        rejectContradictions(arguments, options);
+        return options;
+    }
+
+    Options printing(std::string text)
+    {
+        Options options;
+        options.action = Options::Action::PrintText;
+        options.text = std::move(text);
         return options;
     }
 
 } // namespace
 
-Options parseArguments(const QStringList &arguments)
+Options parseArguments(const std::vector<std::string> &words)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-            QStringLiteral("Converts Windows metafiles (EMF and WMF) to SVG 1.1."));
-    parser.addPositionalArgument(
-            QStringLiteral("FILE|FOLDER"),
-            QStringLiteral("Metafiles, and folders with .emf and .wmf files; - is standard input."),
-            QStringLiteral("FILE|FOLDER..."));
-    addOptions(parser);
-
-    Options options;
-    if (!parser.parse(arguments)) {
+    try {
+        const Arguments arguments(words);
+        if (arguments.isGiven("help"))
+            return printing(kHead + optionsText() + kExamples);
+        if (arguments.isGiven("version"))
+            return printing("metafile2svg " + std::string(kVersion) + '\n');
+        return optionsOf(arguments);
+    } catch (const UsageError &error) {
+        Options options;
         options.action = Options::Action::RejectUsage;
-        options.text = parser.errorText();
-        if (options.text.endsWith(QLatin1Char('.')))
-            options.text.chop(1);
-    } else if (parser.isSet(QStringLiteral("help"))) {
-        options.action = Options::Action::PrintText;
-        options.text = parser.helpText() + QLatin1String(kExamples);
-    } else if (parser.isSet(QStringLiteral("version"))) {
-        options.action = Options::Action::PrintText;
-        options.text =
-                QStringLiteral("metafile2svg %1\n").arg(QCoreApplication::applicationVersion());
-    } else {
-        try {
-            options = optionsOf(parser);
-        } catch (const UsageError &error) {
-            options.action = Options::Action::RejectUsage;
-            options.text = error.problem;
-        }
+        options.text = error.problem;
+        return options;
     }
-    return options;
 }
 
 } // namespace svgtool

@@ -1,14 +1,17 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include <string>
+#include <vector>
 
 namespace svgtool {
 
 /// Stands for standard input or output in place of a file's name.
-const QString kStandardStream = QStringLiteral("-");
+inline const std::string kStandardStream = "-";
 
-/// What a command line asks for.
+inline constexpr char kVersion[] = METAFILE2SVG_VERSION;
+
+/// What a command line asks for. File names are bytes as the system has them, in no known encoding;
+/// on Windows UTF-8.
 struct Options
 {
     enum class Action { Convert, PrintText, RejectUsage };
@@ -19,13 +22,13 @@ struct Options
     };
 
     Action action = Action::Convert;
-    QString text; ///< PrintText: what to print. RejectUsage: what is wrong
+    std::string text; ///< PrintText: what to print. RejectUsage: what is wrong. UTF-8 but for names
 
-    QStringList inputs; ///< files and folders, or kStandardStream alone
-    QString output; ///< file or folder; empty without -o
-    QString dumpFile; ///< where to list records; empty for nowhere
-    QString logLevel; ///< empty for none
-    QString gallery; ///< the page of all results; empty for none
+    std::vector<std::string> inputs; ///< files and folders, or kStandardStream alone
+    std::string output; ///< file or folder; empty without -o
+    std::string dumpFile; ///< where to list records; empty for nowhere
+    std::string logLevel; ///< empty for none
+    std::string gallery; ///< the page of all results; empty for none
     Report report = Report::None;
     bool isJson = false; ///< reports as JSON
     bool isExact = false; ///< what the library gives, and only of what it accepts
@@ -41,7 +44,7 @@ struct Options
     double scale = 1;
 };
 
-/// Reads the arguments, the program's name first.
-Options parseArguments(const QStringList &arguments);
+/// Reads the arguments, without the program's name.
+Options parseArguments(const std::vector<std::string> &arguments);
 
 } // namespace svgtool

@@ -209,7 +209,7 @@ QByteArray reportText(const FileResult &result, const Options &options)
 {
     if (options.isJson)
         return reportJson(result, options);
-    QByteArray text = printable(result.input).toLocal8Bit() + ": " + word(result.status) + '\n';
+    QByteArray text = printable(result.input).toUtf8() + ": " + word(result.status) + '\n';
     if (options.report == Options::Report::Facts)
         text += factsText(result.facts);
     if (hasRecords(result))

@@ -1,12 +1,10 @@
 #include "cli/Run.h"
 
 #include "cli/Batch.h"
+#include "cli/Exact.h"
 #include "cli/Gallery.h"
 #include "cli/Progress.h"
 #include "cli/Report.h"
-#include "exact/svgtool/SVGInspect.h"
-
-#include <QLoggingCategory>
 
 #include <new>
 #include <optional>
@@ -14,29 +12,6 @@
 namespace svgtool {
 
 namespace {
-
-    void setLogging(const QString &level)
-    {
-        // What the library logs is for the curious; QT_LOGGING_RULES="svgtool=true" shows it too.
-        QString rules = QStringLiteral("svgtool=false\n");
-        static constexpr struct
-        {
-            const char *level;
-            const char *type;
-        } kTypes[] = { { "trace", "debug" },
-                       { "info", "info" },
-                       { "warning", "warning" },
-                       { "fatal", "critical" } };
-        bool isOn = false;
-        for (const auto &[name, type] : kTypes) {
-            isOn = isOn || level == QLatin1String(name);
-            if (isOn)
-                rules += QLatin1String("svgtool.") + QLatin1String(type) + QLatin1String("=true\n");
-        }
-        QLoggingCategory::setFilterRules(rules);
-        if (level == QLatin1String("trace"))
-            setLogLevel(QByteArrayLiteral("TRACE"));
-    }
 
     // Prints reports one behind the other.
     class ReportPrinter
@@ -80,7 +55,7 @@ namespace {
                                         const StandardStreams &streams)
     {
         std::optional<Gallery> gallery;
-        if (!options.gallery.isEmpty())
+        if (!options.gallery.empty())
             gallery.emplace(options.gallery);
         ReportPrinter reports(options, streams);
         Progress progress(streams.err, plan.jobs.size(), plan.isBatch && !options.isQuiet);
@@ -107,29 +82,55 @@ namespace {
         return results;
     }
 
+    // The file that lists records without a handler, while files are converted.
+    class RecordList
+    {
+    public:
+        explicit RecordList(const std::string &path) : m_path(path), m_file(path)
+        {
+            check(startRecordList(m_file.descriptor(), &m_reason));
+        }
+        void finish()
+        {
+            check(stopRecordList(&m_reason));
+            m_file.finish();
+        }
+
+    private:
+        void check(bool isDone) const
+        {
+            if (!isDone)
+                throw Failure{ shownName(m_path),
+                               QStringLiteral("cannot be written: ") + m_reason };
+        }
+
+        std::string m_path;
+        OutputFile m_file;
+        QString m_reason;
+    };
+
     ExitStatus convert(Options &options, const StandardStreams &streams)
     {
-        setLogging(options.logLevel);
         const Plan plan = makePlan(options);
         if (!plan.problem.isEmpty()) {
             printMessage(streams, plan.problem);
             return ExitStatus::WrongUsage;
         }
-        if (!plan.isBatch && options.output.isEmpty())
+        showLog(options.logLevel);
+        if (!plan.isBatch && options.output.empty())
             options.output = kStandardStream;
-        QString reason;
-        if (!options.dumpFile.isEmpty()) {
+        std::optional<RecordList> list;
+        if (!options.dumpFile.empty()) {
             if (options.threads > 1 && plan.jobs.size() > 1)
                 printMessage(streams, QStringLiteral("--dump-skipped converts one file at a time"));
             options.threads = 1;
-            if (!startRecordDump(options.dumpFile, &reason))
-                throw Failure{ options.dumpFile, QStringLiteral("cannot be written: ") + reason };
+            list.emplace(options.dumpFile);
         }
         const std::vector<FileResult> results = convertPlan(plan, options, streams);
         if (plan.isBatch && !options.isQuiet)
-            printMessage(streams, summaryText(results));
-        if (!options.dumpFile.isEmpty() && !stopRecordDump(&reason))
-            throw Failure{ options.dumpFile, QStringLiteral("cannot be written: ") + reason };
+            printMessage(streams, summaryText(results) + leftOutText(plan));
+        if (list)
+            list->finish();
         return exitStatus(results);
     }
 
@@ -140,10 +141,12 @@ ExitStatus run(Options options, const StandardStreams &streams)
     try {
         switch (options.action) {
         case Options::Action::RejectUsage:
-            printMessage(streams, options.text + QStringLiteral(" (metafile2svg --help explains)"));
+            printMessage(streams,
+                         shownName(options.text)
+                                 + QStringLiteral(" (metafile2svg --help explains)"));
             return ExitStatus::WrongUsage;
         case Options::Action::PrintText:
-            writeOutput(kStandardStream, streams.out, options.text.toLocal8Bit());
+            writeOutput(kStandardStream, streams.out, QByteArray::fromStdString(options.text));
             return ExitStatus::Converted;
         case Options::Action::Convert:
             return convert(options, streams);

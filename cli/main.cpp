@@ -1,17 +1,14 @@
 #include "cli/Run.h"
 
-#include <QCoreApplication>
+#include <filesystem>
 
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
 #else
 #include <cerrno>
-#include <clocale>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
-#include <langinfo.h>
 #include <unistd.h>
 #endif
 
@@ -37,21 +34,28 @@ void prepareProcess()
     // A reader that went away and a file that grew too large are write errors to be reported.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-
-    // File names are taken as UTF-8, and Qt is spared a warning, where the locale has none.
-    const char *locale = std::setlocale(LC_ALL, "");
-    if (locale == nullptr || std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
-        qputenv("LC_ALL", "C.UTF-8");
 }
 #endif
 
 } // namespace
 
+// No locale is set: the tool writes numbers and messages the same everywhere, takes file names as
+// bytes, and needs no application object.
+#if defined(_WIN32)
+int wmain(int argc, wchar_t *argv[])
+#else
 int main(int argc, char *argv[])
+#endif
 {
     prepareProcess();
-    const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("metafile2svg"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(METAFILE2SVG_VERSION));
-    return static_cast<int>(svgtool::run(svgtool::parseArguments(QCoreApplication::arguments())));
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+#if defined(_WIN32)
+        const std::u8string argument = std::filesystem::path(argv[i]).u8string();
+        arguments.emplace_back(argument.begin(), argument.end());
+#else
+        arguments.emplace_back(argv[i]);
+#endif
+    }
+    return static_cast<int>(svgtool::run(svgtool::parseArguments(arguments)));
 }

@@ -18,12 +18,13 @@ qint32 convertMetaFile(const QByteArray &metafileData, QByteArray &svgOut, Recor
 /// Sets the level of the library's log, for all threads at once; "TRACE" logs every call.
 void setLogLevel(const QByteArray &name);
 
-/// Lists the records of the conversions that follow in the file @p path: of an EMF those that have
-/// no handler, of a WMF all. It is one list for the process: run one conversion at a time.
+/// Lists the records of the conversions that follow in a file: of an EMF those that have no
+/// handler, of a WMF all. It is one list for the process: run one conversion at a time.
+/// @param descriptor   the file, open for writing; stays open
 /// @param[out] reason  why it cannot be written
-/// @return false when the file cannot be opened
-bool startRecordDump(const QString &path, QString *reason);
-/// Ends the list and closes its file.
+/// @return false when it cannot be written
+bool startRecordDump(int descriptor, QString *reason);
+/// Ends the list.
 /// @param[out] reason  why it is not complete
 /// @return false when something was not written
 bool stopRecordDump(QString *reason);

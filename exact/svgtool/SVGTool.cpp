@@ -118,11 +118,10 @@ void setLogLevel(const QByteArray &name)
     CLogSystem::theRootInstance->setLevel(name.toStdString());
 }
 
-bool startRecordDump(const QString &path, QString *reason)
+bool startRecordDump(int descriptor, QString *reason)
 {
     SVGTOOL_TRACE("startRecordDump");
-    recordDump.file.setFileName(path);
-    recordDump.isOn = recordDump.file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    recordDump.isOn = recordDump.file.open(descriptor, QIODevice::WriteOnly);
     if (!recordDump.isOn)
         *reason = recordDump.file.errorString();
     return recordDump.isOn;

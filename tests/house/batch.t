@@ -64,7 +64,7 @@ One document for each, and no metafile lost.
   metafile2svg: tree/a.emf would be replaced, and is a metafile
   [2]
   $ metafile2svg --dump-skipped list.svg tree/a.emf -o ./list.svg
-  metafile2svg: --dump-skipped would replace ./list.svg
+  metafile2svg: --dump-skipped would replace list.svg
   [2]
   $ metafile2svg tree/a.emf -o ./tree/a.emf
   metafile2svg: ./tree/a.emf would be replaced, and is a metafile
@@ -72,10 +72,13 @@ One document for each, and no metafile lost.
   $ metafile2svg --info chart.html --gallery ./chart.html
   metafile2svg: ./chart.html would replace a metafile
   [2]
-  $ metafile2svg chart.html -o ./new.html --gallery new.html
-  metafile2svg: both the gallery and chart.html would become ./new.html
+  $ ln -s tree/a.emf away.html && metafile2svg away.html -o tree/a.emf.svg --gallery tree/../away.html
+  metafile2svg: tree/../away.html would replace a metafile
   [2]
-  $ cmp tree/a.emf chart.emf && cmp chart.html chart.emf && ls new list.svg new.html 2>/dev/null
+  $ metafile2svg tree -o one.svg
+  metafile2svg: one.svg cannot hold several documents; give a folder, whose name ends in /
+  [2]
+  $ cmp tree/a.emf chart.emf && cmp chart.html chart.emf && ls new list.svg one.svg 2>/dev/null
   [2]
   $ metafile2svg tree -o -
   metafile2svg: several documents cannot go to standard output
@@ -90,6 +93,42 @@ One document for each, and no metafile lost.
   metafile2svg: empty: holds no metafiles; -r looks into its folders too
   metafile2svg: 1 file: 1 failed
   [1]
+
+Links that lie where documents go are replaced or, below the folder that was named, not followed.
+
+  $ mkdir -p links/sub away svg && cp chart.emf links/a.emf && cp chart.emf links/sub/b.emf
+  $ printf keep >away/kept && ln -s ../away/kept links/a.emf.svg && ln -s ../away svg/sub
+  $ metafile2svg -q links && ls -F links && cat away/kept
+  a.emf
+  a.emf.svg
+  sub/
+  keep (no-eol)
+  $ mkfifo links/sub/b.emf.svg && metafile2svg -q links/sub
+  metafile2svg: links/sub/b.emf.svg: cannot be written: it is no file
+  [1]
+  $ ln -s svg named && metafile2svg -r links -o named
+  metafile2svg: named/sub/b.emf.svg: cannot be written: sub is a link and is not followed
+  metafile2svg: 2 files: 1 converted, 1 failed
+  [1]
+  $ ls svg away
+  away:
+  kept
+  
+  svg:
+  a.emf.svg
+  sub
+
+What a tree leaves out is counted. Names are bytes, in whatever locale.
+
+  $ mkdir -p rest/.hidden $'rest/f\xe4' && cp chart.emf rest/.a.emf && cp chart.emf $'rest/f\xe4/n\xe4.emf'
+  $ ln -s nowhere rest/b.emf && ln -s . rest/loop && mkfifo rest/c.wmf && touch rest/.profile
+  $ for locale in C C.UTF-8; do LC_ALL=$locale metafile2svg -r rest -o $locale/; done
+  metafile2svg: 1 file: 1 converted; left out 1 hidden folder, 1 hidden file, 1 linked folder, 1 dangling link, 1 special file
+  metafile2svg: 1 file: 1 converted; left out 1 hidden folder, 1 hidden file, 1 linked folder, 1 dangling link, 1 special file
+  $ cmp $'C/f\xe4/n\xe4.emf.svg' chart.svg && diff -r C C.UTF-8
+  $ metafile2svg $'rest/f\xe4/n\xe4.emf' -o $'C/\xe4.svg' && cmp $'C/\xe4.svg' chart.svg
+  $ metafile2svg --info --json $'rest/f\xe4/n\xe4.emf' | iconv -f UTF-8 -t UTF-8 | grep -o '"file":[^,]*'
+  "file":"rest/f\xef\xbf\xbd/n\xef\xbf\xbd.emf" (esc)
 
 The same bytes and messages whatever the threads.
 

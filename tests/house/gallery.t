@@ -100,10 +100,6 @@ The page appears only when it is complete.
   $ ls old.html*; cat old.html
   old.html
   old (no-eol)
-  $ ln -s $full full.html
-  $ metafile2svg --check chart.emf --gallery full.html
-  metafile2svg: full.html: cannot be written: No space left on device
-  [1]
   $ mkdir f.html
   $ metafile2svg --check chart.emf --gallery f.html
   metafile2svg: f.html: cannot be written: it is a folder

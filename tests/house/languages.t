@@ -16,6 +16,9 @@ comma.
   >         cmp - messages
   >     diff -r C $language
   > done
+  $ localedef -i de_DE -f ISO-8859-1 "$PWD/de_DE.ISO-8859-1" >/dev/null 2>&1; cp chart.emf $'many/\xe4.emf'
+  $ LOCPATH=$PWD LC_ALL=de_DE.ISO-8859-1 metafile2svg $'many/\xe4.emf' --scale 1.5 -o $'\xe4.svg'
+  $ cmp $'\xe4.svg' "C/$odd.svg"
   $ LOCPATH=$PWD LC_ALL=de_DE.UTF-8 locale decimal_point
   ,
   $ ls C

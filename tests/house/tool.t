@@ -36,10 +36,20 @@ What is no plain file stays what it is.
   $ timeout 9 cat pipe >piped & metafile2svg chart.emf -o pipe; wait
   $ cmp piped chart.svg && ls -F pipe
   pipe|
-  $ printf keep >target.svg && ln -s target.svg link.svg
-  $ metafile2svg chart.emf -o link.svg
-  $ cmp target.svg chart.svg && ls -F link.svg
-  link.svg@
+  $ metafile2svg chart.emf -o /dev/stdout >piped && cmp piped chart.svg
+
+A link is replaced, and what it leads to stays: a metafile, the page, the list, nothing at all.
+
+  $ cp chart.emf kept.emf && ln -s kept.emf link.svg && ln -s nowhere dangling.svg
+  $ ln -s kept.emf page.html && ln -s kept.emf list.txt
+  $ metafile2svg kept.emf -o link.svg --gallery page.html --dump-skipped list.txt
+  $ metafile2svg chart.emf -o dangling.svg
+  $ cmp kept.emf chart.emf && cmp link.svg chart.svg && cmp dangling.svg chart.svg && ls nowhere
+  ls: cannot access 'nowhere': No such file or directory
+  [2]
+  $ find . -type l; grep -c 'Start Of File' list.txt; grep -c '<figcaption>' page.html
+  1
+  1
 
 Log lines, help and version.
 
@@ -143,6 +153,10 @@ Wrong usage.
   > --info --report a.emf
   > --info a.emf -o a.svg
   > --gallery a.emf b.emf
+  > a.emf -o a.svgz
+  > chart.emf a.svg
+  > chart.emf chart.svg
+  > -qx a.emf
   > END
   metafile2svg: no input file or folder is given (metafile2svg --help explains)
   2
@@ -171,6 +185,14 @@ Wrong usage.
   metafile2svg: --info writes no documents, so -o has no use (metafile2svg --help explains)
   2
   metafile2svg: --gallery needs the name of a page, which ends in .html (metafile2svg --help explains)
+  2
+  metafile2svg: a.svgz: documents are SVG; give a name that ends in .svg, and convert that further
+  2
+  metafile2svg: a.svg is no metafile; to write it, say -o a.svg
+  2
+  metafile2svg: chart.svg is no metafile; to write it, say -o chart.svg
+  2
+  metafile2svg: Unknown option 'x' (metafile2svg --help explains)
   2
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
