@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QRegularExpression>
+#include <QStringList>
 
 #include <map>
 #include <ostream>
@@ -16,8 +16,7 @@ namespace {
     struct Example
     {
         std::string name;
-        bool isWhole;
-        QByteArray asked, exact, shown;
+        QByteArray asked, exact = {}, shown = {};
     };
 
     void PrintTo(const Example &example, std::ostream *out)
@@ -30,25 +29,28 @@ namespace {
         return QByteArray::fromPercentEncoding(text.toUtf8(), '\\');
     }
 
-    // None, which fails, where a block stands outside the sections.
+    // A block "exact" holds a text and, behind an arrow or in a block "shown", its document.
     std::vector<Example> examples()
     {
         QFile file(QStringLiteral(SVGTOOL_GOLDEN_DIR "/display/Display.md"));
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        static const QRegularExpression form(
-                QStringLiteral("^(\\w+)\n\n```exact ?(\\S*)((?:\n.*)*)\n```\n\n"
-                               "```shown\n((?:.*\n)+)```\n*$"));
-        const QStringList sections =
-                QString::fromUtf8(file.readAll()).split(QStringLiteral("\n## "));
-        if (sections.first().contains(QLatin1String("```")))
-            return {};
+        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        const QString fence = QStringLiteral("```");
         std::vector<Example> all;
-        for (const QString &section : sections.mid(1)) {
-            const auto match = form.match(section);
-            all.push_back({ section.section(QLatin1Char('\n'), 0, 0).toStdString(),
-                            match.hasMatch(), match.captured(2).toLatin1(),
-                            bytesOf(match.captured(3).mid(1)), bytesOf(match.captured(4)) });
+        QByteArray Example::*part = nullptr;
+        for (int i = 0; i < lines.size(); ++i) {
+            const QString &line = lines[i];
+            if (line.startsWith(fence + QLatin1String("exact"))) {
+                part = &Example::exact;
+                all.push_back({ "Line" + std::to_string(i + 1), line.mid(9).toLatin1() });
+            } else if (line == QStringLiteral("⇒") || line == fence + QLatin1String("shown")) {
+                part = &Example::shown;
+            } else if (line == fence) {
+                part = nullptr;
+            } else if (part != nullptr && !all.empty()) {
+                all.back().*part += bytesOf(line) + '\n';
+            }
         }
         return all;
     }
@@ -60,7 +62,6 @@ namespace {
     TEST_P(DisplayGolden, IsExact)
     {
         const Example &example = GetParam();
-        ASSERT_TRUE(example.isWhole) << "the section is malformed";
         static const std::map<QByteArray, double DisplayOptions::*> kSizes{
             { "width", &DisplayOptions::width },
             { "height", &DisplayOptions::height },
@@ -75,8 +76,12 @@ namespace {
             else if (!name.isEmpty())
                 options.*kSizes.at(name) = value.toDouble();
         }
-        EXPECT_EQ(displayableSvg(example.exact, options).toStdString(),
-                  example.shown.toStdString());
+        const QByteArray head("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+        QByteArray exact = example.exact;
+        exact.chop(1); // the last line feed
+        EXPECT_EQ(displayableSvg(exact, options).toStdString(),
+                  ((example.shown.startsWith("<?xml") ? QByteArray() : head) + example.shown)
+                          .toStdString());
     }
 
     INSTANTIATE_TEST_SUITE_P(Examples, DisplayGolden, testing::ValuesIn(examples()),

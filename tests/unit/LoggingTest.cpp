@@ -2,24 +2,49 @@
 #include "support/TestData.h"
 #include "unit/Cases.h"
 
+#include <algorithm>
+#include <regex>
+#include <sstream>
+#include <vector>
+
 using namespace svgtool;
 using namespace svgtool::test;
 
 namespace {
 
-// Every line but for its number is as it was before the untraced ways around it were made.
-TEST(Trace, LinesOfASmallFileAreUnchanged)
+// The calls that trace lines tell of, a blank before each, as in trace.txt.
+std::string callsOf(const std::string &lines)
 {
-    const QByteArray file = emf("rect 1 2 3 4; polygon16 box 3 1,2 3,4 5,6; beginPath;"
-                                "bezier box 4 1 2 3 4 5 6 7 8; strokePath")
-                                    .build();
-    const QByteArray other = wmf("polyline 2 1 2 3 4", WmfBuilder()).build();
-    EXPECT_EQ(linesOf(basic_logging::tracelevel, "TRACE",
-                      [&] {
-                          convert(file);
-                          convert(other);
-                      }),
-              testData("trace.txt").toStdString());
+    static const std::regex kLine(R"(\.\\(\w+)\.cpp\t\t (?:(Enter)|Exit) (\S+) )");
+    std::string calls;
+    std::vector<std::string> open{ ":" };
+    std::istringstream rest(lines);
+    for (std::string line; std::getline(rest, line);) {
+        std::smatch part;
+        EXPECT_TRUE(std::regex_match(line, part, kLine)) << line;
+        const std::string name = part.str(1) + ':' + part.str(3);
+        const bool isOfCaller = part.str(1) == open.back().substr(0, open.back().find(':'));
+        if (part[2].matched) {
+            calls += ' ' + (isOfCaller ? part.str(3) : name) + '(';
+            open.push_back(name);
+        } else {
+            EXPECT_EQ(name, open.back());
+            open.resize(std::max<size_t>(1, open.size() - 1));
+            calls += ')';
+        }
+    }
+    return calls;
+}
+
+TEST(Trace, CallsOfASmallFile)
+{
+    const QByteArray file = emf("line 3 4; polygon16 box 1 1,2").build();
+    const QByteArray other = wmf("polyline 1 1 2", WmfBuilder()).build();
+    const std::string lines = linesOf(basic_logging::tracelevel, "TRACE", [&] {
+        convert(file);
+        convert(other);
+    });
+    EXPECT_EQ(callsOf(lines), ' ' + testData("trace.txt").simplified().toStdString());
 }
 
 TEST(Trace, OffForAnyOtherLevel)
