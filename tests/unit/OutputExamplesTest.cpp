@@ -2,12 +2,13 @@
 // written: each one is a test.
 
 #include "core/records/MetafileFacts.h"
+#include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 #include "support/Bitmaps.h"
 #include "unit/Cases.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
@@ -48,11 +49,9 @@ QString camelCase(const QString &heading)
     return name;
 }
 
-std::string shown(const QStringList &block)
+std::string shown(QString block)
 {
-    return (block.join(QLatin1Char('\n')) + QLatin1Char('\n'))
-            .mid(block.isEmpty() ? 1 : 0)
-            .replace(QStringLiteral("␄\n"), QString())
+    return block.replace(QStringLiteral("␄\n"), QString())
             .replace(QStringLiteral("␣"), QStringLiteral(" "))
             .replace(QStringLiteral("⇥"), QStringLiteral("\t"))
             .replace(QStringLiteral("␍"), QStringLiteral("\r"))
@@ -62,38 +61,34 @@ std::string shown(const QStringList &block)
 // Blocks that are out of place become examples, too, which fail.
 std::vector<Example> examplesOf(const QString &path)
 {
+    static const QRegularExpression kPart(
+            QStringLiteral("^(#+)(.*)$|^```(.*)\n((?:(?!```).*\n)*)```$"),
+            QRegularExpression::MultilineOption);
+    static const QStringList kAnswers{ QStringLiteral("svg"), QStringLiteral("tally"),
+                                       QStringLiteral("dump"), QStringLiteral("shown") };
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QString text = QString::fromUtf8(file.open(QIODevice::ReadOnly) ? file.readAll() : "```");
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
     QString before;
     size_t answered = 0;
-    for (int i = 0; i < lines.size(); ++i) {
-        if (lines[i].startsWith(QLatin1Char('#'))) {
-            heading = camelCase(lines[i]);
-            if (!lines[i].startsWith(QLatin1String("###")))
+    auto fences = text.count(QRegularExpression(QStringLiteral("^```"), kPart.patternOptions()));
+    for (auto parts = kPart.globalMatch(text); parts.hasNext();) {
+        const QRegularExpressionMatch part = parts.next();
+        if (part.capturedLength(1) > 0) {
+            heading = camelCase(part.captured(2));
+            if (part.capturedLength(1) < 3)
                 before.clear();
-        }
-        if (!lines[i].startsWith(QLatin1String("```")))
             continue;
-        QString kind = lines[i].mid(3);
-        const int place = i + 1;
-        QStringList block;
-        while (++i < lines.size() && lines[i] != QLatin1String("```"))
-            block += lines[i];
-        if (i == lines.size())
-            kind += QStringLiteral(" without an end");
-        const QString text = block.join(QLatin1Char('\n'));
-        const bool isAnswer = QStringList{ QStringLiteral("svg"), QStringLiteral("tally"),
-                                           QStringLiteral("dump") }
-                                      .contains(kind);
+        }
+        fences -= 2;
+        const QString kind = part.captured(3);
+        const QString block = part.captured(4);
         if (kind == QLatin1String("before")) {
-            before = text + QLatin1Char('\n');
-        } else if (isAnswer && answered < examples.size()) {
+            before = block;
+        } else if (kAnswers.contains(kind) && answered < examples.size()) {
             for (; answered < examples.size(); ++answered) {
                 examples[answered].expectedKind = kind;
                 examples[answered].expected = shown(block);
@@ -102,19 +97,23 @@ std::vector<Example> examplesOf(const QString &path)
             QString name = page + QLatin1Char('_') + heading;
             if (const int number = ++names[name]; number > 1)
                 name += QLatin1Char('_') + QString::number(number);
+            const auto line = text.left(part.capturedStart()).count(QLatin1Char('\n')) + 1;
             examples.push_back({ name.toStdString(),
-                                 path.toStdString() + ':' + std::to_string(place), kind,
-                                 before + text });
+                                 path.toStdString() + ':' + std::to_string(line), kind,
+                                 before + block.chopped(block.isEmpty() ? 0 : 1) });
         }
     }
+    if (fences != 0)
+        examples.push_back({ "Fences", path.toStdString(), QStringLiteral("one without end"), {} });
     return examples;
 }
 
 std::vector<Example> allExamples(const QString &folder, const QString &pages)
 {
     std::vector<Example> examples;
-    for (const QString &name : QDir(folder).entryList({ pages }, QDir::Files, QDir::Name))
-        for (const Example &example : examplesOf(folder + QLatin1Char('/') + name))
+    QDirIterator paths(folder, { pages }, QDir::Files, QDirIterator::Subdirectories);
+    while (paths.hasNext())
+        for (const Example &example : examplesOf(paths.next()))
             examples.push_back(example);
     return examples;
 }
@@ -212,6 +211,32 @@ std::string dumpOf(const QByteArray &file)
     return dump.readAll().toStdString();
 }
 
+// A backslash and two digits stand for a byte.
+QByteArray bytesOf(const QString &text)
+{
+    return QByteArray::fromPercentEncoding(text.toUtf8(), '\\');
+}
+
+// The document for display of an exact text; behind "exact" stands what is asked of it.
+std::string displayOf(const Example &example)
+{
+    static const std::map<QString, double DisplayOptions::*> kSizes{
+        { QStringLiteral("width"), &DisplayOptions::width },
+        { QStringLiteral("height"), &DisplayOptions::height },
+        { QStringLiteral("scale"), &DisplayOptions::scale },
+    };
+    DisplayOptions options;
+    for (const QString &option : example.kind.mid(6).split(QLatin1Char('&'))) {
+        const QString name = option.section(QLatin1Char('='), 0, 0);
+        const QString value = option.section(QLatin1Char('='), 1);
+        if (name == QLatin1String("comment"))
+            options.comment = bytesOf(value);
+        else if (!name.isEmpty())
+            options.*kSizes.at(name) = value.toDouble();
+    }
+    return displayableSvg(bytesOf(example.script), options).toStdString();
+}
+
 class Output : public testing::TestWithParam<Example>
 {
 };
@@ -220,6 +245,12 @@ TEST_P(Output, IsExact)
 {
     const Example &example = GetParam();
     SCOPED_TRACE(example.place);
+    if (example.kind.startsWith(QLatin1String("exact"))) {
+        ASSERT_EQ(example.expectedKind, QLatin1String("shown"));
+        EXPECT_EQ(displayOf(example),
+                  bytesOf(QString::fromStdString(example.expected)).toStdString());
+        return;
+    }
     const std::vector<QByteArray> files = filesOf(example);
     ASSERT_FALSE(files.empty()) << "a block out of place: " << example.kind.toStdString();
     ASSERT_FALSE(example.expectedKind.isEmpty()) << "nothing says what becomes of the block";
