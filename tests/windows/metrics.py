@@ -5,17 +5,22 @@ usage: metrics.py text-metrics.json COMMAND...    which runs metrics_main
 
 Prints each mismatch and the counts; what is recorded and not compared is named on stderr. The faces
 and weights that GDI selected are not compared: the font engine does not tell them. The status is 1
-if there was a mismatch and 2 if there is nothing to compare.
+if there was a mismatch, 2 if there is nothing to compare and 77 if what that takes is missing.
 """
 
 import collections
 import json
+import os
+import shutil
 import subprocess
 import sys
 
 METRICS = ("tmHeight", "tmAscent", "tmDescent", "tmInternalLeading", "tmExternalLeading",
            "tmAveCharWidth")
 FACE = "Liberation Sans"
+# The recorded numbers hold for these files only: Liberation 1.07.4 and DejaVu 2.37.
+FONTS = [*(f"Liberation {kind}:fontversion=70123" for kind in ("Sans", "Serif", "Mono")),
+         *(f"DejaVu {kind}:fontversion=155320" for kind in ("Sans", "Serif", "Sans Mono"))]
 
 
 def text(value):
@@ -65,6 +70,12 @@ def rows_of(recorded):
             yield "substitutes", question("font", asked, *size), question("font", selected, *size)
 
 
+missing = [font for font in FONTS
+           if not shutil.which("fc-list") or not subprocess.check_output(["fc-list", font])]
+missing += [path for path in sys.argv[1:2] if not os.path.exists(path)]
+if missing:
+    print("missing:", *missing, sep="\n")
+    sys.exit(77)
 with open(sys.argv[1], encoding="utf-8") as file:
     rows = list(rows_of(json.load(file)))
 questions = list({each: None for _, *both in rows for each in both if isinstance(each, str)})
