@@ -118,6 +118,7 @@ Wrong usage.
   > -j 0 a.emf
   > --width=-1 a.emf
   > --scale nan a.emf
+  > --height 1e7 a.emf
   > --log-level loud a.emf
   > --json a.emf
   > --info --report a.emf
@@ -133,13 +134,14 @@ Wrong usage.
   metafile2svg: --jobs needs a number from 1 to 1024
   metafile2svg: --width needs a number above 0 and up to 1000000
   metafile2svg: --scale needs a number above 0 and up to 1000000
+  metafile2svg: --height needs a number above 0 and up to 1000000
   metafile2svg: there is no log level loud
   metafile2svg: --json needs --info or --report
   metafile2svg: --info and --report exclude each other
   metafile2svg: --info writes no documents, so -o has no use
   metafile2svg: --gallery needs the name of a page, which ends in .html
   $ echo $statuses
-  22222222222222
+  222222222222222
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
   [2]
