@@ -37,8 +37,8 @@ TEST(ClipRegions, DoNotMultiply)
     EXPECT_EQ(countOf("<clipPath", crossed), 1);
     for (int i = 0; i < 200; ++i)
         file.record(kClipRegion, bars(kOr, 0, false));
-    const int count = countOf("<clipPath", file);
-    EXPECT_TRUE(count > 20 && count < 100) << count;
+    // Of 41756 + 100000 rectangles the first takes 2000 and each further one 4000.
+    EXPECT_EQ(countOf("<clipPath", file), 35);
 }
 
 // What is refused for its size takes up what the file has left, or each further record could
