@@ -1,11 +1,11 @@
 #include "bench/Families.h"
 
 #include "support/Bitmaps.h"
-#include "support/EmfRecords.h"
 #include "support/WmfBuilder.h"
 
 #include <array>
 #include <random>
+#include <string_view>
 
 namespace svgtool::bench {
 
@@ -166,7 +166,11 @@ const std::vector<Family> &families()
 {
     const EmfBuilder emf;
     EmfBuilder emfFont;
-    emfFont.record(82, font(1, -16, "Liberation Sans")).record(37, { 1 });
+    ByteWriter emfFontBody;
+    emfFontBody.u32s({ 1, -16, 0, 0, 0, 0, 0, 0 });
+    for (const char letter : std::string_view("Liberation Sans"))
+        emfFontBody.u16(letter);
+    emfFont.record(82, emfFontBody.result()).record(37, { 1 });
     WmfBuilder wmf;
     wmf.placeable(0, 0, 10000, 10000, 96).record(0x020C, { 10000, 10000 });
     WmfBuilder wmfFont = wmf;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <random>
 #include <vector>
 
 extern "C" {
@@ -13,6 +14,8 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsig
 }
 
 namespace svgtool::fuzz {
+
+using Random = std::minstd_rand;
 
 struct Record
 {
@@ -166,7 +169,8 @@ static void changeList(const Format &format, Records &records, size_t at, Random
     }
 }
 
-std::string changed(const Format &format, const std::string &bytes, size_t room, Random &random)
+static std::string changed(const Format &format, const std::string &bytes, size_t room,
+                           Random &random)
 {
     Records records = parse(format, bytes);
     std::string header = bytes.substr(0, format.headerSize(bytes));
@@ -191,7 +195,6 @@ std::string changed(const Format &format, const std::string &bytes, size_t room,
 
 } // namespace svgtool::fuzz
 
-#if defined(SVGTOOL_FUZZ_FORMAT)
 size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed)
 {
     svgtool::fuzz::Random random(seed);
@@ -202,4 +205,3 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsig
     std::copy_n(result.data(), length, data);
     return length;
 }
-#endif

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <random>
 #include <span>
 #include <string>
 
@@ -50,12 +49,5 @@ struct Format
 
 const Format &emfFormat();
 const Format &wmfFormat();
-
-using Random = std::minstd_rand;
-
-/// A metafile made of @p bytes that is still taken for one: records change, come, go and move,
-/// while sizes and counts follow. Changes bytes by LLVMFuzzerMutate, to at most @p room more of
-/// them.
-std::string changed(const Format &format, const std::string &bytes, size_t room, Random &random);
 
 } // namespace svgtool::fuzz

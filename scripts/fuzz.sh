@@ -24,8 +24,6 @@ done
 if [ $# -ge 2 ]; then
     targets=("$2")
 fi
-mkdir -p "$findings"
-"$build/fuzz/fuzz_seeds" "$build/inputs"
 
 jobs=$(nproc)
 rounds=$(((${#targets[@]} + jobs - 1) / jobs))
@@ -38,6 +36,7 @@ fuzz() {
     local log=$build/$target.log
     mkdir -p "$build/inputs/$target" "$findings/$target"
     local inputs=("$build/inputs/$target" "fuzz/corpus/$target")
+    mkdir -p "${inputs[0]}"
     if [ -d "../shared/corpus/$target" ]; then
         inputs+=("../shared/corpus/$target")
     fi

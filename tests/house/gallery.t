@@ -1,19 +1,17 @@
 The page of all results, as text.
 
   $ . "$TESTDIR/tool.sh"
-  $ mkdir -p batch/sub
-  $ cp chart.emf batch/sub && cp drawing.wmf $'batch/<b>&"\n\'.wmf'
+  $ mkdir -p batch/sub && cp drawing.wmf $'batch/sub/<b>&"\n\'.wmf'
   $ cp text.emf batch && head -c 600 drawing.wmf >batch/cut.wmf
   $ touch -d '1 hour ago' batch/*.?mf batch/sub/*
   $ metafile2svg -q -j1 -r batch -o made/svg --gallery made/page.html
   metafile2svg: batch/cut.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
   metafile2svg: batch/text.emf: not a metafile: neither an EMF nor a WMF header
   [1]
-  $ metafile2svg chart.emf | cmp - made/svg/sub/chart.emf.svg
 
 The pictures are the documents, in the same order. Their sizes depend on the fonts.
 
-  $ documents=(made/svg/$'<b>&"\n\''.wmf.svg made/svg/cut.wmf.svg made/svg/sub/chart.emf.svg)
+  $ documents=(made/svg/cut.wmf.svg made/svg/sub/$'<b>&"\n\''.wmf.svg)
   $ sed -n 's/.* src="data:image\/svg+xml;base64,\([^"]*\)".*/\1/p' made/page.html >pictures
   $ while read -r picture; do base64 -d <<<"$picture"; done <pictures | cmp - <(cat "${documents[@]}")
   $ sed -n 's/.*SVG \(.*\)<\/p>/\1/p' made/page.html >sizes
@@ -21,14 +19,6 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
   >     numfmt --to=si --round=nearest --format=%.1f | sed 's/K/ kB/' | diff - sizes
   $ sed -n '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;s/SVG .*</SVG</;p}' made/page.html
   <main>
-  <figure data-status="converted">
-  <button type="button"><img loading="lazy" decoding="async" alt="batch/&lt;b&gt;&amp;&quot;?'.wmf"></button>
-  <figcaption><bdi><span>batch/</span>&lt;b&gt;&amp;&quot;?'.wmf</bdi>
-  <p>placeable WMF 1.2 kB &rarr; SVG</p>
-  <p>259 &times; 199 pixels</p>
-  <p class="missing">Records: 7 skipped, 9 approximated</p>
-  </figcaption>
-  </figure>
   <figure data-status="damaged">
   <button type="button"><img loading="lazy" decoding="async" alt="batch/cut.wmf"></button>
   <figcaption><span class="status">damaged</span><bdi><span>batch/</span>cut.wmf</bdi>
@@ -46,11 +36,11 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
   </figcaption>
   </figure>
   <figure data-status="converted">
-  <button type="button"><img loading="lazy" decoding="async" alt="batch/sub/chart.emf"></button>
-  <figcaption><bdi><span>batch/sub/</span>chart.emf</bdi>
-  <p>EMF 5.5 kB &rarr; SVG</p>
-  <p>300 &times; 200 pixels</p>
-  <p class="missing">Records: 0 skipped, 35 approximated</p>
+  <button type="button"><img loading="lazy" decoding="async" alt="batch/sub/&lt;b&gt;&amp;&quot;?'.wmf"></button>
+  <figcaption><bdi><span>batch/sub/</span>&lt;b&gt;&amp;&quot;?'.wmf</bdi>
+  <p>placeable WMF 1.2 kB &rarr; SVG</p>
+  <p>259 &times; 199 pixels</p>
+  <p class="missing">Records: 7 skipped, 9 approximated</p>
   </figcaption>
   </figure>
   </main>
@@ -61,10 +51,8 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
 
 The same page whatever is there already, and nothing that is newer is replaced.
 
-  $ printf 'mine' >made/svg/sub/chart.emf.svg
-  $ metafile2svg -q -r batch -o made/svg --gallery again.html 2>/dev/null
-  [1]
-  $ cat made/svg/sub/chart.emf.svg
+  $ printf 'mine' >"${documents[1]}"
+  $ metafile2svg -q -r batch -o made/svg --gallery again.html 2>/dev/null || cat "${documents[1]}"
   mine (no-eol)
   $ metafile2svg -q --check -r batch --gallery checked/page.html 2>/dev/null
   [1]
@@ -73,18 +61,13 @@ The same page whatever is there already, and nothing that is newer is replaced.
 
 The same page with any number of threads, also where one waits for an early file.
 
-  $ mkdir many
-  $ for ((i = 100; i < 250; i += 3)); do
-  >     cp batch/cut.wmf many/$i.emf; cp chart.emf many/$((i + 1)).emf; cp chart.emf many/$((i + 2)).emf
-  > done
+  $ mkdir many && for i in {100..150}; do cp batch/cut.wmf many/$i.wmf; cp chart.emf many/$i.emf; done
   $ { printf '\1\0\11\0\0\3\36\0\0\0\0\0\13\0\0\0\0\0'
   >   printf '\7\0\0\0\33\4\11\0\11\0\1\0\1\0%.0s' {1..20000}; } >many/000.wmf
   $ for threads in 1 2 7; do
   >     metafile2svg -q --check -j$threads many --gallery $threads.html 2>messages-$threads
   >     cmp 1.html $threads.html; cmp messages-1 messages-$threads
   > done
-  $ grep -c ' src=' 1.html
-  151
   $ metafile2svg -q -j1 --check --fail-fast text.emf chart.emf --gallery fast.html
   metafile2svg: text.emf: not a metafile: neither an EMF nor a WMF header
   [1]

@@ -13,7 +13,7 @@ The tool where it may not read or write, as somebody who is bound by that.
   metafile2svg: closed: cannot be read: Permission denied
   metafile2svg: 3 files: 1 converted, 2 failed
   [1]
-  $ metafile2svg chart.emf | cmp - open/2.emf.svg
+  $ cmp chart.svg open/2.emf.svg
   $ somebody metafile2svg readable/2.emf -o readable
   metafile2svg: readable/2.emf.svg: cannot be written: Permission denied
   [1]

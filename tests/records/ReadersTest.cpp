@@ -50,33 +50,28 @@ namespace {
         std::function<bool(char *destination, char *source)> call;
     };
 
-    template<class Record>
-    Reader readerOf(const std::string &name, bool (*read)(Record *))
+    // The functions' names come as one text, parted by commas; a copying reader has a source.
+    std::string nextName(std::istream &names)
     {
-        return { name, sizeof(Record), false,
-                 [=](char *bytes, char *) { return read(overlay<Record>(bytes)); } };
+        std::string name;
+        std::getline(names >> std::ws, name, ',');
+        return name;
     }
-    template<class Record>
-    Reader readerOf(const std::string &name, bool (*read)(Record *, const Record *))
+    template<class Record, class... Source>
+    Reader readerOf(std::istream &names, bool (*read)(Record *, Source...))
     {
-        return { name, sizeof(Record), true, [=](char *to, char *from) {
-                    return read(overlay<Record>(to), overlay<Record>(from));
-                } };
+        return { nextName(names), sizeof(Record), sizeof...(Source) > 0,
+                 [=](char *to, [[maybe_unused]] char *from) {
+                     return read(overlay<Record>(to),
+                                 static_cast<Source>(overlay<Record>(from))...);
+                 } };
     }
-
-    // The functions' names come as one text, parted by commas.
     template<class... Read>
-    std::vector<Reader> readersOf(const char *names, Read... read)
+    std::vector<Reader> readersOf(std::istringstream names, Read... read)
     {
-        std::istringstream words(names);
-        const auto next = [&words] {
-            std::string word;
-            words >> word;
-            return word.substr(0, word.find(','));
-        };
-        return { readerOf(next(), read)... };
+        return { readerOf(names, read)... };
     }
-#define READERS(...) readersOf(#__VA_ARGS__, __VA_ARGS__)
+#define READERS(...) readersOf(std::istringstream(#__VA_ARGS__), __VA_ARGS__)
 
     std::vector<Reader> allReaders()
     {
@@ -99,8 +94,9 @@ namespace {
                 InitWMRBITBLT, InitWMRSTRETCHBLT, InitWMRDIBSTRETCHBLT, InitEMRPOLYGON,
                 InitEMRPOLYGON16, InitEMRPOLYDRAW16, InitEMRPOLYPOLYGON, InitEMRPOLYPOLYGON16,
                 InitWMRPOLYLINE, InitWMRPOLYPOLYLINE, InitEXTLOGPEN);
-        all.push_back(readerOf<POINTS>("InitWMRPOINTS", InitWMRPOINTS));
-        all.push_back(readerOf<PointYX>("InitWMRPOINTS", InitWMRPOINTS));
+        std::istringstream names("InitWMRPOINTS,InitWMRPOINTS");
+        all.push_back(readerOf<POINTS, const POINTS *>(names, InitWMRPOINTS));
+        all.push_back(readerOf<PointYX, const PointYX *>(names, InitWMRPOINTS));
         return all;
     }
 

@@ -41,12 +41,6 @@ struct DibHead
     }
 };
 
-/// A bitmap from its header and hexadecimal bytes, which may have blanks.
-inline Dib dib(const DibHead &head, const char *restHex, const char *bitsHex, int usage = 0)
-{
-    return { head.info(QByteArray::fromHex(restHex)), QByteArray::fromHex(bitsHex), usage };
-}
-
 /// Four numbers of a rectangle: left, top, width and height.
 struct Box
 {

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
-#include <cstring>
+#include <bit>
 #include <initializer_list>
 
 namespace svgtool::test {
@@ -18,8 +19,15 @@ public:
     }
     ByteWriter &u32(qint64 value)
     {
-        return u16(int(value & 0xFFFF)).u16(int((value >> 16) & 0xFFFF));
+        return u16(int(value & 0xFFFF)).u16(int(value >> 16 & 0xFFFF));
     }
+    ByteWriter &f32(float value) { return u32(std::bit_cast<quint32>(value)); }
+    ByteWriter &bytes(const QByteArray &value)
+    {
+        m_bytes.append(value);
+        return *this;
+    }
+
     /// Many numbers of 16 or 32 bits at once.
     ByteWriter &u16s(std::initializer_list<int> values)
     {
@@ -27,23 +35,14 @@ public:
             u16(value);
         return *this;
     }
-    ByteWriter &u32s(std::initializer_list<qint64> values)
+    template<class Numbers = std::initializer_list<qint64>>
+    ByteWriter &u32s(const Numbers &values)
     {
         for (const qint64 value : values)
             u32(value);
         return *this;
     }
-    ByteWriter &f32(float value)
-    {
-        quint32 bits = 0;
-        std::memcpy(&bits, &value, sizeof bits);
-        return u32(bits);
-    }
-    ByteWriter &bytes(const QByteArray &value)
-    {
-        m_bytes.append(value);
-        return *this;
-    }
+
     const QByteArray &result() const { return m_bytes; }
 
 private:

@@ -1,12 +1,19 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "exact/svgtool/SVGTool.h"
 
 #include <ostream>
 #include <string>
 
 namespace svgtool::test {
+
+/// The head of a document, line feed included.
+inline std::string documentHead(int width, int height)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?> <svg width=\"" + std::to_string(width)
+            + "\" height=\" " + std::to_string(height)
+            + "\" version=\"1.1\" xmlns=\"http://www.w3.org/2000/svg\" xml:space=\"preserve\" >\n";
+}
 
 /// What the exported function gave.
 struct Conversion
@@ -16,14 +23,23 @@ struct Conversion
 
     /// The text between the head of a document of the given size and its tail; the whole text
     /// when it has no such head or tail.
-    std::string body(int width = 100, int height = 50) const;
+    std::string body(int width = 100, int height = 50) const
+    {
+        const std::string head = documentHead(width, height);
+        const std::string end = "</svg>\n";
+        if (!text.starts_with(head) || !text.ends_with(end))
+            return text;
+        return text.substr(head.size(), text.size() - head.size() - end.size());
+    }
 };
 
 /// Converts @p bytes through the exported function.
-Conversion convert(const QByteArray &bytes);
-
-/// The head of a document, line feed included.
-std::string documentHead(int width, int height);
+inline Conversion convert(const QByteArray &bytes)
+{
+    QByteArray svg;
+    const qint32 result = ConvertMetaFileToSVG(bytes, svg);
+    return { result, svg.toStdString() };
+}
 
 } // namespace svgtool::test
 

@@ -1,7 +1,6 @@
 #include "unit/Cases.h"
 
 #include "support/Bitmaps.h"
-#include "support/EmfRecords.h"
 
 #include <QHash>
 #include <QJsonArray>
@@ -30,38 +29,6 @@ namespace {
             "polylineTo16:89 polyPolyline16:90 polyPolygon16:91 polyDraw16:92 extPen:95 "
             "smallText:108 transparentBlt:116";
 
-    int recordNumber(const QString &word, bool isEmf)
-    {
-        static const QStringList kNames = QString::fromLatin1(kRecords).split(QLatin1Char(' '));
-        QString number = word;
-        for (const QString &name : kNames) {
-            if (name.startsWith(word + QLatin1Char(':')))
-                number = name.section(QLatin1Char(':'), isEmf ? 1 : 2, isEmf ? 1 : 2);
-        }
-        bool isNumber = false;
-        const int result = number.toInt(&isNumber, 0);
-        EXPECT_TRUE(isNumber) << word.toStdString();
-        return result;
-    }
-
-    std::vector<QStringList> linesOf(const QString &script)
-    {
-        static const QRegularExpression kPart(QStringLiteral(
-                R"(#[^\n]*|([;\n])|("(?:[^"\\]|\\(?:["\\nrt]|u[0-9A-Fa-f]{4}))*"|[^\s;"#]+)|\S)"));
-        std::vector<QStringList> lines(1);
-        auto parts = kPart.globalMatch(script);
-        while (parts.hasNext()) {
-            const QRegularExpressionMatch part = parts.next();
-            if (part.capturedLength(1) > 0)
-                lines.emplace_back();
-            else if (part.capturedLength(2) > 0)
-                lines.back() += part.captured(2);
-            else
-                EXPECT_TRUE(part.captured().startsWith(QLatin1Char('#'))) << script.toStdString();
-        }
-        return lines;
-    }
-
     qint64 number(const QString &word, qint64 least = std::numeric_limits<qint32>::min(),
                   qint64 most = std::numeric_limits<quint32>::max())
     {
@@ -69,6 +36,15 @@ namespace {
         const qint64 value = word.toLongLong(&isNumber, 0);
         EXPECT_TRUE(isNumber && least <= value && value <= most) << word.toStdString();
         return value;
+    }
+
+    qint64 recordNumber(const QString &word, bool isEmf)
+    {
+        static const QStringList kNames = QString::fromLatin1(kRecords).split(QLatin1Char(' '));
+        for (const QString &name : kNames)
+            if (name.startsWith(word + QLatin1Char(':')))
+                return number(name.split(QLatin1Char(':')).value(isEmf ? 1 : 2));
+        return number(word);
     }
 
     // A string as JSON writes it.
@@ -80,7 +56,8 @@ namespace {
         return array.first().toString();
     }
 
-    QByteArray hex(const QString &word)
+    // Hexadecimal digits.
+    QByteArray bytesOf(const QString &word)
     {
         static const QRegularExpression kBytes(QStringLiteral("^(?:[0-9A-Fa-f]{2}|,)*$"));
         EXPECT_TRUE(kBytes.match(word).hasMatch()) << word.toStdString();
@@ -96,27 +73,39 @@ namespace {
 
         const Builder &run(const QString &script)
         {
-            for (const QStringList &line : linesOf(script)) {
-                if (!line.isEmpty())
-                    add(line);
+            static const QRegularExpression kPart(QStringLiteral(
+                    R"(#[^\n]*|([;\n])|("(?:[^"\\]|\\(?:["\\nrt]|u[0-9A-Fa-f]{4}))*"|[^\s;"#]+)|\S)"));
+            for (auto parts = kPart.globalMatch(script); parts.hasNext();) {
+                const QRegularExpressionMatch part = parts.next();
+                if (part.capturedLength(1) > 0)
+                    endLine();
+                else if (part.capturedLength(2) > 0)
+                    addWord(part.captured(2));
+                else
+                    EXPECT_TRUE(part.captured().startsWith(QLatin1Char('#')))
+                            << script.toStdString();
             }
+            endLine();
             return m_file;
         }
 
     private:
         static constexpr bool kIsEmf = std::is_same_v<Builder, EmfBuilder>;
 
-        void add(const QStringList &words)
+        void addWord(const QString &word)
         {
-            for (const QString &word : words) {
-                const auto key =
-                        word.startsWith(QLatin1Char('"')) ? -1 : word.indexOf(QLatin1Char('='));
-                EXPECT_FALSE(m_options.contains(word.left(key))) << word.toStdString();
-                if (key < 0)
-                    m_words += word;
-                else
-                    m_options.insert(word.left(key), word.mid(key + 1));
-            }
+            const auto key =
+                    word.startsWith(QLatin1Char('"')) ? -1 : word.indexOf(QLatin1Char('='));
+            EXPECT_FALSE(m_options.contains(word.left(key))) << word.toStdString();
+            if (key < 0)
+                m_words += word;
+            else
+                m_options.insert(word.left(key), word.mid(key + 1));
+        }
+        void endLine()
+        {
+            if (m_words.isEmpty() && m_options.isEmpty())
+                return;
             const QString name = take();
             if (name == QLatin1String("file"))
                 setFile();
@@ -126,8 +115,7 @@ namespace {
                 m_file.raw(body());
             else
                 addRecord(name);
-            EXPECT_TRUE(m_words.isEmpty() && m_options.isEmpty())
-                    << words.join(QLatin1Char(' ')).toStdString();
+            EXPECT_TRUE(m_words.isEmpty() && m_options.isEmpty()) << name.toStdString();
         }
         QString take()
         {
@@ -153,6 +141,7 @@ namespace {
             EXPECT_TRUE(fits) << key;
             return fits ? result : otherwise;
         }
+        QByteArray hex(const char *key) { return bytesOf(m_options.take(QLatin1String(key))); }
         bool takeWord(const char *word) { return m_words.removeAll(QLatin1String(word)) > 0; }
 
         void setFile()
@@ -161,17 +150,13 @@ namespace {
                 const auto corner = options("corner", { 0, 0 });
                 const int x = corner[0];
                 const int y = corner[1];
-                const auto bounds = options("bounds", { x, y, x + 100, y + 50 });
-                const auto frame =
+                m_file.bounds = options("bounds", { x, y, x + 100, y + 50 });
+                m_file.frame =
                         options("frame", { x * 100, y * 100, x * 100 + 10000, y * 100 + 5000 });
-                const auto device = options("device", { 1000, 1000, 1000, 1000 });
-                m_file.bounds(bounds[0], bounds[1], bounds[2], bounds[3])
-                        .frame(frame[0], frame[1], frame[2], frame[3])
-                        .device(device[0], device[1], device[2], device[3])
-                        .headerType(quint32(option("type", 1)))
-                        .headerExtra(hex(m_options.take(QStringLiteral("extra"))));
-                if (m_options.contains(QStringLiteral("count")))
-                    m_file.recordCount(quint32(option("count")));
+                m_file.device = options("device", m_file.device);
+                m_file.headerType = quint32(option("type", 1));
+                m_file.headerExtra = hex("extra");
+                m_file.recordCount = option("count", -1);
             } else {
                 const bool isPlaceable = m_options.contains(QStringLiteral("placeable"));
                 if (takeWord("bare") || isPlaceable)
@@ -179,23 +164,20 @@ namespace {
                 const auto frame = options("placeable", { 0, 0, 0, 0, 0 });
                 if (isPlaceable)
                     m_file.placeable(frame[0], frame[1], frame[2], frame[3], frame[4]);
-                m_file.size(option("size", -1)).maxRecord(option("maxRecord", 1000));
+                m_file.size = option("size", -1);
+                m_file.maxRecord = option("maxRecord", 1000);
             }
-            if (takeWord("noEnd"))
-                m_file.withoutEnd();
+            m_file.hasEnd = !takeWord("noEnd");
         }
 
         void addBitmap()
         {
             const QString name = take();
-            DibHead head{ takeNumber(), takeNumber(), int(takeNumber()) };
-            head.compression = int(option("compression"));
-            head.coloursUsed = option("used");
-            head.headerBytes = option("header", 40);
-            const QByteArray table = hex(m_options.take(QStringLiteral("table")));
-            const QByteArray zeros(int(option("zeros")), '\0');
-            const QByteArray bits = hex(m_options.take(QStringLiteral("bits")));
-            m_bitmaps.insert(name, { head.info(table + zeros), bits, int(option("usage")) });
+            const DibHead head{ takeNumber(),      takeNumber(),
+                                int(takeNumber()), int(option("compression")),
+                                option("used"),    option("header", 40) };
+            const QByteArray table = hex("table") + QByteArray(int(option("zeros")), '\0');
+            m_bitmaps.insert(name, { head.info(table), hex("bits"), int(option("usage")) });
         }
         Dib bitmapNamed(const QString &name)
         {
@@ -206,26 +188,18 @@ namespace {
         Box box(const char *key)
         {
             EXPECT_TRUE(m_options.contains(QLatin1String(key))) << key;
-            const auto numbers = options(key, { 0, 0, 0, 0 });
-            return { numbers[0], numbers[1], numbers[2], numbers[3] };
+            const auto edges = options(key, { 0, 0, 0, 0 });
+            return { edges[0], edges[1], edges[2], edges[3] };
         }
 
         void addRecord(const QString &name)
         {
-            const int type = recordNumber(name, kIsEmf);
-            QByteArray bytes;
-            if (name == QLatin1String("textOut"))
-                bytes = textOut();
-            else if (name == QLatin1String("stretchDib"))
-                bytes = stretch();
-            else if (name.endsWith(QLatin1String("Blt")))
-                bytes = transfer();
-            else
-                bytes = body();
-            if constexpr (kIsEmf)
-                m_file.record(quint32(type), bytes);
-            else
-                m_file.record(type, bytes);
+            const auto type = quint32(recordNumber(name, kIsEmf));
+            const QByteArray bytes = name == QLatin1String("textOut") ? textOut()
+                    : name == QLatin1String("stretchDib")             ? stretch()
+                    : name.endsWith(QLatin1String("Blt"))             ? transfer()
+                                                                      : body();
+            m_file.record(type, bytes);
         }
         QByteArray textOut()
         {
@@ -238,8 +212,8 @@ namespace {
         }
         QByteArray stretch()
         {
-            const Dib dib = bitmapNamed(take());
-            return stretchDib(dib, box("to"), box("from"), option("rop", kSourceCopy));
+            return stretchDib(bitmapNamed(take()), box("to"), box("from"),
+                              option("rop", kSourceCopy));
         }
         QByteArray transfer()
         {
@@ -272,7 +246,7 @@ namespace {
             } else if (word == QLatin1String("box")) {
                 bytes.u32s({ 0, 0, 0, 0 });
             } else if (word.startsWith(QLatin1Char('x'))) {
-                bytes.bytes(hex(word.mid(1)));
+                bytes.bytes(bytesOf(word.mid(1)));
             } else if (word.endsWith(QLatin1String("inf")) || word == QLatin1String("nan")
                        || word.contains(QLatin1Char('.'))) {
                 bytes.f32(word.toFloat(&isNumber));

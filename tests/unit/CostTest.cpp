@@ -24,9 +24,9 @@ namespace {
         {
             const QString records = start + (QLatin1Char(';') + record).repeated(count);
             if (isEmf)
-                return emf(records, EmfBuilder().recordCount(0xFFFFFFFF)).build();
-            const WmfBuilder wide = WmfBuilder().placeable(0, 0, 32767, 32767, 96);
-            return wmf(records, WmfBuilder(wide).maxRecord(0x7FFFFFFF)).build();
+                return emf(records, EmfBuilder{ .recordCount = 0xFFFFFFFF }).build();
+            const WmfBuilder most{ .maxRecord = 0x7FFFFFFF };
+            return wmf(records, WmfBuilder(most).placeable(0, 0, 32767, 32767, 96)).build();
         }
         qint64 documentSize(int count) const { return qint64(convert(file(count)).text.size()); }
     };

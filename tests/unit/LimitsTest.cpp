@@ -32,14 +32,13 @@ QByteArray bars(ClipMode mode, int count, bool lying)
 // large region can be written again by a small record; neither may outgrow the file.
 TEST(ClipRegions, DoNotMultiply)
 {
-    const EmfBuilder file = EmfBuilder().record(kClipRegion, bars(kCopy, 2000, false));
+    EmfBuilder file = EmfBuilder().record(kClipRegion, bars(kCopy, 2000, false));
     const EmfBuilder crossed = EmfBuilder(file).record(kClipRegion, bars(kXor, 2000, true));
     EXPECT_EQ(countOf("<clipPath", crossed), 1);
-    EmfBuilder again = file;
     for (int i = 0; i < 200; ++i)
-        again.record(kClipRegion, bars(kOr, 0, false));
-    EXPECT_LT(countOf("<clipPath", again), 100);
-    EXPECT_GT(countOf("<clipPath", again), 20);
+        file.record(kClipRegion, bars(kOr, 0, false));
+    // Of 41756 + 100000 rectangles the first takes 2000 and each further one 4000.
+    EXPECT_EQ(countOf("<clipPath", file), 35);
 }
 
 // What is refused for its size takes up what the file has left, or each further record could

@@ -2,16 +2,17 @@
 // written: each one is a test.
 
 #include "core/records/MetafileFacts.h"
+#include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 #include "support/Bitmaps.h"
 #include "unit/Cases.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
 
 #include <map>
 #include <sstream>
@@ -68,7 +69,8 @@ struct Block
 };
 
 // A transcript, of a kind such as "emf svg", comes as pairs of blocks: its lines marked "> " are
-// records, and those behind them say what becomes of them.
+// records, and those behind them say what becomes of them. An arrow parts exact text from what is
+// shown of it.
 std::vector<Block> blocksOf(const QStringList &lines)
 {
     const QString mark = QStringLiteral("> ");
@@ -76,10 +78,15 @@ std::vector<Block> blocksOf(const QStringList &lines)
     for (int i = 0; i < lines.size(); ++i) {
         const bool isFence = lines[i].startsWith(QLatin1String("```"));
         const QString kinds = isFence ? lines[i].mid(3) : lines[i];
-        const bool isTranscript = isFence && kinds.contains(QLatin1Char(' '));
+        const bool isExact = kinds.startsWith(QLatin1String("exact"));
+        const bool isTranscript = isFence && !isExact && kinds.contains(QLatin1Char(' '));
         if ((isFence && !isTranscript) || lines[i].startsWith(QLatin1Char('#')))
             blocks.push_back({ kinds, i + 1 });
         for (QString last; isFence && ++i < lines.size() && lines[i] != QLatin1String("```");) {
+            if (isExact && lines[i] == QStringLiteral("⇒")) {
+                blocks.push_back({ QStringLiteral("shown"), i + 1 });
+                continue;
+            }
             const bool isMarked = isTranscript && lines[i].startsWith(mark);
             const int part = isMarked ? 0 : 1;
             const QString kind = kinds.section(QLatin1Char(' '), part, part);
@@ -103,7 +110,7 @@ std::vector<Example> examplesOf(const QString &path)
     const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     static const QStringList kAnswers{ QStringLiteral("svg"), QStringLiteral("tally"),
-                                       QStringLiteral("dump") };
+                                       QStringLiteral("dump"), QStringLiteral("shown") };
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
@@ -137,8 +144,9 @@ std::vector<Example> examplesOf(const QString &path)
 std::vector<Example> allExamples(const QString &folder, const QString &pages)
 {
     std::vector<Example> examples;
-    for (const QString &name : QDir(folder).entryList({ pages }, QDir::Files, QDir::Name))
-        for (const Example &example : examplesOf(folder + QLatin1Char('/') + name))
+    QDirIterator paths(folder, { pages }, QDir::Files, QDirIterator::Subdirectories);
+    while (paths.hasNext())
+        for (const Example &example : examplesOf(paths.next()))
             examples.push_back(example);
     return examples;
 }
@@ -225,14 +233,41 @@ std::string tallyOf(const QByteArray &file)
 
 std::string dumpOf(const QByteArray &file)
 {
-    QTemporaryFile dump;
+    const QTemporaryDir folder;
+    QFile dump(folder.filePath(QStringLiteral("dump")));
     QString reason;
     QByteArray svg;
-    EXPECT_TRUE(dump.open() && startRecordDump(dump.handle(), &reason)) << reason.toStdString();
+    EXPECT_TRUE(startRecordDump(dump.fileName(), &reason)) << reason.toStdString();
     EXPECT_GT(convertMetaFile(file, svg, nullptr), 0);
     EXPECT_TRUE(stopRecordDump(&reason)) << reason.toStdString();
-    EXPECT_TRUE(dump.seek(0));
+    EXPECT_TRUE(dump.open(QIODevice::ReadOnly));
     return dump.readAll().toStdString();
+}
+
+// A backslash and two digits stand for a byte.
+QByteArray bytesOf(const QString &text)
+{
+    return QByteArray::fromPercentEncoding(text.toUtf8(), '\\');
+}
+
+// The document for display of an exact text; behind "exact" stands what is asked of it.
+std::string displayOf(const Example &example)
+{
+    static const std::map<QString, double DisplayOptions::*> kSizes{
+        { QStringLiteral("width"), &DisplayOptions::width },
+        { QStringLiteral("height"), &DisplayOptions::height },
+        { QStringLiteral("scale"), &DisplayOptions::scale },
+    };
+    DisplayOptions options;
+    for (const QString &option : example.kind.mid(6).split(QLatin1Char('&'))) {
+        const QString name = option.section(QLatin1Char('='), 0, 0);
+        const QString value = option.section(QLatin1Char('='), 1);
+        if (name == QLatin1String("comment"))
+            options.comment = bytesOf(value);
+        else if (!name.isEmpty())
+            options.*kSizes.at(name) = value.toDouble();
+    }
+    return displayableSvg(bytesOf(example.script), options).toStdString();
 }
 
 class Output : public testing::TestWithParam<Example>
@@ -243,6 +278,14 @@ TEST_P(Output, IsExact)
 {
     const Example &example = GetParam();
     SCOPED_TRACE(example.place);
+    if (example.kind.startsWith(QLatin1String("exact"))) {
+        ASSERT_EQ(example.expectedKind, QLatin1String("shown"));
+        QByteArray expected = bytesOf(QString::fromStdString(example.expected));
+        if (!expected.startsWith("<?xml"))
+            expected.prepend("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+        EXPECT_EQ(displayOf(example), expected.toStdString());
+        return;
+    }
     const std::vector<QByteArray> files = filesOf(example);
     ASSERT_FALSE(files.empty()) << "a block out of place: " << example.kind.toStdString();
     ASSERT_FALSE(example.expectedKind.isEmpty()) << "nothing says what becomes of the block";
@@ -264,7 +307,7 @@ INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden()),
 TEST(Output, HasItsExamples)
 {
     EXPECT_GE(documented().size(), 25U);
-    EXPECT_GE(golden().size(), 90U);
+    EXPECT_GE(golden().size(), 120U);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ static QString readText(std::istream &in)
     size_t size = 0;
     in >> size;
     QString text;
-    for (ushort unit = 0; text.size() < size && in >> unit;)
+    for (ushort unit = 0; size_t(text.size()) < size && in >> unit;)
         text.push_back(QChar(unit));
     return text;
 }
@@ -39,7 +39,7 @@ int main()
             const QString characters = textOfGlyphs(text, face, weight);
             std::cout << characters.size();
             for (const QChar unit : characters)
-                std::cout << ' ' << unit.unicode();
+                std::cout << ' ' << unsigned{ unit.unicode() };
         } else {
             const TextExtent extent = textExtent(text, face, weight, height);
             for (const FontMetrics &font : { fontMetrics(face, weight, height), extent.font })
