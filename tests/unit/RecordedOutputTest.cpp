@@ -42,12 +42,12 @@ TEST(RecordedOutput, IsUnchanged)
     const WmfBuilder placeable = WmfBuilder().placeable(0, 0, 3000, 2000, 96);
     const std::pair<QByteArray, const char *> cases[] = {
         { emf(emfRecords).build(),
-          "e9f3414ed2ccdd27e93641f2f9553140c9166607dcf524b6f7349c0e1d283352" },
+          "af2ab1a87de2b211e38cf7ceacc5e29a5d880dc2063e5c6b866b7ba3a9897455" },
         { emf("mapMode 8; windowExt 300 200; windowOrg 5 7;" + emfRecords).build(),
-          "342ed02e5c0e1eb5f62ef9cb32906a142eab67ac4a3fc0ad9205c8c6c4b6209a" },
+          "b8f148605001e76ae74b03e21364a86a21dbc8fb3464e26d67cd53c0bfd6a514" },
         { emf("mapMode 8; viewportOrg 9 8; windowExt 300 200; viewportExt 1000 900;" + emfRecords)
                   .build(),
-          "69ef7c78c587eadafc269fded081bbc31b66dd522b50665e69ed94e3b05cfbc3" },
+          "b66eaa84124fec19e11f91251aa9dbb1a3c97c624806b94c60518761a67744ff" },
         { wmf(wmfRecords, WmfBuilder()).build(),
           "218f5186ab64ebe5fcc5d881fbaecadb6c1378bd842e23c86007787552f4126e" },
         { wmf("windowOrg 7 5; windowExt 900 1200;" + wmfRecords, placeable).build(),
