@@ -59,13 +59,13 @@ std::string shown(const QStringList &block)
             .toStdString();
 }
 
-// Blocks that are out of place become examples, too, which fail.
+// Blocks that are out of place, and pages that are missing or empty, become examples, too, which
+// fail.
 std::vector<Example> examplesOf(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     std::vector<Example> examples;
     std::map<QString, int> names;
@@ -107,13 +107,21 @@ std::vector<Example> examplesOf(const QString &path)
                                  before + text });
         }
     }
+    if (examples.empty())
+        examples.push_back({ "Nothing" + camelCase(page).toStdString(),
+                             path.toStdString(),
+                             QStringLiteral("nothing"),
+                             {} });
     return examples;
 }
 
 std::vector<Example> allExamples(const QString &folder, const QString &pages)
 {
     std::vector<Example> examples;
-    for (const QString &name : QDir(folder).entryList({ pages }, QDir::Files, QDir::Name))
+    QStringList names = QDir(folder).entryList({ pages }, QDir::Files, QDir::Name);
+    if (names.isEmpty())
+        names.append(pages);
+    for (const QString &name : names)
         for (const Example &example : examplesOf(folder + QLatin1Char('/') + name))
             examples.push_back(example);
     return examples;
@@ -237,11 +245,5 @@ INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),
                          testing::PrintToStringParamName());
 INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden()),
                          testing::PrintToStringParamName());
-
-TEST(Output, HasItsExamples)
-{
-    EXPECT_GE(documented().size(), 25U);
-    EXPECT_GE(golden().size(), 250U);
-}
 
 } // namespace
