@@ -225,7 +225,7 @@ namespace {
     // How many points the step at the front of types takes; none when there is no such step.
     size_t stepLength(std::span<const char> types)
     {
-        const int type = types.front();
+        const int type = static_cast<unsigned char>(types.front());
         if (type == kMoveTo || (type & ~kCloseFigure) == kLineTo)
             return 1;
         const auto isCurvePoint = [](int each) { return (each & ~kCloseFigure) == kBezierTo; };
