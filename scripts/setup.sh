@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs, those that are missing and no others.
-# usage: scripts/setup.sh build|test|ci|fuzz|bench|coverage|windows|package|archives|browser
+# usage: scripts/setup.sh build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|browser
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 test=("${build[@]}" libgtest-dev binutils libxml2-utils locales python3 python3-cram)
+tidy=("${test[@]}" clang-tidy git)
 ci=("${test[@]}" qtbase5-dev clang-format git)
 fuzz=("${test[@]}" clang libclang-rt-14-dev)
 bench=("${build[@]}" libbenchmark-dev python3)
@@ -20,6 +21,7 @@ case ${1-} in
 build) packages=("${build[@]}") ;;
 test) packages=("${test[@]}") ;;
 ci) packages=("${ci[@]}") ;;
+tidy) packages=("${tidy[@]}") ;;
 fuzz) packages=("${fuzz[@]}") ;;
 bench) packages=("${bench[@]}") ;;
 coverage) packages=("${coverage[@]}") ;;
@@ -28,7 +30,7 @@ package) packages=("${package[@]}") ;;
 archives) packages=("${archives[@]}") ;;
 browser) packages=("${browser[@]}") ;;
 *)
-    echo "usage: $0 build|test|ci|fuzz|bench|coverage|windows|package|archives|browser" >&2
+    echo "usage: $0 build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|browser" >&2
     exit 2
     ;;
 esac

@@ -2,6 +2,8 @@
 
 #include "core/base/Numeric.h"
 
+#include <QtGlobal>
+
 #include <cmath>
 
 namespace svgtool {

@@ -48,7 +48,6 @@ public:
         POINTL start, end, center;
         qint32 rx, ry; ///< half axes
         bool isLarge; ///< the way from start to end is more than half a turn
-        bool isWhole; ///< start and end are one point, and the arc is the whole ellipse
     };
 
 private:
@@ -110,8 +109,8 @@ private:
 
     // Emf2SVG_Arcs.cpp: arcs, chords and pies
     Arc readArc(const char *record, quint32 size) const;
-    void drawWholeEllipse(const Arc &arc);
     void drawArcTo(const Arc &arc, qint32 sweepFlag);
+    void drawTurnTo(const Arc &arc, qint32 sweepFlag);
     qint32 OnArc(char *record, quint32 size);
     qint32 OnArcTo(char *record, quint32 size);
     qint32 OnChord(char *record, quint32 size);
@@ -120,7 +119,8 @@ private:
 
     // Emf2SVG_Polys.cpp: figures of many points
     enum PointListKind { kPolyLine, kPolyLineTo, kPolygon };
-    qint32 drawPoints(std::span<const POINTL> points, PointListKind kind, const StyleText &style);
+    qint32 drawPoints(std::span<const POINTL> points, quint32 count, PointListKind kind,
+                      const StyleText &style);
     qint32 drawFigures(std::span<const POINTL> points, std::span<const quint32> counts,
                        PointListKind kind, const StyleText &style);
     qint32 OnPolygon(char *record, quint32 size);

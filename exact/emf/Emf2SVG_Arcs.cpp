@@ -16,11 +16,6 @@ static constexpr qint32 kCounterClockwise = 0;
 static constexpr qint32 kClockwise = 1;
 static constexpr qint32 kSmallArc = 0;
 
-static bool isSame(const POINTL &a, const POINTL &b)
-{
-    return a.x == b.x && a.y == b.y;
-}
-
 // The point of an ellipse that lies across its centre.
 static POINTL opposite(const POINTL &point, const POINTL &center)
 {
@@ -68,21 +63,11 @@ Emf2SvgConverter::Arc Emf2SvgConverter::readArc(const char *record, quint32 size
     // counter-clockwise way to it is more than half a turn.
     const qint64 turn = qint64(from.x) * to.y - qint64(from.y) * to.x;
     arc.isLarge = turn > 0;
-    // Where both are one point, any way that is not a short one is the whole ellipse.
-    arc.isWhole = turn >= 0 && isSame(arc.start, arc.end);
     return arc;
 }
 
-void Emf2SvgConverter::drawWholeEllipse(const Arc &arc)
-{
-    const POINTL &from = arc.start;
-    const POINTL across = opposite(from, arc.center);
-    const StyleText &style = m_writer.currentStyle();
-    m_writer.DrawArc(from.x, from.y, arc.rx, arc.ry, 0, kSmallArc, kCounterClockwise, across.x,
-                     across.y, style);
-    m_writer.DrawArc(across.x, across.y, arc.rx, arc.ry, 0, kSmallArc, kCounterClockwise, from.x,
-                     from.y, style);
-}
+// Quirk: ends that are one point are written like any others, though viewers draw nothing then;
+// hosts compare documents byte by byte.
 
 qint32 Emf2SvgConverter::OnArc(char *record, quint32 size)
 {
@@ -90,11 +75,8 @@ qint32 Emf2SvgConverter::OnArc(char *record, quint32 size)
     if (record == nullptr || size == 0)
         return 1;
     const Arc arc = readArc(record, size);
-    if (arc.isWhole)
-        drawWholeEllipse(arc);
-    else
-        m_writer.DrawArc(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
-                         kCounterClockwise, arc.end.x, arc.end.y, m_writer.currentStyle());
+    m_writer.DrawArc(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
+                     kCounterClockwise, arc.end.x, arc.end.y, m_writer.currentStyle());
     return 1;
 }
 
@@ -110,13 +92,15 @@ qint32 Emf2SvgConverter::OnArcTo(char *record, quint32 size)
 
 void Emf2SvgConverter::drawArcTo(const Arc &arc, qint32 sweepFlag)
 {
+    m_writer.DrawArcTo(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0, sweepFlag,
+                       arc.end.x, arc.end.y, m_writer.currentStyle());
+}
+
+// Draws a full turn as two halves, and takes the current position to the arc's end.
+void Emf2SvgConverter::drawTurnTo(const Arc &arc, qint32 sweepFlag)
+{
     const StyleText &style = m_writer.currentStyle();
-    if (!arc.isWhole) {
-        m_writer.DrawArcTo(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
-                           sweepFlag, arc.end.x, arc.end.y, style);
-        return;
-    }
-    // The first half brings the connecting line with it; the current position ends on the arc.
+    // The first half brings the connecting line with it.
     const POINTL across = opposite(arc.start, arc.center);
     m_writer.DrawArcTo(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, kSmallArc, sweepFlag, across.x,
                        across.y, style);
@@ -131,12 +115,8 @@ qint32 Emf2SvgConverter::OnChord(char *record, quint32 size)
     if (record == nullptr || size == 0)
         return 1;
     const Arc arc = readArc(record, size);
-    // Two open halves fill as one ellipse, and no chord runs across them.
-    if (arc.isWhole)
-        drawWholeEllipse(arc);
-    else
-        m_writer.DrawChord(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
-                           kCounterClockwise, arc.end.x, arc.end.y, m_writer.currentStyle());
+    m_writer.DrawChord(arc.start.x, arc.start.y, arc.rx, arc.ry, 0, arc.isLarge ? 1 : 0,
+                       kCounterClockwise, arc.end.x, arc.end.y, m_writer.currentStyle());
     return 1;
 }
 
@@ -146,10 +126,6 @@ qint32 Emf2SvgConverter::OnPie(char *record, quint32 size)
     if (record == nullptr || size == 0)
         return 1;
     const Arc arc = readArc(record, size);
-    if (arc.isWhole) {
-        drawWholeEllipse(arc);
-        return 1;
-    }
     // Quirk: this test is wrong for about half of all pies; their pictures depend on it.
     const bool isLarge =
             IsBigArc(arc.start.x, arc.start.y, arc.end.x, arc.end.y, arc.center.x, arc.center.y);
@@ -185,8 +161,11 @@ qint32 Emf2SvgConverter::OnAngleArc(char *record, quint32 size)
     arc.start = pointAt(start);
     arc.end = pointAt(start + sweep);
     arc.isLarge = std::abs(sweep) > 180.0;
-    arc.isWhole = std::abs(sweep) >= 360.0;
-    drawArcTo(arc, sweep < 0 ? kClockwise : kCounterClockwise);
+    const qint32 sweepFlag = sweep < 0 ? kClockwise : kCounterClockwise;
+    if (std::abs(sweep) >= 360.0)
+        drawTurnTo(arc, sweepFlag);
+    else
+        drawArcTo(arc, sweepFlag);
     return 1;
 }
 

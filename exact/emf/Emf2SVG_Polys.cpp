@@ -30,6 +30,17 @@ namespace {
         return points;
     }
 
+    // Quirk: in a path, a figure of no points begins at the point that stands in its place. Readers
+    // leave that point, which no count counts, in the file's byte order.
+    template<class Point>
+    void addUncounted(Points &points, ByteView record, qint64 offset)
+    {
+        if (const auto bytes = slice(record, offset, sizeof(Point))) {
+            const auto point = elementAt<Point>(*bytes, 0);
+            points.push_back({ qFromLittleEndian(point.x), qFromLittleEndian(point.y) });
+        }
+    }
+
     // The points of a point-list record; nothing at all unless every one lies inside the record.
     template<class Point, class Record>
     std::optional<Points> readPoints(char *record, quint32 size, bool (*read)(Record *))
@@ -42,6 +53,26 @@ namespace {
             return std::nullopt;
         read(overlay<Record>(record));
         return pointsIn<Point>(*points);
+    }
+
+    // The points of one figure, and how many are meant: with none, one may stand there
+    // nevertheless.
+    struct Figure
+    {
+        quint32 count;
+        Points points;
+    };
+
+    template<class Point, class Record>
+    std::optional<Figure> readFigure(char *record, quint32 size, bool (*read)(Record *))
+    {
+        auto points = readPoints<Point>(record, size, read);
+        if (!points)
+            return std::nullopt;
+        Figure figure{ quint32(points->size()), std::move(*points) };
+        if (figure.count == 0)
+            addUncounted<Point>(figure.points, { record, size }, sizeof(Record));
+        return figure;
     }
 
     // The figures of a poly-poly record, and the points that they share out.
@@ -81,6 +112,9 @@ namespace {
         const qint64 pointsAt = headSize + (isInCopy ? pointCount : figureCount) * 4;
         figures.points =
                 pointsIn<Point>(slice(whole, pointsAt, shared * qint64(sizeof(Point))).value());
+        if (figureCount > 0 && figures.counts.back() == 0)
+            addUncounted<Point>(figures.points, all,
+                                headSize + figureCount * 4 + shared * qint64(sizeof(Point)));
         return figures;
     }
 
@@ -92,53 +126,55 @@ namespace {
 qint32 Emf2SvgConverter::OnPolygon(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolygon");
-    const auto points = readPoints<POINTL>(record, size, &InitEMRPOLYGON);
-    return points ? drawPoints(*points, kPolygon, {}) : 0;
+    const auto figure = readFigure<POINTL>(record, size, &InitEMRPOLYGON);
+    return figure ? drawPoints(figure->points, figure->count, kPolygon, {}) : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLine(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLine");
-    const auto points = readPoints<POINTL>(record, size, &InitEMRPOLYGON);
-    return points ? drawPoints(*points, kPolyLine, {}) : 0;
+    const auto figure = readFigure<POINTL>(record, size, &InitEMRPOLYGON);
+    return figure ? drawPoints(figure->points, figure->count, kPolyLine, {}) : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLineTo(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLineTo");
-    const auto points = readPoints<POINTL>(record, size, &InitEMRPOLYGON);
-    return points ? drawPoints(*points, kPolyLineTo, {}) : 0;
+    const auto figure = readFigure<POINTL>(record, size, &InitEMRPOLYGON);
+    return figure ? drawPoints(figure->points, figure->count, kPolyLineTo, {}) : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolygon16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolygon16");
-    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(std::move(*points)), kPolygon, m_writer.currentStyle())
+    auto figure = readFigure<POINTS>(record, size, &InitEMRPOLYGON16);
+    return figure ? drawPoints(mapPoints(std::move(figure->points)), figure->count, kPolygon,
+                               m_writer.currentStyle())
                   : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLine16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLine16");
-    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(std::move(*points)), kPolyLine, m_writer.currentStyle())
+    auto figure = readFigure<POINTS>(record, size, &InitEMRPOLYGON16);
+    return figure ? drawPoints(mapPoints(std::move(figure->points)), figure->count, kPolyLine,
+                               m_writer.currentStyle())
                   : 0;
 }
 
 qint32 Emf2SvgConverter::OnPolyLineTo16(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnPolyLineTo16");
-    auto points = readPoints<POINTS>(record, size, &InitEMRPOLYGON16);
-    return points ? drawPoints(mapPoints(std::move(*points)), kPolyLineTo, m_writer.currentStyle())
+    auto figure = readFigure<POINTS>(record, size, &InitEMRPOLYGON16);
+    return figure ? drawPoints(mapPoints(std::move(figure->points)), figure->count, kPolyLineTo,
+                               m_writer.currentStyle())
                   : 0;
 }
 
-qint32 Emf2SvgConverter::drawPoints(std::span<const POINTL> points, PointListKind kind,
-                                    const StyleText &style)
+qint32 Emf2SvgConverter::drawPoints(std::span<const POINTL> points, quint32 count,
+                                    PointListKind kind, const StyleText &style)
 {
-    if (!points.empty())
-        m_writer.DrawPolyLine(points, kind == kPolygon, kind == kPolyLineTo, style);
+    m_writer.DrawPolyLine(points, count, kind == kPolygon, kind == kPolyLineTo, style);
     return 1;
 }
 
@@ -147,7 +183,7 @@ qint32 Emf2SvgConverter::drawFigures(std::span<const POINTL> points,
                                      const StyleText &style)
 {
     for (const quint32 count : counts) {
-        drawPoints(points.first(count), kind, style);
+        drawPoints(points, count, kind, style);
         points = points.subspan(count);
     }
     return 1;

@@ -2,6 +2,8 @@
 
 #include "core/records/EmfRecords.h"
 
+#include <QtGlobal>
+
 namespace svgtool {
 
 /// Projects a radial point onto the ellipse inscribed in a rectangle: where the ray from the

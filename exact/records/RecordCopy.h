@@ -2,6 +2,8 @@
 
 #include "core/base/Bytes.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cstring>
 #include <memory>

@@ -26,7 +26,7 @@ struct TextDimensions
 ///
 /// The interpreters map coordinates and choose figures; the writer only prints. All numbers are
 /// integers in output units. The style argument of a figure is inserted as it stands; an empty one
-/// gives way to the writer's fallback style. No operation fails: all return true.
+/// gives way to the writer's fallback style. Operations return true unless they say otherwise.
 ///
 /// Quirk: the blanks around "=" differ from element to element, as they do in the documents that
 /// hosts compare byte by byte.
@@ -91,22 +91,24 @@ public:
     /// Closes the path bracket and drops the text collected.
     bool AbortPath();
     /// Appends path data of one closed figure of the first @p count points. The first point is used
-    /// even when the count is 0.
+    /// even when the count is 0; where there is none, it is 0,0.
     void GetPathString(std::span<const POINTL> points, quint32 count, TextBuffer &text) const;
-    /// Collects a closed figure.
-    bool AddToPath(std::span<const POINTL> points);
+    /// Collects a closed figure, made as GetPathString does.
+    bool AddToPath(std::span<const POINTL> points, quint32 count);
     /// Collects path data as they stand.
     bool AddToPath(std::string_view pathData);
     /// Collects a line to the start of the figure.
     bool CloseFigure();
-    /// Writes polygons that share out @p points as one path, filled by the even-odd rule.
+    /// Writes polygons that share out @p points as one path, filled by the even-odd rule. Points
+    /// beyond those of the counts serve figures of no points.
     bool DrawPolyPolygon(std::span<const POINTL> points, std::span<const quint16> counts,
                          const StyleText &style);
     /// Writes a polygon or polyline, or collects it as a closed figure inside a path bracket.
+    /// @param points  @p count of them or more
     /// @param isFromCurrent  adds a line from the current position to the first point and moves
-    ///                       the position to the last one
-    bool DrawPolyLine(std::span<const POINTL> points, bool isPolygon, bool isFromCurrent,
-                      const StyleText &style);
+    ///                       the position to the last one, if there are points
+    bool DrawPolyLine(std::span<const POINTL> points, quint32 count, bool isPolygon,
+                      bool isFromCurrent, const StyleText &style);
     /// Writes or collects Bézier curves: a first point and three for each curve, or with
     /// @p isFromCurrent three for each, from the current position and moving it to the end.
     /// Points beyond the last whole curve are ignored.

@@ -107,6 +107,7 @@ void CMySVGWriter::GetPathString(std::span<const POINTL> points, quint32 count,
                                  TextBuffer &text) const
 {
     SVGTOOL_TRACE("CMySVGWriter::GetPathString");
+    // Quirk: a figure of no points takes what stands in their place.
     addStep(text, 'M', points.empty() ? POINTL{} : points.front());
     for (size_t i = 1; i < count; ++i)
         addStep(text, 'L', points[i]);
@@ -114,10 +115,10 @@ void CMySVGWriter::GetPathString(std::span<const POINTL> points, quint32 count,
     text.append(" Z");
 }
 
-bool CMySVGWriter::AddToPath(std::span<const POINTL> points)
+bool CMySVGWriter::AddToPath(std::span<const POINTL> points, quint32 count)
 {
     SVGTOOL_TRACE("CMySVGWriter::AddToPath");
-    GetPathString(points, static_cast<quint32>(points.size()), m_path);
+    GetPathString(points, count, m_path);
     return true;
 }
 
@@ -161,12 +162,13 @@ bool CMySVGWriter::DrawPolyPolygon(std::span<const POINTL> points, std::span<con
     return true;
 }
 
-bool CMySVGWriter::DrawPolyLine(std::span<const POINTL> points, bool isPolygon, bool isFromCurrent,
-                                const StyleText &style)
+bool CMySVGWriter::DrawPolyLine(std::span<const POINTL> points, quint32 count, bool isPolygon,
+                                bool isFromCurrent, const StyleText &style)
 {
     SVGTOOL_TRACE("CMySVGWriter::DrawPolyLine");
     if (m_isInPath)
-        return AddToPath(points);
+        return AddToPath(points, count);
+    points = points.first(count);
     if (isPolygon) {
         m_document.append("<polygon points=\"");
         GetPointsString(points, m_document);
@@ -223,7 +225,7 @@ namespace {
     // How many points the step at the front of types takes; none when there is no such step.
     size_t stepLength(std::span<const char> types)
     {
-        const int type = types.front();
+        const int type = static_cast<unsigned char>(types.front());
         if (type == kMoveTo || (type & ~kCloseFigure) == kLineTo)
             return 1;
         const auto isCurvePoint = [](int each) { return (each & ~kCloseFigure) == kBezierTo; };

@@ -79,9 +79,8 @@ qint32 WMF2SVGConverter::drawPoints(char *record, quint32 size, bool isPolygon)
         return 0;
     std::vector<char> copy(record, record + size);
     InitWMRPOLYLINE(overlay<WMRPOLYLINE>(copy.data()), overlay<WMRPOLYLINE>(record));
-    if (count > 0)
-        m_writer.DrawPolyLine(mapPoints({ copy.data() + sizeof(WMRPOLYLINE), bytes }), isPolygon,
-                              false, m_writer.currentStyle());
+    m_writer.DrawPolyLine(mapPoints({ copy.data() + sizeof(WMRPOLYLINE), bytes }), count, isPolygon,
+                          false, m_writer.currentStyle());
     return 1;
 }
 
@@ -111,14 +110,21 @@ qint32 WMF2SVGConverter::OnMetaPolyPolygon(char *record, quint32 size)
         counts.push_back(qFromLittleEndian(elementAt<quint16>(*countBytes, i)));
     const qint64 points = std::accumulate(counts.begin(), counts.end(), qint64(0));
     const qint64 pointsAt = head + polygons * 2;
-    if (!slice(all, pointsAt, points * qint64(sizeof(POINTS))))
+    qint64 pointBytes = points * qint64(sizeof(POINTS));
+    if (!slice(all, pointsAt, pointBytes))
         return 0;
     std::vector<char> copy(record, record + size);
     InitWMRPOLYPOLYLINE(overlay<WMRPOLYPOLYLINE>(copy.data()), overlay<WMRPOLYPOLYLINE>(record));
-    if (polygons > 0)
-        m_writer.DrawPolyPolygon(
-                mapPoints({ copy.data() + pointsAt, points * qint64(sizeof(POINTS)) }), counts,
-                m_writer.currentStyle());
+    // Quirk: a figure of no points takes the point that stands in its place, even behind all
+    // others.
+    if (polygons > 0 && counts.back() == 0
+        && slice(all, pointsAt, pointBytes + qint64(sizeof(POINTS)))) {
+        const qint64 nextAt = pointsAt + pointBytes;
+        InitWMRPOINTS(overlay<POINTS>(copy.data() + nextAt), overlay<POINTS>(record + nextAt));
+        pointBytes += qint64(sizeof(POINTS));
+    }
+    m_writer.DrawPolyPolygon(mapPoints({ copy.data() + pointsAt, pointBytes }), counts,
+                             m_writer.currentStyle());
     return 1;
 }
 

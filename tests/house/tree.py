@@ -3,8 +3,8 @@
 
 usage: tree.py layers ROOT   Compares every include with the table of docs/architecture.md.
        tree.py selftest      Shows that it sees what it is there to see, one fault at a time.
-       tree.py docs ROOT     A fenced block behind a line "`FILE`:" is that file, and the files that
-                             links name exist.
+       tree.py docs ROOT     A fenced block behind a line "`FILE`:" is that file; the files that
+                             links name exist, and so do `path/to/files` and `camelCaseNames`.
 
 Prints a line per finding and ends with status 1 if there is one.
 """
@@ -126,7 +126,10 @@ def selftest():
 
 
 def docs(root):
-    findings, seen = [], {"blocks": 0, "links": 0}
+    findings, seen = [], {"blocks": 0, "links": 0, "names": 0}
+    code = "".join(file.read_text() for folder in ("core", "exact", "cli", "fuzz", "cmake", "tests")
+                   for file in root.glob(folder + "/**/*") if file.suffix in (".h", ".cpp", ".txt"))
+    words = set(re.findall(r"\w+", code))
     for page in [*root.glob("*.md"), *root.glob("docs/**/*.md")]:
         text = page.read_text()
         for name, block in re.findall(r"^`([^`\n]+)`:\n\s*```.*\n((?:.*\n)*?)```$", text, re.M):
@@ -137,6 +140,12 @@ def docs(root):
             seen["links"] += 1
             if not (page.parent / target).exists():
                 findings.append(f"{page}: there is no {target}")
+        for name in re.findall(r"`((?:[\w.-]+/)+\w*\.(?:h|cpp|md|sh|py|t|txt)|\w*[a-z][A-Z]\w*)`",
+                               text):
+            seen["names"] += 1
+            is_header = name in [*INSTALLED, "basic_logging/CLogSystem.h"]
+            if not is_header and name not in words and not (root / name).exists():
+                findings.append(f"{page}: there is no {name}")
     return findings + [f"too few {kind}: {n}" for kind, n in seen.items() if n < 4], seen
 
 

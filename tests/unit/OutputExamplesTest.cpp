@@ -101,13 +101,13 @@ std::vector<Block> blocksOf(const QStringList &lines)
     return blocks;
 }
 
-// Blocks that are out of place become examples, too, which fail.
+// Blocks that are out of place, and pages that are missing or empty, become examples, too, which
+// fail.
 std::vector<Example> examplesOf(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     static const QStringList kAnswers{ QStringLiteral("svg"), QStringLiteral("tally"),
                                        QStringLiteral("dump"), QStringLiteral("shown") };
@@ -138,15 +138,26 @@ std::vector<Example> examplesOf(const QString &path)
                                  before + text });
         }
     }
+    if (examples.empty())
+        examples.push_back({ "Nothing" + camelCase(page).toStdString(),
+                             path.toStdString(),
+                             QStringLiteral("nothing"),
+                             {} });
     return examples;
 }
 
 std::vector<Example> allExamples(const QString &folder, const QString &pages)
 {
     std::vector<Example> examples;
-    QDirIterator paths(folder, { pages }, QDir::Files, QDirIterator::Subdirectories);
-    while (paths.hasNext())
-        for (const Example &example : examplesOf(paths.next()))
+    QStringList paths;
+    for (QDirIterator found(folder, { pages }, QDir::Files, QDirIterator::Subdirectories);
+         found.hasNext();)
+        paths.append(found.next());
+    paths.sort();
+    if (paths.isEmpty())
+        paths.append(folder + QLatin1Char('/') + pages);
+    for (const QString &path : paths)
+        for (const Example &example : examplesOf(path))
             examples.push_back(example);
     return examples;
 }
@@ -303,11 +314,5 @@ INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),
                          testing::PrintToStringParamName());
 INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden()),
                          testing::PrintToStringParamName());
-
-TEST(Output, HasItsExamples)
-{
-    EXPECT_GE(documented().size(), 25U);
-    EXPECT_GE(golden().size(), 120U);
-}
 
 } // namespace

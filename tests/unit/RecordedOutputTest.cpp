@@ -41,10 +41,10 @@ TEST(RecordedOutput, IsUnchanged)
     const QString wmfRecords = recordsOf("every-wmf.txt");
     const std::pair<QByteArray, const char *> cases[] = {
         { emf(emfRecords).build(),
-          "e9f3414ed2ccdd27e93641f2f9553140c9166607dcf524b6f7349c0e1d283352" },
+          "af2ab1a87de2b211e38cf7ceacc5e29a5d880dc2063e5c6b866b7ba3a9897455" },
         { emf("mapMode 8; viewportOrg 9 8; windowExt 300 200; viewportExt 1000 900;" + emfRecords)
                   .build(),
-          "69ef7c78c587eadafc269fded081bbc31b66dd522b50665e69ed94e3b05cfbc3" },
+          "b66eaa84124fec19e11f91251aa9dbb1a3c97c624806b94c60518761a67744ff" },
         { wmf("file placeable=0,0,3000,2000,96; windowOrg 7 5; windowExt 900 1200;" + wmfRecords)
                   .build(),
           "40f0b02648f6873cf030fd422f6059a1c529e90ad6669b3d8f7b401c76aaa9a3" },

@@ -22,9 +22,4 @@ TEST(Style, RotationIsThatOfTheLastFontMade)
     EXPECT_EQ(styles.textRotation(), 0);
 }
 
-TEST(Style, WhatIsNoBrushHasNoPattern)
-{
-    EXPECT_EQ(CStyleManager().GetBrushPattern(8), QString());
-}
-
 } // namespace
