@@ -140,7 +140,7 @@ def docs(root):
             seen["links"] += 1
             if not (page.parent / target).exists():
                 findings.append(f"{page}: there is no {target}")
-        for name in re.findall(r"`((?:[\w.-]+/)+\w*\.(?:h|cpp|md|sh|py|t|txt)|\w*[a-z][A-Z]\w*)`",
+        for name in re.findall(r"`((?:[\w.-]+/)+\w*\.(?:h|cpp|md|sh|py|t|txt)|(?!Q[A-Z])\w*[a-z][A-Z]\w*)`",
                                text):
             seen["names"] += 1
             is_header = name in [*INSTALLED, "basic_logging/CLogSystem.h"]

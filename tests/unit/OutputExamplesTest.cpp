@@ -12,7 +12,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
-#include <QTemporaryDir>
+#include <QTemporaryFile>
 
 #include <map>
 #include <sstream>
@@ -244,14 +244,13 @@ std::string tallyOf(const QByteArray &file)
 
 std::string dumpOf(const QByteArray &file)
 {
-    const QTemporaryDir folder;
-    QFile dump(folder.filePath(QStringLiteral("dump")));
+    QTemporaryFile dump;
     QString reason;
     QByteArray svg;
-    EXPECT_TRUE(startRecordDump(dump.fileName(), &reason)) << reason.toStdString();
+    EXPECT_TRUE(dump.open() && startRecordDump(dump.handle(), &reason)) << reason.toStdString();
     EXPECT_GT(convertMetaFile(file, svg, nullptr), 0);
     EXPECT_TRUE(stopRecordDump(&reason)) << reason.toStdString();
-    EXPECT_TRUE(dump.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(dump.seek(0));
     return dump.readAll().toStdString();
 }
 
