@@ -20,7 +20,8 @@ struct Use
 };
 static_assert(sizeof(Use) == 20);
 
-std::optional<svgtool::Bitmap> decode(svgtool::ByteView bytes, const Use &use, int64_t &pixelsLeft)
+std::optional<svgtool::DecodedBitmap> decode(svgtool::ByteView bytes, const Use &use,
+                                             int64_t &pixelsLeft)
 {
     using namespace svgtool;
     if (use.form % 3 == 0)
@@ -52,10 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     require(pixelsLeft >= 0 && pixelsLeft <= kAllowance);
     if (!bitmap)
         return 0;
-    require(!bitmap->size.isEmpty());
+    require(bitmap->size.width > 0 && bitmap->size.height > 0);
     if (!bitmap->isFile()) {
-        require(bitmap->image.size() == bitmap->size);
-        require(bitmap->image.sizeInBytes() <= bytes.size * 256 + kAllowance);
+        const Bitmap &pixels = bitmap->pixels;
+        require(pixels.size() == bitmap->size);
+        require(pixels.lineBytes() * pixels.height() <= bytes.size * 256 + kAllowance);
     }
 
     CMySVGWriter writer;
@@ -70,9 +72,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     transfer.countsFromBottom = use.form / 3 % 2 != 0;
     transfer.corners = { use.corners[0], use.corners[1], use.corners[2], use.corners[3] };
     if (use.form / 6 % 2 != 0)
-        transfer.transparentColour = qRgb(use.usage, use.operation, 0);
-    if (use.form / 12 % 2 != 0 && bitmap->image.format() == QImage::Format_Mono) {
-        transfer.mask = bitmap->image;
+        transfer.transparentColour = argb(use.usage, use.operation, 0);
+    if (use.form / 12 % 2 != 0 && bitmap->isMask()) {
+        transfer.mask = bitmap->pixels;
         transfer.maskX = use.source[1];
     }
     // The same again with another operation, which may make one picture of both.

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
-    fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
+    libdeflate-dev fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 test=("${build[@]}" libgtest-dev binutils libxml2-utils locales python3 python3-cram)
 tidy=("${test[@]}" clang-tidy git)
 ci=("${test[@]}" qtbase5-dev clang-format git)

@@ -54,18 +54,18 @@ namespace {
 
 std::optional<BitmapPlacement> placeBitmap(const BitmapTransfer &transfer)
 {
-    const QSize size = transfer.bitmap.size;
+    const IntSize size = transfer.bitmap.size;
     const RECTL &corners = transfer.corners;
     Axis x{ transfer.sourceX, transfer.sourceWidth, corners.left, corners.right };
     Axis y{ transfer.sourceY, transfer.sourceHeight, corners.top, corners.bottom };
     x.straighten();
     y.straighten();
     if (transfer.countsFromBottom)
-        y.source = size.height() - (y.source + y.extent);
-    if (!x.clip(size.width()) || !y.clip(size.height()))
+        y.source = size.height - (y.source + y.extent);
+    if (!x.clip(size.width) || !y.clip(size.height))
         return std::nullopt;
     BitmapPlacement place;
-    place.part = QRect(int(x.source), int(y.source), int(x.extent), int(y.extent));
+    place.part = { int32_t(x.source), int32_t(y.source), int32_t(x.extent), int32_t(y.extent) };
     place.box = { int32_t(x.from), int32_t(y.from), int32_t(x.to), int32_t(y.to) };
     place.mirrorsX = x.isMirrored;
     place.mirrorsY = y.isMirrored;

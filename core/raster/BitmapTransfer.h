@@ -1,10 +1,9 @@
 #pragma once
 
+#include "core/geometry/IntRect.h"
 #include "core/raster/DibDecoder.h"
 #include "core/raster/RasterOperation.h"
 #include "core/records/GdiStructures.h"
-
-#include <QRect>
 
 #include <cstdint>
 #include <optional>
@@ -14,7 +13,7 @@ namespace svgtool {
 /// The transfer of a bitmap, or of a part of it, to a rectangle of the document.
 struct BitmapTransfer
 {
-    Bitmap bitmap;
+    DecodedBitmap bitmap;
     /// The part in pixels; a negative extent mirrors.
     int64_t sourceX = 0, sourceY = 0, sourceWidth = 0, sourceHeight = 0;
     /// sourceY counts from the bottom line, whichever line comes first in the record.
@@ -23,9 +22,9 @@ struct BitmapTransfer
     RECTL corners{};
     RasterOperation operation = RasterOperations::SourceCopy;
 
-    std::optional<QRgb> transparentColour = {};
+    std::optional<Argb> transparentColour = {};
     /// Of one bit a pixel: the operation holds where it has a 1, the other one elsewhere.
-    QImage mask = {};
+    Bitmap mask = {};
     int64_t maskX = 0, maskY = 0; ///< the pixel of the mask over the first one of the source
     RasterOperation operationOutsideMask = RasterOperations::SourceCopy;
 };
@@ -33,7 +32,7 @@ struct BitmapTransfer
 /// Where a transfer takes its pixels and where it puts them.
 struct BitmapPlacement
 {
-    QRect part; ///< inside the bitmap, not empty
+    IntRect part; ///< inside the bitmap, not empty
     RECTL box; ///< what @p part fills, left to right and top to bottom
     bool mirrorsX = false;
     bool mirrorsY = false;

@@ -1,14 +1,13 @@
 #include "core/raster/DibDecoder.h"
 
 #include "core/base/ByteOrder.h"
-
 #include "core/raster/DibHeader.h"
 #include "core/raster/RunLengths.h"
 
-#include <QVector>
-
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <string_view>
 #include <vector>
 
 namespace svgtool {
@@ -17,16 +16,16 @@ namespace {
 
     // A colour table for every index of the depth. Entries that are not there are black, and
     // without a palette to look them up in, indices are shades of grey.
-    QVector<QRgb> colourTable(const DibHeader &header, ByteView info)
+    std::vector<Argb> colourTable(const DibHeader &header, ByteView info)
     {
-        const int count = 1 << header.depth;
-        const auto greyOf = [count](int index) {
-            const int grey = std::min(index, count - 1) * 255 / (count - 1);
-            return qRgb(grey, grey, grey);
+        const uint32_t count = 1U << header.depth;
+        const auto greyOf = [count](uint32_t index) {
+            const uint32_t grey = std::min(index, count - 1) * 255 / (count - 1);
+            return argb(grey, grey, grey);
         };
         const ByteView table = tail(info, header.tableOffset);
-        QVector<QRgb> colours(count, qRgb(0, 0, 0));
-        for (int i = 0; i < count; ++i) {
+        std::vector<Argb> colours(count, kBlack);
+        for (uint32_t i = 0; i < count; ++i) {
             if (header.tableEntryBytes == 0) {
                 colours[i] = greyOf(i);
                 continue;
@@ -39,130 +38,149 @@ namespace {
             const auto *bytes = entry->data;
             colours[i] = header.tableEntryBytes == 2
                     ? greyOf(fromLittleEndian(readPadded<uint16_t>(*entry)))
-                    : qRgb(uchar(bytes[2]), uchar(bytes[1]), uchar(bytes[0]));
+                    : argb(uint8_t(bytes[2]), uint8_t(bytes[1]), uint8_t(bytes[0]));
         }
         return colours;
     }
 
     // The bytes of line y, counted from the top.
-    ByteView lineOf(const DibHeader &header, ByteView bits, int y)
+    ByteView lineOf(const DibHeader &header, ByteView bits, int32_t y)
     {
         const int64_t line = header.isBottomUp ? int64_t(header.height) - 1 - y : y;
         return { bits.data + line * header.stride(), header.stride() };
     }
 
-    // The lines as they are, top first; the format lays out its pixels as the bitmap does.
-    QImage copyLines(const DibHeader &header, ByteView bits, QImage::Format format)
+    Bitmap emptyBitmap(const DibHeader &header, PixelFormat format)
     {
-        QImage image(header.width, header.height, format);
-        if (image.isNull())
-            return image;
-        const int64_t lineBytes = std::min<int64_t>(image.bytesPerLine(), header.stride());
-        for (int y = 0; y < header.height; ++y)
-            std::memcpy(image.scanLine(y), lineOf(header, bits, y).data, size_t(lineBytes));
-        return image;
+        return Bitmap(format, { header.width, header.height });
     }
 
-    // Two colours, of the table; a line keeps its bits.
-    QImage from1Bit(const DibHeader &header, ByteView bits)
+    // The lines as they are, top first; the format lays out its pixels as the file does.
+    Bitmap copyLines(const DibHeader &header, ByteView bits, PixelFormat format)
     {
-        return copyLines(header, bits, QImage::Format_Mono);
+        Bitmap bitmap = emptyBitmap(header, format);
+        for (int32_t y = 0; y < header.height; ++y)
+            std::memcpy(bitmap.line(y), lineOf(header, bits, y).data, size_t(bitmap.lineBytes()));
+        return bitmap;
     }
 
-    QImage from4Bits(const DibHeader &header, ByteView bits)
+    Bitmap from1Bit(const DibHeader &header, ByteView bits)
     {
-        QImage image(header.width, header.height, QImage::Format_Indexed8);
-        if (image.isNull())
-            return image;
-        for (int y = 0; y < header.height; ++y) {
-            const char *source = lineOf(header, bits, y).data;
-            uchar *target = image.scanLine(y);
-            for (int x = 0; x < header.width; ++x)
-                target[x] = (x % 2 == 0 ? uchar(source[x / 2]) >> 4 : source[x / 2]) & 0x0F;
+        Bitmap bitmap = copyLines(header, bits, PixelFormat::Indexed1);
+        // What a file has behind the last pixel is anything.
+        const auto kept = static_cast<uint8_t>(0xFF00 >> ((header.width - 1) % 8 + 1));
+        for (int32_t y = 0; y < header.height; ++y) {
+            uint8_t &last = bitmap.line(y)[bitmap.lineBytes() - 1];
+            last = static_cast<uint8_t>(last & kept);
         }
-        return image;
+        return bitmap;
     }
 
-    QImage from8Bits(const DibHeader &header, ByteView bits)
+    Bitmap from4Bits(const DibHeader &header, ByteView bits)
     {
-        return copyLines(header, bits, QImage::Format_Indexed8);
+        Bitmap bitmap = emptyBitmap(header, PixelFormat::Indexed8);
+        for (int32_t y = 0; y < header.height; ++y) {
+            const char *source = lineOf(header, bits, y).data;
+            uint8_t *target = bitmap.line(y);
+            for (int32_t x = 0; x < header.width; ++x) {
+                const auto pair = static_cast<uint8_t>(source[x / 2]);
+                target[x] = static_cast<uint8_t>(x % 2 == 0 ? pair >> 4 : pair & 0x0F);
+            }
+        }
+        return bitmap;
     }
 
     // The part of a pixel under a mask, stretched to 8 bits; without a mask, @p otherwise.
-    int channelOf(uint32_t pixel, uint32_t mask, int otherwise)
+    uint32_t channelOf(uint32_t pixel, uint32_t mask, uint32_t otherwise)
     {
         if (mask == 0)
             return otherwise;
         const int shift = std::countr_zero(mask);
         const uint64_t most = mask >> shift;
-        return static_cast<int>(uint64_t((pixel & mask) >> shift) * 255 / most);
+        return static_cast<uint32_t>(uint64_t((pixel & mask) >> shift) * 255 / most);
     }
 
     // Any masks: pixels one by one.
     template<class Pixel>
-    QImage fromFields(const DibHeader &header, ByteView bits)
+    Bitmap fromFields(const DibHeader &header, ByteView bits)
     {
         const auto &masks = header.masks;
-        QImage image(header.width, header.height,
-                     masks[3] != 0 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-        if (image.isNull())
-            return image;
-        for (int y = 0; y < header.height; ++y) {
+        const bool hasAlpha = masks[3] != 0;
+        Bitmap bitmap = emptyBitmap(header, hasAlpha ? PixelFormat::Bgra32 : PixelFormat::Bgr24);
+        const int step = bitsPerPixel(bitmap.format()) / 8;
+        for (int32_t y = 0; y < header.height; ++y) {
             const ByteView source = lineOf(header, bits, y);
-            auto *target = reinterpret_cast<QRgb *>(image.scanLine(y));
-            for (int x = 0; x < header.width; ++x) {
+            uint8_t *target = bitmap.line(y);
+            for (int32_t x = 0; x < header.width; ++x, target += step) {
                 const uint32_t pixel = fromLittleEndian(elementAt<Pixel>(source, x));
-                target[x] = qRgba(channelOf(pixel, masks[0], 0), channelOf(pixel, masks[1], 0),
-                                  channelOf(pixel, masks[2], 0), channelOf(pixel, masks[3], 255));
+                for (int i = 0; i < 3; ++i)
+                    target[i] = uint8_t(channelOf(pixel, masks[size_t(2 - i)], 0));
+                if (hasAlpha)
+                    target[3] = uint8_t(channelOf(pixel, masks[3], 255));
             }
         }
-        return image;
+        return bitmap;
     }
 
     // An alpha channel of zeros only was never filled in; such a bitmap is opaque.
-    bool isAllTransparent(const QImage &image)
+    Bitmap withUsedAlpha(Bitmap bitmap)
     {
-        for (int y = 0; y < image.height(); ++y) {
-            const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-            if (std::any_of(line, line + image.width(), [](QRgb p) { return qAlpha(p) != 0; }))
-                return false;
+        if (bitmap.format() != PixelFormat::Bgra32)
+            return bitmap;
+        for (int32_t y = 0; y < bitmap.height(); ++y) {
+            const uint8_t *const line = bitmap.line(y);
+            for (int64_t x = 0; x < bitmap.width(); ++x) {
+                if (line[x * 4 + 3] != 0)
+                    return bitmap;
+            }
         }
-        return true;
+        bitmap.dropAlpha();
+        return bitmap;
     }
 
-    QImage withUsedAlpha(QImage image)
+    // Fields of 5 or 6 bits at these places; their upper bits are repeated below them.
+    template<int kRedShift, int kGreenBits>
+    Bitmap fromUsualFields(const DibHeader &header, ByteView bits)
     {
-        if (image.format() == QImage::Format_ARGB32 && isAllTransparent(image))
-            image.reinterpretAsFormat(QImage::Format_RGB32);
-        return image;
+        constexpr uint32_t kGreenMask = (1U << kGreenBits) - 1;
+        Bitmap bitmap = emptyBitmap(header, PixelFormat::Bgr24);
+        for (int32_t y = 0; y < header.height; ++y) {
+            const ByteView source = lineOf(header, bits, y);
+            uint8_t *target = bitmap.line(y);
+            for (int32_t x = 0; x < header.width; ++x, target += 3) {
+                const uint32_t pixel = fromLittleEndian(elementAt<uint16_t>(source, x));
+                const uint32_t blue = pixel & 31;
+                const uint32_t green = pixel >> 5 & kGreenMask;
+                const uint32_t red = pixel >> kRedShift & 31;
+                target[0] = uint8_t(blue << 3 | blue >> 2);
+                target[1] = uint8_t(green << (8 - kGreenBits) | green >> (2 * kGreenBits - 8));
+                target[2] = uint8_t(red << 3 | red >> 2);
+            }
+        }
+        return bitmap;
     }
 
-    QImage from16Bits(const DibHeader &header, ByteView bits)
+    Bitmap from16Bits(const DibHeader &header, ByteView bits)
     {
         using Masks = std::array<uint32_t, 4>;
         if (header.masks == Masks{ 0x7C00, 0x03E0, 0x001F, 0 })
-            return copyLines(header, bits, QImage::Format_RGB555);
+            return fromUsualFields<10, 5>(header, bits);
         if (header.masks == Masks{ 0xF800, 0x07E0, 0x001F, 0 })
-            return copyLines(header, bits, QImage::Format_RGB16);
+            return fromUsualFields<11, 6>(header, bits);
         return withUsedAlpha(fromFields<uint16_t>(header, bits));
     }
 
-    QImage from24Bits(const DibHeader &header, ByteView bits)
-    {
-        return copyLines(header, bits, QImage::Format_BGR888);
-    }
-
-    QImage from32Bits(const DibHeader &header, ByteView bits)
+    Bitmap from32Bits(const DibHeader &header, ByteView bits)
     {
         using Masks = std::array<uint32_t, 4>;
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0 })
-            return copyLines(header, bits, QImage::Format_RGB32);
+            return copyLines(header, bits, PixelFormat::Bgr32);
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0xFF000000 })
-            return withUsedAlpha(copyLines(header, bits, QImage::Format_ARGB32));
+            return withUsedAlpha(copyLines(header, bits, PixelFormat::Bgra32));
         return withUsedAlpha(fromFields<uint32_t>(header, bits));
     }
 
-    QImage fromPlainBits(const DibHeader &header, ByteView bits)
+    Bitmap fromPlainBits(const DibHeader &header, ByteView bits)
     {
         switch (header.depth) {
         case 1:
@@ -170,32 +188,30 @@ namespace {
         case 4:
             return from4Bits(header, bits);
         case 8:
-            return from8Bits(header, bits);
+            return copyLines(header, bits, PixelFormat::Indexed8);
         case 16:
             return from16Bits(header, bits);
         case 24:
-            return from24Bits(header, bits);
+            return copyLines(header, bits, PixelFormat::Bgr24);
         default:
             return from32Bits(header, bits);
         }
     }
 
-    std::optional<Bitmap> decodePlain(const DibHeader &header, const DibBytes &dib)
+    std::optional<DecodedBitmap> decodePlain(const DibHeader &header, const DibBytes &dib)
     {
         // The bits must be there before a pixel is allocated. Neither factor exceeds 2^36.
         if (header.stride() > dib.bits.size / header.height)
             return std::nullopt;
-        Bitmap bitmap;
-        bitmap.image = fromPlainBits(header, dib.bits);
-        if (bitmap.image.isNull())
-            return std::nullopt;
+        DecodedBitmap bitmap;
+        bitmap.pixels = fromPlainBits(header, dib.bits);
         if (header.depth <= 8)
-            bitmap.image.setColorTable(colourTable(header, dib.info));
+            bitmap.pixels.colours() = colourTable(header, dib.info);
         return bitmap;
     }
 
-    std::optional<Bitmap> decodeRunLengths(const DibHeader &header, const DibBytes &dib,
-                                           int64_t &pixelsLeft)
+    std::optional<DecodedBitmap> decodeRunLengths(const DibHeader &header, const DibBytes &dib,
+                                                  int64_t &pixelsLeft)
     {
         // Two bytes paint up to 255 pixels, which is bounded by the file. What the rectangle has
         // beyond that is taken from the document's allowance.
@@ -206,28 +222,26 @@ namespace {
         if (pixels > kRunLengthPixels || charged > pixelsLeft)
             return std::nullopt;
         pixelsLeft -= charged;
-        Bitmap bitmap;
-        bitmap.image = QImage(header.width, header.height, QImage::Format_Indexed8);
-        if (bitmap.image.isNull())
-            return std::nullopt;
-        bitmap.image.setColorTable(colourTable(header, dib.info));
-        decodeRuns(dib.bits, header.depth == 4 ? RunDepth::Bits4 : RunDepth::Bits8, bitmap.image);
+        DecodedBitmap bitmap;
+        bitmap.pixels = emptyBitmap(header, PixelFormat::Indexed8);
+        bitmap.pixels.colours() = colourTable(header, dib.info);
+        decodeRuns(dib.bits, header.depth == 4 ? RunDepth::Bits4 : RunDepth::Bits8, bitmap.pixels);
         return bitmap;
     }
 
     // The file as it stands, once its first bytes are those of its kind.
-    std::optional<Bitmap> passOn(const DibHeader &header, const DibBytes &dib)
+    std::optional<DecodedBitmap> passOn(const DibHeader &header, const DibBytes &dib)
     {
         const bool isPng = header.compression == DibHeader::Png;
-        const QByteArray start =
-                isPng ? QByteArrayLiteral("\x89PNG\r\n\x1a\n") : QByteArrayLiteral("\xff\xd8\xff");
-        if (dib.bits.size < start.size()
-            || std::memcmp(dib.bits.data, start.constData(), size_t(start.size())) != 0)
+        const std::string_view start = isPng ? "\x89PNG\r\n\x1a\n" : "\xff\xd8\xff";
+        const auto startBytes = int64_t(start.size());
+        if (dib.bits.size < startBytes
+            || std::memcmp(dib.bits.data, start.data(), start.size()) != 0)
             return std::nullopt;
-        Bitmap bitmap;
+        DecodedBitmap bitmap;
         // Records are padded; the padding is no part of the file.
         bitmap.file = dib.bits;
-        if (header.imageBytes >= start.size() && header.imageBytes < dib.bits.size)
+        if (header.imageBytes >= startBytes && header.imageBytes < dib.bits.size)
             bitmap.file.size = header.imageBytes;
         bitmap.mediaType = isPng ? "image/png" : "image/jpeg";
         return bitmap;
@@ -247,7 +261,7 @@ std::optional<DibBytes> splitPackedDib(ByteView packed, uint32_t usage)
     return DibBytes{ *info, tail(packed, infoBytes), usage };
 }
 
-std::optional<Bitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPixels)
+std::optional<DecodedBitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPixels)
 {
     const auto header = readDibHeader(dib.info, dib.usage);
     if (!header)
@@ -256,11 +270,11 @@ std::optional<Bitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPix
             : header->isRunLengths() ? decodeRunLengths(*header, dib, runLengthPixels)
                                      : decodePlain(*header, dib);
     if (bitmap)
-        bitmap->size = QSize(header->width, header->height);
+        bitmap->size = { header->width, header->height };
     return bitmap;
 }
 
-std::optional<Bitmap> decodeBitmap16(ByteView bytes)
+std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes)
 {
     // Type, width, height, bytes of a line, planes, bits of a pixel; then the bits, top line first.
     constexpr int64_t kHeaderBytes = 10;
@@ -273,8 +287,8 @@ std::optional<Bitmap> decodeBitmap16(ByteView bytes)
     header.width = word(1);
     header.height = word(2);
     const int64_t lineBytes = word(3);
-    const auto planes = uchar(bytes.data[8]);
-    header.depth = uchar(bytes.data[9]);
+    const auto planes = uint8_t(bytes.data[8]);
+    header.depth = uint8_t(bytes.data[9]);
     header.isBottomUp = false;
     if (header.depth == 16)
         header.masks = { 0x7C00, 0x03E0, 0x001F, 0 };
@@ -292,14 +306,12 @@ std::optional<Bitmap> decodeBitmap16(ByteView bytes)
     for (int64_t y = 0; y < header.height; ++y)
         std::memcpy(bits.data() + y * header.stride(), bytes.data + kHeaderBytes + y * lineBytes,
                     size_t(needed));
-    Bitmap bitmap;
-    bitmap.image = fromPlainBits(header, { bits.data(), int64_t(bits.size()) });
-    if (bitmap.image.isNull())
-        return std::nullopt;
+    DecodedBitmap bitmap;
+    bitmap.pixels = fromPlainBits(header, { bits.data(), int64_t(bits.size()) });
     header.tableEntryBytes = 0;
     if (header.depth <= 8)
-        bitmap.image.setColorTable(colourTable(header, {}));
-    bitmap.size = QSize(header.width, header.height);
+        bitmap.pixels.colours() = colourTable(header, {});
+    bitmap.size = { header.width, header.height };
     return bitmap;
 }
 

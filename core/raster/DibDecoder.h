@@ -1,10 +1,7 @@
 #pragma once
 
 #include "core/base/Bytes.h"
-
-#include <QByteArray>
-#include <QImage>
-#include <QSize>
+#include "core/raster/Bitmap.h"
 
 #include <cstdint>
 #include <optional>
@@ -20,15 +17,17 @@ struct DibBytes
             0; ///< of the colour table: 0 colours, 1 palette indices, 2 none; [MS-EMF] 2.1.9
 };
 
-/// A bitmap ready for the document: pixels, or a whole PNG or JPEG file.
-struct Bitmap
+/// What a record's bitmap holds: pixels, or a whole PNG or JPEG file.
+struct DecodedBitmap
 {
-    QImage image; ///< upright; null when the bitmap is a file
+    Bitmap pixels; ///< upright; null when the bitmap is a file
     ByteView file; ///< lies in the record that was decoded
     const char *mediaType = "image/png";
-    QSize size;
+    IntSize size;
 
     bool isFile() const { return file.data != nullptr; }
+    /// Whether it can be the mask of a transfer, which has one bit a pixel.
+    bool isMask() const { return !pixels.isNull() && pixels.format() == PixelFormat::Indexed1; }
 };
 
 /// How many pixels the run-length encoded bitmaps of one document may have beyond those that
@@ -46,15 +45,17 @@ std::optional<DibBytes> splitPackedDib(ByteView packed, uint32_t usage);
 /// PNG and JPEG files, which are not looked into. An alpha channel counts only when a mask of the
 /// header names it and any pixel uses it.
 ///
-/// Despite its name the function leaves bitmaps with colour tables, and those of 16 and 24 bits,
-/// as narrow as they are: pixels take no more memory than they need, 32 bits at most.
+/// Despite its name the function leaves bitmaps with colour tables, and those of 24 bits, as narrow
+/// as they are, and widens those of 16 bits to 24 unless they have alpha.
 /// @param[in,out] runLengthPixels  what is left of kRunLengthPixels
 /// @return nothing when the header is unknown or impossible, or the bits are too few
-std::optional<Bitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPixels);
+/// @throws std::bad_alloc
+std::optional<DecodedBitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPixels);
 
 /// Decodes a device-dependent bitmap ([MS-WMF] 2.2.2.1) of one plane and any depth of the above.
 /// The palette of its device is not known: up to 8 bits it becomes black, white and grey.
 /// @return nothing when it makes no sense or its bits are too few
-std::optional<Bitmap> decodeBitmap16(ByteView bytes);
+/// @throws std::bad_alloc
+std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes);
 
 } // namespace svgtool

@@ -1,55 +1,58 @@
 #include "core/raster/RasterOperation.h"
 
-#include <QVector>
-
 #include <algorithm>
+#include <vector>
 
 namespace svgtool {
 
 namespace {
 
-    constexpr QRgb kTransparent = 0;
-    constexpr QRgb kColourBits = 0xFFFFFF;
-
-    bool isIndexed(const QImage &image)
+    void widen(Bitmap &bitmap)
     {
-        return image.format() == QImage::Format_Mono || image.format() == QImage::Format_Indexed8;
+        if (bitmap.format() != PixelFormat::Bgra32)
+            bitmap = bitmap.widened();
     }
 
-    // Puts change(pixel) in the place of every pixel; a colour table is changed instead.
+    // Puts change(colour, isUsed) in the place of every pixel's colour; a colour table is changed
+    // instead, whose colours need not be in use.
     template<class Change>
-    void changePixels(QImage &image, Change change)
+    void changePixels(Bitmap &bitmap, Change change)
     {
-        if (isIndexed(image)) {
-            QVector<QRgb> colours = image.colorTable();
-            std::transform(colours.begin(), colours.end(), colours.begin(), change);
-            image.setColorTable(colours);
+        if (bitmap.isIndexed()) {
+            const auto used = bitmap.usedIndices();
+            std::vector<Argb> &colours = bitmap.colours();
+            for (size_t i = 0; i < colours.size(); ++i)
+                colours[i] = change(colours[i], used[i]);
             return;
         }
-        image = std::move(image).convertToFormat(QImage::Format_ARGB32);
-        for (int y = 0; y < image.height(); ++y) {
-            auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-            std::transform(line, line + image.width(), line, change);
+        widen(bitmap);
+        std::vector<Argb> line = bitmap.lineBuffer();
+        for (int32_t y = 0; y < bitmap.height(); ++y) {
+            bitmap.readLine(y, line.data());
+            for (Argb &pixel : line)
+                pixel = change(pixel, true);
+            bitmap.writeLine(y, line.data());
         }
     }
 
-    // Whether all colours that the image uses are such. Colours of its table may be unused.
+    // Whether all colours that pixels have are such. In a bitmap of two colours both count, since
+    // documents depend on it.
     template<class IsSuch>
-    bool everyPixel(const QImage &image, IsSuch isSuch)
+    bool everyPixel(const Bitmap &bitmap, IsSuch isSuch)
     {
-        if (isIndexed(image)) {
-            const QVector<QRgb> colours = image.colorTable();
-            if (std::all_of(colours.begin(), colours.end(), isSuch))
-                return true;
-            if (image.format() == QImage::Format_Mono)
-                return false;
+        if (bitmap.isIndexed()) {
+            const bool allCount = bitmap.format() == PixelFormat::Indexed1;
+            const auto used = bitmap.usedIndices();
+            for (size_t i = 0; i < bitmap.colours().size(); ++i) {
+                if ((allCount || used[i]) && !isSuch(bitmap.colours()[i]))
+                    return false;
+            }
+            return true;
         }
-        for (int y = 0; y < image.height(); ++y) {
-            // A line at a time, so that no second image is held, and most images end it early.
-            const QImage line =
-                    image.copy(0, y, image.width(), 1).convertToFormat(QImage::Format_RGB32);
-            const auto *pixels = reinterpret_cast<const QRgb *>(line.constScanLine(0));
-            if (!std::all_of(pixels, pixels + line.width(), isSuch))
+        std::vector<Argb> line = bitmap.lineBuffer();
+        for (int32_t y = 0; y < bitmap.height(); ++y) {
+            bitmap.readLine(y, line.data());
+            if (!std::all_of(line.begin(), line.end(), isSuch))
                 return false;
         }
         return true;
@@ -59,124 +62,142 @@ namespace {
     class PixelOperation
     {
     public:
-        PixelOperation(RasterOperation operation, QRgb pattern, bool darkens, bool &isExact)
+        PixelOperation(RasterOperation operation, Argb pattern, bool darkens, bool &isExact)
             : m_operation(operation), m_pattern(pattern), m_darkens(darkens), m_isExact(isExact)
         {
         }
-        QRgb operator()(QRgb source)
+        Argb operator()(Argb source, bool isUsed)
         {
             if (m_source != source) {
                 m_source = source;
                 m_result = compute(source);
             }
+            if (isUsed && !m_isResultExact)
+                m_isExact = false;
             return m_result;
         }
 
     private:
-        QRgb compute(QRgb source)
+        Argb compute(Argb source)
         {
-            const QRgb colour = source | ~kColourBits;
-            QRgb result = colour;
+            m_isResultExact = true;
+            Argb result = source | kAlphaBits;
             if (const auto seen = m_operation.seen(m_pattern, source))
                 result = *seen;
             else if (m_darkens)
-                result = qRgba(0, 0, 0, 255 - qRed(source));
+                result = argb(0, 0, 0, 255U - redOf(source));
             else
-                m_isExact = false;
-            const int alpha = std::min(qAlpha(source), qAlpha(result));
-            return (result & kColourBits) | QRgb(alpha) << 24;
+                m_isResultExact = false;
+            const Argb alpha = std::min(alphaOf(source), alphaOf(result));
+            return (result & kColourBits) | alpha << 24;
         }
 
         RasterOperation m_operation;
-        QRgb m_pattern;
+        Argb m_pattern;
         bool m_darkens;
         bool &m_isExact;
-        std::optional<QRgb> m_source;
-        QRgb m_result = 0;
+        std::optional<Argb> m_source;
+        Argb m_result = 0;
+        bool m_isResultExact = true;
     };
 
 } // namespace
 
-std::optional<QRgb> RasterOperation::seen(QRgb pattern, QRgb source) const
+std::optional<Argb> RasterOperation::seen(Argb pattern, Argb source) const
 {
-    const QRgb onBlack = apply(pattern, source, 0) & kColourBits;
-    const QRgb onWhite = apply(pattern, source, kColourBits) & kColourBits;
+    const Argb onBlack = apply(pattern, source, 0) & kColourBits;
+    const Argb onWhite = apply(pattern, source, kColourBits) & kColourBits;
     if (onBlack == onWhite)
-        return onBlack | ~kColourBits;
+        return onBlack | kAlphaBits;
     if (onBlack == 0 && onWhite == kColourBits)
-        return kTransparent;
+        return kClear;
     return std::nullopt;
 }
 
-bool applyRasterOperation(QImage &image, RasterOperation operation, QRgb pattern)
+bool applyRasterOperation(Bitmap &bitmap, RasterOperation operation, Argb pattern)
 {
     if (operation == RasterOperations::SourceCopy)
         return true;
-    const bool darkens = operation == RasterOperations::SourceAnd
-            && everyPixel(image, [](QRgb pixel) { return qIsGray(pixel); });
+    const bool darkens = operation == RasterOperations::SourceAnd && everyPixel(bitmap, isGrey);
     bool isExact = true;
-    changePixels(image, PixelOperation(operation, pattern, darkens, isExact));
+    changePixels(bitmap, PixelOperation(operation, pattern, darkens, isExact));
     return isExact;
 }
 
-void clearColour(QImage &image, QRgb colour)
+void clearColour(Bitmap &bitmap, Argb colour)
 {
-    changePixels(image, [colour](QRgb pixel) {
-        return ((pixel ^ colour) & kColourBits) == 0 ? kTransparent : pixel;
+    changePixels(bitmap, [colour](Argb pixel, bool) {
+        return ((pixel ^ colour) & kColourBits) == 0 ? kClear : pixel;
     });
 }
 
-void chooseByMask(QImage &image, const QImage &other, const QImage &mask)
+void chooseByMask(Bitmap &bitmap, const Bitmap &other, const Bitmap &mask)
 {
-    image = std::move(image).convertToFormat(QImage::Format_ARGB32);
-    const QImage wideOther = other.convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        const auto *otherLine = reinterpret_cast<const QRgb *>(wideOther.constScanLine(y));
-        const uchar *maskLine = mask.constScanLine(y);
-        for (int x = 0; x < image.width(); ++x) {
-            if ((maskLine[x / 8] & 0x80 >> x % 8) == 0)
-                line[x] = otherLine[x];
+    widen(bitmap);
+    std::vector<Argb> line = bitmap.lineBuffer();
+    std::vector<Argb> otherLine = bitmap.lineBuffer();
+    for (int32_t y = 0; y < bitmap.height(); ++y) {
+        bitmap.readLine(y, line.data());
+        other.readLine(y, otherLine.data());
+        for (int32_t x = 0; x < bitmap.width(); ++x) {
+            if (mask.indexAt(x, y) == 0)
+                line[size_t(x)] = otherLine[size_t(x)];
         }
+        bitmap.writeLine(y, line.data());
     }
 }
 
-bool isBlackAndWhite(const QImage &image)
+bool isBlackAndWhite(const Bitmap &bitmap)
 {
-    return everyPixel(image, [](QRgb pixel) {
+    return everyPixel(bitmap, [](Argb pixel) {
         return (pixel & kColourBits) == 0 || (pixel & kColourBits) == kColourBits;
     });
 }
 
-// Clears the pixels of the image over a mask that is not black, if they are to be cleared.
-template<class IsCleared>
-static QImage cutByMask(const QImage &image, const QImage &mask, IsCleared isCleared)
+// The pixel that scaling puts in each place: the nearest, found in steps of 1/4096 of a pixel. The
+// error of a step adds up over large pictures; documents depend on it.
+static std::vector<int32_t> scaledPlaces(int32_t from, int32_t to)
 {
-    const bool isPixel = image.width() == 1 && image.height() == 1;
-    const QSize size = isPixel ? mask.size() : image.size();
-    const QImage wideMask = mask.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation)
-                                    .convertToFormat(QImage::Format_RGB32);
-    QImage result = image.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation)
-                            .convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < result.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(result.scanLine(y));
-        const auto *maskLine = reinterpret_cast<const QRgb *>(wideMask.constScanLine(y));
-        for (int x = 0; x < result.width(); ++x) {
-            if ((maskLine[x] & kColourBits) != 0 && isCleared(line[x]))
-                line[x] = kTransparent;
+    std::vector<int32_t> places(static_cast<size_t>(to));
+    const double scale = double(to) / double(from);
+    const auto step = static_cast<int64_t>(1.0 / scale * 4096.0);
+    for (size_t i = 0; i < places.size(); ++i)
+        places[i] = int32_t((int64_t(i) * step + step / 2) >> 12);
+    return places;
+}
+
+// Clears the pixels of the bitmap over a mask that is not black, if they are to be cleared.
+template<class IsCleared>
+static Bitmap cutByMask(const Bitmap &bitmap, const Bitmap &mask, IsCleared isCleared)
+{
+    const bool isPixel = bitmap.pixelCount() == 1;
+    Bitmap result(PixelFormat::Bgra32, isPixel ? mask.size() : bitmap.size());
+    const std::vector<int32_t> columns = scaledPlaces(mask.width(), result.width());
+    const std::vector<int32_t> lines = scaledPlaces(mask.height(), result.height());
+    std::vector<Argb> line(columns.size());
+    std::vector<Argb> maskLine = mask.lineBuffer();
+    for (int32_t y = 0; y < result.height(); ++y) {
+        bitmap.readLine(isPixel ? 0 : y, line.data());
+        if (isPixel)
+            std::fill(line.begin(), line.end(), line.front());
+        mask.readLine(lines[size_t(y)], maskLine.data());
+        for (size_t x = 0; x < line.size(); ++x) {
+            if ((maskLine[size_t(columns[x])] & kColourBits) != 0 && isCleared(line[x]))
+                line[x] = kClear;
         }
+        result.writeLine(y, line.data());
     }
     return result;
 }
 
-QImage combineWithMask(const QImage &image, const QImage &mask)
+Bitmap combineWithMask(const Bitmap &bitmap, const Bitmap &mask)
 {
-    return cutByMask(image, mask, [](QRgb pixel) { return (pixel & kColourBits) == 0; });
+    return cutByMask(bitmap, mask, [](Argb pixel) { return (pixel & kColourBits) == 0; });
 }
 
-QImage stencil(const QImage &image, const QImage &mask)
+Bitmap stencil(const Bitmap &bitmap, const Bitmap &mask)
 {
-    return cutByMask(image, mask, [](QRgb) { return true; });
+    return cutByMask(bitmap, mask, [](Argb) { return true; });
 }
 
 } // namespace svgtool

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QColor>
-#include <QImage>
+#include "core/raster/Bitmap.h"
 
 #include <cstdint>
 #include <optional>
@@ -42,7 +41,7 @@ public:
 
     /// What one pixel leaves to be seen: a colour, opaque or transparent; or nothing when it is a
     /// mixture with what lies beneath.
-    std::optional<QRgb> seen(QRgb pattern, QRgb source) const;
+    std::optional<Argb> seen(Argb pattern, Argb source) const;
 
 private:
     uint8_t m_index;
@@ -55,36 +54,36 @@ namespace RasterOperations {
     constexpr RasterOperation SourceInvert{ 0x00660046 };
 }
 
-/// Turns the pixels of @p image into what @p operation leaves to be seen.
+/// Turns the pixels of @p bitmap into what @p operation leaves to be seen.
 ///
-/// Pixels that would be mixed with what lies beneath are painted as they are; but a grey image
+/// Pixels that would be mixed with what lies beneath are painted as they are; but a grey bitmap
 /// that is combined by AND darkens, so it becomes black as opaque as it is dark.
 /// @param pattern  colour of the brush
-/// @return whether the result is exact on every ground
-bool applyRasterOperation(QImage &image, RasterOperation operation, QRgb pattern);
+/// @return whether every pixel is exact on every ground
+bool applyRasterOperation(Bitmap &bitmap, RasterOperation operation, Argb pattern);
 
 /// Makes the pixels of this colour transparent.
-void clearColour(QImage &image, QRgb colour);
+void clearColour(Bitmap &bitmap, Argb colour);
 
 /// Two pictures are laid over each other only up to this many pixels: both are widened to 32 bits,
 /// which is a multiple of what a file need have for them.
 constexpr int64_t kLayeredPixels = int64_t(16) << 20;
 
-/// Takes pixel by pixel from @p image where @p mask has a 1, and from @p other where it has a 0.
-/// @param mask  Format_Mono, and both images, of one size
-void chooseByMask(QImage &image, const QImage &other, const QImage &mask);
+/// Takes pixel by pixel from @p bitmap where @p mask has a 1, and from @p other where it has a 0.
+/// @param mask  Indexed1, and both bitmaps, of one size
+void chooseByMask(Bitmap &bitmap, const Bitmap &other, const Bitmap &mask);
 
-/// Whether all pixels are black or white.
-bool isBlackAndWhite(const QImage &image);
+/// Whether all pixels are black or white, and of a bitmap of two colours both of these.
+bool isBlackAndWhite(const Bitmap &bitmap);
 
-/// The image that a mask, painted by AND, and @p image, painted over it by OR or XOR, leave: where
-/// the mask is black the pixels of @p image, elsewhere those of them that are not black.
-/// @param mask  black and white; scaled to the image's size, or the image to its size when that is
-///              a single pixel
-QImage combineWithMask(const QImage &image, const QImage &mask);
+/// The picture that a mask, painted by AND, and @p bitmap, painted over it by OR or XOR, leave:
+/// where the mask is black the pixels of @p bitmap, elsewhere those of them that are not black.
+/// @param mask  black and white; scaled to the bitmap's size, or the bitmap to its size when that
+///              is a single pixel
+Bitmap combineWithMask(const Bitmap &bitmap, const Bitmap &mask);
 
-/// The same with an image that was painted by XOR before the mask, too: its pixels where the mask
+/// The same with a bitmap that was painted by XOR before the mask, too: its pixels where the mask
 /// is black, nothing elsewhere.
-QImage stencil(const QImage &image, const QImage &mask);
+Bitmap stencil(const Bitmap &bitmap, const Bitmap &mask);
 
 } // namespace svgtool

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cstring>
+#include <vector>
 
 namespace svgtool {
 
@@ -11,17 +13,17 @@ namespace {
     class RunPainter
     {
     public:
-        explicit RunPainter(QImage &image)
-            : m_bits(image.bits()), m_lineBytes(image.bytesPerLine()), m_width(image.width()),
-              m_height(image.height()), m_y(m_height - 1)
+        explicit RunPainter(Bitmap &bitmap)
+            : m_pixels(bitmap.line(0)), m_width(bitmap.width()), m_height(bitmap.height()),
+              m_y(m_height - 1)
         {
         }
 
         bool isDone() const { return m_y < 0; }
-        void paint(uchar index)
+        void paint(uint8_t index)
         {
             if (m_x < m_width && !isDone()) {
-                m_bits[m_y * m_lineBytes + m_x] = index;
+                m_pixels[m_y * m_width + m_x] = index;
                 m_used.set(index);
                 ++m_painted;
             }
@@ -41,8 +43,7 @@ namespace {
         bool isUsed(int index) const { return m_used.test(size_t(index)); }
 
     private:
-        uchar *m_bits;
-        int64_t m_lineBytes;
+        uint8_t *m_pixels;
         int64_t m_width;
         int64_t m_height;
         int64_t m_x = 0;
@@ -52,7 +53,7 @@ namespace {
     };
 
     // Pixel number i of a run: of two alternating nibbles, or of one byte.
-    uchar indexOf(RunDepth depth, uchar byte, int i)
+    uint8_t indexOf(RunDepth depth, uint8_t byte, int i)
     {
         if (depth == RunDepth::Bits8)
             return byte;
@@ -66,7 +67,7 @@ namespace {
             const int64_t position = depth == RunDepth::Bits8 ? i : i / 2;
             if (position >= bytes.size)
                 break;
-            painter.paint(indexOf(depth, uchar(bytes.data[position]), i));
+            painter.paint(indexOf(depth, uint8_t(bytes.data[position]), i));
         }
         const int64_t used = depth == RunDepth::Bits8 ? count : (count + 1) / 2;
         return (used + 1) / 2 * 2;
@@ -76,8 +77,8 @@ namespace {
     {
         int64_t position = 0;
         while (position + 2 <= bytes.size && !painter.isDone()) {
-            const auto count = uchar(bytes.data[position]);
-            const auto value = uchar(bytes.data[position + 1]);
+            const auto count = uint8_t(bytes.data[position]);
+            const auto value = uint8_t(bytes.data[position + 1]);
             position += 2;
             if (count > 0) {
                 for (int i = 0; i < count; ++i)
@@ -90,7 +91,7 @@ namespace {
                 const auto step = slice(bytes, position, 2);
                 if (!step)
                     return;
-                painter.move(uchar(step->data[0]), uchar(step->data[1]));
+                painter.move(uint8_t(step->data[0]), uint8_t(step->data[1]));
                 position += 2;
             } else {
                 position += paintLiteral(painter, depth, tail(bytes, position), value);
@@ -100,25 +101,25 @@ namespace {
 
 } // namespace
 
-void decodeRuns(ByteView bytes, RunDepth depth, QImage &image)
+void decodeRuns(ByteView bytes, RunDepth depth, Bitmap &bitmap)
 {
     // Which index is free shows only at the end, so the first pass marks nothing and the second
     // paints over it, where anything was skipped.
-    image.fill(0);
-    RunPainter first(image);
+    RunPainter first(bitmap);
     runThrough(first, depth, bytes);
     if (first.hasPaintedAll())
         return;
-    if (image.colorCount() < 256)
-        image.setColorCount(image.colorCount() + 1);
-    int unused = image.colorCount() - 1;
+    std::vector<Argb> &colours = bitmap.colours();
+    if (colours.size() < 256)
+        colours.push_back(kBlack);
+    auto unused = static_cast<int>(colours.size()) - 1;
     while (unused >= 0 && first.isUsed(unused))
         --unused;
     if (unused < 0)
         return;
-    image.setColor(unused, qRgba(0, 0, 0, 0));
-    image.fill(uint(unused));
-    RunPainter second(image);
+    colours[size_t(unused)] = kClear;
+    std::memset(bitmap.line(0), unused, size_t(bitmap.pixelCount()));
+    RunPainter second(bitmap);
     runThrough(second, depth, bytes);
 }
 

@@ -114,6 +114,7 @@ struct EMREXTSELECTCLIPRGN
 };
 static_assert(sizeof(EMREXTSELECTCLIPRGN) == 16);
 
+/// The other transfers from a device context begin with the same fields.
 struct EMRBITBLT
 {
     EMR emr;
@@ -129,18 +130,8 @@ struct EMRBITBLT
 };
 static_assert(sizeof(EMRBITBLT) == 100);
 
-struct EMRSTRETCHBLT
+struct EMRSTRETCHBLT : EMRBITBLT
 {
-    EMR emr;
-    RECTL rclBounds;
-    int32_t xDest, yDest, cxDest, cyDest;
-    uint32_t dwRop;
-    int32_t xSrc, ySrc;
-    XFORM xformSrc;
-    COLORREF crBkColorSrc;
-    uint32_t iUsageSrc;
-    uint32_t offBmiSrc, cbBmiSrc;
-    uint32_t offBitsSrc, cbBitsSrc;
     int32_t cxSrc, cySrc;
 };
 static_assert(sizeof(EMRSTRETCHBLT) == 108);
@@ -148,18 +139,8 @@ static_assert(sizeof(EMRSTRETCHBLT) == 108);
 /// Its dwRop is the transparent colour.
 using EMRTRANSPARENTBLT = EMRSTRETCHBLT;
 
-struct EMRMASKBLT
+struct EMRMASKBLT : EMRBITBLT
 {
-    EMR emr;
-    RECTL rclBounds;
-    int32_t xDest, yDest, cxDest, cyDest;
-    uint32_t dwRop;
-    int32_t xSrc, ySrc;
-    XFORM xformSrc;
-    COLORREF crBkColorSrc;
-    uint32_t iUsageSrc;
-    uint32_t offBmiSrc, cbBmiSrc;
-    uint32_t offBitsSrc, cbBitsSrc;
     int32_t xMask, yMask;
     uint32_t iUsageMask;
     uint32_t offBmiMask, cbBmiMask;

@@ -184,47 +184,55 @@ struct WMREXTTEXTOUT
 };
 static_assert(sizeof(WMREXTTEXTOUT) == 14);
 
-struct WMRPATBLT
+/// Parts of the records that transfer bitmaps: the head, what is taken of the bitmap, where it
+/// goes.
+struct TransferHead
 {
     WMR wmr;
     Unaligned32 dwRop;
+};
+struct TransferUsage
+{
+    uint16_t iUsage;
+};
+struct SourceSize
+{
+    int16_t cySrc, cxSrc;
+};
+struct SourcePlace
+{
+    int16_t ySrc, xSrc;
+};
+struct TransferTarget
+{
     int16_t cyDest, cxDest, yDest, xDest;
+};
+
+struct WMRPATBLT : TransferHead, TransferTarget
+{
 };
 static_assert(sizeof(WMRPATBLT) == 18);
 
 /// Bit-blit with a bitmap. The bitmap starts at kBitmapOffset, so the last two words, which the
 /// reader distinguishes, are its first ones.
-struct WMRBITBLT
+struct WMRBITBLT : TransferHead, SourcePlace, TransferTarget
 {
     static constexpr int64_t kBitmapOffset = 22;
 
-    WMR wmr;
-    Unaligned32 dwRop;
-    int16_t ySrc, xSrc;
-    int16_t cyDest, cxDest, yDest, xDest;
     uint16_t word22;
     uint16_t word24;
 };
 static_assert(sizeof(WMRBITBLT) == 26);
 
 /// Stretch-device-independent-bits. Followed by the bitmap.
-struct WMRSTRETCHBLT
+struct WMRSTRETCHBLT : TransferHead, TransferUsage, SourceSize, SourcePlace, TransferTarget
 {
-    WMR wmr;
-    Unaligned32 dwRop;
-    uint16_t iUsage;
-    int16_t cySrc, cxSrc, ySrc, xSrc;
-    int16_t cyDest, cxDest, yDest, xDest;
 };
 static_assert(sizeof(WMRSTRETCHBLT) == 28);
 
 /// Device-independent stretch-blit. Followed by the bitmap.
-struct WMRDIBSTRETCHBLT
+struct WMRDIBSTRETCHBLT : TransferHead, SourceSize, SourcePlace, TransferTarget
 {
-    WMR wmr;
-    Unaligned32 dwRop;
-    int16_t cySrc, cxSrc, ySrc, xSrc;
-    int16_t cyDest, cxDest, yDest, xDest;
 };
 static_assert(sizeof(WMRDIBSTRETCHBLT) == 26);
 

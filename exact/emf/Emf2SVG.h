@@ -173,6 +173,7 @@ private:
     // Emf2SVG_Raster.cpp: bitmaps
     RECTL mapCorners(qint32 x, qint32 y, qint32 width, qint32 height) const;
     /// Draws the bitmap in @p range of the record; without one, what the operation does alone.
+    BitmapTransfer transferOf(const EMRBITBLT &blt, qint32 sourceWidth, qint32 sourceHeight) const;
     qint32 drawBitmap(BitmapTransfer transfer, ByteView record, const BitmapRange &range);
     qint32 OnBitBlt(char *record, quint32 size);
     qint32 OnStretchDIB(char *record, quint32 size);

@@ -59,16 +59,44 @@ RECTL Emf2SvgConverter::mapCorners(qint32 x, qint32 y, qint32 width, qint32 heig
              MapY(wrapAdd(y, height), true) };
 }
 
+BitmapTransfer Emf2SvgConverter::transferOf(const EMRBITBLT &blt, qint32 sourceWidth,
+                                            qint32 sourceHeight) const
+{
+    BitmapTransfer transfer;
+    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
+    transfer.operation = RasterOperation(blt.dwRop);
+    setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, sourceWidth, sourceHeight);
+    return transfer;
+}
+
 qint32 Emf2SvgConverter::OnBitBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnBitBlt");
     const auto blt = readRecord({ record, size }, &InitEMRBITBLT);
     if (size < sizeof blt)
         return RecordFailed;
-    BitmapTransfer transfer;
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    transfer.operation = RasterOperation(blt.dwRop);
-    setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxDest, blt.cyDest);
+    return drawBitmap(transferOf(blt, blt.cxDest, blt.cyDest), { record, size }, sourceRange(blt));
+}
+
+qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnStretchBlt");
+    const auto blt = readRecord({ record, size }, &InitEMRSTRETCHBLT);
+    if (size < sizeof blt)
+        return RecordFailed;
+    return drawBitmap(transferOf(blt, blt.cxSrc, blt.cySrc), { record, size }, sourceRange(blt));
+}
+
+qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
+{
+    SVGTOOL_TRACE("Emf2SvgConverter::OnTransparentBlt");
+    const auto blt = readRecord({ record, size }, &InitEMRTRANSPARENTBLT);
+    if (size < sizeof blt)
+        return RecordFailed;
+    BitmapTransfer transfer = transferOf(blt, blt.cxSrc, blt.cySrc);
+    transfer.operation = RasterOperations::SourceCopy;
+    const quint32 key = blt.dwRop; // COLORREF: red in the low byte
+    transfer.transparentColour = argb(key & 0xFF, key >> 8 & 0xFF, key >> 16 & 0xFF);
     return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
@@ -89,52 +117,22 @@ qint32 Emf2SvgConverter::OnStretchDIB(char *record, quint32 size)
     return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
 }
 
-qint32 Emf2SvgConverter::OnStretchBlt(char *record, quint32 size)
-{
-    SVGTOOL_TRACE("Emf2SvgConverter::OnStretchBlt");
-    const auto blt = readRecord({ record, size }, &InitEMRSTRETCHBLT);
-    if (size < sizeof blt)
-        return RecordFailed;
-    BitmapTransfer transfer;
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    transfer.operation = RasterOperation(blt.dwRop);
-    setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
-    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
-}
-
-qint32 Emf2SvgConverter::OnTransparentBlt(char *record, quint32 size)
-{
-    SVGTOOL_TRACE("Emf2SvgConverter::OnTransparentBlt");
-    const auto blt = readRecord({ record, size }, &InitEMRTRANSPARENTBLT);
-    if (size < sizeof blt)
-        return RecordFailed;
-    BitmapTransfer transfer;
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxSrc, blt.cySrc);
-    const quint32 key = blt.dwRop; // COLORREF: red in the low byte
-    transfer.transparentColour = qRgb(key & 0xFF, key >> 8 & 0xFF, key >> 16 & 0xFF);
-    return drawBitmap(std::move(transfer), { record, size }, sourceRange(blt));
-}
-
 qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
 {
     SVGTOOL_TRACE("Emf2SvgConverter::OnMaskBlt");
     const auto blt = readRecord({ record, size }, &InitEMRMASKBLT);
     if (size < sizeof blt)
         return RecordFailed;
-    BitmapTransfer transfer;
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    transfer.operation = RasterOperation(blt.dwRop);
-    setSource(transfer, blt.xformSrc, blt.xSrc, blt.ySrc, blt.cxDest, blt.cyDest);
+    BitmapTransfer transfer = transferOf(blt, blt.cxDest, blt.cyDest);
     const ByteView all{ record, size };
     const BitmapRange maskRange{ blt.offBmiMask, blt.cbBmiMask, blt.offBitsMask, blt.cbBitsMask,
                                  blt.iUsageMask };
     if (!maskRange.isEmpty()) {
         const auto dib = dibIn(all, maskRange);
-        const auto mask = dib ? m_writer.decode(*dib) : std::nullopt;
-        if (!mask || mask->image.format() != QImage::Format_Mono)
+        auto mask = dib ? m_writer.decode(*dib) : std::nullopt;
+        if (!mask || !mask->isMask())
             return RecordFailed;
-        transfer.mask = mask->image;
+        transfer.mask = std::move(mask->pixels);
         transfer.maskX = blt.xMask;
         transfer.maskY = blt.yMask;
         // The operation outside the mask is the fourth byte of the two that the record combines.
@@ -146,7 +144,7 @@ qint32 Emf2SvgConverter::OnMaskBlt(char *record, quint32 size)
     if (transfer.operation.usesSource() || transfer.operationOutsideMask.usesSource())
         return RecordFailed;
     // The brush alone is painted through the mask: any pixels will do as its source.
-    transfer.bitmap.image = transfer.mask;
+    transfer.bitmap.pixels = transfer.mask;
     transfer.bitmap.size = transfer.mask.size();
     transfer.sourceX = transfer.maskX;
     transfer.sourceY = transfer.maskY;

@@ -178,8 +178,8 @@ bool InitWMRPATBLT(WMRPATBLT *destination, const WMRPATBLT *source)
 }
 
 // Quirk: in place, yet false on a little-endian host; the three bitmap handlers go on regardless.
-template<class Record, class... Field>
-static bool readBitmapRecord(Record *record, Field Record::*...fields)
+template<class Record, class... Part, class... Field>
+static bool readBitmapRecord(Record *record, Field Part::*...fields)
 {
     return IsBigEndian() && readInPlace(record, fields...);
 }

@@ -78,16 +78,16 @@ inline void copyField(LOGBRUSH16 &destination, const LOGBRUSH16 &source) { InitL
 inline void copyField(FONTSPEC &destination, const FONTSPEC &source) { InitFONTSPEC(&destination, &source); }
 // clang-format on
 
-/// Swaps the fields of @p record whatever the host.
-template<class Record, class... Field>
-void swapFields(Record *record, Field Record::*...fields)
+/// Swaps the fields of @p record, or of parts that it is made of, whatever the host.
+template<class Record, class... Part, class... Field>
+void swapFields(Record *record, Field Part::*...fields)
 {
     (swapField(record->*fields), ...);
 }
 
 /// An in-place reader.
-template<class Record, class... Field>
-bool readInPlace(Record *record, Field Record::*...fields)
+template<class Record, class... Part, class... Field>
+bool readInPlace(Record *record, Field Part::*...fields)
 {
     if (IsBigEndian())
         swapFields(record, fields...);
@@ -95,8 +95,8 @@ bool readInPlace(Record *record, Field Record::*...fields)
 }
 
 /// A copying reader.
-template<class Record, class... Field>
-bool readCopy(Record *destination, const Record *source, Field Record::*...fields)
+template<class Record, class... Part, class... Field>
+bool readCopy(Record *destination, const Record *source, Field Part::*...fields)
 {
     if (!IsBigEndian())
         return false;

@@ -2,6 +2,7 @@
 
 #include "core/base/TextBuffer.h"
 #include "core/raster/BitmapTransfer.h"
+#include "core/raster/Png.h"
 #include "core/raster/RasterOperation.h"
 #include "core/records/RecordResult.h"
 #include "exact/style/StyleMgr.h"
@@ -152,14 +153,14 @@ public:
     bool SetTextStyleSuppression(bool suppresses);
 
     /// Decodes a bitmap, within the allowance that all bitmaps of the document share.
-    std::optional<Bitmap> decode(const DibBytes &dib);
+    std::optional<DecodedBitmap> decode(const DibBytes &dib);
     /// Draws a bitmap: cuts its source out, mirrors it, and calls the next two.
     RecordResult DrawBitmap(BitmapTransfer transfer);
     /// Turns the pixels into what a raster operation leaves to be seen, with the current brush as
     /// pattern. A hatched brush counts as white.
-    RecordResult OnRasterOperation(QImage &image, RasterOperation operation) const;
+    RecordResult OnRasterOperation(Bitmap &bitmap, RasterOperation operation) const;
     /// Writes the bitmap into the rectangle as an "image" element with a base64 "data:" URL.
-    bool WriteBlt(const Bitmap &bitmap, const RECTL &box);
+    bool WriteBlt(const DecodedBitmap &bitmap, const RECTL &box);
     /// Fills a rectangle as an operation without a source does, with the current brush as pattern.
     /// @param corners  of the rectangle, in any order
     RecordResult PatBlt(const RECTL &corners, RasterOperation operation);
@@ -193,16 +194,15 @@ private:
     }
     void addLine(POINTL from, POINTL to, const StyleText &style);
     void writeOrCollect(std::string_view pathData);
-    bool writeElement(const Bitmap &bitmap, const RECTL &box, const QString &clip);
+    void writeElement(const DecodedBitmap &bitmap, const RECTL &box, const QString &clip);
     RecordResult drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place);
-    RecordResult drawOperation(QImage image, const RECTL &box, RasterOperation operation);
-    RecordResult applyMask(QImage &image, const BitmapTransfer &transfer,
+    RecordResult drawOperation(Bitmap bitmap, const RECTL &box, RasterOperation operation);
+    RecordResult applyMask(Bitmap &bitmap, const BitmapTransfer &transfer,
                            const BitmapPlacement &place) const;
-    bool writeImage(QImage image, const RECTL &box);
-    void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
-                      const QImage &image);
-    std::optional<QImage> mergeTransfers(const RECTL &box, RasterOperation operation,
-                                         const QImage &image);
+    void writePixels(Bitmap bitmap, const RECTL &box);
+    void noteTransfer(const RECTL &box, qint64 start, RasterOperation operation, Bitmap bitmap);
+    std::optional<Bitmap> mergeTransfers(const RECTL &box, RasterOperation operation,
+                                         const Bitmap &bitmap);
     void fillBox(const RECTL &box, const QString &paint);
     void drawRects(std::span<const RECTL> rects, const StyleText &style);
     void useClip();
@@ -238,11 +238,12 @@ private:
         qint64 start; ///< where the document was before it
         qint64 end;
         RasterOperation operation;
-        QImage image;
+        Bitmap bitmap;
         QString clip; ///< its clip reference; one under another clip is another picture
     };
     std::vector<OpenTransfer> m_openTransfers;
     int64_t m_runLengthPixels = kRunLengthPixels;
+    PngEncoder m_pngEncoder;
     CStyleManager m_styles;
 };
 

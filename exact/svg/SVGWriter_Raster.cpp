@@ -1,11 +1,8 @@
 #include "exact/svg/SVGWriter.h"
 
+#include "core/base/Base64.h"
 #include "core/base/Numeric.h"
 #include "exact/logging/TraceScope.h"
-
-#include <QColor>
-#include <QIODevice>
-#include <QImageWriter>
 
 #include <algorithm>
 #include <utility>
@@ -16,76 +13,48 @@ static constexpr char kTraceUnit[] = ".\\SVGWriter.cpp";
 
 namespace {
 
-    // Takes bytes and streams their base64 text on, so that a picture is never held as a whole
-    // file beside its text.
-    class Base64Device : public QIODevice
-    {
-    public:
-        explicit Base64Device(TextBuffer &text) : m_text(text) { open(QIODevice::WriteOnly); }
-
-        bool isSequential() const override { return true; }
-        /// Writes what is left over of the last group of three bytes.
-        void finish()
-        {
-            m_text << m_rest.toBase64();
-            m_rest.clear();
-        }
-
-    protected:
-        qint64 readData(char *, qint64) override { return -1; }
-        qint64 writeData(const char *data, qint64 size) override
-        {
-            // Pieces, so that the text of a large file does not stand twice in memory.
-            constexpr qint64 kPiece = 3 << 14;
-            for (qint64 done = 0; done < size; done += kPiece) {
-                m_rest.append(data + done, int(std::min(kPiece, size - done)));
-                const auto whole = m_rest.size() / 3 * 3;
-                m_text << m_rest.left(whole).toBase64();
-                m_rest.remove(0, whole);
-            }
-            return size;
-        }
-
-    private:
-        TextBuffer &m_text;
-        QByteArray m_rest;
-    };
-
     bool isSameBox(const RECTL &a, const RECTL &b)
     {
         return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
     }
 
     // The colour of a paint, or nothing when it is a pattern or no paint.
-    std::optional<QRgb> solidColour(const QString &paint)
+    std::optional<Argb> solidColour(const QString &paint)
     {
-        const QColor colour(paint);
-        if (!colour.isValid())
+        // The names that stock brushes have.
+        constexpr std::pair<const char *, Argb> kNamed[] = {
+            { "white", kWhite },        { "lightgray", 0xFFD3D3D3 }, { "gray", 0xFF808080 },
+            { "darkgray", 0xFFA9A9A9 }, { "black", kBlack },
+        };
+        for (const auto &[name, colour] : kNamed) {
+            if (paint == QLatin1String(name))
+                return colour;
+        }
+        constexpr int kLength = 7; // #rrggbb
+        bool isNumber = false;
+        const Argb colour = paint.mid(1).toUInt(&isNumber, 16);
+        if (!isNumber || paint.size() != kLength || paint[0] != QLatin1Char('#'))
             return std::nullopt;
-        return colour.rgb();
+        return colour | kAlphaBits;
     }
 
-    // Clears what a line of bits has behind its last pixel. Parts that were cut out have chance
-    // bits there, and files would show them.
-    void clearLineEnds(QImage &image)
+    QString paintOf(Argb colour)
     {
-        if (image.format() != QImage::Format_Mono || image.width() % 8 == 0)
-            return;
-        const auto kept = static_cast<uchar>(0xFF00 >> image.width() % 8);
-        for (int y = 0; y < image.height(); ++y)
-            image.scanLine(y)[image.width() / 8] &= kept;
+        const QString digits = QString::number(colour & kColourBits, 16);
+        return QLatin1Char('#') + digits.rightJustified(6, QLatin1Char('0'));
     }
 
-    bool isLarge(const QImage &image)
+    bool isLarge(const Bitmap &bitmap)
     {
-        return qint64(image.width()) * image.height() > kLayeredPixels;
+        return bitmap.pixelCount() > kLayeredPixels;
     }
 
     // A pixel of a solid source, for transfers that have a colour and no bitmap.
-    QImage pixelOf(QRgb colour)
+    Bitmap pixelOf(Argb colour)
     {
-        QImage pixel(1, 1, QImage::Format_RGB32);
-        pixel.fill(colour);
+        Bitmap pixel(PixelFormat::Bgra32, { 1, 1 });
+        pixel.writeLine(0, &colour);
+        pixel.dropAlpha();
         return pixel;
     }
 
@@ -96,7 +65,7 @@ namespace {
 
 } // namespace
 
-std::optional<Bitmap> CMySVGWriter::decode(const DibBytes &dib)
+std::optional<DecodedBitmap> CMySVGWriter::decode(const DibBytes &dib)
 {
     SVGTOOL_TRACE("CMySVGWriter::decode");
     return ConvertTo32Bits(dib, m_runLengthPixels);
@@ -114,71 +83,71 @@ RecordResult CMySVGWriter::DrawBitmap(BitmapTransfer transfer)
     if (transfer.bitmap.isFile())
         return drawFile(transfer, *place);
 
-    QImage image = std::move(transfer.bitmap.image);
-    if (place->part != image.rect())
-        image = image.copy(place->part);
-    if (!transfer.mask.isNull() && isLarge(image))
+    Bitmap bitmap = std::move(transfer.bitmap.pixels);
+    if (place->part != IntRect{ 0, 0, bitmap.width(), bitmap.height() })
+        bitmap = bitmap.cut(place->part);
+    if (!transfer.mask.isNull() && isLarge(bitmap))
         return RecordFailed;
     RecordResult result = RecordHandled;
     if (transfer.transparentColour)
-        clearColour(image, *transfer.transparentColour);
+        clearColour(bitmap, *transfer.transparentColour);
     if (!transfer.mask.isNull())
-        result = applyMask(image, transfer, *place);
-    image = std::move(image).mirrored(place->mirrorsX, place->mirrorsY);
+        result = applyMask(bitmap, transfer, *place);
+    bitmap.mirror(place->mirrorsX, place->mirrorsY);
     if (transfer.mask.isNull()) {
-        if (auto whole = mergeTransfers(place->box, operation, image))
-            image = std::move(*whole);
+        if (auto whole = mergeTransfers(place->box, operation, bitmap))
+            bitmap = std::move(*whole);
         else
-            return drawOperation(std::move(image), place->box, operation);
+            return drawOperation(std::move(bitmap), place->box, operation);
     }
-    return writeImage(std::move(image), place->box) ? result : RecordFailed;
-}
-
-RecordResult CMySVGWriter::OnRasterOperation(QImage &image, RasterOperation operation) const
-{
-    SVGTOOL_TRACE("CMySVGWriter::OnRasterOperation");
-    const auto colour = solidColour(m_styles.brushPaint());
-    const bool isExact =
-            applyRasterOperation(image, operation, colour.value_or(qRgb(255, 255, 255)));
-    return isExact && (colour || !operation.usesPattern()) ? RecordHandled : RecordApproximated;
-}
-
-RecordResult CMySVGWriter::drawOperation(QImage image, const RECTL &box, RasterOperation operation)
-{
-    const bool mayGoOn = !isLarge(image)
-            && (operation == RasterOperations::SourceInvert
-                || (operation == RasterOperations::SourceAnd && isBlackAndWhite(image)));
-    const QImage original = mayGoOn ? image : QImage();
-    const qint64 start = m_document.size();
-    const RecordResult result = OnRasterOperation(image, operation);
-    if (!writeImage(std::move(image), box))
-        return RecordFailed;
-    noteTransfer(box, start, operation, original);
+    writePixels(std::move(bitmap), place->box);
     return result;
 }
 
-RecordResult CMySVGWriter::applyMask(QImage &image, const BitmapTransfer &transfer,
+RecordResult CMySVGWriter::OnRasterOperation(Bitmap &bitmap, RasterOperation operation) const
+{
+    SVGTOOL_TRACE("CMySVGWriter::OnRasterOperation");
+    const auto colour = solidColour(m_styles.brushPaint());
+    const bool isExact = applyRasterOperation(bitmap, operation, colour.value_or(kWhite));
+    return isExact && (colour || !operation.usesPattern()) ? RecordHandled : RecordApproximated;
+}
+
+RecordResult CMySVGWriter::drawOperation(Bitmap bitmap, const RECTL &box, RasterOperation operation)
+{
+    const bool mayGoOn = !isLarge(bitmap)
+            && (operation == RasterOperations::SourceInvert
+                || (operation == RasterOperations::SourceAnd && isBlackAndWhite(bitmap)));
+    Bitmap original = mayGoOn ? bitmap : Bitmap();
+    const qint64 start = m_document.size();
+    const RecordResult result = OnRasterOperation(bitmap, operation);
+    writePixels(std::move(bitmap), box);
+    noteTransfer(box, start, operation, std::move(original));
+    return result;
+}
+
+RecordResult CMySVGWriter::applyMask(Bitmap &bitmap, const BitmapTransfer &transfer,
                                      const BitmapPlacement &place) const
 {
     const auto offset = [](qint64 value) {
         constexpr qint64 kFar = 1 << 30;
-        return static_cast<int>(std::clamp(value, -kFar, kFar));
+        return static_cast<qint32>(std::clamp(value, -kFar, kFar));
     };
-    const QPoint start(offset(transfer.maskX + place.part.x() - transfer.sourceX),
-                       offset(transfer.maskY + place.part.y() - transfer.sourceY));
-    const QImage mask = transfer.mask.copy(QRect(start, image.size()));
-    QImage outside = image;
-    const RecordResult inside = OnRasterOperation(image, transfer.operation);
+    const IntRect part{ offset(transfer.maskX + place.part.x - transfer.sourceX),
+                        offset(transfer.maskY + place.part.y - transfer.sourceY), bitmap.width(),
+                        bitmap.height() };
+    const Bitmap mask = transfer.mask.cut(part);
+    Bitmap outside = bitmap;
+    const RecordResult inside = OnRasterOperation(bitmap, transfer.operation);
     const RecordResult rest = OnRasterOperation(outside, transfer.operationOutsideMask);
-    chooseByMask(image, outside, mask);
+    chooseByMask(bitmap, outside, mask);
     return std::max(inside, rest);
 }
 
 RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const BitmapPlacement &place)
 {
-    const QSize size = transfer.bitmap.size;
+    const IntSize size = transfer.bitmap.size;
     const RECTL &box = place.box;
-    const bool isWhole = place.part == QRect(QPoint(0, 0), size);
+    const bool isWhole = place.part == IntRect{ 0, 0, size.width, size.height };
     const bool isMirrored = place.mirrorsX || place.mirrorsY;
     // A clip counts in the document's units, so it stands around what changes them.
     const QString &clip = m_styles.clipReference();
@@ -199,10 +168,10 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     } else {
         m_document << "<svg x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
                    << qint64(box.right) - box.left << kQ << "height=\""
-                   << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x() << " "
-                   << place.part.y() << " " << place.part.width() << " " << place.part.height()
-                   << kQ << "preserveAspectRatio=\"none\">";
-        writeElement(transfer.bitmap, { 0, 0, size.width(), size.height() }, innerClip);
+                   << qint64(box.bottom) - box.top << kQ << "viewBox=\"" << place.part.x << " "
+                   << place.part.y << " " << place.part.width << " " << place.part.height << kQ
+                   << "preserveAspectRatio=\"none\">";
+        writeElement(transfer.bitmap, { 0, 0, size.width, size.height }, innerClip);
         writeLine("</svg>");
     }
     if (isMirrored)
@@ -214,45 +183,36 @@ RecordResult CMySVGWriter::drawFile(const BitmapTransfer &transfer, const Bitmap
     return isExact ? RecordHandled : RecordApproximated;
 }
 
-bool CMySVGWriter::writeImage(QImage image, const RECTL &box)
+void CMySVGWriter::writePixels(Bitmap bitmap, const RECTL &box)
 {
-    clearLineEnds(image);
-    // A resolution is in the file whatever one does; the default is that of the host's screen.
-    constexpr int kDotsPerMeter = 3780;
-    image.setDotsPerMeterX(kDotsPerMeter);
-    image.setDotsPerMeterY(kDotsPerMeter);
-    Bitmap bitmap;
-    bitmap.image = std::move(image);
-    return WriteBlt(bitmap, box);
+    DecodedBitmap picture;
+    picture.size = bitmap.size();
+    picture.pixels = std::move(bitmap);
+    WriteBlt(picture, box);
 }
 
-bool CMySVGWriter::WriteBlt(const Bitmap &bitmap, const RECTL &box)
+bool CMySVGWriter::WriteBlt(const DecodedBitmap &bitmap, const RECTL &box)
 {
     SVGTOOL_TRACE("CMySVGWriter::WriteBlt");
-    return writeElement(bitmap, box, m_styles.clipReference());
+    writeElement(bitmap, box, m_styles.clipReference());
+    return true;
 }
 
-bool CMySVGWriter::writeElement(const Bitmap &bitmap, const RECTL &box, const QString &clip)
+void CMySVGWriter::writeElement(const DecodedBitmap &bitmap, const RECTL &box, const QString &clip)
 {
-    const qint64 start = m_document.size();
+    PngFile png;
+    if (!bitmap.isFile())
+        png = m_pngEncoder.encode(bitmap.pixels);
     m_document << "<image x=\"" << box.left << kQ << "y=\"" << box.top << kQ << "width=\""
                << qint64(box.right) - box.left << kQ << "height=\"" << qint64(box.bottom) - box.top
                << kQ << "preserveAspectRatio=\"none\" xlink:href=\"data:"
                << std::string_view(bitmap.mediaType) << ";base64,";
-    Base64Device device(m_document);
-    if (bitmap.isFile()) {
-        device.write(bitmap.file.data, bitmap.file.size);
-    } else if (!QImageWriter(&device, QByteArrayLiteral("png")).write(bitmap.image)) {
-        m_document.truncate(start);
-        return false;
-    }
-    device.finish();
+    appendBase64(m_document, bitmap.isFile() ? bitmap.file : png.view());
     writeLine(kQ, clip, "/>");
-    return true;
 }
 
 void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation operation,
-                                const QImage &image)
+                                Bitmap bitmap)
 {
     const bool isOpen = operation == RasterOperations::SourceInvert || operation == kPatternInvert
             || operation == RasterOperations::SourceAnd;
@@ -264,36 +224,33 @@ void CMySVGWriter::noteTransfer(const RECTL &box, qint64 start, RasterOperation 
             && operation == RasterOperations::SourceAnd;
     if (!goesOn)
         m_openTransfers.clear();
-    if (isOpen && !image.isNull())
-        m_openTransfers.push_back(
-                { box, start, m_document.size(), operation, image, m_styles.clipReference() });
+    if (isOpen && !bitmap.isNull())
+        m_openTransfers.push_back({ box, start, m_document.size(), operation, std::move(bitmap),
+                                    m_styles.clipReference() });
 }
 
-std::optional<QImage> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOperation operation,
-                                                   const QImage &image)
+std::optional<Bitmap> CMySVGWriter::mergeTransfers(const RECTL &box, RasterOperation operation,
+                                                   const Bitmap &bitmap)
 {
     const bool inverts = operation == RasterOperations::SourceInvert || operation == kPatternInvert;
     const bool paints = operation == RasterOperations::SourceInvert
             || operation == RasterOperations::SourcePaint;
     if (m_openTransfers.empty() || !(inverts || paints))
         return std::nullopt;
-    const OpenTransfer mask = m_openTransfers.back();
+    const OpenTransfer &mask = m_openTransfers.back();
     if (mask.operation != RasterOperations::SourceAnd || mask.end != m_document.size()
-        || mask.clip != m_styles.clipReference() || !isSameBox(mask.box, box) || isLarge(mask.image)
-        || isLarge(image))
+        || mask.clip != m_styles.clipReference() || !isSameBox(mask.box, box)
+        || isLarge(mask.bitmap) || isLarge(bitmap))
         return std::nullopt;
     const OpenTransfer &first = m_openTransfers.front();
-    if (inverts && first.operation == operation && first.image == image) {
-        // Inverted twice, the same pixels are gone but where the mask was between them.
-        m_document.truncate(first.start);
-        m_openTransfers.clear();
-        return stencil(image, mask.image);
-    }
-    if (!paints)
+    // Inverted twice, the same pixels are gone but where the mask was between them.
+    const bool isStencil = inverts && first.operation == operation && first.bitmap == bitmap;
+    if (!isStencil && !paints)
         return std::nullopt;
-    m_document.truncate(mask.start);
+    Bitmap whole = isStencil ? stencil(bitmap, mask.bitmap) : combineWithMask(bitmap, mask.bitmap);
+    m_document.truncate(isStencil ? first.start : mask.start);
     m_openTransfers.clear();
-    return combineWithMask(image, mask.image);
+    return whole;
 }
 
 RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operation)
@@ -318,19 +275,21 @@ RecordResult CMySVGWriter::PatBlt(const RECTL &corners, RasterOperation operatio
         fillBox(box, paint);
         return RecordHandled;
     }
-    const QRgb pattern = colour.value_or(qRgb(255, 255, 255));
+    const Argb pattern = colour.value_or(kWhite);
     if (operation == kPatternInvert) {
-        if (const auto whole = mergeTransfers(box, operation, pixelOf(pattern)))
-            return writeImage(*whole, box) ? RecordHandled : RecordFailed;
+        if (auto whole = mergeTransfers(box, operation, pixelOf(pattern))) {
+            writePixels(std::move(*whole), box);
+            return RecordHandled;
+        }
     }
     // A mixture with what lies beneath is not to be had; an inversion is at least of this colour.
     const auto seen = operation.seen(pattern, 0);
     if (!seen && operation != kPatternInvert)
         return RecordFailed;
-    if (seen && qAlpha(*seen) == 0)
+    if (seen && alphaOf(*seen) == 0)
         return RecordHandled;
     const qint64 start = m_document.size();
-    fillBox(box, QColor(seen.value_or(pattern)).name());
+    fillBox(box, paintOf(seen.value_or(pattern)));
     noteTransfer(box, start, operation, pixelOf(pattern));
     return seen ? RecordHandled : RecordApproximated;
 }

@@ -105,7 +105,11 @@ private:
     qint32 OnMetaExtTextOut(char *record, quint32 size);
 
     // Wmf2SVG_Raster.cpp: bitmaps
-    RECTL mapCorners(qint16 x, qint16 y, qint16 width, qint16 height) const;
+    RECTL mapCorners(const TransferTarget &to) const;
+    template<class Record>
+    BitmapTransfer transferOf(const Record &blt) const;
+    qint32 paintWithoutBitmap(const TransferTarget &moved, ByteView behind,
+                              RasterOperation operation);
     qint32 drawBitmap(BitmapTransfer transfer, ByteView bytes, quint32 usage,
                       bool isDeviceDependent);
     qint32 OnMetaPatBlt(char *record, quint32 size);

@@ -6,6 +6,7 @@
 
 #include <QtEndian>
 
+#include <type_traits>
 #include <utility>
 
 namespace svgtool {
@@ -34,9 +35,37 @@ namespace {
 
 } // namespace
 
-RECTL WMF2SVGConverter::mapCorners(qint16 x, qint16 y, qint16 width, qint16 height) const
+RECTL WMF2SVGConverter::mapCorners(const TransferTarget &to) const
 {
-    return { MapX(x), MapY(y), MapX(wrapToInt16(x + width)), MapY(wrapToInt16(y + height)) };
+    return { MapX(to.xDest), MapY(to.yDest), MapX(wrapToInt16(to.xDest + to.cxDest)),
+             MapY(wrapToInt16(to.yDest + to.cyDest)) };
+}
+
+template<class Record>
+BitmapTransfer WMF2SVGConverter::transferOf(const Record &blt) const
+{
+    BitmapTransfer transfer;
+    transfer.corners = mapCorners(blt);
+    transfer.operation = RasterOperation(blt.dwRop);
+    transfer.sourceX = blt.xSrc;
+    transfer.sourceY = blt.ySrc;
+    if constexpr (std::is_base_of_v<SourceSize, Record>) {
+        transfer.sourceWidth = blt.cxSrc;
+        transfer.sourceHeight = blt.cySrc;
+    } else {
+        transfer.sourceWidth = blt.cxDest;
+        transfer.sourceHeight = blt.cyDest;
+    }
+    return transfer;
+}
+
+// A reserved word stands before the destination, whose last word is where bitmaps begin.
+qint32 WMF2SVGConverter::paintWithoutBitmap(const TransferTarget &moved, ByteView behind,
+                                            RasterOperation operation)
+{
+    const auto xDest = qFromLittleEndian(readPadded<qint16>(behind));
+    const TransferTarget to{ moved.cxDest, moved.yDest, moved.xDest, xDest };
+    return m_writer.PatBlt(mapCorners(to), operation);
 }
 
 qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, quint32 usage,
@@ -59,8 +88,7 @@ qint32 WMF2SVGConverter::OnMetaPatBlt(char *record, quint32 size)
     const auto blt = readRecord({ record, size }, &InitWMRPATBLT);
     if (size < sizeof blt)
         return RecordFailed;
-    return m_writer.PatBlt(mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest),
-                           RasterOperation(blt.dwRop));
+    return m_writer.PatBlt(mapCorners(blt), RasterOperation(blt.dwRop));
 }
 
 qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
@@ -70,21 +98,10 @@ qint32 WMF2SVGConverter::OnDIBBitBlt(char *record, quint32 size)
     if (size < quint32(WMRBITBLT::kBitmapOffset))
         return RecordFailed;
     const WMR head = headOf(record, size);
-    BitmapTransfer transfer;
-    transfer.operation = RasterOperation(blt.dwRop);
-    if (!hasBitmap(head, size)) {
-        // A reserved word takes the place of the height, and everything moves on by one.
-        const auto xDest = static_cast<qint16>(qFromLittleEndian(blt.word22));
-        return m_writer.PatBlt(mapCorners(xDest, blt.xDest, blt.yDest, blt.cxDest),
-                               transfer.operation);
-    }
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    transfer.sourceX = blt.xSrc;
-    transfer.sourceY = blt.ySrc;
-    transfer.sourceWidth = blt.cxDest;
-    transfer.sourceHeight = blt.cyDest;
-    return drawBitmap(std::move(transfer), tail({ record, size }, WMRBITBLT::kBitmapOffset), 0,
-                      head.rdFunction == kBitBlt);
+    const ByteView bitmap = tail({ record, size }, WMRBITBLT::kBitmapOffset);
+    if (!hasBitmap(head, size))
+        return paintWithoutBitmap(blt, bitmap, RasterOperation(blt.dwRop));
+    return drawBitmap(transferOf(blt), bitmap, 0, head.rdFunction == kBitBlt);
 }
 
 qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
@@ -97,17 +114,11 @@ qint32 WMF2SVGConverter::OnStretchDIB(char *record, quint32 size)
     const auto blt = readRecord({ record, size }, &InitWMRSTRETCHBLT);
     if (size < sizeof blt)
         return RecordFailed;
-    BitmapTransfer transfer;
-    transfer.operation = RasterOperation(blt.dwRop);
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    const ByteView bitmap = tail({ record, size }, sizeof(WMRSTRETCHBLT));
+    BitmapTransfer transfer = transferOf(blt);
+    transfer.countsFromBottom = true;
+    const ByteView bitmap = tail({ record, size }, sizeof blt);
     if (bitmap.size == 0)
         return m_writer.PatBlt(transfer.corners, transfer.operation);
-    transfer.sourceX = blt.xSrc;
-    transfer.sourceY = blt.ySrc;
-    transfer.sourceWidth = blt.cxSrc;
-    transfer.sourceHeight = blt.cySrc;
-    transfer.countsFromBottom = true;
     return drawBitmap(std::move(transfer), bitmap, blt.iUsage, false);
 }
 
@@ -118,21 +129,10 @@ qint32 WMF2SVGConverter::OnDIBStretchBlt(char *record, quint32 size)
     if (size < sizeof blt)
         return RecordFailed;
     const WMR head = headOf(record, size);
-    BitmapTransfer transfer;
-    transfer.operation = RasterOperation(blt.dwRop);
-    const ByteView bitmap = tail({ record, size }, sizeof(WMRDIBSTRETCHBLT));
-    if (!hasBitmap(head, size)) {
-        // A reserved word stands before the destination, which ends behind the fixed part.
-        const auto xDest = qFromLittleEndian(readPadded<qint16>(bitmap));
-        return m_writer.PatBlt(mapCorners(xDest, blt.xDest, blt.yDest, blt.cxDest),
-                               transfer.operation);
-    }
-    transfer.corners = mapCorners(blt.xDest, blt.yDest, blt.cxDest, blt.cyDest);
-    transfer.sourceX = blt.xSrc;
-    transfer.sourceY = blt.ySrc;
-    transfer.sourceWidth = blt.cxSrc;
-    transfer.sourceHeight = blt.cySrc;
-    return drawBitmap(std::move(transfer), bitmap, 0, head.rdFunction == kStretchBlt);
+    const ByteView bitmap = tail({ record, size }, sizeof blt);
+    if (!hasBitmap(head, size))
+        return paintWithoutBitmap(blt, bitmap, RasterOperation(blt.dwRop));
+    return drawBitmap(transferOf(blt), bitmap, 0, head.rdFunction == kStretchBlt);
 }
 
 } // namespace svgtool

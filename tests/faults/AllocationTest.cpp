@@ -35,6 +35,36 @@ namespace {
                 .build();
     }
 
+    // Bitmaps of all kinds. The last record makes one picture of itself and the one before.
+    const QString kBitmapsOfEmf = QStringLiteral(
+            "bitmap one 9 2 1 table=00000000,ffffff00 bits=aa800000,55000000;"
+            "bitmap four 3 1 4 used=3 table=00000000,0000ff00,00ff0000 bits=12000000;"
+            "bitmap eight 2 1 8 used=2 table=00000000,0000ff00 bits=00010000;"
+            "bitmap sixteen 2 1 16 bits=ff7fe003;"
+            "bitmap fields 2 1 16 compression=3 table=0f000000,f0000000,000f0000 bits=0f00f00f;"
+            "bitmap true 2 1 24 bits=010203040506,0000; bitmap wide 2 1 32 bits=0102030007080900;"
+            "bitmap clear 2 1 32 compression=6 table=0000ff00,00ff0000,ff000000,000000ff "
+            "bits=01020380,040506ff;"
+            "bitmap runs 64 64 8 compression=1 used=1 table=ff000000 bits=0200,0001;"
+            "bitmap png 1 1 0 compression=5 bits=89504e470d0a1a0a,00;"
+            "bitmap jpeg 3 2 0 compression=4 bits=ffd8ff00;"
+            "stretchDib one to=0,0,9,2 from=0,0,9,2; stretchDib four to=0,0,3,1 from=0,0,3,1;"
+            "stretchDib eight to=0,0,2,1 from=0,0,2,1; stretchDib sixteen to=0,0,2,1 from=1,0,1,1;"
+            "stretchDib fields to=2,0,-2,1 from=0,0,2,1; stretchDib true to=0,0,2,1 from=0,0,2,1;"
+            "stretchDib wide to=0,0,2,1 from=0,0,2,1 rop=0x8800C6;"
+            "stretchDib clear to=0,0,2,1 from=0,0,2,1; stretchDib runs to=0,0,4,1 from=0,0,64,64;"
+            "stretchDib png to=0,0,9,9 from=0,0,1,1; stretchDib jpeg to=0,0,-2,1 from=1,0,2,1;"
+            "transparentBlt eight to=0,0,2,1 rop=0xFF0000 extra=2,1;"
+            "maskBlt true to=0,0,2,1 rop=0xAACC0020 extra=0,0 mask=one;"
+            "bitBlt none to=0,0,2,1 rop=0xF00021; bitBlt one to=0,0,9,2 rop=0x8800C6");
+    const QString kBitmapsOfWmf = QStringLiteral(
+            "bitmap eight 2 1 8 used=2 table=00000000,0000ff00 bits=00010000;"
+            "bitmap runs 4 1 4 compression=2 used=1 table=ff000000 bits=0200,0001;"
+            "0x0F43 0x0020,0x00CC 0 1 2 0 0 2 3 2 1 @eight; 0x0940 0x0020,0x00CC 0 0 2 3 2 1 @runs;"
+            "0x0922 0x0020,0x00CC 0 0 2 3 2 1  0 9 1 2 0x0101 xaa80;"
+            "0x0B23 0x0020,0x00CC 1 1 0 0 2 3 2 1  0 1 1 4 0x1801 x01020300;"
+            "0x0B41 0x00C6,0x0088 1 2 0 0 1 2 3 4 @eight");
+
     // Ends the lines that have begun. The loggers keep the room that the longest has taken.
     void endLogLines(const std::string &text = {})
     {
@@ -49,6 +79,7 @@ namespace {
         qint32 success;
         Scarcity scarcity;
         QByteArray whole = {};
+        QByteArray withoutLast = {}; ///< the document of all records but the last one
     };
 
     // Converts with the @p failing call of the allocator failing, and checks what the caller has
@@ -70,7 +101,8 @@ namespace {
         EXPECT_TRUE(
                 isWhole
                 || (hasFailed && (result == SvgToolUnusableInput || result == SvgToolException)));
-        EXPECT_TRUE(isWhole || svg == before || shortage.whole.startsWith(svg));
+        EXPECT_TRUE(isWhole || svg == before || shortage.whole.startsWith(svg)
+                    || shortage.withoutLast.startsWith(svg));
         return hasFailed ? std::optional(held) : std::nullopt;
     }
 
@@ -101,6 +133,12 @@ namespace {
             SCOPED_TRACE(scarcity == Scarcity::OneCall ? "of one call" : "from one call on");
             expectNothingLeft({ smallEmf(), SvgToolEmfConverted, scarcity });
             expectNothingLeft({ smallWmf(), SvgToolWmfConverted, scarcity });
+            const QString last = QStringLiteral("; bitBlt eight to=0,0,9,2 rop=0x660046");
+            const QByteArray unpaired =
+                    QByteArray::fromStdString(convert(emf(kBitmapsOfEmf).build()).text);
+            const QByteArray paired = emf(kBitmapsOfEmf + last).build();
+            expectNothingLeft({ paired, SvgToolEmfConverted, scarcity, {}, unpaired });
+            expectNothingLeft({ wmf(kBitmapsOfWmf).build(), SvgToolWmfConverted, scarcity });
         }
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });

@@ -1,0 +1,54 @@
+#include "core/base/Base64.h"
+
+#include <array>
+#include <string_view>
+
+namespace svgtool {
+
+namespace {
+
+    constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+    // Two digits for each 12 bits.
+    constexpr auto kPairs = [] {
+        std::array<std::array<char, 2>, 4096> pairs{};
+        for (size_t i = 0; i < pairs.size(); ++i)
+            pairs[i] = { kDigits[i >> 6], kDigits[i & 63] };
+        return pairs;
+    }();
+
+    uint32_t byteAt(ByteView bytes, int64_t at)
+    {
+        return at < bytes.size ? static_cast<uint8_t>(bytes.data[at]) : 0;
+    }
+
+    char *putPair(char *out, uint32_t bits)
+    {
+        std::memcpy(out, kPairs[bits].data(), 2);
+        return out + 2;
+    }
+
+} // namespace
+
+void appendBase64(TextBuffer &text, ByteView bytes)
+{
+    // A piece at a time, whose text stays in the first cache until it is appended.
+    constexpr int64_t kPiece = 3 << 10;
+    std::array<char, kPiece / 3 * 4> piece;
+    for (int64_t start = 0; start < bytes.size; start += kPiece) {
+        const int64_t end = std::min(bytes.size, start + kPiece);
+        char *out = piece.data();
+        for (int64_t at = start; at < end; at += 3) {
+            const uint32_t group =
+                    byteAt(bytes, at) << 16 | byteAt(bytes, at + 1) << 8 | byteAt(bytes, at + 2);
+            out = putPair(out, group >> 12);
+            out = putPair(out, group & 0xFFF);
+        }
+        // What is missing of the last group of three bytes.
+        for (int64_t missing = (3 - (end - start) % 3) % 3; missing > 0; --missing)
+            out[-missing] = '=';
+        text << std::string_view(piece.data(), size_t(out - piece.data()));
+    }
+}
+
+} // namespace svgtool
