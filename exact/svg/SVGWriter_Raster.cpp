@@ -21,7 +21,7 @@ namespace {
     class Base64Device : public QIODevice
     {
     public:
-        explicit Base64Device(TextBuffer &text) : m_text(text) { open(QIODevice::WriteOnly); }
+        explicit Base64Device(DocumentText &text) : m_text(text) { open(QIODevice::WriteOnly); }
 
         bool isSequential() const override { return true; }
         /// Writes what is left over of the last group of three bytes.
@@ -47,7 +47,7 @@ namespace {
         }
 
     private:
-        TextBuffer &m_text;
+        DocumentText &m_text;
         QByteArray m_rest;
     };
 
