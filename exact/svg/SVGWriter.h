@@ -133,7 +133,7 @@ public:
                   qint32 frameHeight);
 
     /// @p text with "&", "<" and ">" replaced by entities.
-    static QString ConvertToValidXML(QString text);
+    static QString ConvertToValidXML(const QString &text);
     /// Sets the alignment of texts to their reference points ([MS-WMF] 2.1.2.3).
     bool SetTextAlign(quint32 mode);
     /// Measures @p text in the current font.

@@ -108,5 +108,18 @@ namespace {
         EXPECT_EQ(line, "still here ");
     }
 
+    // Writing a text is linear work however many entities it takes.
+    TEST(LongText, IsNotMovedAgainAndAgain)
+    {
+        constexpr int kLetters = 1 << 20;
+        const TextRecord text{ 1, 2, QString(kLetters, QLatin1Char('&')) };
+        const QByteArray file = EmfBuilder().record(84, text.body()).build();
+        QByteArray svg;
+        const FailingAllocator watch(0, Scarcity::OneCall);
+        EXPECT_EQ(ConvertMetaFileToSVG(file, svg), SvgToolEmfConverted);
+        EXPECT_GT(svg.size(), 5 * kLetters);
+        EXPECT_LT(watch.bytesMoved(), 20U * kLetters);
+    }
+
 } // namespace
 } // namespace svgtool::test
