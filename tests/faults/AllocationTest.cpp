@@ -24,13 +24,12 @@ namespace {
                 .build();
     }
 
-    // Its font is one of symbols: Qt leaves other 8-bit texts to ICU and does not say whether that
-    // lacked the encoding or the memory.
+    // Its font is Japanese, which takes a decoder for pairs of bytes.
     QByteArray smallWmf()
     {
-        return wmf("pen 1 3 0 0xFF 0; brush 2 0xFF 0 3; font 12 0 0 0 700 0 0x0200 0 0 \"Face\";"
+        return wmf("pen 1 3 0 0xFF 0; brush 2 0xFF 0 3; font 12 0 0 0 700 0 0x8000 0 0 \"Face\";"
                    "select 0; select 1; select 2; polyPolygon 2 3 2 1 2 3 4 5 6 7 8 9 10;"
-                   "text 5 6 4 0 x613ce07a; line 30 40",
+                   "text 5 6 4 0 x613c93fa; line 30 40",
                    WmfBuilder().placeable(0, 0, 100, 50, 96))
                 .build();
     }
