@@ -1,8 +1,9 @@
 #include "faults/Allocator.h"
 
 #include "exact/svgtool/SVGTool.h"
-#include "support/Corpus.h"
 #include "unit/Cases.h"
+
+#include <CLogSystem.h>
 
 #include <optional>
 
@@ -95,7 +96,6 @@ namespace {
 
     TEST(AllocationFailure, LeavesNothingBehind)
     {
-        const SilentLogs silence;
         for (const Scarcity scarcity : { Scarcity::OneCall, Scarcity::EveryCallFromThere }) {
             SCOPED_TRACE(scarcity == Scarcity::OneCall ? "of one call" : "from one call on");
             expectNothingLeft({ smallEmf(), SvgToolEmfConverted, scarcity });
@@ -104,6 +104,7 @@ namespace {
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });
         endLogLines("still here");
+        basic_logging::infolevel.setSink({});
         EXPECT_EQ(line, "still here ");
     }
 
