@@ -154,8 +154,6 @@ namespace {
 int main(int argc, char *argv[])
 {
     using namespace svgtool::bench;
-    // A line a conversion that nobody reads.
-    const svgtool::test::SilentLogs silence;
     const std::pair<const char *, void (*)(benchmark::State &, const Family &)> kinds[] = {
         { "convert", &runConversion }, { "floor", &runFloor }, { "copies", &runCopies }
     };

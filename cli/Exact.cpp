@@ -12,7 +12,7 @@ qint32 convertExact(const QByteArray &metafileData, QByteArray &svgOut, RecordTa
 void showLog(const std::string &level)
 {
     // What the library logs is for the curious; QT_LOGGING_RULES="svgtool=true" shows it too.
-    QString rules = QStringLiteral("svgtool=false\n");
+    QString rules;
     static constexpr struct
     {
         const char *level;

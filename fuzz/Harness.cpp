@@ -2,7 +2,6 @@
 
 #include "core/records/MetafileFacts.h"
 #include "exact/svgtool/SVGTool.h"
-#include "support/Corpus.h"
 
 // What fontconfig keeps is its own.
 extern "C" const char *__lsan_default_suppressions();
@@ -15,7 +14,6 @@ namespace svgtool::fuzz {
 
 QByteArray convertAndCheck(const QByteArray &metafile)
 {
-    static const test::SilentLogs silence;
     // What the tool does with it first, and with its header before it tries again.
     const MetafileFacts facts = inspectMetafile({ metafile.constData(), metafile.size() });
     require(facts.firstRecord == facts.namedFirstRecord || facts.firstRecord < metafile.size());

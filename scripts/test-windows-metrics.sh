@@ -45,11 +45,10 @@ if [ -n "$(ls -A /usr/share/wine/fonts 2>/dev/null)" ]; then
     exit 2
 fi
 
-# Debian has no Qt for mingw-w64; tests/windows/qt stands in for the little that is used of it.
 x86_64-w64-mingw32-g++ -std=c++20 -O2 -static -DUNICODE -D_UNICODE \
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast \
     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough \
-    -Werror -I. -Itests/windows/qt tests/windows/metrics_main.cpp core/fonts/FontEngine_Gdi.cpp \
+    -Werror -I. tests/windows/metrics_main.cpp core/fonts/FontEngine_Gdi.cpp \
     -lgdi32 -luser32 -o "$work/metrics.exe"
 
 wine wineboot --init >"$work/boot.log" 2>&1 || {

@@ -1,7 +1,7 @@
 #include "core/base/Base64.h"
 
 #include <array>
-#include <string_view>
+#include <cstring>
 
 namespace svgtool {
 
@@ -30,25 +30,18 @@ namespace {
 
 } // namespace
 
-void appendBase64(TextBuffer &text, ByteView bytes)
+char *putBase64(char *out, ByteView bytes)
 {
-    // A piece at a time, whose text stays in the first cache until it is appended.
-    constexpr int64_t kPiece = 3 << 10;
-    std::array<char, kPiece / 3 * 4> piece;
-    for (int64_t start = 0; start < bytes.size; start += kPiece) {
-        const int64_t end = std::min(bytes.size, start + kPiece);
-        char *out = piece.data();
-        for (int64_t at = start; at < end; at += 3) {
-            const uint32_t group =
-                    byteAt(bytes, at) << 16 | byteAt(bytes, at + 1) << 8 | byteAt(bytes, at + 2);
-            out = putPair(out, group >> 12);
-            out = putPair(out, group & 0xFFF);
-        }
-        // What is missing of the last group of three bytes.
-        for (int64_t missing = (3 - (end - start) % 3) % 3; missing > 0; --missing)
-            out[-missing] = '=';
-        text << std::string_view(piece.data(), size_t(out - piece.data()));
+    for (int64_t at = 0; at < bytes.size; at += 3) {
+        const uint32_t group =
+                byteAt(bytes, at) << 16 | byteAt(bytes, at + 1) << 8 | byteAt(bytes, at + 2);
+        out = putPair(out, group >> 12);
+        out = putPair(out, group & 0xFFF);
     }
+    // What is missing of the last group of three bytes.
+    for (int64_t missing = (3 - bytes.size % 3) % 3; missing > 0; --missing)
+        out[-missing] = '=';
+    return out;
 }
 
 } // namespace svgtool

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "core/base/Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -10,21 +10,48 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <new>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace svgtool {
+
+/// Texts and bytes of other libraries that are pieces too, known by what they offer: those of Qt.
+template<class Text>
+concept Utf16Text = requires(const Text &text)
+{
+    {
+        *text.utf16()
+        } -> std::convertible_to<char16_t>;
+    {
+        text.size()
+        } -> std::convertible_to<int64_t>;
+};
+template<class Text>
+concept Utf8Text = requires(const Text &text)
+{
+    {
+        text.constData()
+        } -> std::same_as<const char *>;
+    {
+        text.size()
+        } -> std::convertible_to<int64_t>;
+};
 
 /// Text in UTF-8 that grows at its end.
 ///
 /// Pieces are numbers, which are written in decimal, ASCII literals, texts in UTF-16, whose
 /// unpaired surrogates become "?", and bytes that are UTF-8 already. Room for all pieces of one
 /// call is made at once, and nothing is converted twice.
-class TextBuffer
+/// @tparam Block  what the text is handed over as, such as std::string: it has resize, data, size
+template<class Block>
+class BasicTextBuffer
 {
 public:
-    TextBuffer() = default;
-    TextBuffer(const TextBuffer &) = delete;
-    TextBuffer &operator=(const TextBuffer &) = delete;
+    BasicTextBuffer() = default;
+    BasicTextBuffer(const BasicTextBuffer &) = delete;
+    BasicTextBuffer &operator=(const BasicTextBuffer &) = delete;
 
     /// Appends the pieces one after the other.
     /// @throws std::bad_alloc  when there is no room for them
@@ -39,14 +66,23 @@ public:
         m_end = end;
     }
     template<class Piece>
-    TextBuffer &operator<<(const Piece &piece)
+    BasicTextBuffer &operator<<(const Piece &piece)
     {
         append(piece);
         return *this;
     }
 
     /// Makes room for @p size bytes in all, or leaves it as it is when there is no memory.
-    void reserve(int64_t size) noexcept;
+    void reserve(int64_t size) noexcept
+    {
+        if (size <= m_limit - m_begin || size > kMost)
+            return;
+        try {
+            resize(size);
+        } catch (...) {
+            // Less may do.
+        }
+    }
     /// Empties the text; the room stays.
     void clear() { m_end = m_begin; }
     int64_t size() const { return m_end - m_begin; }
@@ -55,11 +91,42 @@ public:
     /// The text, until it is changed.
     std::string_view view() const { return { m_begin, size_t(m_end - m_begin) }; }
     /// Hands the text over, without copying it, and is empty then.
-    QByteArray take();
+    Block take()
+    {
+        if (m_end == m_begin)
+            return {}; // resize may make a block for no bytes
+        m_block.resize(static_cast<Size>(m_end - m_begin));
+        m_begin = m_end = m_limit = nullptr;
+        return std::exchange(m_block, {});
+    }
 
 private:
-    void grow(int64_t room);
-    void resize(int64_t capacity);
+    using Size = decltype(Block().size());
+    // Half of what the block can count, which may be 32 bits, and of what is counted with here.
+    static constexpr auto kMost = static_cast<int64_t>(std::min<uint64_t>(
+            std::numeric_limits<Size>::max() / 2, std::numeric_limits<int64_t>::max() / 2));
+
+    void resize(int64_t capacity)
+    {
+        const int64_t size = m_end - m_begin;
+        m_block.resize(static_cast<Size>(capacity));
+        m_begin = m_block.data();
+        m_end = m_begin + size;
+        m_limit = m_begin + capacity;
+    }
+    [[gnu::noinline]] void grow(int64_t room)
+    {
+        constexpr int64_t kFirst = 4096;
+        const int64_t size = m_end - m_begin;
+        if (room > kMost - size)
+            throw std::bad_alloc();
+        // Each step copies all of the text, so they are few while the room that is left over is
+        // little.
+        constexpr int64_t kSmall = 1 << 20;
+        const int64_t before = m_limit - m_begin;
+        const int64_t larger = std::min((before < kSmall ? 4 : 2) * before, kMost);
+        resize(std::max({ larger, size + room, kFirst }));
+    }
 
     // How long a piece can become at most, and the piece itself at a place with that much room;
     // the result is where it ends.
@@ -124,18 +191,38 @@ private:
             std::memcpy(out, utf8.data(), utf8.size());
         return out + utf8.size();
     }
-    static int64_t room(const QByteArray &utf8) { return utf8.size(); }
-    static char *put(char *out, const QByteArray &utf8)
+    static int64_t room(std::u16string_view text) { return kUtf8PerUnit * int64_t(text.size()); }
+    static char *put(char *out, std::u16string_view text)
     {
-        return put(out, std::string_view(utf8.constData(), size_t(utf8.size())));
+        return putUtf8(out, text.data(), int64_t(text.size()));
     }
-    static int64_t room(QStringView text) { return 3 * int64_t(text.size()); }
-    static char *put(char *out, QStringView text);
+    template<Utf16Text Text>
+    static int64_t room(const Text &text)
+    {
+        return kUtf8PerUnit * int64_t{ text.size() };
+    }
+    template<Utf16Text Text>
+    static char *put(char *out, const Text &text)
+    {
+        return putUtf8(out, text.utf16(), int64_t{ text.size() });
+    }
+    template<Utf8Text Text>
+    static int64_t room(const Text &text)
+    {
+        return text.size();
+    }
+    template<Utf8Text Text>
+    static char *put(char *out, const Text &text)
+    {
+        return put(out, std::string_view(text.constData(), size_t(text.size())));
+    }
 
-    QByteArray m_bytes; // the block that the pointers point into
+    Block m_block; // that the pointers point into
     char *m_begin = nullptr;
     char *m_end = nullptr; // of the text
     char *m_limit = nullptr; // of the block
 };
+
+using TextBuffer = BasicTextBuffer<std::string>;
 
 } // namespace svgtool

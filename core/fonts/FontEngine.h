@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
-
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 // The narrow interface between the WIN_ functions and the font engine of the platform. Its two
 // implementations, FontEngine_Gdi.cpp on Windows and FontEngine_FreeType.cpp elsewhere, stand
@@ -35,17 +35,19 @@ struct TextExtent
 /// @param weight    bold from 551 on, else regular
 /// @param height    negative: character height, positive: cell height, 0: the default size
 /// @note This and the functions below may be called from any thread.
-FontMetrics fontMetrics(const QString &faceName, int32_t weight, int32_t height);
+FontMetrics fontMetrics(std::u16string_view faceName, int32_t weight, int32_t height);
 
 /// Measures @p text as DrawTextW does with DT_CALCRECT alone: "\r\n", "\n\r", "\n" and "\r" end
 /// lines, "&&" counts as one ampersand, and any other "&" counts nothing unless it ends its line.
-TextExtent textExtent(const QString &text, const QString &faceName, int32_t weight, int32_t height);
+TextExtent textExtent(std::u16string_view text, std::u16string_view faceName, int32_t weight,
+                      int32_t height);
 
 /// The characters that the glyphs of a font stand for.
 /// @param glyphs  a glyph number in each UTF-16 unit
 /// @return for each glyph the lowest character below U+10000 that maps to it; empty when there
 ///         is none for one of them
-QString textOfGlyphs(const QString &glyphs, const QString &faceName, int32_t weight);
+std::u16string textOfGlyphs(std::u16string_view glyphs, std::u16string_view faceName,
+                            int32_t weight);
 
 /// The screen's horizontal resolution in dots per inch, 1 or more; 96 where there is no screen.
 int32_t horizontalDpi();

@@ -15,6 +15,13 @@
 
 namespace svgtool {
 
+// GDI's texts are of wchar_t, which is another type of the same units.
+static std::wstring wideText(std::u16string_view text)
+{
+    static_assert(sizeof(wchar_t) == sizeof(char16_t));
+    return { text.begin(), text.end() };
+}
+
 namespace {
 
     /// A device context of the screen.
@@ -41,9 +48,9 @@ namespace {
     class SelectedFont
     {
     public:
-        SelectedFont(HDC context, const QString &faceName, int32_t weight, int32_t height)
+        SelectedFont(HDC context, std::u16string_view faceName, int32_t weight, int32_t height)
             : m_context(context), m_font(CreateFontW(height, 0, 0, 0, weight, 0, 0, 0, 0, 0, 0, 0,
-                                                     0, faceName.toStdWString().c_str())),
+                                                     0, wideText(faceName).c_str())),
               m_previous(SelectObject(context, m_font))
         {
         }
@@ -80,21 +87,22 @@ static FontMetrics selectedMetrics(HDC context)
     return metrics;
 }
 
-FontMetrics fontMetrics(const QString &faceName, int32_t weight, int32_t height)
+FontMetrics fontMetrics(std::u16string_view faceName, int32_t weight, int32_t height)
 {
     const ScreenContext screen;
     const SelectedFont font(screen.handle(), faceName, weight, height);
     return selectedMetrics(screen.handle());
 }
 
-TextExtent textExtent(const QString &text, const QString &faceName, int32_t weight, int32_t height)
+TextExtent textExtent(std::u16string_view text, std::u16string_view faceName, int32_t weight,
+                      int32_t height)
 {
     const ScreenContext screen;
     const SelectedFont font(screen.handle(), faceName, weight, height);
     TextExtent extent;
     extent.font = selectedMetrics(screen.handle());
 
-    const std::wstring units = text.toStdWString();
+    const std::wstring units = wideText(text);
     const size_t length = std::min<size_t>(units.size(), std::numeric_limits<int>::max());
     RECT box{};
     extent.height =
@@ -103,7 +111,8 @@ TextExtent textExtent(const QString &text, const QString &faceName, int32_t weig
     return extent;
 }
 
-QString textOfGlyphs(const QString &glyphs, const QString &faceName, int32_t weight)
+std::u16string textOfGlyphs(std::u16string_view glyphs, std::u16string_view faceName,
+                            int32_t weight)
 {
     constexpr size_t kUnits = 0x10000;
     const ScreenContext screen;
@@ -116,18 +125,17 @@ QString textOfGlyphs(const QString &glyphs, const QString &faceName, int32_t wei
                          numbers.data(), GGI_MARK_NONEXISTING_GLYPHS)
         == GDI_ERROR)
         return {};
-    std::vector<ushort> characterOf(kUnits, 0);
+    std::vector<char16_t> characterOf(kUnits, 0);
     for (size_t unit = kUnits - 1; unit > 0; --unit) {
         if (numbers[unit] != 0xFFFF)
-            characterOf[numbers[unit]] = static_cast<ushort>(unit);
+            characterOf[numbers[unit]] = static_cast<char16_t>(unit);
     }
 
-    QString text = glyphs;
-    for (QChar &unit : text) {
-        const ushort glyph = unit.unicode();
-        if (glyph == 0 || characterOf[glyph] == 0)
+    std::u16string text(glyphs);
+    for (char16_t &unit : text) {
+        if (unit == 0 || characterOf[unit] == 0)
             return {};
-        unit = QChar(characterOf[glyph]);
+        unit = characterOf[unit];
     }
     return text;
 }

@@ -2,15 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <utility>
+#include <cstdint>
 
 namespace svgtool {
-
-void appendBytes(QByteArray &out, std::string_view bytes)
-{
-    using Size = decltype(std::declval<QByteArray>().size()); // int in Qt 5
-    out.append(bytes.data(), static_cast<Size>(bytes.size()));
-}
 
 std::string_view trimmedBlanks(std::string_view text)
 {
@@ -100,8 +94,8 @@ namespace {
         return end != text.npos && isReference(text.substr(1, end - 1)) ? end + 1 : 0;
     }
 
-    // Appends the character at the front, which is not plain, and takes it away.
-    void appendOdd(QByteArray &out, std::string_view &text, XmlPlace place)
+    // Takes the character at the front, which is not plain.
+    std::string_view takeOdd(std::string_view &text, XmlPlace place)
     {
         const char front = text.front();
         const bool isComment = place == XmlPlace::Comment;
@@ -120,36 +114,28 @@ namespace {
         } else if (front == '"' && place == XmlPlace::Value) {
             written = "&quot;";
         }
-        appendBytes(out, written);
         text.remove_prefix(length);
+        return written;
+    }
+
+    std::string_view takeFront(std::string_view &text, size_t length)
+    {
+        const std::string_view front = text.substr(0, length);
+        text.remove_prefix(length);
+        return front;
     }
 
 } // namespace
 
-void appendEscaped(QByteArray &out, std::string_view text, XmlPlace place)
+std::string_view takeEscaped(std::string_view &text, XmlPlace place)
 {
-    while (!text.empty()) {
-        const size_t length = plainLength(text);
-        appendBytes(out, text.substr(0, length));
-        text.remove_prefix(length);
-        if (!text.empty())
-            appendOdd(out, text, place);
-    }
+    const size_t length = plainLength(text);
+    return length > 0 ? takeFront(text, length) : takeOdd(text, place);
 }
 
-void appendComment(QByteArray &out, std::string_view text)
+std::string_view takeUpToHyphen(std::string_view &text)
 {
-    out += "<!-- ";
-    text = trimmedBlanks(text);
-    while (!text.empty()) {
-        // Up to the first of two hyphens, and a blank to part them.
-        const size_t length = std::min(text.find("--"), text.size() - 1) + 1;
-        appendEscaped(out, text.substr(0, length), XmlPlace::Comment);
-        text.remove_prefix(length);
-        if (!text.empty())
-            out += ' ';
-    }
-    out += " -->";
+    return takeFront(text, std::min(text.find("--"), text.size() - 1) + 1);
 }
 
 } // namespace svgtool

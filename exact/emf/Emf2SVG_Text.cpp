@@ -1,9 +1,10 @@
 #include "exact/emf/Emf2SVG.h"
 
 #include "core/base/Numeric.h"
-#include "core/text/TextDecoding.h"
+#include "core/text/CharacterSet.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
+#include "exact/platform/QtText.h"
 #include "exact/records/BEndTools.h"
 
 #include <QtEndian>
@@ -114,7 +115,7 @@ qint32 Emf2SvgConverter::OnSmallTextOut(char *record, quint32 size)
         const ByteView bytes{ rest->data, count };
         text = (textOut.fuOptions & kGlyphIndex) != 0
                 ? shownText(QString::fromLatin1(bytes.data, static_cast<int>(count)), kGlyphIndex)
-                : decodeText(bytes, m_writer.styles().fontCharSet());
+                : toQString(decodeText(bytes, m_writer.styles().fontCharSet()));
     } else {
         text = shownText(readUtf16(all, offset, textOut.cChars).value_or(QString()),
                          textOut.fuOptions);

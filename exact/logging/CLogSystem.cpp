@@ -6,7 +6,9 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(svgtoolCategory, "svgtool")
+// Off until a host's filter rules or QT_LOGGING_RULES switch it on: what a library prints without
+// being asked ends up among the messages of its host.
+Q_LOGGING_CATEGORY(svgtoolCategory, "svgtool", QtFatalMsg)
 
 void writeDebug(const std::string &line)
 {

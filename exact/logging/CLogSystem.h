@@ -25,8 +25,9 @@ namespace basic_logging {
 /// Takes the finished lines of one level.
 ///
 /// By default a line goes to the Qt logging category "svgtool": trace lines as debug messages,
-/// info, warning and fatal lines as info, warning and critical messages. Whether a line is kept
-/// is thus decided by Qt's filter rules or by the sink, never by the code that wrote it.
+/// info, warning and fatal lines as info, warning and critical messages. The category is off until
+/// Qt's filter rules switch it on. Whether a line is kept is thus decided by them or by the sink,
+/// never by the code that wrote it.
 /// @note All members may be called from any thread.
 class BASIC_LOGGING_EXPORT LevelOutput
 {

@@ -2,6 +2,7 @@
 
 #include "core/fonts/FontEngine.h"
 #include "exact/logging/TraceScope.h"
+#include "exact/platform/QtText.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,7 +14,7 @@ static constexpr char kTraceUnit[] = ".\\PlatformDependent.cpp";
 qint32 WIN_GetActualHeight(qint32 height, const QString &faceName, qint32 weight)
 {
     SVGTOOL_TRACE("WIN_GetActualHeight");
-    const FontMetrics metrics = fontMetrics(faceName, weight, height);
+    const FontMetrics metrics = fontMetrics(unitsOf(faceName), weight, height);
     using Limits = std::numeric_limits<qint32>;
     const qint64 result = qint64{ height } - metrics.externalLeading - metrics.internalLeading;
     return static_cast<qint32>(std::clamp<qint64>(result, Limits::min(), Limits::max()));
@@ -22,15 +23,15 @@ qint32 WIN_GetActualHeight(qint32 height, const QString &faceName, qint32 weight
 qint32 WIN_GetFontDescent(qint32 height, const QString &faceName, qint32 weight)
 {
     SVGTOOL_TRACE("WIN_GetFontDescent");
-    return fontMetrics(faceName, weight, height).descent;
+    return fontMetrics(unitsOf(faceName), weight, height).descent;
 }
 
 bool WIN32_GetTextDimensions(qint32 &textHeight, qint32 &textWidth, qint32 &descent,
                              const TextDescription &description)
 {
     SVGTOOL_TRACE("WIN32_GetTextDimensions");
-    const TextExtent extent = textExtent(description.text, description.faceName, description.weight,
-                                         description.height);
+    const TextExtent extent = textExtent(unitsOf(description.text), unitsOf(description.faceName),
+                                         description.weight, description.height);
     textHeight = extent.height;
     textWidth = extent.width;
     descent = extent.font.descent;
@@ -48,7 +49,7 @@ qint32 WIN_GetFontinPoints(qint32 pixels)
 QString WIN_GetTextOfGlyphs(const QString &glyphs, const QString &faceName, qint32 weight)
 {
     SVGTOOL_TRACE("WIN_GetTextOfGlyphs");
-    return textOfGlyphs(glyphs, faceName, weight);
+    return toQString(textOfGlyphs(unitsOf(glyphs), unitsOf(faceName), weight));
 }
 
 } // namespace svgtool

@@ -1,6 +1,7 @@
 #include "exact/svg/SVGDisplay.h"
 
 #include "core/text/XmlEscape.h"
+#include "exact/svg/DocumentText.h"
 #include "exact/svg/SVGTokenizer.h"
 
 #include <algorithm>
@@ -158,7 +159,7 @@ namespace {
         QByteArray run(size_t expectedSize);
 
     private:
-        void write(std::string_view text) { appendBytes(m_out, text); }
+        void write(std::string_view text) { m_out.append(text); }
         void writeHead();
         void writeToken(const Token &token);
         void writeText(std::string_view text);
@@ -170,7 +171,7 @@ namespace {
         void writeReferences(std::string_view value);
         void writeEndTag(const Token &token);
         std::string_view closeElement();
-        void finish();
+        QByteArray finish();
 
         void separateStrays();
         void keepHairline();
@@ -180,18 +181,18 @@ namespace {
 
         SvgTokenizer m_tokens;
         const DisplayOptions &m_options;
-        QByteArray m_out;
+        DocumentText m_out;
         OpenElements m_open;
         IdTable m_ids;
         bool m_hasRoot = false;
         bool m_usesXlink = false;
         bool m_declaresXlink = false;
-        decltype(m_out.size()) m_rootEnd = 0; // where the attributes of the root end
+        int64_t m_rootEnd = 0; // where the attributes of the root end
     };
 
     QByteArray Rewriter::run(size_t expectedSize)
     {
-        m_out.reserve(static_cast<decltype(m_out.size())>(expectedSize));
+        m_out.reserve(static_cast<int64_t>(expectedSize));
         writeHead();
         bool isFirst = true;
         while (!m_hasRoot || !m_open.isEmpty()) {
@@ -203,8 +204,7 @@ namespace {
                 writeToken(token);
             isFirst = false;
         }
-        finish();
-        return std::move(m_out);
+        return finish();
     }
 
     void Rewriter::writeHead()
@@ -442,7 +442,7 @@ namespace {
         return name;
     }
 
-    void Rewriter::finish()
+    QByteArray Rewriter::finish()
     {
         if (!m_hasRoot) {
             m_tokens.attributes().clear();
@@ -453,10 +453,12 @@ namespace {
         if (!trimmedBlanks(m_tokens.rest()).empty())
             appendComment(m_out, m_tokens.rest());
         write("\n");
+        QByteArray document = m_out.take();
         if (m_usesXlink && !m_declaresXlink) {
             const std::string declaration = " xmlns:xlink=\"" + std::string(kXlinkNamespace) + '"';
-            m_out.insert(m_rootEnd, declaration.c_str());
+            document.insert(static_cast<decltype(document.size())>(m_rootEnd), declaration.c_str());
         }
+        return document;
     }
 
 } // namespace

@@ -113,7 +113,7 @@ bool CMySVGWriter::DrawLineTo(qint32 x, qint32 y, const StyleText &style)
     return true;
 }
 
-void CMySVGWriter::GetPointsString(std::span<const POINTL> points, TextBuffer &text) const
+void CMySVGWriter::GetPointsString(std::span<const POINTL> points, DocumentText &text) const
 {
     SVGTOOL_TRACE("CMySVGWriter::GetPointsString");
     for (const POINTL &point : points)

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "core/base/TextBuffer.h"
 #include "core/raster/BitmapTransfer.h"
 #include "core/raster/Png.h"
 #include "core/raster/RasterOperation.h"
 #include "core/records/RecordResult.h"
 #include "exact/style/StyleMgr.h"
+#include "exact/svg/DocumentText.h"
 
 #include <QString>
 
@@ -62,7 +62,7 @@ public:
     /// Ends the group of the transform in force; the interpreter does it before Close.
     bool EndWorldTransform();
     /// Appends the points as the value of a "points" attribute, line feed included.
-    void GetPointsString(std::span<const POINTL> points, TextBuffer &text) const;
+    void GetPointsString(std::span<const POINTL> points, DocumentText &text) const;
 
     /// An elliptic arc from start to end.
     /// @param rotation  of the ellipse's x axis, in degrees
@@ -93,7 +93,7 @@ public:
     bool AbortPath();
     /// Appends path data of one closed figure of the first @p count points. The first point is used
     /// even when the count is 0; where there is none, it is 0,0.
-    void GetPathString(std::span<const POINTL> points, quint32 count, TextBuffer &text) const;
+    void GetPathString(std::span<const POINTL> points, quint32 count, DocumentText &text) const;
     /// Collects a closed figure, made as GetPathString does.
     bool AddToPath(std::span<const POINTL> points, quint32 count);
     /// Collects path data as they stand.
@@ -134,7 +134,7 @@ public:
                   qint32 frameHeight);
 
     /// @p text with "&", "<" and ">" replaced by entities.
-    static QString ConvertToValidXML(QString text);
+    static QString ConvertToValidXML(const QString &text);
     /// Sets the alignment of texts to their reference points ([MS-WMF] 2.1.2.3).
     bool SetTextAlign(quint32 mode);
     /// Measures @p text in the current font.
@@ -186,7 +186,7 @@ public:
 private:
     static constexpr char kQ[] = "\" "; ///< closes an attribute value
 
-    /// Writes @p pieces, as TextBuffer takes them, one after the other, then a line feed.
+    /// Writes @p pieces, as DocumentText takes them, one after the other, then a line feed.
     template<class... Piece>
     void writeLine(const Piece &...pieces)
     {
@@ -218,11 +218,11 @@ private:
     }
 
     StyleText m_fallbackStyle;
-    TextBuffer m_document;
+    DocumentText m_document;
     POINTL m_current{}; ///< current position
     POINTL m_figureStart{};
-    TextBuffer m_path; ///< path data collected
-    TextBuffer m_figure; ///< path data of one figure while it is made; kept for its room
+    DocumentText m_path; ///< path data collected
+    DocumentText m_figure; ///< path data of one figure while it is made; kept for its room
     bool m_isInPath = false;
     bool m_isInTransform = false; ///< a transform's group is open
     bool m_clipActive = false;

@@ -91,20 +91,20 @@ bool CMySVGWriter::FillPath()
 }
 
 // One step of path data: a letter and a point.
-static void addStep(TextBuffer &text, char letter, const POINTL &point)
+static void addStep(DocumentText &text, char letter, const POINTL &point)
 {
     text.append(' ', letter, point.x, ',', point.y, ' ');
 }
 
 // A curve of path data: its three points.
-static void addCurve(TextBuffer &text, std::span<const POINTL, 3> points)
+static void addCurve(DocumentText &text, std::span<const POINTL, 3> points)
 {
     text.append(" C", points[0].x, ',', points[0].y, ' ', points[1].x, ',', points[1].y, ' ',
                 points[2].x, ',', points[2].y, ' ');
 }
 
 void CMySVGWriter::GetPathString(std::span<const POINTL> points, quint32 count,
-                                 TextBuffer &text) const
+                                 DocumentText &text) const
 {
     SVGTOOL_TRACE("CMySVGWriter::GetPathString");
     // Quirk: a figure of no points takes what stands in their place.

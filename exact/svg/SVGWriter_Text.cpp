@@ -5,6 +5,7 @@
 #include "exact/platform/PlatformDependent.h"
 #include "exact/style/XmlText.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace svgtool {
@@ -22,13 +23,43 @@ static constexpr quint32 kBaseline = 24;
 
 static constexpr qint32 kTransparent = 1;
 
-QString CMySVGWriter::ConvertToValidXML(QString text)
+// The text with other texts in place of the units that replacementOf(unit) gives one for.
+// QString::replace would move all that follows for every thousand units that it finds.
+template<class Function>
+static QString replaced(const QString &text, Function replacementOf)
+{
+    const auto isReplaced = [&](QChar unit) { return replacementOf(unit.unicode()).size() > 0; };
+    const QChar *done = text.constData();
+    const QChar *const end = done + text.size();
+    const QChar *next = std::find_if(done, end, isReplaced);
+    if (next == end)
+        return text;
+    QString result;
+    result.reserve(text.size() + text.size() / 4);
+    for (; next != end; next = std::find_if(done, end, isReplaced)) {
+        result.append(done, static_cast<decltype(text.size())>(next - done));
+        result += replacementOf(next->unicode());
+        done = next + 1;
+    }
+    result.append(done, static_cast<decltype(text.size())>(end - done));
+    return result;
+}
+
+QString CMySVGWriter::ConvertToValidXML(const QString &text)
 {
     SVGTOOL_TRACE("CMySVGWriter::ConvertToValidXML");
-    text.replace(QLatin1Char('&'), QLatin1String("&amp;"));
-    text.replace(QLatin1Char('<'), QLatin1String("&lt;"));
-    text.replace(QLatin1Char('>'), QLatin1String("&gt;"));
-    return text;
+    return replaced(text, [](char16_t unit) {
+        switch (unit) {
+        case u'&':
+            return QLatin1String("&amp;");
+        case u'<':
+            return QLatin1String("&lt;");
+        case u'>':
+            return QLatin1String("&gt;");
+        default:
+            return QLatin1String();
+        }
+    });
 }
 
 bool CMySVGWriter::SetTextAlign(quint32 mode)
@@ -43,8 +74,9 @@ TextDimensions CMySVGWriter::GetTextDimensions(const QString &text) const
     SVGTOOL_TRACE("CMySVGWriter::GetTextDimensions");
     TextDescription description;
     // An ampersand is a prefix to what measures, and a character to what draws.
-    description.text = text;
-    description.text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    description.text = replaced(text, [](char16_t unit) {
+        return unit == u'&' ? QLatin1String("&&") : QLatin1String();
+    });
     description.faceName = m_styles.fontFace();
     description.weight = m_styles.fontWeight();
     // The size is a character height, which a negative number means there.

@@ -1,8 +1,9 @@
 #include "exact/wmf/Wmf2SVG.h"
 
-#include "core/text/TextDecoding.h"
+#include "core/text/CharacterSet.h"
 #include "exact/logging/TraceScope.h"
 #include "exact/platform/PlatformDependent.h"
+#include "exact/platform/QtText.h"
 #include "exact/records/BEndTools.h"
 
 #include <algorithm>
@@ -36,7 +37,8 @@ qint32 WMF2SVGConverter::OnMetaExtTextOut(char *record, quint32 size)
     if (!rest)
         return 0;
     const qint64 count = std::min<qint64>(static_cast<quint16>(textOut.cChars), rest->size);
-    const QString text = decodeText({ rest->data, count }, m_writer.styles().fontCharSet());
+    const QString text =
+            toQString(decodeText({ rest->data, count }, m_writer.styles().fontCharSet()));
     m_writer.SmallTextOut(text, MapX(textOut.ptReference.x),
                           MapY(textOut.ptReference.y) + textAscent(),
                           m_writer.styles().GetCurrTextStyle());

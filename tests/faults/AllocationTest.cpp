@@ -1,8 +1,9 @@
 #include "faults/Allocator.h"
 
 #include "exact/svgtool/SVGTool.h"
-#include "support/Corpus.h"
 #include "unit/Cases.h"
+
+#include <CLogSystem.h>
 
 #include <optional>
 
@@ -24,13 +25,12 @@ namespace {
                 .build();
     }
 
-    // Its font is one of symbols: Qt leaves other 8-bit texts to ICU and does not say whether that
-    // lacked the encoding or the memory.
+    // Its font is Japanese, which takes a decoder for pairs of bytes.
     QByteArray smallWmf()
     {
-        return wmf("pen 1 3 0 0xFF 0; brush 2 0xFF 0 3; font 12 0 0 0 700 0 0x0200 0 0 \"Face\";"
+        return wmf("pen 1 3 0 0xFF 0; brush 2 0xFF 0 3; font 12 0 0 0 700 0 0x8000 0 0 \"Face\";"
                    "select 0; select 1; select 2; polyPolygon 2 3 2 1 2 3 4 5 6 7 8 9 10;"
-                   "text 5 6 4 0 x613ce07a; line 30 40",
+                   "text 5 6 4 0 x613c93fa; line 30 40",
                    WmfBuilder().placeable(0, 0, 100, 50, 96))
                 .build();
     }
@@ -128,7 +128,6 @@ namespace {
 
     TEST(AllocationFailure, LeavesNothingBehind)
     {
-        const SilentLogs silence;
         for (const Scarcity scarcity : { Scarcity::OneCall, Scarcity::EveryCallFromThere }) {
             SCOPED_TRACE(scarcity == Scarcity::OneCall ? "of one call" : "from one call on");
             expectNothingLeft({ smallEmf(), SvgToolEmfConverted, scarcity });
@@ -143,7 +142,21 @@ namespace {
         std::string line;
         basic_logging::infolevel.setSink([&line](const std::string &text) { line = text; });
         endLogLines("still here");
+        basic_logging::infolevel.setSink({});
         EXPECT_EQ(line, "still here ");
+    }
+
+    // Writing a text is linear work however many entities it takes.
+    TEST(LongText, IsNotMovedAgainAndAgain)
+    {
+        constexpr int kLetters = 1 << 20;
+        const TextRecord text{ 1, 2, QString(kLetters, QLatin1Char('&')) };
+        const QByteArray file = EmfBuilder().record(84, text.body()).build();
+        QByteArray svg;
+        const FailingAllocator watch(0, Scarcity::OneCall);
+        EXPECT_EQ(ConvertMetaFileToSVG(file, svg), SvgToolEmfConverted);
+        EXPECT_GT(svg.size(), 5 * kLetters);
+        EXPECT_LT(watch.bytesMoved(), 20U * kLetters);
     }
 
 } // namespace

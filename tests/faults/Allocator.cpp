@@ -11,6 +11,7 @@ struct State
     size_t failing = 0;
     size_t calls = 0;
     long held = 0;
+    size_t moved = 0;
 };
 static thread_local State state;
 
@@ -18,7 +19,7 @@ namespace svgtool::test {
 
 FailingAllocator::FailingAllocator(size_t failing, Scarcity scarcity)
 {
-    state = { true, scarcity == Scarcity::EveryCallFromThere, failing, 0, 0 };
+    state = { true, scarcity == Scarcity::EveryCallFromThere, failing };
 }
 
 FailingAllocator::~FailingAllocator()
@@ -34,6 +35,11 @@ void FailingAllocator::stopFailing()
 size_t FailingAllocator::calls() const
 {
     return state.calls;
+}
+
+size_t FailingAllocator::bytesMoved() const
+{
+    return state.moved;
 }
 
 long FailingAllocator::blocksHeld() const
@@ -70,6 +76,7 @@ void *__libc_calloc(size_t count, size_t size);
 void *__libc_realloc(void *block, size_t size);
 void *__libc_memalign(size_t alignment, size_t size);
 void __libc_free(void *block);
+void *__memmove_chk(void *to, const void *from, size_t size, size_t room);
 
 // These stand in for the C library's in the whole program, Qt and the C++ library included.
 void *malloc(size_t size)
@@ -109,5 +116,11 @@ void free(void *block)
     if (state.isWatching && block != nullptr)
         --state.held;
     __libc_free(block);
+}
+
+void *memmove(void *to, const void *from, size_t size)
+{
+    state.moved += size;
+    return __memmove_chk(to, from, size, size);
 }
 }

@@ -22,6 +22,8 @@ public:
     void stopFailing();
     /// Calls so far.
     size_t calls() const;
+    /// Bytes that memmove was asked for, as it is to put something into the middle of a text.
+    size_t bytesMoved() const;
     /// Blocks that were given and not taken back; a block from before that was taken back counts
     /// as minus one.
     long blocksHeld() const;

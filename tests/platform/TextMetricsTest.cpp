@@ -2,6 +2,7 @@
 
 #include "core/fonts/FontEngine.h"
 #include "exact/platform/PlatformDependent.h"
+#include "exact/platform/QtText.h"
 
 #ifndef Q_OS_WIN
 #include "core/fonts/FontScaling.h"
@@ -49,7 +50,7 @@ TEST(HostileFont, JustReturns)
                                                 { text, name, weight, fontHeight }));
             EXPECT_TRUE(height >= 0 && width >= 0 && descent >= 0);
             EXPECT_EQ(descent, WIN_GetFontDescent(fontHeight, name, weight));
-            const FontMetrics metrics = fontMetrics(name, weight, fontHeight);
+            const FontMetrics metrics = fontMetrics(unitsOf(name), weight, fontHeight);
             EXPECT_EQ(WIN_GetActualHeight(fontHeight, name, weight),
                       std::max(qint64{ kMin },
                                qint64{ fontHeight } - metrics.internalLeading
@@ -60,15 +61,15 @@ TEST(HostileFont, JustReturns)
 // More names than are kept are neither mixed up nor remembered wrongly.
 TEST(FontNames, OfNoFontAllGiveTheSubstituteAndEndAtAZeroUnit)
 {
-    const qint32 width = textExtent("Weight", "Arial", 400, -40).width;
+    const qint32 width = textExtent(u"Weight", u"Arial", 400, -40).width;
     for (int i = 0; i < 300; ++i) {
         const QString unknown = QStringLiteral("No Such Face %1").arg(i % 150);
-        ASSERT_EQ(textExtent("Weight", unknown, 400, -40).width, width) << i;
+        ASSERT_EQ(textExtent(u"Weight", unitsOf(unknown), 400, -40).width, width) << i;
     }
     // Font records carry stray bytes behind the name.
-    const QString mono = QStringLiteral("DejaVu Sans Mono");
-    const QString stray = mono + QChar(u'\0') + QLatin1Char('#');
-    EXPECT_EQ(textExtent("iW", stray, 400, -40).width, textExtent("iW", mono, 400, -40).width);
+    using namespace std::string_view_literals;
+    EXPECT_EQ(textExtent(u"iW", u"DejaVu Sans Mono\0#"sv, 400, -40).width,
+              textExtent(u"iW", u"DejaVu Sans Mono", 400, -40).width);
 }
 
 #ifndef Q_OS_WIN

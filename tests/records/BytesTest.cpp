@@ -1,5 +1,6 @@
 #include "core/base/Bytes.h"
 #include "core/base/Numeric.h"
+#include "core/base/TextBuffer.h"
 #include "exact/records/RecordCopy.h"
 
 #include <gtest/gtest.h>
@@ -79,6 +80,17 @@ namespace {
         EXPECT_EQ(wrapMul(kMin32, -1), kMin32);
         EXPECT_EQ(wrapToInt16(0x12348001), -32767);
         EXPECT_EQ(wrapToInt16(32768), -32768);
+    }
+
+    TEST(TextBuffer, WritesUtf16AsUtf8AndUnpairedSurrogatesAsQuestionMarks)
+    {
+        TextBuffer text;
+        text.append(std::u16string_view(u"\u007F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF "));
+        text << std::u16string_view(u"\xDC00\xD800\xD800\xDC00\xD800x\xDBFF") << -12345 << 'y';
+        EXPECT_EQ(text.take(),
+                  "\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF "
+                  "??\U00010000?x?-12345y");
+        EXPECT_EQ(text.take(), "");
     }
 
 } // namespace

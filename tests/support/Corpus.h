@@ -1,7 +1,5 @@
 #pragma once
 
-#include <CLogSystem.h>
-
 #include <QByteArray>
 #include <QDirIterator>
 #include <QFile>
@@ -28,26 +26,5 @@ inline std::map<QString, QByteArray> metafilesBelow(std::initializer_list<const 
     }
     return files;
 }
-
-/// While it lives, nobody gets the log lines.
-class SilentLogs
-{
-public:
-    SilentLogs()
-    {
-        setSinks([](const std::string &) {});
-    }
-    ~SilentLogs() { setSinks({}); }
-    SilentLogs(const SilentLogs &) = delete;
-    SilentLogs &operator=(const SilentLogs &) = delete;
-
-private:
-    static void setSinks(const basic_logging::LevelOutput::Sink &sink)
-    {
-        for (auto *level : { &basic_logging::tracelevel, &basic_logging::infolevel,
-                             &basic_logging::fatallevel, &basic_logging::warnlevel })
-            level->setSink(sink);
-    }
-};
 
 } // namespace svgtool::test

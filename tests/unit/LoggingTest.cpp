@@ -2,6 +2,8 @@
 #include "support/TestData.h"
 #include "unit/Cases.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 #include <regex>
 #include <sstream>
@@ -55,6 +57,25 @@ TEST(Trace, OffForAnyOtherLevel)
         EXPECT_EQ(linesOf(basic_logging::warnlevel, level, fail),
                   ".\\SVGTool.cpp\t\t Invalid EMF data \n");
     }
+}
+
+// What a library prints unasked ends up among its host's messages.
+TEST(Log, GoesNowhereByItself)
+{
+    static int printed;
+    const auto convertBoth = [] {
+        printed = 0;
+        convert(WmfBuilder().build()); // has two lines of information
+        convert(EmfBuilder().build() + '\0'); // has a warning
+        return printed;
+    };
+    const auto before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &) { ++printed; });
+    EXPECT_EQ(convertBoth(), 0);
+    QLoggingCategory::setFilterRules(QStringLiteral("svgtool.info=true"));
+    EXPECT_EQ(convertBoth(), 2);
+    QLoggingCategory::setFilterRules(QString());
+    qInstallMessageHandler(before);
 }
 
 TEST(Log, WmfSetUpIsInfoWhateverTheLevel)

@@ -4,19 +4,18 @@
 
 #include "core/fonts/FontEngine.h"
 
-#include <QString>
-
+#include <cstdint>
 #include <iostream>
 #include <sstream>
 #include <string>
 
-static QString readText(std::istream &in)
+static std::u16string readText(std::istream &in)
 {
     size_t size = 0;
     in >> size;
-    QString text;
-    for (ushort unit = 0; size_t(text.size()) < size && in >> unit;)
-        text.push_back(QChar(unit));
+    std::u16string text;
+    for (uint16_t unit = 0; text.size() < size && in >> unit;)
+        text.push_back(unit);
     return text;
 }
 
@@ -26,20 +25,20 @@ int main()
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream in(line);
         std::string kind;
-        qint32 weight = 0;
-        qint32 height = 0;
+        int32_t weight = 0;
+        int32_t height = 0;
         in >> kind >> weight >> height;
-        const QString face = readText(in);
-        const QString text = readText(in);
+        const std::u16string face = readText(in);
+        const std::u16string text = readText(in);
         if (!in)
             return 2;
         if (kind == "dpi") {
             std::cout << horizontalDpi();
         } else if (kind == "glyphs") {
-            const QString characters = textOfGlyphs(text, face, weight);
+            const std::u16string characters = textOfGlyphs(text, face, weight);
             std::cout << characters.size();
-            for (const QChar unit : characters)
-                std::cout << ' ' << unsigned{ unit.unicode() };
+            for (const char16_t unit : characters)
+                std::cout << ' ' << uint16_t{ unit };
         } else {
             const TextExtent extent = textExtent(text, face, weight, height);
             for (const FontMetrics &font : { fontMetrics(face, weight, height), extent.font })

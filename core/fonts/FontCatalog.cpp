@@ -1,0 +1,136 @@
+#include "core/fonts/FontCatalog.h"
+
+#include "core/base/TextBuffer.h"
+
+#include <algorithm>
+
+namespace svgtool {
+
+using Pattern = std::unique_ptr<FcPattern, Call<FcPatternDestroy>>;
+
+/// Stands in for the names that no installed font answers to.
+static constexpr std::u16string_view kSubstituteFace = u"Arial";
+
+FontCatalog::FontCatalog() : m_config(FcInitLoadConfigAndFonts())
+{
+    FT_Library library = nullptr;
+    if (FT_Init_FreeType(&library) == 0)
+        m_library.reset(library);
+}
+
+std::shared_ptr<FontFace> FontCatalog::face(std::u16string_view faceName, int32_t weight)
+{
+    constexpr int32_t kLastRegularWeight = 550;
+    constexpr size_t kLongestName = 31; // LF_FACESIZE of GDI without the final zero
+    const std::u16string_view name = faceName.substr(0, kLongestName);
+    return recall(name.empty() ? kSubstituteFace : name, weight > kLastRegularWeight);
+}
+
+std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, bool isBold)
+{
+    // Names come from files, so the number kept is bounded, and with it that of the open faces.
+    constexpr size_t kMostEntries = 64;
+    const auto known = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
+        return entry.isBold == isBold && entry.name == name;
+    });
+    if (known != m_entries.end()) {
+        std::rotate(m_entries.begin(), known, known + 1);
+        return m_entries.front().face;
+    }
+    Entry entry{ std::u16string(name), isBold, find(name, isBold) };
+    if (m_entries.size() >= kMostEntries)
+        m_entries.pop_back();
+    return m_entries.insert(m_entries.begin(), std::move(entry))->face;
+}
+
+std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, bool isBold)
+{
+    if (const auto file = locate(name, isBold)) {
+        if (auto face = open(*file))
+            return face;
+    }
+    return name == kSubstituteFace ? nullptr : recall(kSubstituteFace, isBold);
+}
+
+// fontconfig takes a quarter of a millisecond for a name, and a file may use more names in turn
+// than faces are kept open. Their number is bounded too.
+std::optional<FontFile> FontCatalog::locate(std::u16string_view name, bool isBold)
+{
+    constexpr size_t kMostNames = 4096;
+    const std::pair key(std::u16string(name), isBold);
+    if (const auto known = m_files.find(key); known != m_files.end())
+        return known->second;
+    if (m_files.size() >= kMostNames)
+        m_files.clear();
+    return m_files[key] = match(name, isBold);
+}
+
+std::shared_ptr<FontFace> FontCatalog::open(const FontFile &file)
+{
+    const auto same = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
+        return entry.face && entry.face->file() == file;
+    });
+    if (same != m_entries.end())
+        return same->face;
+
+    FT_Face opened = nullptr;
+    if (!m_library || FT_New_Face(m_library.get(), file.path.c_str(), file.index, &opened) != 0)
+        return nullptr;
+    return std::make_shared<FontFace>(file, OpenFace(opened));
+}
+
+// Whether the font that was found has the family name asked for, or one that the configuration
+// puts in its place for having the same metrics. Such names are bound as strongly as the one
+// asked for; the families that fontconfig falls back to for want of better are bound weakly.
+static bool answersTo(FcPattern *font, FcPattern *asked)
+{
+    FcValue family{};
+    FcValueBinding binding{};
+    for (int i = 0;
+         FcPatternGetWithBinding(asked, FC_FAMILY, i, &family, &binding) == FcResultMatch; ++i) {
+        FcChar8 *name = nullptr;
+        for (int j = 0; binding != FcValueBindingWeak && family.type == FcTypeString
+             && FcPatternGetString(font, FC_FAMILY, j, &name) == FcResultMatch;
+             ++j) {
+            if (FcStrCmpIgnoreCase(family.u.s, name) == 0)
+                return true;
+        }
+    }
+    return false;
+}
+
+// As GDI takes the substitute face for any name it does not know, whatever fontconfig would
+// offer for it, only a font that answers to the name will do; for the substitute itself any will.
+std::optional<FontFile> FontCatalog::match(std::u16string_view name, bool isBold) const
+{
+    const Pattern asked(FcPatternCreate());
+    if (!m_config || !asked)
+        return std::nullopt;
+    TextBuffer family;
+    family.append(name, '\0'); // which fontconfig reads up to
+    FcPatternAddString(asked.get(), FC_FAMILY,
+                       reinterpret_cast<const FcChar8 *>(family.view().data()));
+    FcPatternAddInteger(asked.get(), FC_WEIGHT, isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+    FcPatternAddInteger(asked.get(), FC_SLANT, FC_SLANT_ROMAN);
+    FcPatternAddInteger(asked.get(), FC_WIDTH, FC_WIDTH_NORMAL);
+    FcPatternAddBool(asked.get(), FC_SCALABLE, FcTrue);
+    FcPatternAddBool(asked.get(), FC_VARIABLE, FcFalse); // rather its instances of fixed weight
+    FcConfigSubstitute(m_config.get(), asked.get(), FcMatchPattern);
+    // The user's language would make the choice of a font differ from one locale to the next.
+    FcPatternDel(asked.get(), FC_LANG);
+
+    FcResult result = FcResultNoMatch;
+    const Pattern font(FcFontMatch(m_config.get(), asked.get(), &result));
+    FcChar8 *path = nullptr;
+    FontFile file;
+    if (!font || FcPatternGetString(font.get(), FC_FILE, 0, &path) != FcResultMatch
+        || FcPatternGetInteger(font.get(), FC_INDEX, 0, &file.index) != FcResultMatch)
+        return std::nullopt;
+    if (name != kSubstituteFace && !answersTo(font.get(), asked.get()))
+        return std::nullopt;
+    file.index &= 0x7FFFFFFF; // above the number of the face is that of a variable font's instance
+    file.path = reinterpret_cast<const char *>(path);
+    return file;
+}
+
+} // namespace svgtool

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/fonts/FontScaling.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace svgtool {
+
+/// Calls a function of a C library on what it is to free.
+template<auto function>
+struct Call
+{
+    template<class T>
+    void operator()(T *object) const
+    {
+        function(object);
+    }
+};
+
+using OpenFace = std::unique_ptr<FT_FaceRec_, Call<FT_Done_Face>>;
+
+/// Where a face is.
+struct FontFile
+{
+    std::string path;
+    int index = 0;
+
+    bool operator==(const FontFile &) const = default;
+};
+
+/// An open font file. What it keeps is bounded whatever texts are measured with it.
+/// @note Not to be used by two threads at a time, as all of FreeType.
+class FontFace
+{
+public:
+    FontFace(FontFile file, OpenFace face);
+
+    const FontFile &file() const { return m_file; }
+    const FontTables &tables() const { return m_tables; }
+    /// In font units, 0 to 65535.
+    int32_t advance(char16_t unit);
+    /// As svgtool::textOfGlyphs.
+    std::u16string textOfGlyphs(std::u16string_view glyphs);
+
+private:
+    struct KnownAdvance
+    {
+        bool isKnown = false;
+        char16_t unit = 0;
+        uint16_t advance = 0;
+    };
+
+    FT_UInt glyphIndex(char16_t unit) const;
+    uint16_t readAdvance(char16_t unit) const;
+    void readCharacters();
+
+    FontFile m_file;
+    OpenFace m_face;
+    FontTables m_tables;
+    std::array<KnownAdvance, 1024> m_advances; // a unit's place is its remainder
+    std::vector<char16_t> m_characters; // by glyph number, 0 for none; filled when first needed
+};
+
+} // namespace svgtool

@@ -1,0 +1,357 @@
+#include "core/text/CharacterSet.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <iterator>
+#include <mutex>
+#include <new>
+#include <string_view>
+
+namespace svgtool {
+
+namespace {
+
+    // Character sets that are spoken of below.
+    constexpr uint8_t kAnsi = 0;
+    constexpr uint8_t kSymbol = 2;
+    constexpr uint8_t kMac = 77;
+    constexpr uint8_t kShiftJis = 128;
+    constexpr uint8_t kHangul = 129;
+    constexpr uint8_t kGb2312 = 134;
+    constexpr uint8_t kChineseBig5 = 136;
+    constexpr uint8_t kGreek = 161;
+    constexpr uint8_t kThai = 222;
+
+    struct Encoding
+    {
+        uint8_t charSet;
+        const char *name; ///< as iconv knows it
+    };
+    constexpr Encoding kEncodings[] = {
+        { kAnsi, "CP1252" },  { kMac, "MACINTOSH" }, { kShiftJis, "CP932" },
+        { kHangul, "CP949" }, { kGb2312, "CP936" },  { kChineseBig5, "CP950" },
+        { kGreek, "CP1253" }, { 162, "CP1254" }, // TURKISH_CHARSET
+        { 163, "CP1258" }, // VIETNAMESE_CHARSET
+        { 177, "CP1255" }, // HEBREW_CHARSET
+        { 178, "CP1256" }, // ARABIC_CHARSET
+        { 186, "CP1257" }, // BALTIC_CHARSET
+        { 204, "CP1251" }, // RUSSIAN_CHARSET
+        { kThai, "CP874" },   { 238, "CP1250" }, // EASTEUROPE_CHARSET
+    };
+
+    // Documents were made with ICU's tables before iconv's were used, and must not change. They
+    // differ in the three tables that follow, and in that ICU keeps the bytes 80 to 9F that an
+    // encoding leaves undefined as controls.
+
+    struct Byte
+    {
+        uint8_t charSet;
+        uint8_t byte;
+        char16_t unit;
+    };
+    constexpr Byte kBytes[] = {
+        { kMac, 0xC6, 0x2206 }, // increment, not the letter delta
+        { kMac, 0xF0, 0xF8FF }, // the maker's sign
+        // IBM's order of three controls, and their substitute for what is undefined
+        { kShiftJis, 0x1A, 0x001C },
+        { kShiftJis, 0x1C, 0x007F },
+        { kShiftJis, 0x7F, 0x001A },
+        { kShiftJis, 0x80, 0x001A },
+        { kShiftJis, 0xA0, 0x001A },
+        { kShiftJis, 0xFD, 0x001A },
+        { kShiftJis, 0xFE, 0x001A },
+        { kShiftJis, 0xFF, 0x001A },
+        // undefined bytes that have a place in the private-use area, or are themselves
+        { kHangul, 0xFF, 0xF8F7 },
+        { kGb2312, 0xFF, 0xF8F5 },
+        { kChineseBig5, 0xFF, 0xF8F8 },
+        { kGreek, 0xAA, 0x00AA },
+        { kThai, 0xDB, 0xF8C1 },
+        { kThai, 0xDC, 0xF8C2 },
+        { kThai, 0xDD, 0xF8C3 },
+        { kThai, 0xDE, 0xF8C4 },
+        { kThai, 0xFC, 0xF8C5 },
+        { kThai, 0xFD, 0xF8C6 },
+        { kThai, 0xFE, 0xF8C7 },
+        { kThai, 0xFF, 0xF8C8 },
+    };
+
+    /// Rows of pairs that an encoding leaves to its users, and the first unit of theirs, which
+    /// follow one another row by row.
+    struct UserArea
+    {
+        uint8_t charSet;
+        uint8_t firstLead, lastLead;
+        uint8_t firstTrail, lastTrail;
+        char16_t first;
+    };
+    constexpr UserArea kUserAreas[] = {
+        { kHangul, 0xC9, 0xC9, 0xA1, 0xFE, 0xE000 },
+        { kHangul, 0xFE, 0xFE, 0xA1, 0xFE, 0xE05E },
+        { kGb2312, 0xAA, 0xAF, 0xA1, 0xFE, 0xE000 },
+        { kGb2312, 0xF8, 0xFE, 0xA1, 0xFE, 0xE234 },
+        { kGb2312, 0xA1, 0xA7, 0x40, 0xA0, 0xE4C6 },
+        // the holes among the characters of GBK, one behind the other
+        { kGb2312, 0xA2, 0xA2, 0xAB, 0xB0, 0xE766 },
+        { kGb2312, 0xA2, 0xA2, 0xE3, 0xE4, 0xE76C },
+        { kGb2312, 0xA2, 0xA2, 0xEF, 0xF0, 0xE76E },
+        { kGb2312, 0xA2, 0xA2, 0xFD, 0xFE, 0xE770 },
+        { kGb2312, 0xA4, 0xA4, 0xF4, 0xFE, 0xE772 },
+        { kGb2312, 0xA5, 0xA5, 0xF7, 0xFE, 0xE77D },
+        { kGb2312, 0xA6, 0xA6, 0xB9, 0xC0, 0xE785 },
+        { kGb2312, 0xA6, 0xA6, 0xD9, 0xDF, 0xE78D },
+        { kGb2312, 0xA6, 0xA6, 0xEC, 0xED, 0xE794 },
+        { kGb2312, 0xA6, 0xA6, 0xF3, 0xF3, 0xE796 },
+        { kGb2312, 0xA6, 0xA6, 0xF6, 0xFE, 0xE797 },
+        { kGb2312, 0xA7, 0xA7, 0xC2, 0xD0, 0xE7A0 },
+        { kGb2312, 0xA7, 0xA7, 0xF2, 0xFE, 0xE7AF },
+        { kGb2312, 0xA8, 0xA8, 0x96, 0xA0, 0xE7BC },
+        { kGb2312, 0xA8, 0xA8, 0xBC, 0xBC, 0xE7C7 },
+        { kGb2312, 0xA8, 0xA8, 0xBF, 0xBF, 0xE7C8 },
+        { kGb2312, 0xA8, 0xA8, 0xC1, 0xC4, 0xE7C9 },
+        { kGb2312, 0xA8, 0xA8, 0xEA, 0xFE, 0xE7CD },
+        { kGb2312, 0xA9, 0xA9, 0x58, 0x58, 0xE7E2 },
+        { kGb2312, 0xA9, 0xA9, 0x5B, 0x5B, 0xE7E3 },
+        { kGb2312, 0xA9, 0xA9, 0x5D, 0x5F, 0xE7E4 },
+        { kGb2312, 0xA9, 0xA9, 0x89, 0x95, 0xE7E7 },
+        { kGb2312, 0xA9, 0xA9, 0x97, 0xA3, 0xE7F4 },
+        { kGb2312, 0xA9, 0xA9, 0xF0, 0xFE, 0xE801 },
+        { kGb2312, 0xD7, 0xD7, 0xFA, 0xFE, 0xE810 },
+        { kGb2312, 0xFE, 0xFE, 0x50, 0xA0, 0xE815 },
+        { kChineseBig5, 0xFA, 0xFE, 0x40, 0xFE, 0xE000 },
+        { kChineseBig5, 0x8E, 0xA0, 0x40, 0xFE, 0xE311 },
+        { kChineseBig5, 0x81, 0x8D, 0x40, 0xFE, 0xEEB8 },
+    };
+
+    constexpr char16_t kNoCharacter = 0xFFFD;
+    constexpr char16_t kNotAsked = 0xFFFF; // which no character set has
+
+    uint8_t byteOf(char character)
+    {
+        return static_cast<uint8_t>(character);
+    }
+
+    bool isIn(uint8_t byte, uint8_t first, uint8_t last)
+    {
+        return first <= byte && byte <= last;
+    }
+
+    // What a pair stands for that iconv does not know.
+    char16_t userUnit(uint8_t charSet, uint8_t lead, uint8_t trail)
+    {
+        // Bytes from here on are not among the trails of a row.
+        constexpr uint8_t kGap = 0x7F;
+        const int gapSize = charSet == kChineseBig5 ? 0xA1 - kGap : 1;
+        const auto place = [gapSize](uint8_t from, int to) {
+            return to - from - (from < kGap && to > kGap ? gapSize : 0);
+        };
+        if (isIn(trail, kGap, static_cast<uint8_t>(kGap + gapSize - 1)))
+            return kNoCharacter;
+        for (const UserArea &area : kUserAreas) {
+            if (area.charSet != charSet || !isIn(lead, area.firstLead, area.lastLead)
+                || !isIn(trail, area.firstTrail, area.lastTrail))
+                continue;
+            const int row = (lead - area.firstLead) * place(area.firstTrail, area.lastTrail + 1);
+            return static_cast<char16_t>(area.first + row + place(area.firstTrail, trail));
+        }
+        return kNoCharacter;
+    }
+
+    /// Decodes one character set; keeps what iconv needs for it. Not for two threads at a time.
+    class Decoder
+    {
+    public:
+        Decoder() = default;
+        ~Decoder()
+        {
+            if (m_isOpen)
+                iconv_close(m_iconv);
+        }
+        Decoder(const Decoder &) = delete;
+        Decoder &operator=(const Decoder &) = delete;
+
+        /// False when the system lacks the encoding.
+        bool open(const Encoding &encoding);
+        std::u16string decode(std::string_view bytes);
+
+    private:
+        bool isLead(char character) const;
+        bool isTrail(char character) const;
+        char16_t single(char character);
+        char16_t readSingle(char character);
+        bool convert(std::string_view &bytes, std::u16string &text);
+        void decodePairs(std::string_view bytes, std::u16string &text);
+
+        uint8_t m_charSet = 0;
+        bool m_hasPairs = false;
+        bool m_isOpen = false;
+        iconv_t m_iconv{};
+        std::array<char16_t, 256> m_singles{};
+    };
+
+} // namespace
+
+bool Decoder::open(const Encoding &encoding)
+{
+    if (m_isOpen)
+        return true;
+    constexpr bool isLittle = std::endian::native == std::endian::little;
+    m_iconv = iconv_open(isLittle ? "UTF-16LE" : "UTF-16BE", encoding.name);
+    if (m_iconv == iconv_t(-1)) {
+        if (errno == ENOMEM)
+            throw std::bad_alloc();
+        return false;
+    }
+    m_isOpen = true;
+    m_charSet = encoding.charSet;
+    m_hasPairs = m_charSet >= kShiftJis && m_charSet <= kChineseBig5;
+    m_singles.fill(kNotAsked);
+    for (char16_t unit = 0; unit < 0x80; ++unit)
+        m_singles[unit] = unit;
+    for (const Byte &each : kBytes)
+        if (each.charSet == m_charSet)
+            m_singles[each.byte] = each.unit;
+    return true;
+}
+
+bool Decoder::isLead(char character) const
+{
+    const uint8_t byte = byteOf(character);
+    if (m_charSet == kShiftJis)
+        return isIn(byte, 0x81, 0x9F) || isIn(byte, 0xE0, 0xFC);
+    return m_hasPairs && isIn(byte, 0x81, 0xFE);
+}
+
+bool Decoder::isTrail(char character) const
+{
+    const uint8_t byte = byteOf(character);
+    return isIn(byte, 0x40, m_charSet == kShiftJis ? 0xFC : 0xFE) && byte != 0x7F;
+}
+
+// Converts from the front of the bytes until they, the room or the characters that iconv knows are
+// used up, and takes those away. True when the last was the reason.
+bool Decoder::convert(std::string_view &bytes, std::u16string &text)
+{
+    char16_t units[256];
+    char *in = const_cast<char *>(bytes.data()); // iconv reads it only
+    size_t inLeft = bytes.size();
+    char *out = reinterpret_cast<char *>(units);
+    size_t outLeft = sizeof units;
+    const bool isStuck =
+            iconv(m_iconv, &in, &inLeft, &out, &outLeft) == size_t(-1) && errno != E2BIG;
+    // Some encodings hold a letter back until they know whether an accent follows.
+    iconv(m_iconv, nullptr, nullptr, &out, &outLeft);
+    text.append(units, (sizeof units - outLeft) / sizeof *units);
+    bytes.remove_prefix(bytes.size() - inLeft);
+    return isStuck;
+}
+
+char16_t Decoder::readSingle(char character)
+{
+    std::string_view byte(&character, 1);
+    std::u16string text;
+    if (!convert(byte, text) && text.size() == 1)
+        return text.front();
+    return isIn(byteOf(character), 0x80, 0x9F) ? char16_t(byteOf(character)) : kNoCharacter;
+}
+
+char16_t Decoder::single(char character)
+{
+    char16_t &unit = m_singles[byteOf(character)];
+    if (unit == kNotAsked)
+        unit = readSingle(character);
+    return unit;
+}
+
+void Decoder::decodePairs(std::string_view bytes, std::u16string &text)
+{
+    while (!bytes.empty()) {
+        const size_t whole = text.size() + bytes.size() / 2;
+        const bool isStuck = convert(bytes, text);
+        if (text.size() + bytes.size() / 2 < whole) {
+            // glibc stops behind the pair A2 E8 of Korean instead of before it.
+            text += kNoCharacter;
+        } else if (isStuck && bytes.size() > 1) {
+            text += userUnit(m_charSet, byteOf(bytes[0]), byteOf(bytes[1]));
+            bytes.remove_prefix(2);
+        }
+    }
+}
+
+std::u16string Decoder::decode(std::string_view bytes)
+{
+    std::u16string text;
+    if (!m_hasPairs) {
+        text.resize(bytes.size());
+        std::transform(bytes.begin(), bytes.end(), text.begin(),
+                       [this](char character) { return single(character); });
+        return text;
+    }
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        size_t length = 0;
+        while (bytes.size() - length > 1 && isLead(bytes[length]) && isTrail(bytes[length + 1]))
+            length += 2;
+        if (length > 0) {
+            decodePairs(bytes.substr(0, length), text);
+        } else if (!isLead(bytes.front())) {
+            text += single(bytes.front());
+            length = 1;
+        } else if (bytes.size() > 1) {
+            text += m_charSet == kShiftJis ? char16_t(0x001A) : kNoCharacter;
+            length = 1;
+        } else {
+            break;
+        }
+        bytes.remove_prefix(length);
+    }
+    return text;
+}
+
+namespace {
+
+    /// The decoders that were used so far. To open one takes as long as to convert thousands of
+    /// characters, and a file may use another for each text.
+    struct Decoders
+    {
+        std::mutex mutex;
+        std::array<Decoder, std::size(kEncodings)> all;
+    };
+
+} // namespace
+
+// Made when first used; it goes with the library, so that unloading leaves nothing behind.
+static Decoders &decoders()
+{
+    static Decoders instance;
+    return instance;
+}
+
+std::u16string decodeText(ByteView bytes, uint8_t charSet)
+{
+    const std::string_view text(bytes.data, static_cast<size_t>(bytes.size));
+    std::u16string plain(text.size(), u'\0');
+    std::transform(text.begin(), text.end(), plain.begin(), [charSet](char character) {
+        return static_cast<char16_t>(byteOf(character) + (charSet == kSymbol ? 0xF000 : 0));
+    });
+    const bool isAscii = std::none_of(text.begin(), text.end(),
+                                      [](char character) { return byteOf(character) >= 0x80; });
+    if (charSet == kSymbol || (isAscii && charSet != kShiftJis))
+        return plain;
+
+    const auto *entry =
+            std::find_if(std::begin(kEncodings), std::end(kEncodings),
+                         [charSet](const Encoding &each) { return each.charSet == charSet; });
+    if (entry == std::end(kEncodings))
+        entry = std::begin(kEncodings);
+    Decoders &shared = decoders();
+    const std::lock_guard lock(shared.mutex);
+    Decoder &decoder = shared.all[static_cast<size_t>(entry - std::begin(kEncodings))];
+    return decoder.open(*entry) ? decoder.decode(text) : plain;
+}
+
+} // namespace svgtool

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "core/base/Bytes.h"
+
+#include <cstdint>
+#include <string>
+
+namespace svgtool {
+
+/// Decodes the 8-bit characters of a metafile's text.
+///
+/// What is no character becomes U+FFFD, or U+001A in Shift-JIS; half a character at the end is left
+/// out. Where the system lacks the encoding, the text is read as Latin-1.
+/// @param charSet  of the font that draws them ([MS-WMF] 2.1.1.5); one that is not known counts as
+///                 ANSI. Characters of symbol fonts go to the private-use range U+F000 to U+F0FF.
+/// @throws std::bad_alloc
+/// @note May be called from any thread; one decodes at a time, but for texts in ASCII.
+std::u16string decodeText(ByteView bytes, uint8_t charSet);
+
+} // namespace svgtool
