@@ -152,7 +152,6 @@ namespace {
 int main(int argc, char *argv[])
 {
     using namespace svgtool::bench;
-    const svgtool::test::SilentLogs silence;
     const std::pair<const char *, qint64 (*)(const Picture &)> writers[] = { { "qt", &writeWithQt },
                                                                              { "ours", &write } };
     for (const auto &[name, writePicture] : writers)
