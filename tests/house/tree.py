@@ -16,7 +16,7 @@ import tempfile
 INSTALLED = ["svgtool/SVGTool.h", "svg/SVGDisplay.h"]  # below exact/
 NO_CODE = "docs|scripts|cmake|build.*|out"
 WINDOWS_H = "FontEngine_Gdi.cpp"
-QT_VERSION_H = "QtCompat.h"
+QT_VERSION_H = "QtText.h"
 
 
 def table_of(root):
@@ -93,7 +93,7 @@ GOOD_TREE = {"docs/architecture.md": """
 | `samples/` | | installed headers |
 | `tests/` | | anything |
 """, "core/base/Bytes.h": "#include <cstdint>", "core/base/FontEngine_Gdi.cpp": "#include <windows.h>",
-             "exact/logging/CLogSystem.h": "#if 1", "exact/svg/QtCompat.h": "#if QT_VERSION >= 6",
+             "exact/logging/CLogSystem.h": "#if 1", "exact/svg/QtText.h": "#if QT_VERSION >= 6",
              "exact/svg/Writer.h": '#include "core/base/Bytes.h"\n#include <CLogSystem.h>',
              "exact/emf/Emf.h": '#include "exact/svg/Writer.h"', "exact/wmf/Wmf.h": "",
              "exact/emf/Good.cpp": '#include "Emf.h"', "exact/svg/SVGDisplay.h": "",
@@ -109,7 +109,7 @@ FAULTS = [
     ("core/base/Bad.h", '#include "../style/StyleMgr.h"', "hides its folder"),
     ("exact/emf/Bad.h", '#include "nowhere/Missing.h"', "no file of the tree"),
     ("core/base/Gdi.h", "#include <Windows.h>", "outside FontEngine_Gdi.cpp"),
-    ("exact/svg/Bad.cpp", "#ifdef QT_VERSION_MAJOR", "outside QtCompat.h"),
+    ("exact/svg/Bad.cpp", "#ifdef QT_VERSION_MAJOR", "outside QtText.h"),
     ("exact/New.cpp", "", "in no folder of the table"),
 ]
 
