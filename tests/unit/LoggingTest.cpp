@@ -3,9 +3,9 @@
 #include "unit/Cases.h"
 
 #include <QLoggingCategory>
+#include <QRegularExpression>
 
 #include <algorithm>
-#include <regex>
 #include <sstream>
 #include <vector>
 
@@ -17,17 +17,20 @@ namespace {
 // The calls that trace lines tell of, a blank before each, as in trace.txt.
 std::string callsOf(const std::string &lines)
 {
-    static const std::regex kLine(R"(\.\\(\w+)\.cpp\t\t (?:(Enter)|Exit) (\S+) )");
+    static const QRegularExpression form(
+            QStringLiteral(R"(\A\.\\(\w+)\.cpp\t\t (Enter|Exit) (\S+) \z)"));
     std::string calls;
     std::vector<std::string> open{ ":" };
     std::istringstream rest(lines);
     for (std::string line; std::getline(rest, line);) {
-        std::smatch part;
-        EXPECT_TRUE(std::regex_match(line, part, kLine)) << line;
-        const std::string name = part.str(1) + ':' + part.str(3);
-        const bool isOfCaller = part.str(1) == open.back().substr(0, open.back().find(':'));
-        if (part[2].matched) {
-            calls += ' ' + (isOfCaller ? part.str(3) : name) + '(';
+        const auto parts = form.match(QString::fromStdString(line));
+        EXPECT_TRUE(parts.hasMatch()) << line;
+        const std::string unit = parts.captured(1).toStdString();
+        const std::string function = parts.captured(3).toStdString();
+        const std::string name = unit + ':' + function;
+        if (parts.captured(2) == QLatin1String("Enter")) {
+            const bool isOfCaller = unit == open.back().substr(0, open.back().find(':'));
+            calls += ' ' + (isOfCaller ? function : name) + '(';
             open.push_back(name);
         } else {
             EXPECT_EQ(name, open.back());
