@@ -56,7 +56,7 @@ namespace {
                                          : header.compression == DibHeader::AlphaBitFields;
         header.masks = usualMasks(header.depth);
         if (hasFields) {
-            for (int i = 0; i < 3; ++i)
+            for (int64_t i = 0; i < 3; ++i)
                 header.masks[size_t(i)] = wordAt(info, kInfoHeader + i * 4);
         }
         if (hasAlpha && (header.depth == 32 || hasFields))

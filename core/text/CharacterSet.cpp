@@ -201,6 +201,7 @@ bool Decoder::open(const Encoding &encoding)
         return true;
     constexpr bool isLittle = std::endian::native == std::endian::little;
     m_iconv = iconv_open(isLittle ? "UTF-16LE" : "UTF-16BE", encoding.name);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): what POSIX says it gives when it fails
     if (m_iconv == iconv_t(-1)) {
         if (errno == ENOMEM)
             throw std::bad_alloc();

@@ -178,8 +178,10 @@ void OverlapQueue::updateFirsts(Index group)
 {
     Index node = static_cast<Index>(m_groups.size()) + group;
     m_firsts[node] = m_groups[group].first;
-    for (node /= 2; node > 0; node /= 2)
-        m_firsts[node] = earlier(m_firsts[2 * node], m_firsts[2 * node + 1]);
+    for (node /= 2; node > 0; node /= 2) {
+        const size_t left = size_t(2) * node;
+        m_firsts[node] = earlier(m_firsts[left], m_firsts[left + 1]);
+    }
 }
 
 void OverlapQueue::addToNode(Index node, Index index)

@@ -156,9 +156,9 @@ size_t SvgTokenizer::readAttribute(size_t at)
         return nameEnd;
     }
     size_t begin = skip(m_text, equals + 1, isXmlBlank);
-    size_t end = begin;
+    size_t end = 0;
     const char quote = characterAt(m_text, begin);
-    size_t after = begin;
+    size_t after = 0;
     if (quote == '"' || quote == '\'') {
         ++begin;
         end = m_text.find(quote, begin);
