@@ -27,7 +27,7 @@ std::vector<RecordTally::Line> RecordTally::lines() const
             const Count &count = entry.counts[i];
             if (count.count > 0)
                 lines.push_back({ entry.type, static_cast<RecordOutcome>(i), count.count,
-                                  count.firstOffset });
+                                  count.firstOffset, count.why });
         }
     }
     std::ranges::stable_sort(lines, {}, &Line::type);

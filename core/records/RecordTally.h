@@ -42,6 +42,7 @@ public:
         RecordOutcome outcome;
         uint64_t count;
         int64_t firstOffset; ///< in the file, of the first of them
+        const char *why; ///< what was said of the first of them; empty where nothing was
     };
     /// The record at which a walk ended.
     struct Stop
@@ -62,11 +63,14 @@ public:
         m_stop.record = record;
     }
     /// Counts the next record, @p bytes long. May throw std::bad_alloc.
-    void note(uint32_t type, RecordOutcome outcome, int64_t bytes)
+    /// @param why  a literal: why it has this outcome
+    void note(uint32_t type, RecordOutcome outcome, int64_t bytes, const char *why = "")
     {
         Count &count = countsOf(type)[size_t(outcome)];
-        if (count.count++ == 0)
+        if (count.count++ == 0) {
             count.firstOffset = m_stop.offset;
+            count.why = why;
+        }
         m_stop.offset += bytes;
         ++m_stop.record;
     }
@@ -83,6 +87,7 @@ private:
     {
         uint64_t count = 0;
         int64_t firstOffset = 0;
+        const char *why = "";
     };
     using Counts = std::array<Count, kRecordOutcomes>;
     struct Entry

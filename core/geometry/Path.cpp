@@ -1,0 +1,187 @@
+#include "core/geometry/Path.h"
+
+#include <algorithm>
+#include <limits>
+#include <numbers>
+
+namespace svgtool {
+
+RectD mapBounds(const Affine &transform, const RectD &rect)
+{
+    Path path;
+    path.addRect(rect);
+    path.transform(transform);
+    return path.bounds();
+}
+
+void Path::open()
+{
+    if (m_isOpen)
+        return;
+    m_verbs.push_back(Verb::Move);
+    m_points.push_back(m_current);
+    m_start = m_current;
+    m_isOpen = true;
+}
+
+void Path::moveTo(PointD point)
+{
+    // Of moves in a row only the last one counts.
+    if (!m_verbs.empty() && m_verbs.back() == Verb::Move) {
+        m_points.back() = point;
+    } else {
+        m_verbs.push_back(Verb::Move);
+        m_points.push_back(point);
+    }
+    m_current = m_start = point;
+    m_isOpen = true;
+}
+
+void Path::lineTo(PointD point)
+{
+    open();
+    m_verbs.push_back(Verb::Line);
+    m_points.push_back(point);
+    m_current = point;
+}
+
+void Path::curveTo(PointD control1, PointD control2, PointD end)
+{
+    open();
+    m_verbs.push_back(Verb::Curve);
+    m_points.insert(m_points.end(), { control1, control2, end });
+    m_current = end;
+}
+
+void Path::close()
+{
+    if (!m_isOpen)
+        return;
+    m_verbs.push_back(Verb::Close);
+    m_current = m_start;
+    m_isOpen = false;
+}
+
+void Path::append(const Path &other)
+{
+    m_verbs.insert(m_verbs.end(), other.m_verbs.begin(), other.m_verbs.end());
+    m_points.insert(m_points.end(), other.m_points.begin(), other.m_points.end());
+    m_current = other.m_current;
+    m_start = other.m_start;
+    m_isOpen = other.m_isOpen;
+}
+
+void Path::addRect(const RectD &rect)
+{
+    moveTo({ rect.left, rect.top });
+    lineTo({ rect.right, rect.top });
+    lineTo({ rect.right, rect.bottom });
+    lineTo({ rect.left, rect.bottom });
+    close();
+}
+
+void Path::addArc(PointD center, PointD radii, double start, double sweep)
+{
+    constexpr double kTurn = 2 * std::numbers::pi;
+    sweep = std::clamp(sweep, -kTurn, kTurn);
+    const auto at = [&](double angle) {
+        return PointD{ center.x + radii.x * std::cos(angle), center.y + radii.y * std::sin(angle) };
+    };
+    if (m_isOpen)
+        lineTo(at(start));
+    else
+        moveTo(at(start));
+    const int pieces = std::max(1, int(std::ceil(std::abs(sweep) / (kTurn / 4) - 1e-9)));
+    const double step = sweep / pieces;
+    const double reach = 4.0 / 3.0 * std::tan(step / 4);
+    for (int i = 0; i < pieces; ++i) {
+        const double from = start + step * i;
+        const double to = from + step;
+        const auto tangent = [&](double angle, double length) {
+            const PointD p = at(angle);
+            return PointD{ p.x - length * radii.x * std::sin(angle),
+                           p.y + length * radii.y * std::cos(angle) };
+        };
+        curveTo(tangent(from, reach), tangent(to, -reach), at(to));
+    }
+}
+
+void Path::addEllipse(PointD center, PointD radii)
+{
+    moveTo({ center.x + radii.x, center.y });
+    addArc(center, radii, 0, 2 * std::numbers::pi);
+    close();
+}
+
+void Path::transform(const Affine &matrix)
+{
+    for (PointD &point : m_points)
+        point = matrix.map(point);
+    m_current = matrix.map(m_current);
+    m_start = matrix.map(m_start);
+}
+
+// How many lines keep within the tolerance of a cubic: the second differences bound its bend.
+static int linesOfCurve(PointD p0, PointD p1, PointD p2, PointD p3, double tolerance)
+{
+    constexpr double kMost = 1000;
+    const double ax = std::fmax(std::abs(p0.x - 2 * p1.x + p2.x), std::abs(p1.x - 2 * p2.x + p3.x));
+    const double ay = std::fmax(std::abs(p0.y - 2 * p1.y + p2.y), std::abs(p1.y - 2 * p2.y + p3.y));
+    const double lines = std::ceil(std::sqrt(0.75 * std::hypot(ax, ay) / tolerance));
+    return lines >= 1 ? int(std::fmin(lines, kMost)) : 1;
+}
+
+Path Path::flattened(double tolerance) const
+{
+    Path path;
+    size_t next = 0;
+    for (const Verb verb : m_verbs) {
+        switch (verb) {
+        case Verb::Move:
+            path.moveTo(m_points[next++]);
+            break;
+        case Verb::Line:
+            path.lineTo(m_points[next++]);
+            break;
+        case Verb::Close:
+            path.close();
+            break;
+        case Verb::Curve: {
+            const PointD p0 = path.m_current;
+            const PointD p1 = m_points[next], p2 = m_points[next + 1], p3 = m_points[next + 2];
+            next += 3;
+            const int lines = linesOfCurve(p0, p1, p2, p3, tolerance);
+            for (int i = 1; i < lines; ++i) {
+                const double t = double(i) / lines;
+                const double u = 1 - t;
+                const double w0 = u * u * u, w1 = 3 * u * u * t, w2 = 3 * u * t * t, w3 = t * t * t;
+                path.lineTo({ w0 * p0.x + w1 * p1.x + w2 * p2.x + w3 * p3.x,
+                              w0 * p0.y + w1 * p1.y + w2 * p2.y + w3 * p3.y });
+            }
+            path.lineTo(p3);
+            break;
+        }
+        }
+    }
+    return path;
+}
+
+RectD Path::bounds() const
+{
+    if (m_points.empty())
+        return {};
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    RectD rect{ kFar, kFar, -kFar, -kFar };
+    for (const PointD &point : m_points) {
+        rect = { std::fmin(rect.left, point.x), std::fmin(rect.top, point.y),
+                 std::fmax(rect.right, point.x), std::fmax(rect.bottom, point.y) };
+    }
+    return rect;
+}
+
+void Path::clear()
+{
+    *this = {};
+}
+
+} // namespace svgtool
