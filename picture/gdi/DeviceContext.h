@@ -1,0 +1,162 @@
+#pragma once
+
+#include "picture/gdi/Device.h"
+#include "picture/gdi/Played.h"
+#include "picture/gdi/State.h"
+#include "picture/scene/SceneBuilder.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace svgtool::picture {
+
+/// A device context of GDI that paints into a scene: one function a call.
+///
+/// Coordinates are logical, as the calls have them. Boxes are those of records: right and bottom
+/// lie on the outline. What a call refuses leaves the state as it was.
+/// @note One context belongs to one play on one thread. Memory that runs out is std::bad_alloc.
+class DeviceContext
+{
+public:
+    static constexpr size_t kSavedStates = 1000;
+
+    /// @param handles  slots of the object table; number 0 is none
+    DeviceContext(const Device &device, size_t handles);
+
+    /// The number of the record that is played, for the nodes that come of it.
+    void setRecord(uint32_t number) { m_record = number; }
+    Scene take() { return m_builder.take(); }
+
+    // State.
+    Played saveState();
+    /// @param which  a level counted from 1, or, negative, that many states back
+    Played restoreState(int32_t which);
+    Played setMapMode(uint32_t mode);
+    Played setWindowOrigin(PointL origin);
+    Played setWindowExtent(PointL extent);
+    Played setViewportOrigin(PointL origin);
+    Played setViewportExtent(PointL extent);
+    Played scaleWindowExtent(PointL numerator, PointL denominator);
+    Played scaleViewportExtent(PointL numerator, PointL denominator);
+    Played setWorldTransform(const Affine &matrix);
+    /// @param mode  1 identity, 2 matrix before, 3 after, 4 in place of the one in force
+    Played modifyWorldTransform(const Affine &matrix, uint32_t mode);
+    Played setBackgroundMode(uint32_t mode);
+    Played setBackgroundColor(Color color);
+    Played setTextColor(Color color);
+    Played setTextAlign(uint32_t align);
+    Played setPolygonFillMode(uint32_t mode);
+    Played setRop2(uint32_t mode);
+    Played setMiterLimit(double limit);
+    Played setArcDirection(uint32_t direction);
+    Played setBrushOrigin(PointL origin);
+    const State &state() const { return m_state; }
+
+    // Objects.
+    Played createObject(uint32_t handle, GdiObject object);
+    /// @param handle  of the table, or 0x80000000 and the number of a stock object
+    Played selectObject(uint32_t handle);
+    Played deleteObject(uint32_t handle);
+
+    // Figures.
+    Played moveTo(PointD point);
+    Played lineTo(PointD point);
+    Played polyline(std::span<const PointD> points);
+    Played polylineTo(std::span<const PointD> points);
+    Played polyBezier(std::span<const PointD> points);
+    Played polyBezierTo(std::span<const PointD> points);
+    Played polyDraw(std::span<const PointD> points, std::span<const uint8_t> types);
+    Played polygon(std::span<const PointD> points);
+    Played polyPolyline(std::span<const PointD> points, std::span<const uint32_t> counts);
+    Played polyPolygon(std::span<const PointD> points, std::span<const uint32_t> counts);
+    Played rectangle(const RectD &box);
+    Played roundRectangle(const RectD &box, PointD corner);
+    Played ellipse(const RectD &box);
+    Played arc(const RectD &box, PointD start, PointD end);
+    Played arcTo(const RectD &box, PointD start, PointD end);
+    Played chord(const RectD &box, PointD start, PointD end);
+    Played pie(const RectD &box, PointD start, PointD end);
+    Played angleArc(PointD center, double radius, double startDegrees, double sweepDegrees);
+    Played setPixel(PointD point, Color color);
+
+    // Paths.
+    Played beginPath();
+    Played endPath();
+    Played closeFigure();
+    Played abortPath();
+    Played fillPath();
+    Played strokePath();
+    Played strokeAndFillPath();
+    Played flattenPath();
+    Played widenPath();
+
+    // Clips and regions.
+    Played selectClipPath(uint32_t mode);
+    Played selectClipRegion(const Region &region, uint32_t mode);
+    Played resetClip();
+    Played intersectClip(const RectD &box);
+    Played excludeClip(const RectD &box);
+    Played offsetClip(PointD offset);
+    Played setMetaRegion();
+    Played fillRegion(std::span<const RectI> rects, uint32_t brush);
+    Played frameRegion(std::span<const RectI> rects, uint32_t brush, PointD edge);
+    Played paintRegion(std::span<const RectI> rects);
+
+    // Text.
+    /// @param advances  of each UTF-16 unit, logical; empty where the font's own count
+    Played textOut(std::u16string_view text, PointD reference, uint32_t options, const RectD &box,
+                   std::span<const int32_t> advances);
+
+private:
+    enum Parts : uint8_t { kFill = 1, kStroke = 2 };
+
+    // The mapping.
+    void updateMapping();
+    PointD device(PointD point) const { return m_state.toDevice.map(point); }
+    Affine toPicture() const { return m_state.toDevice.then(m_device.toPicture); }
+
+    // Painting: of a path in logical units.
+    Played paint(const Path &path, uint8_t parts);
+    /// @return nothing, and nothing is done, where the box does not stay one
+    std::optional<Played> paintBox(const RectD &box, PointD corner);
+    Index fillPaint();
+    Index brushPaint(const Brush &brush);
+    Index penStroke(bool &isScaled);
+    double penPixels() const;
+    bool hasPen() const { return m_state.pen.line != Pen::Line::Null; }
+    Node newNode() const;
+    void fillBox(const RectD &box, Color color);
+
+    // Arcs.
+    struct Sweep
+    {
+        double start, sweep;
+    };
+    Sweep sweepOf(const RectD &box, PointD start, PointD end) const;
+    Played drawArc(const RectD &box, PointD start, PointD end, bool toCenter, bool isClosed);
+
+    // Figures, which go into the path while a bracket is open.
+    Played figure(const Path &path, uint8_t parts);
+    Played paintCollected(uint8_t parts);
+
+    // Clips.
+    Played intersectTerm(ClipTerm term);
+    void updateClip();
+    Path regionPath(const Region &region) const;
+
+    const GdiObject *object(uint32_t handle) const;
+
+    Device m_device;
+    SceneBuilder m_builder;
+    State m_state;
+    std::vector<State> m_saved;
+    std::vector<GdiObject> m_objects;
+    uint32_t m_record = 0;
+
+    bool m_isInPath = false;
+    Path m_path; ///< of the bracket, in device units
+    bool m_pathHasPosition = false; ///< the current position is the path's
+};
+
+} // namespace svgtool::picture

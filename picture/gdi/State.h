@@ -1,0 +1,130 @@
+#pragma once
+
+#include "core/geometry/Affine.h"
+#include "core/geometry/Region.h"
+#include "picture/scene/Scene.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace svgtool::picture {
+
+// What a device context holds. Names and numbers are those of [MS-EMF] 2.1 and the calls of GDI.
+
+struct PointL
+{
+    int32_t x = 0, y = 0;
+};
+
+enum class MapMode : uint32_t {
+    Text = 1,
+    LowMetric,
+    HighMetric,
+    LowEnglish,
+    HighEnglish,
+    Twips,
+    Isotropic,
+    Anisotropic,
+};
+
+/// A pen as it was made: widths and dashes in logical units, cosmetic ones in pixels.
+struct Pen
+{
+    enum class Line : uint8_t {
+        Solid,
+        Dash,
+        Dot,
+        DashDot,
+        DashDotDot,
+        Null,
+        InsideFrame,
+        User,
+        Alternate
+    };
+
+    Line line = Line::Solid;
+    bool isGeometric = false;
+    bool isExtended = false; ///< made by ExtCreatePen, which alone has caps, joins and user dashes
+    Cap cap = Cap::Round;
+    Join join = Join::Round;
+    double width = 0;
+    Color color;
+    std::vector<uint32_t> dashes;
+};
+
+struct Brush
+{
+    enum class Kind : uint8_t { Solid, Null, Hatched };
+
+    Kind kind = Kind::Solid;
+    uint8_t hatch = 0; ///< HatchStyle, [MS-EMF] 2.1.17
+    Color color{ 255, 255, 255, 255 };
+};
+
+struct Font
+{
+    int32_t height = 0; ///< negative: of the characters, positive: of the cell
+    int32_t width = 0;
+    int32_t escapement = 0; ///< tenths of a degree
+    int32_t weight = 400;
+    bool isItalic = false, isUnderlined = false, isStruckOut = false;
+    uint8_t charSet = 1;
+    uint8_t pitchAndFamily = 0;
+    std::u16string face;
+};
+
+/// An object that does nothing here, as a palette or a colour space, but takes its slot.
+struct Other
+{
+};
+
+using GdiObject = std::variant<std::monostate, Pen, Brush, Font, Other>;
+
+/// One of the areas that a clip is the intersection of.
+struct ClipTerm
+{
+    Path path; ///< in units of the picture
+    bool isEvenOdd = false;
+};
+
+/// What drawing is cut to: a region of whole device units, where there is one, and paths.
+struct ClipState
+{
+    std::optional<Region> region;
+    std::vector<ClipTerm> terms;
+    /// The same, in the scene; made anew by whoever changes this.
+    Index inScene = kNone;
+    bool isEmpty = false; ///< nothing can be seen
+};
+
+/// All of a device context that SaveDC keeps. Copying it is saving it.
+struct State
+{
+    MapMode mapMode = MapMode::Text;
+    PointL windowOrigin, viewportOrigin;
+    PointL windowExtent{ 1, 1 }, viewportExtent{ 1, 1 };
+    Affine world;
+    Affine toDevice; ///< logical to device units, made of the above
+    Pen pen;
+    Brush brush;
+    std::shared_ptr<const Font> font;
+    Color textColor;
+    Color backgroundColor{ 255, 255, 255, 255 };
+    bool isOpaque = true;
+    bool isWinding = false;
+    uint32_t rop2 = 13;
+    uint32_t textAlign = 0;
+    int32_t characterExtra = 0;
+    double miterLimit = 10;
+    bool isClockwise = false;
+    PointL brushOrigin;
+    PointD current; ///< logical
+    ClipState clip;
+    std::shared_ptr<const ClipState> meta; ///< what SetMetaRgn has put aside
+};
+
+} // namespace svgtool::picture

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "core/base/Bytes.h"
+#include "picture/gdi/DeviceContext.h"
+#include "picture/play/EmfFields.h"
+
+namespace svgtool::picture::emf {
+
+// One function a record: it reads the fields and makes the call. Nothing of the record is trusted;
+// a record that is too short reads as if zeros followed, and one whose counts do not fit is
+// refused.
+
+/// A record without fields that matter.
+template<auto Call>
+Played plain(DeviceContext &dc, ByteView)
+{
+    return (dc.*Call)();
+}
+
+/// A record of one number.
+template<auto Call>
+Played number(DeviceContext &dc, ByteView record)
+{
+    return (dc.*Call)(Fields(record, kBody).dword());
+}
+
+template<auto Call>
+Played color(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    return (dc.*Call)(takeColor(fields));
+}
+
+/// A record of two whole numbers.
+template<auto Call>
+Played pair(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    return (dc.*Call)(takePair(fields));
+}
+
+template<auto Call>
+Played point(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    return (dc.*Call)(takePoint(fields));
+}
+
+template<auto Call>
+Played box(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    return (dc.*Call)(takeBox(fields));
+}
+
+/// A box and two points that end an arc of its ellipse.
+template<auto Call>
+Played arc(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const RectD box = takeBox(fields);
+    const PointD start = takePoint(fields), end = takePoint(fields);
+    return (dc.*Call)(box, start, end);
+}
+
+// State: EmfCalls_State.cpp.
+Played restoreState(DeviceContext &dc, ByteView record);
+Played scaleWindowExtent(DeviceContext &dc, ByteView record);
+Played scaleViewportExtent(DeviceContext &dc, ByteView record);
+Played setWorldTransform(DeviceContext &dc, ByteView record);
+Played modifyWorldTransform(DeviceContext &dc, ByteView record);
+Played setMiterLimit(DeviceContext &dc, ByteView record);
+Played selectClipRegion(DeviceContext &dc, ByteView record);
+
+// Objects: EmfCalls_Objects.cpp.
+Played createPen(DeviceContext &dc, ByteView record);
+Played createBrush(DeviceContext &dc, ByteView record);
+Played extCreatePen(DeviceContext &dc, ByteView record);
+Played createFont(DeviceContext &dc, ByteView record);
+Played createOther(DeviceContext &dc, ByteView record);
+
+// Figures: EmfCalls_Figures.cpp.
+using PointsCall = Played (DeviceContext::*)(std::span<const PointD> points);
+using FiguresCall = Played (DeviceContext::*)(std::span<const PointD> points,
+                                              std::span<const uint32_t> counts);
+enum class Width { Long, Short }; ///< of a coordinate, 32 or 16 bits
+
+Played playPoints(DeviceContext &dc, ByteView record, Width width, PointsCall call);
+Played playFigures(DeviceContext &dc, ByteView record, Width width, FiguresCall call);
+Played playPolyDraw(DeviceContext &dc, ByteView record, Width width);
+
+template<Width width, PointsCall Call>
+Played points(DeviceContext &dc, ByteView record)
+{
+    return playPoints(dc, record, width, Call);
+}
+template<Width width, FiguresCall Call>
+Played figures(DeviceContext &dc, ByteView record)
+{
+    return playFigures(dc, record, width, Call);
+}
+template<Width width>
+Played polyDraw(DeviceContext &dc, ByteView record)
+{
+    return playPolyDraw(dc, record, width);
+}
+Played setPixel(DeviceContext &dc, ByteView record);
+Played roundRectangle(DeviceContext &dc, ByteView record);
+Played angleArc(DeviceContext &dc, ByteView record);
+Played fillRegion(DeviceContext &dc, ByteView record);
+Played frameRegion(DeviceContext &dc, ByteView record);
+Played paintRegion(DeviceContext &dc, ByteView record);
+
+// Text: EmfCalls_Text.cpp.
+Played extTextOut(DeviceContext &dc, ByteView record);
+
+} // namespace svgtool::picture::emf

@@ -1,0 +1,101 @@
+#include "picture/play/EmfCalls.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace svgtool::picture::emf {
+
+static void setStyle(Pen &pen, uint32_t style)
+{
+    const uint32_t line = style & 0x0F;
+    pen.line = line <= uint32_t(Pen::Line::Alternate) ? Pen::Line(line) : Pen::Line::Solid;
+    static constexpr Cap kCaps[] = { Cap::Round, Cap::Square, Cap::Butt };
+    static constexpr Join kJoins[] = { Join::Round, Join::Bevel, Join::Miter };
+    pen.cap = kCaps[std::min<uint32_t>(style >> 8 & 0x0F, 2)];
+    pen.join = kJoins[std::min<uint32_t>(style >> 12 & 0x0F, 2)];
+}
+
+Played createPen(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t handle = fields.dword();
+    Pen pen;
+    setStyle(pen, fields.dword() & 0x0F);
+    pen.width = std::abs(takePoint(fields).x);
+    pen.color = takeColor(fields);
+    return dc.createObject(handle, pen);
+}
+
+Played createBrush(DeviceContext &dc, ByteView record)
+{
+    constexpr uint32_t kNull = 1, kHatched = 2, kHatches = 6;
+    Fields fields(record, kBody);
+    const uint32_t handle = fields.dword(), style = fields.dword();
+    Brush brush;
+    brush.color = takeColor(fields);
+    const uint32_t hatch = fields.dword();
+    if (style == kNull)
+        brush.kind = Brush::Kind::Null;
+    else if (style == kHatched && hatch < kHatches)
+        brush.kind = Brush::Kind::Hatched;
+    brush.hatch = uint8_t(hatch);
+    return dc.createObject(handle, brush);
+}
+
+Played extCreatePen(DeviceContext &dc, ByteView record)
+{
+    constexpr uint32_t kType = 0xF0000, kGeometric = 0x10000, kNull = 1;
+    constexpr uint32_t kMostDashes = 16; // as GDI takes them
+    Fields fields(record, kBody);
+    const uint32_t handle = fields.dword();
+    fields.skip(16); // where a bitmap lies
+    const uint32_t style = fields.dword();
+    Pen pen;
+    setStyle(pen, style);
+    pen.isExtended = true;
+    pen.isGeometric = (style & kType) == kGeometric;
+    pen.width = fields.dword();
+    if (fields.dword() == kNull)
+        pen.line = Pen::Line::Null;
+    pen.color = takeColor(fields);
+    fields.skip(4); // the hatch
+    const int64_t count = std::min(fields.dword(), kMostDashes);
+    if (slice(record, fields.offset(), count * 4)) {
+        for (int64_t i = 0; i < count; ++i)
+            pen.dashes.push_back(fields.dword());
+    }
+    return dc.createObject(handle, pen);
+}
+
+Played createFont(DeviceContext &dc, ByteView record)
+{
+    constexpr int kFaceUnits = 32;
+    Fields fields(record, kBody);
+    const uint32_t handle = fields.dword();
+    Font font;
+    font.height = fields.longInt();
+    font.width = fields.longInt();
+    font.escapement = fields.longInt();
+    fields.skip(4); // the orientation
+    font.weight = fields.longInt();
+    font.isItalic = fields.byte() != 0;
+    font.isUnderlined = fields.byte() != 0;
+    font.isStruckOut = fields.byte() != 0;
+    font.charSet = fields.byte();
+    fields.skip(3); // precisions and quality
+    font.pitchAndFamily = fields.byte();
+    for (int i = 0; i < kFaceUnits; ++i) {
+        const char16_t unit = fields.word();
+        if (unit == 0)
+            break;
+        font.face += unit;
+    }
+    return dc.createObject(handle, font);
+}
+
+Played createOther(DeviceContext &dc, ByteView record)
+{
+    return dc.createObject(Fields(record, kBody).dword(), Other());
+}
+
+} // namespace svgtool::picture::emf

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/records/Fields.h"
+#include "picture/gdi/State.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace svgtool::picture::emf {
+
+/// Where the fields of a record begin: behind its type and size.
+inline constexpr int64_t kBody = 8;
+/// RECTL, [MS-WMF] 2.2.2.19: bounds that many records begin with, and that playback ignores.
+inline constexpr int64_t kBounds = 16;
+
+inline Color takeColor(Fields &fields)
+{
+    const uint32_t color = fields.dword();
+    return { uint8_t(color), uint8_t(color >> 8), uint8_t(color >> 16), 255 };
+}
+
+inline PointL takePair(Fields &fields)
+{
+    const int32_t x = fields.longInt();
+    return { x, fields.longInt() };
+}
+
+inline PointD takePoint(Fields &fields)
+{
+    const PointL point = takePair(fields);
+    return { double(point.x), double(point.y) };
+}
+
+inline PointD takeShortPoint(Fields &fields)
+{
+    const int16_t x = fields.shortInt();
+    return { double(x), double(fields.shortInt()) };
+}
+
+inline RectD takeBox(Fields &fields)
+{
+    const PointD first = takePoint(fields), second = takePoint(fields);
+    return { first.x, first.y, second.x, second.y };
+}
+
+/// XFORM, [MS-EMF] 2.2.28.
+inline Affine takeAffine(Fields &fields)
+{
+    Affine matrix;
+    for (double *const value : { &matrix.a, &matrix.b, &matrix.c, &matrix.d, &matrix.e, &matrix.f })
+        *value = double(fields.real());
+    return matrix;
+}
+
+/// The rectangles of region data ([MS-EMF] 2.2.24) of so many bytes; nothing unless they are all
+/// there.
+std::optional<std::vector<RectI>> readRegion(ByteView record, int64_t offset, int64_t bytes);
+
+} // namespace svgtool::picture::emf

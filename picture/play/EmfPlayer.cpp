@@ -1,0 +1,231 @@
+#include "picture/play/EmfPlayer.h"
+
+#include "core/records/EmfRecordTypes.h"
+#include "core/records/MetafileFacts.h"
+#include "core/records/RecordIterator.h"
+#include "picture/play/EmfCalls.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace svgtool::picture {
+
+namespace {
+
+    struct Row
+    {
+        uint32_t type;
+        Played (*play)(DeviceContext &context, ByteView record);
+        Played otherwise = kDone; ///< what becomes of it where there is no function
+    };
+
+    // Nothing in the picture depends on it.
+    Played neutral(DeviceContext &, ByteView)
+    {
+        return kNeutral;
+    }
+
+    using enum emf::Width;
+
+    // All types, by number.
+    // clang-format off
+    constexpr Row kRows[] = {
+        { Emr::Header, neutral },
+        { Emr::PolyBezier, emf::points<Long, &DeviceContext::polyBezier> },
+        { Emr::Polygon, emf::points<Long, &DeviceContext::polygon> },
+        { Emr::Polyline, emf::points<Long, &DeviceContext::polyline> },
+        { Emr::PolyBezierTo, emf::points<Long, &DeviceContext::polyBezierTo> },
+        { Emr::PolylineTo, emf::points<Long, &DeviceContext::polylineTo> },
+        { Emr::PolyPolyline, emf::figures<Long, &DeviceContext::polyPolyline> },
+        { Emr::PolyPolygon, emf::figures<Long, &DeviceContext::polyPolygon> },
+        { Emr::SetWindowExtEx, emf::pair<&DeviceContext::setWindowExtent> },
+        { Emr::SetWindowOrgEx, emf::pair<&DeviceContext::setWindowOrigin> },
+        { Emr::SetViewportExtEx, emf::pair<&DeviceContext::setViewportExtent> },
+        { Emr::SetViewportOrgEx, emf::pair<&DeviceContext::setViewportOrigin> },
+        { Emr::SetBrushOrgEx, emf::pair<&DeviceContext::setBrushOrigin> },
+        { Emr::Eof, neutral },
+        { Emr::SetPixelV, emf::setPixel },
+        { Emr::SetMapperFlags, neutral },
+        { Emr::SetMapMode, emf::number<&DeviceContext::setMapMode> },
+        { Emr::SetBkMode, emf::number<&DeviceContext::setBackgroundMode> },
+        { Emr::SetPolyFillMode, emf::number<&DeviceContext::setPolygonFillMode> },
+        { Emr::SetRop2, emf::number<&DeviceContext::setRop2> },
+        { Emr::SetStretchBltMode, neutral },
+        { Emr::SetTextAlign, emf::number<&DeviceContext::setTextAlign> },
+        { Emr::SetColorAdjustment, neutral },
+        { Emr::SetTextColor, emf::color<&DeviceContext::setTextColor> },
+        { Emr::SetBkColor, emf::color<&DeviceContext::setBackgroundColor> },
+        { Emr::OffsetClipRgn, emf::point<&DeviceContext::offsetClip> },
+        { Emr::MoveToEx, emf::point<&DeviceContext::moveTo> },
+        { Emr::SetMetaRgn, emf::plain<&DeviceContext::setMetaRegion> },
+        { Emr::ExcludeClipRect, emf::box<&DeviceContext::excludeClip> },
+        { Emr::IntersectClipRect, emf::box<&DeviceContext::intersectClip> },
+        { Emr::ScaleViewportExtEx, emf::scaleViewportExtent },
+        { Emr::ScaleWindowExtEx, emf::scaleWindowExtent },
+        { Emr::SaveDC, emf::plain<&DeviceContext::saveState> },
+        { Emr::RestoreDC, emf::restoreState },
+        { Emr::SetWorldTransform, emf::setWorldTransform },
+        { Emr::ModifyWorldTransform, emf::modifyWorldTransform },
+        { Emr::SelectObject, emf::number<&DeviceContext::selectObject> },
+        { Emr::CreatePen, emf::createPen },
+        { Emr::CreateBrushIndirect, emf::createBrush },
+        { Emr::DeleteObject, emf::number<&DeviceContext::deleteObject> },
+        { Emr::AngleArc, emf::angleArc },
+        { Emr::Ellipse, emf::box<&DeviceContext::ellipse> },
+        { Emr::Rectangle, emf::box<&DeviceContext::rectangle> },
+        { Emr::RoundRect, emf::roundRectangle },
+        { Emr::Arc, emf::arc<&DeviceContext::arc> },
+        { Emr::Chord, emf::arc<&DeviceContext::chord> },
+        { Emr::Pie, emf::arc<&DeviceContext::pie> },
+        { Emr::SelectPalette, neutral },
+        { Emr::CreatePalette, emf::createOther },
+        { Emr::SetPaletteEntries, neutral },
+        { Emr::ResizePalette, neutral },
+        { Emr::RealizePalette, neutral },
+        { Emr::ExtFloodFill, nullptr, notDone("flood fills are not drawn yet") },
+        { Emr::LineTo, emf::point<&DeviceContext::lineTo> },
+        { Emr::ArcTo, emf::arc<&DeviceContext::arcTo> },
+        { Emr::PolyDraw, emf::polyDraw<Long> },
+        { Emr::SetArcDirection, emf::number<&DeviceContext::setArcDirection> },
+        { Emr::SetMiterLimit, emf::setMiterLimit },
+        { Emr::BeginPath, emf::plain<&DeviceContext::beginPath> },
+        { Emr::EndPath, emf::plain<&DeviceContext::endPath> },
+        { Emr::CloseFigure, emf::plain<&DeviceContext::closeFigure> },
+        { Emr::FillPath, emf::plain<&DeviceContext::fillPath> },
+        { Emr::StrokeAndFillPath, emf::plain<&DeviceContext::strokeAndFillPath> },
+        { Emr::StrokePath, emf::plain<&DeviceContext::strokePath> },
+        { Emr::FlattenPath, emf::plain<&DeviceContext::flattenPath> },
+        { Emr::WidenPath, emf::plain<&DeviceContext::widenPath> },
+        { Emr::SelectClipPath, emf::number<&DeviceContext::selectClipPath> },
+        { Emr::AbortPath, emf::plain<&DeviceContext::abortPath> },
+        { Emr::GdiComment, neutral },
+        { Emr::FillRgn, emf::fillRegion },
+        { Emr::FrameRgn, emf::frameRegion },
+        { Emr::InvertRgn, nullptr, notDone("inversion is not drawn yet") },
+        { Emr::PaintRgn, emf::paintRegion },
+        { Emr::ExtSelectClipRgn, emf::selectClipRegion },
+        { Emr::BitBlt, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::StretchBlt, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::MaskBlt, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::PlgBlt, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::SetDIBitsToDevice, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::StretchDIBits, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::ExtCreateFontIndirectW, emf::createFont },
+        { Emr::ExtTextOutA, nullptr, notDone("text of this kind is not drawn yet") },
+        { Emr::ExtTextOutW, emf::extTextOut },
+        { Emr::PolyBezier16, emf::points<Short, &DeviceContext::polyBezier> },
+        { Emr::Polygon16, emf::points<Short, &DeviceContext::polygon> },
+        { Emr::Polyline16, emf::points<Short, &DeviceContext::polyline> },
+        { Emr::PolyBezierTo16, emf::points<Short, &DeviceContext::polyBezierTo> },
+        { Emr::PolylineTo16, emf::points<Short, &DeviceContext::polylineTo> },
+        { Emr::PolyPolyline16, emf::figures<Short, &DeviceContext::polyPolyline> },
+        { Emr::PolyPolygon16, emf::figures<Short, &DeviceContext::polyPolygon> },
+        { Emr::PolyDraw16, emf::polyDraw<Short> },
+        { Emr::CreateMonoBrush, emf::createOther },
+        { Emr::CreateDIBPatternBrushPt, emf::createOther },
+        { Emr::ExtCreatePen, emf::extCreatePen },
+        { Emr::PolyTextOutA, nullptr, notDone("text of this kind is not drawn yet") },
+        { Emr::PolyTextOutW, nullptr, notDone("text of this kind is not drawn yet") },
+        { Emr::SetICMMode, neutral },
+        { Emr::CreateColorSpace, emf::createOther },
+        { Emr::SetColorSpace, neutral },
+        { Emr::DeleteColorSpace, neutral },
+        { Emr::GlsRecord, nullptr, notDone("it holds commands of OpenGL") },
+        { Emr::GlsBoundedRecord, nullptr, notDone("it holds commands of OpenGL") },
+        { Emr::PixelFormat, neutral },
+        { Emr::DrawEscape, nullptr, notDone("it is meant for the driver of a device") },
+        { Emr::ExtEscape, nullptr, notDone("it is meant for the driver of a device") },
+        { Emr::Reserved107, nullptr, notDone("its meaning is not documented") },
+        { Emr::SmallTextOut, nullptr, notDone("text of this kind is not drawn yet") },
+        { Emr::ForceUfiMapping, neutral },
+        { Emr::NamedEscape, nullptr, notDone("it is meant for the driver of a device") },
+        { Emr::ColorCorrectPalette, neutral },
+        { Emr::SetICMProfileA, neutral },
+        { Emr::SetICMProfileW, neutral },
+        { Emr::AlphaBlend, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::SetLayout, nullptr, notDone("layouts are not played yet") },
+        { Emr::TransparentBlt, nullptr, notDone("bitmaps are not drawn yet") },
+        { Emr::GradientFill, nullptr, notDone("gradients are not drawn yet") },
+        { Emr::SetLinkedUfis, neutral },
+        { Emr::SetTextJustification, nullptr, notDone("justification is not played yet") },
+        { Emr::ColorMatchToTargetW, neutral },
+        { Emr::CreateColorSpaceW, emf::createOther },
+    };
+    // clang-format on
+    static_assert(std::ranges::equal(kRows, kEmfRecordTypes, {}, &Row::type, &RecordType::number));
+
+} // namespace
+
+static RectD boxOf(const HeaderBox &box)
+{
+    return { double(box.left), double(box.top), double(box.right), double(box.bottom) };
+}
+
+EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
+{
+    Picture picture;
+    Device &device = picture.device;
+    const auto &pixels = facts.devicePixels, &millimeters = facts.deviceMillimeters;
+    if (pixels[0] > 0 && pixels[1] > 0 && millimeters[0] > 0 && millimeters[1] > 0) {
+        device.pixelsX = pixels[0];
+        device.pixelsY = pixels[1];
+        device.millimetersX = millimeters[0];
+        device.millimetersY = millimeters[1];
+    } else {
+        picture.isGuessed = true;
+    }
+    const RectD frame = boxOf(facts.frame);
+    const double perX = device.pixelsX / (device.millimetersX * 100);
+    const double perY = device.pixelsY / (device.millimetersY * 100);
+    device.view = { frame.left * perX, frame.top * perY, frame.right * perX, frame.bottom * perY };
+    const double squeeze = std::abs(perX / perY - 1) < 0.002 ? 1 : perX / perY;
+    device.toPicture = Affine::scale(1, squeeze);
+    if (device.view.isEmpty()) {
+        picture.isGuessed = true;
+        const RectD bounds = boxOf(facts.bounds);
+        device.view = { bounds.left, bounds.top, bounds.right + 1, bounds.bottom + 1 };
+    }
+    if (device.view.isEmpty())
+        device.view = { 0, 0, device.pixelsX, device.pixelsY };
+    device.view = mapBounds(device.toPicture, device.view);
+    // CSS pixels of a device unit. A device of about 96 dots an inch is a screen, whose pixels are
+    // to stay whole.
+    const double kPixelsPerHundredth = 96 / 2540.0;
+    double scale = kPixelsPerHundredth / perX;
+    if (std::abs(scale - 1) < 0.005) {
+        scale = 1;
+        RectD &view = device.view;
+        view = { std::floor(view.left + 0.5), std::floor(view.top + 0.5),
+                 std::floor(view.right + 0.5), std::floor(view.bottom + 0.5) };
+    }
+    picture.width = device.view.width() * scale;
+    picture.height = device.view.height() * scale;
+    device.unitsPerPixel = 1 / scale;
+    return picture;
+}
+
+Played EmfPlayer::play(uint32_t type, ByteView record)
+{
+    const auto *const row = std::ranges::lower_bound(kRows, type, {}, &Row::type);
+    if (row == std::end(kRows) || row->type != type)
+        return notDone("its type is not known");
+    return row->play != nullptr ? row->play(m_context, record) : row->otherwise;
+}
+
+void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
+{
+    RecordIterator records(MetafileFormat::Emf, file, firstRecord);
+    uint32_t number = 2; // the header is the first
+    if (tally != nullptr)
+        tally->begin(firstRecord, number);
+    while (const auto record = records.next()) {
+        m_context.setRecord(number++);
+        const Played played = play(record->type, record->bytes);
+        if (tally != nullptr)
+            tally->note(record->type, played.outcome, record->bytes.size, played.why);
+    }
+    if (tally != nullptr)
+        tally->end(records.stop());
+}
+
+} // namespace svgtool::picture

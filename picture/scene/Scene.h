@@ -1,0 +1,150 @@
+#pragma once
+
+#include "core/geometry/Path.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace svgtool::picture {
+
+// What a picture is made of: a flat list of nodes in the order of painting, and the resources that
+// they name by index. Plain data, which knows neither where it came from nor what is written of it.
+// Lengths are in the units of Scene::view, y grows downwards.
+
+using Index = uint32_t;
+inline constexpr Index kNone = 0xFFFFFFFF;
+
+struct Color
+{
+    uint8_t red = 0, green = 0, blue = 0;
+    uint8_t alpha = 255;
+
+    bool operator==(const Color &) const = default;
+};
+
+/// A tile of lines on nothing or on a ground, repeated from its origin.
+struct Hatch
+{
+    double tile = 0; ///< width and height
+    PointD origin;
+    Path lines;
+    double lineWidth = 0;
+    Color color;
+    std::optional<Color> ground;
+
+    bool operator==(const Hatch &) const = default;
+};
+
+/// What fills an area or a stroke.
+struct Paint
+{
+    enum class Kind : uint8_t { Solid, Hatch };
+
+    Kind kind = Kind::Solid;
+    Color color; ///< of Solid
+    Index resource = kNone; ///< of Hatch, in Scene::hatches
+
+    bool operator==(const Paint &) const = default;
+};
+
+enum class Cap : uint8_t { Butt, Round, Square };
+enum class Join : uint8_t { Miter, Round, Bevel };
+
+struct Stroke
+{
+    Paint paint;
+    double width = 1;
+    Cap cap = Cap::Butt;
+    Join join = Join::Miter;
+    double miterLimit = 10;
+    std::vector<double> dashes; ///< line, gap, line ...; empty for a whole line
+
+    bool operator==(const Stroke &) const = default;
+};
+
+/// A path that all is cut to which names the clip, and so on with its parent.
+struct Clip
+{
+    Index parent = kNone;
+    Path path;
+    bool isEvenOdd = false;
+
+    bool operator==(const Clip &) const = default;
+};
+
+/// A path in the scene's blocks of verbs and points.
+struct PathRange
+{
+    uint32_t firstVerb = 0, verbs = 0;
+    uint32_t firstPoint = 0, points = 0;
+};
+
+/// A run of characters on one baseline.
+struct Text
+{
+    std::u16string characters;
+    PointD baseline; ///< of the first character's left end, before the turn
+    double angle = 0; ///< degrees against the clock
+    std::vector<double> advances; ///< of each UTF-16 unit; empty to leave them to the viewer
+    double size = 0; ///< pixels per em
+    double stretch = 1; ///< of the width
+    std::u16string face;
+    uint16_t weight = 400;
+    uint8_t charSet = 0;
+    uint8_t pitchAndFamily = 0;
+    bool isItalic = false;
+    bool isUnderlined = false;
+    bool isStruckOut = false;
+};
+
+struct Rect
+{
+    RectD box;
+    double rx = 0, ry = 0;
+};
+
+struct Ellipse
+{
+    PointD center;
+    PointD radii;
+};
+
+/// One thing that is painted.
+struct Node
+{
+    enum class Kind : uint8_t { Path, Rect, Ellipse, Text };
+
+    Kind kind = Kind::Path;
+    bool isEvenOdd = true; ///< how a path is filled
+    Index geometry = kNone; ///< in the list of its kind
+    Index fill = kNone; ///< in Scene::paints
+    Index stroke = kNone; ///< in Scene::strokes
+    Index clip = kNone; ///< in Scene::clips
+    Index transform = kNone; ///< in Scene::transforms; applied to geometry and stroke, not the clip
+    uint32_t record = 0; ///< number of the record that it comes from
+};
+
+struct Scene
+{
+    RectD view; ///< what the picture shows
+    double width = 0, height = 0; ///< of the picture in CSS pixels, 96 an inch
+    std::u16string title, description;
+
+    std::vector<Node> nodes;
+    std::vector<Path::Verb> verbs; ///< of all paths, one after the other
+    std::vector<PointD> points;
+    std::vector<PathRange> paths;
+    std::vector<Rect> rects;
+    std::vector<Ellipse> ellipses;
+    std::vector<Text> texts;
+
+    std::vector<Paint> paints;
+    std::vector<Stroke> strokes;
+    std::vector<Hatch> hatches;
+    std::vector<Clip> clips;
+    std::vector<Affine> transforms;
+};
+
+} // namespace svgtool::picture
