@@ -111,6 +111,18 @@ struct Ellipse
     PointD radii;
 };
 
+/// How a node meets what lies beneath it: the modes of [CSS compositing] 10.
+enum class Blend : uint8_t {
+    Normal,
+    Multiply,
+    Screen,
+    Overlay,
+    Darken,
+    Lighten,
+    Difference,
+    Exclusion,
+};
+
 /// One thing that is painted.
 struct Node
 {
@@ -118,6 +130,8 @@ struct Node
 
     Kind kind = Kind::Path;
     bool isEvenOdd = true; ///< how a path is filled
+    Blend blend = Blend::Normal;
+    float opacity = 1; ///< of the whole node, from 0 to 1
     Index geometry = kNone; ///< in the list of its kind
     Index fill = kNone; ///< in Scene::paints
     Index stroke = kNone; ///< in Scene::strokes

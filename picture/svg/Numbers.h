@@ -1,39 +1,52 @@
 #pragma once
 
+#include "core/base/TextBuffer.h"
+
 #include <cmath>
 #include <cstdint>
-#include <string>
 
 namespace svgtool::picture {
 
-/// Numbers in their shortest form, on a grid of decimals that no picture shows.
+/// Decimal numbers in their shortest form, on a grid that is fine enough for a purpose.
 class Numbers
 {
 public:
-    /// @param unitsPerPixel  the grid is finer than a thousandth of a pixel
-    explicit Numbers(double unitsPerPixel)
+    static constexpr int kMostDecimals = 9;
+
+    /// @param decimals  behind the point, 0 to kMostDecimals
+    explicit constexpr Numbers(int decimals) : m_decimals(decimals)
     {
-        double step = 1;
-        while (m_decimals < 6 && step > unitsPerPixel * 0.002) {
-            ++m_decimals;
-            step /= 10;
-        }
-        m_scale = std::pow(10.0, m_decimals);
+        for (int i = 0; i < decimals; ++i)
+            m_scale *= 10;
+    }
+    /// A grid on which nothing moves by more than a thousandth of a pixel.
+    /// @param unitsPerPixel  above 0
+    static constexpr Numbers forPixel(double unitsPerPixel)
+    {
+        int decimals = 0;
+        for (double step = 1; decimals < kMostDecimals && step > unitsPerPixel * 0.002; step /= 10)
+            ++decimals;
+        return Numbers(decimals);
     }
 
-    /// The place on the grid.
+    /// The nearest place on the grid; what is not finite or beyond all sense is cut.
     int64_t steps(double value) const
     {
-        constexpr double kFar = 9e15;
+        constexpr double kFar = 1e15;
         const double scaled = std::floor(value * m_scale + 0.5);
-        return std::isfinite(scaled) ? int64_t(std::fmin(std::fmax(scaled, -kFar), kFar)) : 0;
+        return scaled > -kFar && scaled < kFar ? int64_t(scaled)
+                : scaled >= kFar               ? int64_t(kFar)
+                : scaled <= -kFar              ? -int64_t(kFar)
+                                               : 0;
     }
-    /// Appends a number of the grid, without a zero before the point.
-    void append(std::string &out, int64_t steps) const;
-    void append(std::string &out, double value) const { append(out, steps(value)); }
+    /// Appends a number of the grid: no zero before the point, none at the end behind it.
+    void append(TextBuffer &out, int64_t steps) const;
+    void append(TextBuffer &out, double value) const { append(out, steps(value)); }
+    /// How many characters append makes of it.
+    int length(int64_t steps) const;
 
 private:
-    int m_decimals = 0;
+    int m_decimals;
     double m_scale = 1;
 };
 
