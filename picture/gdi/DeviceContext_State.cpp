@@ -26,7 +26,7 @@ Played DeviceContext::restoreState(int32_t which)
     const auto depth = static_cast<int64_t>(m_saved.size());
     const int64_t level = which < 0 ? depth + which : int64_t(which) - 1;
     if (which == 0 || level < 0 || level >= depth)
-        return notDone("its values make no sense");
+        return notDone("it names a state that was not saved");
     m_state = std::move(m_saved[size_t(level)]);
     m_saved.resize(size_t(level));
     return kDone;

@@ -147,12 +147,14 @@ namespace {
         void setFile()
         {
             if constexpr (kIsEmf) {
+                // The frame has 0.01 mm, and the builder's device as many pixels each way.
                 const auto corner = options("corner", { 0, 0 });
-                const int x = corner[0];
-                const int y = corner[1];
-                m_file.bounds = options("bounds", { x, y, x + 100, y + 50 });
-                m_file.frame =
-                        options("frame", { x * 100, y * 100, x * 100 + 10000, y * 100 + 5000 });
+                for (size_t i = 0; i < 4; ++i) {
+                    m_file.bounds[i] += corner[i % 2];
+                    m_file.frame[i] += corner[i % 2] * m_file.device[2] * 100 / m_file.device[0];
+                }
+                m_file.bounds = options("bounds", m_file.bounds);
+                m_file.frame = options("frame", m_file.frame);
                 m_file.device = options("device", m_file.device);
                 m_file.headerType = quint32(option("type", 1));
                 m_file.headerExtra = hex("extra");

@@ -5,6 +5,7 @@
 #include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
+#include "picture/api/picture.hpp"
 #include "support/Bitmaps.h"
 #include "unit/Cases.h"
 
@@ -15,6 +16,7 @@
 #include <QTemporaryFile>
 
 #include <map>
+#include <span>
 #include <sstream>
 #include <vector>
 
@@ -109,8 +111,9 @@ std::vector<Example> examplesOf(const QString &path)
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
-    static const QStringList kAnswers{ QStringLiteral("svg"), QStringLiteral("tally"),
-                                       QStringLiteral("dump"), QStringLiteral("shown") };
+    static const QStringList kAnswers{ QStringLiteral("svg"),     QStringLiteral("tally"),
+                                       QStringLiteral("dump"),    QStringLiteral("shown"),
+                                       QStringLiteral("picture"), QStringLiteral("report") };
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
@@ -150,8 +153,7 @@ std::vector<Example> allExamples(const QString &folder, const QString &pages)
 {
     std::vector<Example> examples;
     QStringList paths;
-    for (QDirIterator found(folder, { pages }, QDir::Files, QDirIterator::Subdirectories);
-         found.hasNext();)
+    for (QDirIterator found(folder, { pages }, QDir::Files); found.hasNext();)
         paths.append(found.next());
     paths.sort();
     if (paths.isEmpty())
@@ -167,9 +169,25 @@ std::vector<Example> documented()
     return allExamples(QStringLiteral(SVGTOOL_DOCS_DIR), QStringLiteral("output.md"));
 }
 
-std::vector<Example> golden()
+std::vector<Example> golden(const QString &folder)
 {
-    return allExamples(QStringLiteral(SVGTOOL_GOLDEN_DIR), QStringLiteral("*.md"));
+    return allExamples(QStringLiteral(SVGTOOL_GOLDEN_DIR) + folder, QStringLiteral("*.md"));
+}
+
+// A screen of 96 dots an inch, on which a unit is a pixel of the picture, and a frame that shows
+// the usual bounds.
+EmfBuilder screen()
+{
+    EmfBuilder file;
+    file.device = { 960, 960, 254, 254 };
+    file.frame = { 0, 0, 2646, 1323 };
+    return file;
+}
+
+bool isOfPicture(const Example &example)
+{
+    return example.expectedKind == QLatin1String("picture")
+            || example.expectedKind == QLatin1String("report");
 }
 
 // The whole of a bitmap drawn by an EMF and, unless its usage is one that only an EMF has, by a
@@ -199,7 +217,7 @@ std::vector<QByteArray> filesOfBitmap(const QString &bitmap)
 std::vector<QByteArray> filesOf(const Example &example)
 {
     if (example.kind == QLatin1String("emf"))
-        return { emf(example.script).build() };
+        return { emf(example.script, isOfPicture(example) ? screen() : EmfBuilder()).build() };
     if (example.kind == QLatin1String("wmf"))
         return { wmf(example.script).build() };
     if (example.kind == QLatin1String("bitmap"))
@@ -239,6 +257,40 @@ std::string tallyOf(const QByteArray &file)
              << line.count << " @" << line.firstOffset << '\n';
     const RecordTally::Stop &stop = tally.stop();
     text << kStops[size_t(stop.reason)] << ' ' << stop.record << " @" << stop.offset << '\n';
+    return text.str();
+}
+
+Picture pictureOf(const QByteArray &file)
+{
+    PictureOptions options;
+    options.idPrefix = "p";
+    Picture picture =
+            drawMetafile(std::as_bytes(std::span(file.constData(), size_t(file.size()))), options);
+    EXPECT_EQ(picture.error, PictureError::None);
+    return picture;
+}
+
+// The picture's document, whole or without its first line and its last.
+std::string pictureText(const QByteArray &file, bool isWhole)
+{
+    const std::string document = withPixels(pictureOf(file).document);
+    const size_t start = document.find('\n') + 1;
+    const std::string end = "</svg>\n";
+    EXPECT_TRUE(document.starts_with("<svg ") && document.ends_with(end)) << document;
+    return isWhole ? document : document.substr(start, document.size() - start - end.size());
+}
+
+// What the report of a picture says, a line each.
+std::string reportOf(const QByteArray &file)
+{
+    static constexpr const char *kFates[] = { "drawn", "approximated", "not done", "neutral" };
+    const PictureReport report = pictureOf(file).report;
+    std::ostringstream text;
+    for (const RecordLine &line : report.records)
+        text << (line.name.empty() ? "EMR " + std::to_string(line.type) : line.name) << ' '
+             << kFates[size_t(line.fate)] << ' ' << line.count << " @" << line.firstOffset
+             << (line.reason.empty() ? "" : ": ") << line.reason << '\n';
+    text << (report.isWhole ? "whole\n" : "not whole\n");
     return text.str();
 }
 
@@ -304,6 +356,10 @@ TEST_P(Output, IsExact)
             EXPECT_EQ(tallyOf(file), example.expected);
         else if (example.expectedKind == QLatin1String("dump"))
             EXPECT_EQ(dumpOf(file), example.expected);
+        else if (example.expectedKind == QLatin1String("picture"))
+            EXPECT_EQ(pictureText(file, example.expected.starts_with("<svg ")), example.expected);
+        else if (example.expectedKind == QLatin1String("report"))
+            EXPECT_EQ(reportOf(file), example.expected);
         else
             EXPECT_EQ(svgOf(file, example.expected.rfind("<?xml", 0) == 0), example.expected);
     }
@@ -311,7 +367,11 @@ TEST_P(Output, IsExact)
 
 INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),
                          testing::PrintToStringParamName());
-INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden()),
+INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden({})),
+                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Display, Output, testing::ValuesIn(golden(QStringLiteral("/display"))),
+                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Picture, Output, testing::ValuesIn(golden(QStringLiteral("/picture"))),
                          testing::PrintToStringParamName());
 
 } // namespace
