@@ -1,66 +1,115 @@
-#include "picture/api/picture.hpp"
+#include "picture/api/Drawing.h"
+#include "picture/api/Options.h"
+#include "picture/api/Report.h"
 
+#include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
-#include "core/records/MetafileFacts.h"
 #include "picture/play/EmfPlayer.h"
 #include "picture/scene/Passes.h"
 #include "picture/svg/SvgWriter.h"
 
+#include <cstddef>
 #include <new>
+#include <stdexcept>
 
 namespace svgtool {
 
 namespace {
 
-    void fillReport(PictureReport &report, const RecordTally &tally, const MetafileFacts &facts)
+    Picture failure(PictureError error)
     {
-        const auto types = recordTypes(facts.format);
-        for (const RecordTally::Line &line : tally.lines()) {
-            const RecordType *const type = findRecordType(types, line.type);
-            report.records.push_back({ line.type, type != nullptr ? type->name : "",
-                                       RecordFate(line.outcome), line.count, line.firstOffset,
-                                       line.why });
-        }
-        report.isWhole = tally.stop().reason == StopReason::EndRecord && facts.unread.records == 0;
+        Picture picture;
+        picture.error = error;
+        return picture;
     }
 
-    Picture draw(ByteView file, const PictureOptions &options)
+    Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                    RecordTally &tally)
     {
         Picture result;
-        const MetafileFacts facts = inspectMetafile(file);
-        if (facts.format != MetafileFormat::Emf) {
-            result.error = PictureError::NotAMetafile;
-            return result;
-        }
         const auto picture = picture::EmfPlayer::pictureOf(facts);
-        constexpr int64_t kHandles = 56; // the header's nHandles
-        picture::DeviceContext context(picture.device, Fields(file, kHandles).word());
-        RecordTally tally;
-        picture::EmfPlayer(context).playAll(file, facts.firstRecord, &tally);
+        picture::DeviceContext context(picture.device,
+                                       Fields(file, offsetof(ENHMETAHEADER, nHandles)).word());
+        RecordTally records;
+        picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
         picture::Scene scene = context.take();
-        scene.width = picture.width * options.scale;
-        scene.height = picture.height * options.scale;
+        const PictureSize size = sizeOf({ picture.width, picture.height }, options);
+        result.width = scene.width = size.width;
+        result.height = scene.height = size.height;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
-        result.width = scene.width;
-        result.height = scene.height;
-        result.document =
-                picture::writeSvg(scene, options.idPrefix.empty() ? "p" : options.idPrefix);
-        fillReport(result.report, tally, facts);
+        result.document = picture::writeSvg(
+                scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix);
+        result.report = reportOf(facts, records);
+        result.report.isSizeGuessed = picture.isGuessed;
+        tally = std::move(records);
         return result;
+    }
+
+    Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                    RecordTally &tally)
+    {
+        switch (facts.format) {
+        case MetafileFormat::Emf:
+            return drawEmf(file, facts, options, tally);
+        case MetafileFormat::Wmf:
+        case MetafileFormat::PlaceableWmf:
+            return failure(PictureError::NotDrawnYet); // the place of their player
+        case MetafileFormat::Unknown:
+            break;
+        }
+        return failure(PictureError::NotAMetafile);
+    }
+
+    // Nothing that is thrown passes this.
+    template<class Draw>
+    Picture guarded(const PictureOptions &options, Draw draw) noexcept
+    try {
+        return isValid(options) ? draw() : failure(PictureError::BadOptions);
+    } catch (const std::bad_alloc &) {
+        return failure(PictureError::OutOfMemory);
+    } catch (const std::length_error &) {
+        return failure(PictureError::OutOfMemory);
+    } catch (...) {
+        return failure(PictureError::Internal);
     }
 
 } // namespace
 
+const char *describe(PictureError error) noexcept
+{
+    switch (error) {
+    case PictureError::None:
+        return "there is no error";
+    case PictureError::NotAMetafile:
+        return "this is not a metafile: it has neither an EMF nor a WMF header";
+    case PictureError::NotDrawnYet:
+        return "metafiles of this format (WMF) are not drawn yet";
+    case PictureError::BadOptions:
+        return "the options ask for a size or a prefix that is not allowed";
+    case PictureError::OutOfMemory:
+        return "there is not enough memory";
+    case PictureError::Internal:
+        break;
+    }
+    return "an internal fault ended the drawing";
+}
+
+Picture drawInspected(ByteView metafile, const MetafileFacts &facts, const PictureOptions &options,
+                      RecordTally &tally) noexcept
+{
+    return guarded(options, [&] { return drawAny(metafile, facts, options, tally); });
+}
+
 Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &options) noexcept
-try {
+{
     // Bytes are what char may look at.
-    const auto *const data = reinterpret_cast<const char *>(metafile.data());
-    return draw({ data, int64_t(metafile.size()) }, options);
-} catch (const std::bad_alloc &) {
-    Picture result;
-    result.error = PictureError::OutOfMemory;
-    return result;
+    const ByteView file{ reinterpret_cast<const char *>(metafile.data()),
+                         int64_t(metafile.size()) };
+    return guarded(options, [&] {
+        RecordTally tally;
+        return drawAny(file, inspectMetafile(file), options, tally);
+    });
 }
 
 } // namespace svgtool

@@ -6,46 +6,109 @@
 #include <string>
 #include <vector>
 
+// The whole public interface of the picture library: a metafile in memory in, an SVG document and
+// a report of what became of its records out. It needs C++20 and nothing else.
+
+#if defined(SVGTOOL_STATIC)
+#define SVGTOOL_PICTURE_EXPORT
+#elif defined(_WIN32) && defined(SVGTOOL_BUILD)
+#define SVGTOOL_PICTURE_EXPORT __declspec(dllexport)
+#elif defined(_WIN32)
+#define SVGTOOL_PICTURE_EXPORT __declspec(dllimport)
+#else
+#define SVGTOOL_PICTURE_EXPORT __attribute__((visibility("default")))
+#endif
+
 namespace svgtool {
 
 /// Why there is no picture.
 enum class PictureError {
     None, ///< there is one
-    NotAMetafile, ///< the bytes begin like no format that is drawn
-    BadOptions, ///< a size or a prefix that makes no sense
+    NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
+    NotDrawnYet, ///< a metafile of a format that is known, but not drawn by this version: a WMF
+    BadOptions, ///< a size or a prefix that PictureOptions does not allow
     OutOfMemory,
+    Internal, ///< a fault of this library; it should not happen
 };
+
+/// An English sentence without its full stop: "there is not enough memory". For any value.
+SVGTOOL_PICTURE_EXPORT const char *describe(PictureError error) noexcept;
 
 /// How a picture is asked for.
 struct PictureOptions
 {
-    /// Of the picture in CSS pixels, 96 an inch; 0 keeps its natural size, or, where the other one
-    /// is given, its shape.
-    double width = 0, height = 0;
-    double scale = 1; ///< of the natural size, where neither width nor height is given
-    /// What the document's ids begin with, a letter and then letters, digits, "-" and "_"; made of
-    /// the metafile's bytes where it is empty, so that documents can share a page.
+    /// Width and height of the document in CSS pixels, 96 an inch, from 0.001 to 1,000,000; 0 for
+    /// not given. With one of them the other follows by the picture's shape. With two of another
+    /// shape the picture stands in the middle, whole, with room at two sides.
+    double width = 0;
+    double height = 0;
+    /// The document's size as a multiple of its natural one, from 0.000001 to 1,000,000; not used
+    /// where width or height is given. What comes of it has sides of 1 to 16,384 pixels and no
+    /// more than 67,108,864 (2^26) pixels in all, as has the natural size.
+    double scale = 1;
+    /// What the document's ids begin with: a letter of ASCII, and up to 63 letters, digits, "-" and
+    /// "_". Where it is empty, the prefix is made of the metafile's bytes, so that documents of
+    /// different metafiles may stand on one page.
     std::string idPrefix;
 };
 
 /// What became of records of one type.
-enum class RecordFate { Drawn, Approximated, NotDone, Neutral };
-
-/// One line of a report.
-struct RecordLine
-{
-    uint32_t type = 0; ///< number of the record type
-    std::string name; ///< as the format's description writes it; empty for an unknown type
-    RecordFate fate = RecordFate::Drawn;
-    uint64_t count = 0;
-    int64_t firstOffset = 0; ///< in the file, of the first of them
-    std::string reason; ///< of Approximated and NotDone, for the first of them
+enum class RecordFate {
+    Drawn, ///< it painted as GDI would, or its state is in force
+    Approximated, ///< it was carried out in a way that may look different from GDI's
+    NotDone, ///< nothing was done with it, and the picture may lack something
+    Neutral, ///< nothing was done with it, and nothing can be missing: a comment or a hint
 };
 
+/// What a picture lacks where a record is not done.
+enum class RecordLoss {
+    Drawing, ///< what the record itself would have painted
+    State, ///< records behind it may be painted in another way or place
+    Hint, ///< nothing to be seen
+};
+
+/// The records of one type that had one fate.
+struct RecordLine
+{
+    /// What types share that no line of their own has: a report names at most 256 types.
+    static constexpr uint32_t kOtherTypes = 0xFFFFFFFF;
+
+    uint32_t type = 0; ///< the number of the record type, or kOtherTypes
+    std::string name; ///< as the format's description writes it; "EMR 200" where it has none
+    RecordFate fate = RecordFate::Drawn;
+    RecordLoss loss = RecordLoss::Drawing; ///< of the type; counts where the fate is NotDone
+    uint64_t count = 0;
+    int64_t firstOffset = 0; ///< in the metafile, of the first of them
+    std::string reason; ///< why the first of them has this fate; empty for Drawn and Neutral
+};
+
+/// Why the records end where they do.
+enum class RecordsEnd {
+    EndRecord, ///< as it should be
+    DataEnded, ///< the metafile ends without one
+    RecordCut, ///< a record is longer than the rest of the metafile
+    BadSize, ///< a record's size does not even hold its own head
+};
+
+/// What became of a metafile's records, and what is wrong with it.
 struct PictureReport
 {
     std::vector<RecordLine> records; ///< by type, then by fate
-    bool isWhole = false; ///< the records end with an end record, and nothing is left behind it
+
+    RecordsEnd end = RecordsEnd::EndRecord;
+    uint64_t endRecord = 0; ///< number of the record at which they end; the EMF header is number 1
+    int64_t endOffset = 0; ///< in the metafile, of that record
+    /// Well-formed records behind the end record. They are not played, as GDI does not.
+    uint64_t unreadRecords = 0;
+
+    /// All records that there should be were read: up to an end record with none behind it, or, as
+    /// some programs leave it out, up to the metafile's very end.
+    bool isWhole = false;
+    /// The header names another size, fewer records or another place of the first record than the
+    /// metafile has. The records were read where they are, up to their end.
+    bool isHeaderWrong = false;
+    /// The header's frame or device makes no sense, so the size is a guess from its bounds.
+    bool isSizeGuessed = false;
 };
 
 /// A document, and what is known of it.
@@ -53,16 +116,23 @@ struct Picture
 {
     PictureError error = PictureError::None;
     std::string document; ///< SVG 1.1 in UTF-8; empty if there is an error
-    double width = 0, height = 0; ///< CSS pixels
-    PictureReport report;
+    double width = 0; ///< of the document in CSS pixels, as height; 0 if there is an error
+    double height = 0;
+    PictureReport report; ///< empty if there is an error
 };
 
 /// Draws an enhanced metafile (EMF) as GDI would and writes the picture as an SVG 1.1 document.
 ///
+/// The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
+/// it, and the report says what cannot. The document holds no script, refers to nothing outside,
+/// and has the title and the maker that the metafile's description names as its title and desc.
 /// Equal bytes and options give equal documents on every machine that has the same fonts.
-/// @param metafile  the whole file; nothing about it is trusted
-/// @note May be called on any number of threads at once.
-Picture drawMetafile(std::span<const std::byte> metafile,
-                     const PictureOptions &options = {}) noexcept;
+/// @param metafile  the whole file; nothing of it is kept
+/// @param options   nothing of them is kept
+/// @return a picture, or an error with nothing else set
+/// @note Throws nothing. May be called on any number of threads at once. Time and memory are in
+///       proportion to the metafile's size and that of the bitmaps in it.
+SVGTOOL_PICTURE_EXPORT Picture drawMetafile(std::span<const std::byte> metafile,
+                                            const PictureOptions &options = {}) noexcept;
 
 } // namespace svgtool

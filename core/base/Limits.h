@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// What the picture path takes at most of anything. All else is bounded by the bytes that a metafile
+// has, since counts and lengths are checked against them before they are used.
+
+namespace svgtool::limits {
+
+// The document.
+
+/// Pixels of a side that is not asked for by its length. Longer pictures are not opened by viewers:
+/// one of the usual libraries ends at 32,767, browsers at as many or fewer.
+inline constexpr double kNaturalSide = 16384;
+/// Pixels in all of such a picture. At four bytes each they are 256 MiB, and drawn in seconds.
+inline constexpr double kNaturalArea = double(1 << 26);
+/// A side and a scale that are asked for: what lies outside is a slip of whoever asks.
+inline constexpr double kLeastSide = 0.001, kMostSide = 1e6;
+inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
+/// Characters of a prefix, which stands in every reference.
+inline constexpr size_t kPrefix = 64;
+
+} // namespace svgtool::limits
