@@ -24,7 +24,7 @@ namespace {
     }
 
     Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    RecordTally &tally)
+                    std::string_view comment, RecordTally &tally)
     {
         Picture result;
         const auto picture = picture::EmfPlayer::pictureOf(facts);
@@ -36,6 +36,7 @@ namespace {
         const PictureSize size = sizeOf({ picture.width, picture.height }, options);
         result.width = scene.width = size.width;
         result.height = scene.height = size.height;
+        scene.comment = comment;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
         result.document = picture::writeSvg(
@@ -47,11 +48,11 @@ namespace {
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    RecordTally &tally)
+                    std::string_view comment, RecordTally &tally)
     {
         switch (facts.format) {
         case MetafileFormat::Emf:
-            return drawEmf(file, facts, options, tally);
+            return drawEmf(file, facts, options, comment, tally);
         case MetafileFormat::Wmf:
         case MetafileFormat::PlaceableWmf:
             return failure(PictureError::NotDrawnYet); // the place of their player
@@ -96,9 +97,9 @@ const char *describe(PictureError error) noexcept
 }
 
 Picture drawInspected(ByteView metafile, const MetafileFacts &facts, const PictureOptions &options,
-                      RecordTally &tally) noexcept
+                      std::string_view comment, RecordTally &tally) noexcept
 {
-    return guarded(options, [&] { return drawAny(metafile, facts, options, tally); });
+    return guarded(options, [&] { return drawAny(metafile, facts, options, comment, tally); });
 }
 
 Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &options) noexcept
@@ -108,7 +109,7 @@ Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &
                          int64_t(metafile.size()) };
     return guarded(options, [&] {
         RecordTally tally;
-        return drawAny(file, inspectMetafile(file), options, tally);
+        return drawAny(file, inspectMetafile(file), options, {}, tally);
     });
 }
 
