@@ -5,6 +5,7 @@
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
 #include "picture/play/EmfPlayer.h"
+#include "picture/scene/Images.h"
 #include "picture/scene/Passes.h"
 #include "picture/svg/SvgWriter.h"
 
@@ -24,7 +25,7 @@ namespace {
     }
 
     Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    std::string_view comment, RecordTally &tally)
+                    RecordTally &tally)
     {
         Picture result;
         const auto picture = picture::EmfPlayer::pictureOf(facts);
@@ -36,9 +37,9 @@ namespace {
         const PictureSize size = sizeOf({ picture.width, picture.height }, options);
         result.width = scene.width = size.width;
         result.height = scene.height = size.height;
-        scene.comment = comment;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
+        picture::enlargeImages(scene);
         result.document = picture::writeSvg(
                 scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix);
         result.report = reportOf(facts, records);
@@ -48,11 +49,11 @@ namespace {
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    std::string_view comment, RecordTally &tally)
+                    RecordTally &tally)
     {
         switch (facts.format) {
         case MetafileFormat::Emf:
-            return drawEmf(file, facts, options, comment, tally);
+            return drawEmf(file, facts, options, tally);
         case MetafileFormat::Wmf:
         case MetafileFormat::PlaceableWmf:
             return failure(PictureError::NotDrawnYet); // the place of their player
@@ -97,9 +98,9 @@ const char *describe(PictureError error) noexcept
 }
 
 Picture drawInspected(ByteView metafile, const MetafileFacts &facts, const PictureOptions &options,
-                      std::string_view comment, RecordTally &tally) noexcept
+                      RecordTally &tally) noexcept
 {
-    return guarded(options, [&] { return drawAny(metafile, facts, options, comment, tally); });
+    return guarded(options, [&] { return drawAny(metafile, facts, options, tally); });
 }
 
 Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &options) noexcept
@@ -109,7 +110,7 @@ Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &
                          int64_t(metafile.size()) };
     return guarded(options, [&] {
         RecordTally tally;
-        return drawAny(file, inspectMetafile(file), options, {}, tally);
+        return drawAny(file, inspectMetafile(file), options, tally);
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picture/gdi/Blit.h"
 #include "picture/gdi/Device.h"
 #include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
@@ -103,6 +104,17 @@ public:
     Played frameRegion(std::span<const RectI> rects, uint32_t brush, PointD edge);
     Played paintRegion(std::span<const RectI> rects);
 
+    // Bitmaps. Bits and headers are untrusted; what cannot be decoded is not done.
+    // The two that follow count the lines from the bottom one, whichever comes first in the bits.
+    Played stretchDibits(const BlitBox &to, const BlitBox &from, const DibBytes &dib,
+                         uint32_t operation);
+    /// @param firstLine, lines  of the whole bitmap, which the bits are
+    Played setDibitsToDevice(PointL to, const BlitBox &from, const DibBytes &dib,
+                             uint32_t firstLine, uint32_t lines);
+    /// BitBlt, StretchBlt and PatBlt.
+    /// @param source  null where the operation does not use it
+    Played stretchBlt(const BlitBox &to, const BlitSource *source, uint32_t operation);
+
     // Text.
     /// @param advances  of each UTF-16 unit, logical; empty where the font's own count
     Played textOut(std::u16string_view text, PointD reference, uint32_t options, const RectD &box,
@@ -140,6 +152,15 @@ private:
     Played figure(const Path &path, uint8_t parts);
     Played paintCollected(uint8_t parts);
 
+    // Bitmaps.
+    std::optional<DecodedBitmap> decode(const DibBytes &dib);
+    std::optional<BlitPlace> place(const BlitBox &to, const RectD &from, IntSize size) const;
+    Played blit(const BlitBox &to, const RectD &from, DecodedBitmap bitmap,
+                RasterOperation operation);
+    Played paintPixels(Bitmap pixels, const BlitPlace &place, double opacity);
+    Played paintFile(const DecodedBitmap &bitmap, const BlitPlace &place);
+    Played fillBlit(const BlitBox &to, RasterOperation operation);
+
     // Clips.
     Played intersectTerm(ClipTerm term);
     void updateClip();
@@ -153,6 +174,7 @@ private:
     std::vector<State> m_saved;
     std::vector<GdiObject> m_objects;
     uint32_t m_record = 0;
+    int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
 
     bool m_isInPath = false;
     Path m_path; ///< of the bracket, in device units

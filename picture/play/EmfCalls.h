@@ -111,6 +111,12 @@ Played fillRegion(DeviceContext &dc, ByteView record);
 Played frameRegion(DeviceContext &dc, ByteView record);
 Played paintRegion(DeviceContext &dc, ByteView record);
 
+// Bitmaps: EmfCalls_Bitmaps.cpp.
+Played bitBlt(DeviceContext &dc, ByteView record);
+Played stretchBlt(DeviceContext &dc, ByteView record);
+Played setDibitsToDevice(DeviceContext &dc, ByteView record);
+Played stretchDibits(DeviceContext &dc, ByteView record);
+
 // Text: EmfCalls_Text.cpp.
 Played extTextOut(DeviceContext &dc, ByteView record);
 

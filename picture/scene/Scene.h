@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/geometry/Path.h"
+#include "core/raster/Bitmap.h"
 
 #include <cstdint>
 #include <optional>
@@ -37,14 +38,32 @@ struct Hatch
     bool operator==(const Hatch &) const = default;
 };
 
+/// Pixels, or a whole PNG or JPEG file.
+struct Image
+{
+    Bitmap pixels; ///< upright; null when the image is a file
+    std::string file;
+    const char *mediaType = "image/png"; ///< of the file
+    IntSize size;
+};
+
+/// A tile of pixels, repeated from one of its places.
+struct Pattern
+{
+    Index image = kNone; ///< in Scene::images
+    RectD tile;
+
+    bool operator==(const Pattern &) const = default;
+};
+
 /// What fills an area or a stroke.
 struct Paint
 {
-    enum class Kind : uint8_t { Solid, Hatch };
+    enum class Kind : uint8_t { Solid, Hatch, Pattern };
 
     Kind kind = Kind::Solid;
     Color color; ///< of Solid
-    Index resource = kNone; ///< of Hatch, in Scene::hatches
+    Index resource = kNone; ///< of Hatch, in Scene::hatches; of Pattern, in Scene::patterns
 
     bool operator==(const Paint &) const = default;
 };
@@ -111,6 +130,15 @@ struct Ellipse
     PointD radii;
 };
 
+/// An image in its place.
+struct ImagePlace
+{
+    Index image = kNone; ///< in Scene::images
+    RectD box; ///< which it fills
+    /// Its pixels are larger than those of the picture, and are to stay squares.
+    bool isEnlarged = false;
+};
+
 /// How a node meets what lies beneath it: the modes of [CSS compositing] 10.
 enum class Blend : uint8_t {
     Normal,
@@ -126,7 +154,7 @@ enum class Blend : uint8_t {
 /// One thing that is painted.
 struct Node
 {
-    enum class Kind : uint8_t { Path, Rect, Ellipse, Text };
+    enum class Kind : uint8_t { Path, Rect, Ellipse, Text, Image };
 
     Kind kind = Kind::Path;
     bool isEvenOdd = true; ///< how a path is filled
@@ -145,7 +173,6 @@ struct Scene
     RectD view; ///< what the picture shows
     double width = 0, height = 0; ///< of the picture in CSS pixels, 96 an inch
     std::u16string title, description;
-    std::string comment; ///< UTF-8; what a reader of the document's text is to know
 
     std::vector<Node> nodes;
     std::vector<Path::Verb> verbs; ///< of all paths, one after the other
@@ -154,10 +181,13 @@ struct Scene
     std::vector<Rect> rects;
     std::vector<Ellipse> ellipses;
     std::vector<Text> texts;
+    std::vector<ImagePlace> imagePlaces;
 
     std::vector<Paint> paints;
     std::vector<Stroke> strokes;
     std::vector<Hatch> hatches;
+    std::vector<Image> images;
+    std::vector<Pattern> patterns;
     std::vector<Clip> clips;
     std::vector<Affine> transforms;
 };

@@ -1,5 +1,6 @@
 #include "picture/scene/SceneBuilder.h"
 
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 #include <utility>
@@ -72,6 +73,53 @@ Index SceneBuilder::hatch(const Hatch &hatch)
     return once(m_hatches, m_scene.hatches, hatch, key.take());
 }
 
+Index SceneBuilder::pattern(const Pattern &pattern)
+{
+    Key key;
+    key << pattern.image << pattern.tile.left << pattern.tile.top << pattern.tile.right
+        << pattern.tile.bottom;
+    return once(m_patterns, m_scene.patterns, pattern, key.take());
+}
+
+// FNV-1a, by words where there are any.
+static uint64_t hashOf(const Image &image)
+{
+    uint64_t hash = 0xCBF29CE484222325;
+    const auto mix = [&hash](uint64_t word) { hash = (hash ^ word) * 0x100000001B3; };
+    const auto mixBytes = [&mix](const void *bytes, size_t size) {
+        const auto *const from = static_cast<const char *>(bytes);
+        size_t i = 0;
+        for (; i + sizeof(uint64_t) <= size; i += sizeof(uint64_t)) {
+            uint64_t word = 0;
+            std::memcpy(&word, from + i, sizeof word);
+            mix(word);
+        }
+        for (; i < size; ++i)
+            mix(uint8_t(from[i]));
+    };
+    mix(uint64_t(uint32_t(image.size.width)) << 32 | uint32_t(image.size.height));
+    mixBytes(image.file.data(), image.file.size());
+    if (!image.pixels.isNull())
+        mixBytes(image.pixels.line(0), size_t(image.pixels.lineBytes() * image.pixels.height()));
+    return hash;
+}
+
+Index SceneBuilder::image(Image image)
+{
+    const uint64_t hash = hashOf(image);
+    for (auto [known, end] = m_images.equal_range(hash); known != end; ++known) {
+        const Image &other = m_scene.images[known->second];
+        if (other.size == image.size && other.file == image.file
+            && other.pixels.isNull() == image.pixels.isNull()
+            && (image.pixels.isNull() || other.pixels == image.pixels))
+            return known->second;
+    }
+    const auto number = Index(m_scene.images.size());
+    m_images.emplace(hash, number);
+    m_scene.images.push_back(std::move(image));
+    return number;
+}
+
 Index SceneBuilder::clip(const Clip &clip)
 {
     Key key;
@@ -113,6 +161,48 @@ void SceneBuilder::add(Node node, const Ellipse &ellipse)
     node.geometry = Index(m_scene.ellipses.size());
     m_scene.ellipses.push_back(ellipse);
     m_scene.nodes.push_back(node);
+}
+
+void SceneBuilder::add(Node node, const ImagePlace &place)
+{
+    node.kind = Node::Kind::Image;
+    node.geometry = Index(m_scene.imagePlaces.size());
+    m_scene.imagePlaces.push_back(place);
+    m_scene.nodes.push_back(node);
+}
+
+void SceneBuilder::takeBack(const Mark &mark)
+{
+    for (; m_scene.images.size() > mark.images; m_scene.images.pop_back()) {
+        const auto number = Index(m_scene.images.size() - 1);
+        auto [known, end] = m_images.equal_range(hashOf(m_scene.images.back()));
+        known = std::find_if(known, end, [=](const auto &it) { return it.second == number; });
+        if (known != end)
+            m_images.erase(known);
+    }
+    for (; m_scene.nodes.size() > mark.nodes; m_scene.nodes.pop_back()) {
+        const Node &node = m_scene.nodes.back();
+        // Geometry is in the order of the nodes, so that the last one's is the last.
+        switch (node.kind) {
+        case Node::Kind::Path:
+            m_scene.verbs.resize(m_scene.paths.back().firstVerb);
+            m_scene.points.resize(m_scene.paths.back().firstPoint);
+            m_scene.paths.pop_back();
+            break;
+        case Node::Kind::Rect:
+            m_scene.rects.pop_back();
+            break;
+        case Node::Kind::Ellipse:
+            m_scene.ellipses.pop_back();
+            break;
+        case Node::Kind::Text:
+            m_scene.texts.pop_back();
+            break;
+        case Node::Kind::Image:
+            m_scene.imagePlaces.pop_back();
+            break;
+        }
+    }
 }
 
 void SceneBuilder::add(Node node, Text text)

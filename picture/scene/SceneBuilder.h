@@ -19,6 +19,8 @@ public:
     Index paint(const Paint &paint);
     Index stroke(const Stroke &stroke);
     Index hatch(const Hatch &hatch);
+    Index image(Image image);
+    Index pattern(const Pattern &pattern);
     Index clip(const Clip &clip);
     /// kNone for the identity.
     Index transform(const Affine &matrix);
@@ -28,6 +30,16 @@ public:
     void add(Node node, const Rect &rect);
     void add(Node node, const Ellipse &ellipse);
     void add(Node node, Text text);
+    void add(Node node, const ImagePlace &place);
+
+    /// How much there is.
+    struct Mark
+    {
+        size_t nodes = 0, images = 0;
+    };
+    Mark mark() const { return { m_scene.nodes.size(), m_scene.images.size() }; }
+    /// Takes back the nodes and images that have been added since.
+    void takeBack(const Mark &mark);
 
 private:
     using Known = std::unordered_map<std::string, Index>;
@@ -37,7 +49,8 @@ private:
                       std::string key);
 
     Scene m_scene;
-    Known m_paints, m_strokes, m_hatches, m_clips, m_transforms;
+    Known m_paints, m_strokes, m_hatches, m_patterns, m_clips, m_transforms;
+    std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
 };
 
 } // namespace svgtool::picture

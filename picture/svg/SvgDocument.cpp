@@ -97,6 +97,11 @@ void SvgDocument::id(Defined kind, Index resource)
     m_text.append(" id=\"", m_prefix, number(kind, resource), '"');
 }
 
+void SvgDocument::link(Defined kind, Index resource)
+{
+    m_text.append(" xlink:href=\"#", m_prefix, number(kind, resource), '"');
+}
+
 void SvgDocument::reference(Defined kind, Index resource)
 {
     m_text.append("url(#", m_prefix, number(kind, resource), ')');

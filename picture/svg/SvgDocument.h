@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/raster/Png.h"
 #include "picture/scene/Scene.h"
 #include "picture/svg/Numbers.h"
 
@@ -14,14 +15,15 @@ class SvgDocument
 {
 public:
     /// What is written in <defs> and named from elsewhere.
-    enum class Defined : uint8_t { Clip, Hatch };
-    static constexpr size_t kDefinedKinds = 2;
+    enum class Defined : uint8_t { Clip, Hatch, Image, Pattern };
+    static constexpr size_t kDefinedKinds = 4;
 
     /// @param prefix  of all ids; lives as long as the document
     SvgDocument(const Scene &scene, std::string_view prefix);
 
     const Scene &scene() const { return m_scene; }
     TextBuffer &text() { return m_text; }
+    PngEncoder &png() { return m_png; }
     /// On which all lengths of the picture are written.
     const Numbers &grid() const { return m_grid; }
 
@@ -51,6 +53,8 @@ public:
     bool isUsed(Defined kind, Index resource) const;
     /// Appends ` id="..."`.
     void id(Defined kind, Index resource);
+    /// Appends ` xlink:href="#..."`.
+    void link(Defined kind, Index resource);
     /// Appends `url(#...)`.
     void reference(Defined kind, Index resource);
 
@@ -63,6 +67,7 @@ private:
     std::string_view m_prefix;
     Numbers m_grid;
     TextBuffer m_text;
+    PngEncoder m_png;
     std::vector<Index> m_numbers[kDefinedKinds]; // by resource; kNone while it is not used
     Index m_next = 0;
 };

@@ -31,6 +31,8 @@ void usePaint(SvgDocument &document, const Paint &paint)
 {
     if (paint.kind == Paint::Kind::Hatch)
         document.use(Defined::Hatch, paint.resource);
+    else if (paint.kind == Paint::Kind::Pattern)
+        document.use(Defined::Pattern, paint.resource);
 }
 
 static void defineHatch(SvgDocument &document, Index number)
@@ -75,7 +77,8 @@ static void writePaint(SvgDocument &document, std::string_view name, const Paint
         return;
     }
     document.put(' ', name, "=\"");
-    document.reference(Defined::Hatch, paint.resource);
+    document.reference(paint.kind == Paint::Kind::Hatch ? Defined::Hatch : Defined::Pattern,
+                       paint.resource);
     document.put('"');
 }
 

@@ -8,6 +8,11 @@ namespace svgtool::picture {
 
 // The parts of the writer, each in a file of its own.
 
+// SvgWriter.cpp
+/// Writes the style attribute, if there is anything for it: what SVG 1.1 has no attribute for.
+/// @param properties  of CSS, without the blend
+void writeStyle(SvgDocument &document, Blend blend, std::string_view properties);
+
 // SvgShapes.cpp
 void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points);
@@ -27,5 +32,14 @@ void usePaint(SvgDocument &document, const Paint &paint);
 void definePaints(SvgDocument &document);
 void writeFill(SvgDocument &document, Index fill);
 void writeStroke(SvgDocument &document, const Stroke &stroke);
+
+// SvgImages.cpp
+/// Notes which images are shown more than once, and so are defined.
+void useImages(SvgDocument &document);
+/// Writes definitions of images and of patterns made of them.
+void defineImages(SvgDocument &document);
+void writeImage(SvgDocument &document, const Node &node);
+/// Whether the document has to know links.
+bool needsLinks(const Scene &scene);
 
 } // namespace svgtool::picture

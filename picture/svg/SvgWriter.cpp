@@ -1,21 +1,25 @@
 #include "picture/svg/SvgWriter.h"
 
-#include "core/text/XmlEscape.h"
 #include "picture/svg/SvgParts.h"
 
 namespace svgtool::picture {
 
 using Defined = SvgDocument::Defined;
 
-namespace {
+void writeStyle(SvgDocument &document, Blend blend, std::string_view properties)
+{
+    static constexpr std::string_view kNames[] = {
+        "normal", "multiply", "screen", "overlay", "darken", "lighten", "difference", "exclusion"
+    };
+    if (blend == Blend::Normal && properties.empty())
+        return;
+    document.put(" style=\"", properties);
+    if (blend != Blend::Normal)
+        document.put(properties.empty() ? "" : ";", "mix-blend-mode:", kNames[size_t(blend)]);
+    document.put('"');
+}
 
-    void writeBlend(SvgDocument &document, Blend blend)
-    {
-        static constexpr std::string_view kNames[] = { "normal",     "multiply", "screen",
-                                                       "overlay",    "darken",   "lighten",
-                                                       "difference", "exclusion" };
-        document.put(" style=\"mix-blend-mode:", kNames[size_t(blend)], '"');
-    }
+namespace {
 
     void writePaints(SvgDocument &document, const Node &node, const Node *outer)
     {
@@ -41,6 +45,9 @@ namespace {
         case Node::Kind::Text:
             writeText(document, scene.texts[node.geometry]);
             break;
+        case Node::Kind::Image:
+            writeImage(document, node);
+            return;
         }
         writePaints(document, node, outer);
         if (node.transform != kNone)
@@ -50,8 +57,7 @@ namespace {
             document.exact(node.opacity);
             document.put('"');
         }
-        if (node.blend != Blend::Normal)
-            writeBlend(document, node.blend);
+        writeStyle(document, node.blend, {});
         if (node.kind == Node::Kind::Text)
             writeTextEnd(document, scene.texts[node.geometry]);
         else
@@ -95,6 +101,7 @@ namespace {
             if (node.stroke != kNone)
                 usePaint(document, scene.strokes[node.stroke].paint);
         }
+        useImages(document);
     }
 
     void writeDefinitions(SvgDocument &document)
@@ -108,6 +115,7 @@ namespace {
                 defineClip(document, Index(i));
         }
         definePaints(document);
+        defineImages(document);
         if (document.text().size() == start)
             document.text().truncate(before);
         else
@@ -121,7 +129,8 @@ namespace {
         while (from < to) {
             const Node &lead = nodes[from];
             size_t end = from + 1;
-            while (end < to && nodes[end].fill == lead.fill && nodes[end].stroke == lead.stroke)
+            while (end < to && lead.kind != Node::Kind::Image && nodes[end].fill == lead.fill
+                   && nodes[end].stroke == lead.stroke)
                 ++end;
             const Node *outer = nullptr;
             if (end - from > 1) {
@@ -158,11 +167,10 @@ namespace {
     {
         const Scene &scene = document.scene();
         constexpr Numbers kPixels(3);
-        if (!scene.comment.empty()) {
-            appendComment(document.text(), scene.comment);
-            document.put('\n');
-        }
-        document.put("<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"");
+        document.put("<svg xmlns=\"http://www.w3.org/2000/svg\"");
+        if (needsLinks(scene))
+            document.put(" xmlns:xlink=\"http://www.w3.org/1999/xlink\"");
+        document.put(" version=\"1.1\" width=\"");
         kPixels.append(document.text(), scene.width);
         document.put("\" height=\"");
         kPixels.append(document.text(), scene.height);

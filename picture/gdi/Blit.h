@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/geometry/Affine.h"
+#include "core/raster/DibDecoder.h"
+#include "core/raster/RasterOperation.h"
+#include "picture/gdi/State.h"
+
+#include <optional>
+
+namespace svgtool::picture {
+
+/// A rectangle by a corner and its extent, which mirrors where it is negative.
+struct BlitBox
+{
+    PointL at, extent;
+};
+
+/// A bitmap of a call, before it is decoded: untrusted bytes.
+struct BlitSource
+{
+    DibBytes dib;
+    BlitBox box; ///< in units that toPixels maps
+    Affine toPixels; ///< XformSrc of [MS-EMF], which is the identity nearly always
+};
+
+/// Where pixels come from and where they go.
+struct BlitPlace
+{
+    IntRect part; ///< of the bitmap, not empty
+    RectD box; ///< which the part fills, in units of the picture before `transform`
+    Affine transform;
+    bool mirrorsX = false, mirrorsY = false;
+};
+
+} // namespace svgtool::picture

@@ -1,0 +1,125 @@
+#include "picture/svg/SvgParts.h"
+
+#include "core/base/Base64.h"
+
+#include <cmath>
+#include <vector>
+
+namespace svgtool::picture {
+
+using Defined = SvgDocument::Defined;
+
+bool needsLinks(const Scene &scene)
+{
+    return !scene.imagePlaces.empty() || !scene.patterns.empty();
+}
+
+// Images inside of patterns stand there, and are not counted.
+void useImages(SvgDocument &document)
+{
+    const Scene &scene = document.scene();
+    std::vector<bool> isSeen(scene.images.size());
+    for (const Node &node : scene.nodes) {
+        if (node.kind != Node::Kind::Image)
+            continue;
+        const Index image = scene.imagePlaces[node.geometry].image;
+        if (isSeen[image])
+            document.use(Defined::Image, image);
+        isSeen[image] = true;
+    }
+}
+
+// Width, height and what is to be seen.
+static void writeContents(SvgDocument &document, const Image &image, double width, double height)
+{
+    document.attribute("width", width);
+    document.attribute("height", height);
+    const double skew = width * image.size.height - height * image.size.width;
+    if (std::abs(skew) > 1e-9 * width * image.size.height)
+        document.attribute("preserveAspectRatio", "none");
+    document.put(" xlink:href=\"data:");
+    if (image.pixels.isNull()) {
+        document.put(image.mediaType, ";base64,");
+        appendBase64(document.text(), { image.file.data(), int64_t(image.file.size()) });
+    } else {
+        document.put("image/png;base64,");
+        appendBase64(document.text(), document.png().encode(image.pixels).view());
+    }
+    document.put('"');
+}
+
+// Each viewer knows one of the names: newer ones the second, which others leave out.
+static constexpr std::string_view kSharp =
+        "image-rendering:optimizeSpeed;image-rendering:pixelated";
+
+static void definePattern(SvgDocument &document, Index number)
+{
+    const Pattern &pattern = document.scene().patterns[number];
+    document.put("<pattern");
+    document.id(Defined::Pattern, number);
+    document.put(" patternUnits=\"userSpaceOnUse\"");
+    document.attribute("x", pattern.tile.left);
+    document.attribute("y", pattern.tile.top);
+    document.attribute("width", pattern.tile.width());
+    document.attribute("height", pattern.tile.height());
+    document.put("><image");
+    writeContents(document, document.scene().images[pattern.image], pattern.tile.width(),
+                  pattern.tile.height());
+    document.attribute("style", kSharp);
+    document.put("/></pattern>\n");
+}
+
+void defineImages(SvgDocument &document)
+{
+    const Scene &scene = document.scene();
+    for (size_t i = 0; i < scene.patterns.size(); ++i) {
+        if (document.isUsed(Defined::Pattern, Index(i)))
+            definePattern(document, Index(i));
+    }
+    for (size_t i = 0; i < scene.images.size(); ++i) {
+        if (!document.isUsed(Defined::Image, Index(i)))
+            continue;
+        document.put("<image");
+        document.id(Defined::Image, Index(i));
+        writeContents(document, scene.images[i], scene.images[i].size.width,
+                      scene.images[i].size.height);
+        document.put("/>\n");
+    }
+}
+
+void writeImage(SvgDocument &document, const Node &node)
+{
+    const Scene &scene = document.scene();
+    const ImagePlace &place = scene.imagePlaces[node.geometry];
+    const Image &image = scene.images[place.image];
+    const RectD &box = place.box;
+    const Affine outer = node.transform != kNone ? scene.transforms[node.transform] : Affine();
+    if (document.isUsed(Defined::Image, place.image)) {
+        const Affine size{ box.width() / image.size.width,   0,        0,
+                           box.height() / image.size.height, box.left, box.top };
+        document.put("<use");
+        if (size.a == 1 && size.d == 1 && node.transform == kNone) {
+            document.attribute("x", box.left);
+            document.attribute("y", box.top);
+        } else {
+            document.transform(size.then(outer));
+        }
+        document.link(Defined::Image, place.image);
+    } else {
+        document.put("<image");
+        document.attribute("x", box.left);
+        document.attribute("y", box.top);
+        writeContents(document, image, box.width(), box.height());
+        if (node.transform != kNone)
+            document.transform(outer);
+    }
+    if (node.opacity < 1) {
+        document.put(" opacity=\"");
+        document.exact(node.opacity);
+        document.put('"');
+    }
+    writeStyle(document, node.blend, place.isEnlarged ? kSharp : std::string_view());
+    document.put("/>\n");
+}
+
+} // namespace svgtool::picture
