@@ -2,6 +2,7 @@
 #include "picture/api/Options.h"
 #include "picture/api/Report.h"
 
+#include "core/records/EmfDescription.h"
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
 #include "picture/play/EmfPlayer.h"
@@ -37,6 +38,10 @@ namespace {
         const PictureSize size = sizeOf({ picture.width, picture.height }, options);
         result.width = scene.width = size.width;
         result.height = scene.height = size.height;
+        const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
+        EmfDescription description = readDescription(header);
+        scene.title = std::move(description.title);
+        scene.description = std::move(description.program);
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
         picture::enlargeImages(scene);
