@@ -2,32 +2,45 @@
 # be moved. The components are the Debian packages of cmake/Package.cmake.
 include(CMakePackageConfigHelpers)
 
-# What is not marked otherwise is for those who build hosts.
+# What is not marked otherwise is for those who build hosts of the exact library.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 set(SVGTOOL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/SVGTool)
 
-# A logging library that a host brought in place of ours may be one that is installed already.
-get_target_property(logging_is_imported basic_logging IMPORTED)
-set(installed_libraries svgtool svgtool_display)
-if(NOT logging_is_imported)
-  list(APPEND installed_libraries basic_logging)
-  if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
-    install(FILES "${SVGTOOL_LOGGING_DIR}/CLogSystem.h"
-      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging)
-  endif()
-endif()
+# The picture library, which needs no Qt.
+install(TARGETS svgtool_picture_shared EXPORT SVGToolPictureTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT picture
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT picture NAMELINK_COMPONENT picture_development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT picture_development)
+install(TARGETS svgtool_picture_static EXPORT SVGToolPictureStaticTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT picture_development)
+install(FILES ${PROJECT_SOURCE_DIR}/picture/api/picture.hpp
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool COMPONENT picture_development)
 
-if(NOT WIN32)
-  set_target_properties(${installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+if(SVGTOOL_BUILD_EXACT)
+  # A logging library that a host brought in place of ours may be one that is installed already.
+  get_target_property(logging_is_imported basic_logging IMPORTED)
+  set(installed_libraries svgtool svgtool_display)
+  if(NOT logging_is_imported)
+    list(APPEND installed_libraries basic_logging)
+    if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
+      install(FILES "${SVGTOOL_LOGGING_DIR}/CLogSystem.h"
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basic_logging)
+    endif()
+  endif()
+
+  if(NOT WIN32)
+    set_target_properties(${installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+  install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(FILES ${PROJECT_SOURCE_DIR}/exact/svgtool/SVGTool.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
+  install(FILES ${PROJECT_SOURCE_DIR}/exact/svg/SVGDisplay.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svg)
 endif()
-install(TARGETS ${installed_libraries} EXPORT SVGToolTargets
-  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES ${PROJECT_SOURCE_DIR}/exact/svgtool/SVGTool.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
-install(FILES ${PROJECT_SOURCE_DIR}/exact/svg/SVGDisplay.h
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svg)
 
 if(TARGET metafile2svg)
   file(RELATIVE_PATH libraries_from_tool
@@ -52,9 +65,14 @@ if(TARGET metafile2svg)
   endif()
 endif()
 
-# CMake package: find_package(SVGTool) gives SVGTool::SVGTool, SVGTool::Display and
-# SVGTool::basic_logging.
-install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
+# CMake package: find_package(SVGTool), with the components of cmake/SVGToolConfig.cmake.in.
+install(EXPORT SVGToolPictureTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR}
+  COMPONENT picture_development)
+install(EXPORT SVGToolPictureStaticTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR}
+  COMPONENT picture_development)
+if(SVGTOOL_BUILD_EXACT)
+  install(EXPORT SVGToolTargets NAMESPACE SVGTool:: DESTINATION ${SVGTOOL_PACKAGE_DIR})
+endif()
 configure_package_config_file(cmake/SVGToolConfig.cmake.in SVGToolConfig.cmake
   INSTALL_DESTINATION ${SVGTOOL_PACKAGE_DIR}
   NO_SET_AND_CHECK_MACRO)
@@ -63,15 +81,20 @@ write_basic_package_version_file(SVGToolConfigVersion.cmake COMPATIBILITY SameMi
 install(FILES
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/SVGToolConfigVersion.cmake
-  DESTINATION ${SVGTOOL_PACKAGE_DIR})
+  DESTINATION ${SVGTOOL_PACKAGE_DIR} COMPONENT picture_development)
 
 # pkg-config packages, for hosts built without CMake.
 file(RELATIVE_PATH prefix_from_pc
   "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
-configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
-configure_file(cmake/svgtool-display.pc.in svgtool-display.pc @ONLY)
-install(FILES
-  ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
-  ${CMAKE_CURRENT_BINARY_DIR}/svgtool-display.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+configure_file(cmake/svgtool-picture.pc.in svgtool-picture.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool-picture.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT picture_development)
+if(SVGTOOL_BUILD_EXACT)
+  configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
+  configure_file(cmake/svgtool-display.pc.in svgtool-display.pc @ONLY)
+  install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
+    ${CMAKE_CURRENT_BINARY_DIR}/svgtool-display.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()

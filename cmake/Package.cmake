@@ -13,14 +13,18 @@ if(NOT changelog_head MATCHES "^svgtool \\(${debian_version}\\) ")
 endif()
 
 set(library_package libsvgtool${PROJECT_VERSION_MAJOR})
+set(picture_package libsvgtoolpicture${SVGTOOL_PICTURE_ABI})
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_CONTACT "${SVGTOOL_MAINTAINER}")
 # The descriptions below begin with summaries of their own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
-set(CPACK_COMPONENTS_ALL library development tool)
-if(NOT TARGET metafile2svg)
-  list(REMOVE_ITEM CPACK_COMPONENTS_ALL tool)
+set(CPACK_COMPONENTS_ALL picture picture_development)
+if(SVGTOOL_BUILD_EXACT)
+  list(APPEND CPACK_COMPONENTS_ALL library development)
+endif()
+if(TARGET metafile2svg)
+  list(APPEND CPACK_COMPONENTS_ALL tool)
 endif()
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -38,10 +42,36 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # What needs our own libraries finds them where they were built; the package that holds them is
 # named below.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
-  ${PROJECT_BINARY_DIR}/svgtool ${PROJECT_BINARY_DIR}/logging)
+  ${PROJECT_BINARY_DIR}/exact/svgtool ${PROJECT_BINARY_DIR}/logging)
 
 # Texts are measured in these fonts, or in ones of the same widths.
 set(fonts "fonts-liberation, fonts-dejavu-core")
+
+set(CPACK_DEBIAN_PICTURE_PACKAGE_NAME ${picture_package})
+set(CPACK_DEBIAN_PICTURE_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PICTURE_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PICTURE_PACKAGE_RECOMMENDS "${fonts}")
+set(CPACK_DEBIAN_PICTURE_PACKAGE_CONTROL_EXTRA ${debian_dir}/triggers)
+set(CPACK_DEBIAN_PICTURE_DESCRIPTION
+  "draws Windows metafiles as SVG (shared library)
+SVGTool reads Windows metafiles and writes SVG 1.1 documents.
+.
+This package holds the shared library that draws a metafile as the system
+would that it was made for. It needs no Qt.")
+
+set(CPACK_DEBIAN_PICTURE_DEVELOPMENT_PACKAGE_NAME libsvgtoolpicture-dev)
+set(CPACK_DEBIAN_PICTURE_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_PICTURE_DEVELOPMENT_PACKAGE_DEPENDS
+  "${picture_package} (= ${debian_version})")
+# What the static library links.
+set(CPACK_DEBIAN_PICTURE_DEVELOPMENT_PACKAGE_RECOMMENDS
+  "libdeflate-dev, libfreetype-dev, libfontconfig-dev, pkgconf")
+set(CPACK_DEBIAN_PICTURE_DEVELOPMENT_DESCRIPTION
+  "draws Windows metafiles as SVG (development files)
+SVGTool reads Windows metafiles and writes SVG 1.1 documents.
+.
+This package holds the header, the CMake package and the pkg-config file that a
+program needs to be built with the library, and the same as a static library.")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library_package})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
@@ -63,14 +93,14 @@ else()
   set(qt_dev qtbase5-dev)
 endif()
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "${library_package} (= ${debian_version}), ${qt_dev}")
+  "${library_package} (= ${debian_version}), libsvgtoolpicture-dev (= ${debian_version}), ${qt_dev}")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
   "converts Windows metafiles to SVG (development files)
 SVGTool reads Windows metafiles (EMF and WMF) and writes SVG 1.1 documents.
 .
-This package holds the headers, the CMake package and the pkg-config files that
-a program needs to be built with the library, and the static library that makes
-documents for viewers of its output.")
+This package holds the headers and the pkg-config files that a program needs to
+be built with the library, and the static library that makes documents for
+viewers of its output.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME metafile2svg)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)

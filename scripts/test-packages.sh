@@ -12,8 +12,8 @@ fi
 ./scripts/setup.sh package
 shopt -s nullglob
 packages=(build/package/*.deb)
-if [ "${#packages[@]}" -ne 3 ]; then
-    echo "test-packages: scripts/package.sh comes first; it makes three packages" >&2
+if [ "${#packages[@]}" -ne 5 ]; then
+    echo "test-packages: scripts/package.sh comes first; it makes five packages" >&2
     exit 1
 fi
 
@@ -91,6 +91,16 @@ for sample in chart.emf drawing.wmf; do
 done
 echo "manual pages, completion and thumbnailer: work"
 
+# Pictures first, which need no Qt to build a host with.
+quietly apt-get install -q -y --no-install-recommends /work/libsvgtoolpicture*.deb cmake make g++ \
+    pkg-config
+[ ! -e "$root/usr/include/$(uname -m)-linux-gnu/qt6" ] || fail "Qt's headers are there already"
+quietly cmake -S /work/host/picture -B /work/picture
+quietly cmake --build /work/picture
+inside /work/picture/picture_host /work/chart.emf >"$root/work/picture.svg" || fail "the picture host"
+grep -q 'width="800"' "$root/work/picture.svg" || fail "the picture host does not set the width"
+echo "host of the picture library, without Qt: draws"
+
 quietly apt-get install -q -y --no-install-recommends "${debs[@]}" cmake make g++ pkg-config
 quietly cmake -S /work/host -B /work/build
 quietly cmake --build /work/build
@@ -104,7 +114,7 @@ cmp "$root/work/exact.svg" "$root/work/pc.svg" || fail "the pkg-config host gets
 echo "hosts built with CMake and with pkg-config: convert"
 
 # Purged, the packages leave nothing; the rest of the system stays.
-quietly apt-get purge -q -y libsvgtool0 libsvgtool-dev metafile2svg
+quietly apt-get purge -q -y 'libsvgtool.*' metafile2svg
 left=$(cd "$root" && find . -path ./work -prune -o \
     \( -iname '*svgtool*' -o -iname '*metafile2svg*' -o -iname '*basic_logging*' \) -print)
 [ -z "$left" ] || fail "left behind: $left"

@@ -15,14 +15,22 @@ host needs is there; the version is in the libraries' names.
   INCLUDE/basic_logging/CLogSystem.h
   INCLUDE/svg/SVGDisplay.h
   INCLUDE/svgtool/SVGTool.h
+  INCLUDE/svgtool/picture.hpp
   LIB/cmake/SVGTool/SVGToolConfig.cmake
   LIB/cmake/SVGTool/SVGToolConfigVersion.cmake
+  LIB/cmake/SVGTool/SVGToolPictureStaticTargets-CONFIG.cmake
+  LIB/cmake/SVGTool/SVGToolPictureStaticTargets.cmake
+  LIB/cmake/SVGTool/SVGToolPictureTargets-CONFIG.cmake
+  LIB/cmake/SVGTool/SVGToolPictureTargets.cmake
   LIB/cmake/SVGTool/SVGToolTargets-CONFIG.cmake
   LIB/cmake/SVGTool/SVGToolTargets.cmake
   LIB/libSVGTool.so
   LIB/libSVGToolDisplay.a
+  LIB/libSVGToolPicture.a
+  LIB/libSVGToolPicture.so
   LIB/libbasic_logging.so
   LIB/pkgconfig/svgtool-display.pc
+  LIB/pkgconfig/svgtool-picture.pc
   LIB/pkgconfig/svgtool.pc
   MAN/man1/metafile2svg-thumbnailer.1
   MAN/man1/metafile2svg.1
@@ -42,9 +50,11 @@ The installed tool is what the hosts are compared with.
 Hosts built with the CMake package, and hosts of one file with what pkg-config says. Qt wants
 position-independent code; $CMAKE_CXX_FLAGS and what pkg-config says are lists of words.
 
-  $ quietly "$CMAKE_COMMAND" -G "$CMAKE_GENERATOR" "-DCMAKE_MAKE_PROGRAM=$CMAKE_MAKE_PROGRAM" \
-  >     "-DCMAKE_CXX_COMPILER=$CMAKE_CXX_COMPILER" "-DCMAKE_CXX_FLAGS=$CMAKE_CXX_FLAGS" \
-  >     "-DCMAKE_PREFIX_PATH=$prefix" -S "$ROOT/samples/host" -B host
+  $ configure() {
+  >     quietly "$CMAKE_COMMAND" -G "$CMAKE_GENERATOR" "-DCMAKE_MAKE_PROGRAM=$CMAKE_MAKE_PROGRAM" \
+  >         "-DCMAKE_CXX_COMPILER=$CMAKE_CXX_COMPILER" "-DCMAKE_CXX_FLAGS=$CMAKE_CXX_FLAGS" "$@"
+  > }
+  $ configure "-DCMAKE_PREFIX_PATH=$prefix" -S "$ROOT/samples/host" -B host
   $ quietly "$CMAKE_COMMAND" --build host
   $ export PKG_CONFIG_PATH=$lib/pkgconfig
   $ build() {
@@ -56,6 +66,30 @@ position-independent code; $CMAKE_CXX_FLAGS and what pkg-config says are lists o
   $ build logging svgtool -lbasic_logging
   $ for host in host/svgtool_host ./main; do $host "$sample" host.svg && cmp exact.svg host.svg; done
   $ for host in host/display_host ./display; do $host "$sample" | cmp shown.svg -; done
+
+Pictures: a host of the shared library and one of the static one, and the library itself, need no
+Qt.
+
+  $ configure "-DCMAKE_PREFIX_PATH=$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON \
+  >     -DCMAKE_DISABLE_FIND_PACKAGE_Qt5=ON -S "$ROOT/samples/host/picture" -B picture
+  $ quietly "$CMAKE_COMMAND" --build picture
+  $ sed 's/COMPONENTS Picture/&Static/; s/::Picture/&Static/; s,picture.cpp,"'"$ROOT"'/samples/host/picture/&",' \
+  >     "$ROOT/samples/host/picture/CMakeLists.txt" >CMakeLists.txt
+  $ configure "-DCMAKE_PREFIX_PATH=$prefix" -S . -B static && quietly "$CMAKE_COMMAND" --build static
+  $ quietly "$CMAKE_CXX_COMPILER" -std=c++20 $CMAKE_CXX_FLAGS "$ROOT/samples/host/picture/picture.cpp" \
+  >     -o by_flags $("$SVGTOOL_PKG_CONFIG" --cflags --libs svgtool-picture) "-Wl,-rpath,$lib"
+  $ for host in picture/picture_host static/picture_host ./by_flags; do
+  >     objdump -p $host | grep -cE 'NEEDED +lib(SVGToolPicture|Qt)'; $host "$sample" >picture.svg
+  >     grep -c '^<svg .*width="800"' picture.svg; done
+  1
+  1
+  0
+  1
+  1
+  1
+  $ configure -DSVGTOOL_BUILD_EXACT=OFF -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -S "$ROOT" -B without_qt
+  $ grep -rlE 'Qt[56]' without_qt --include='*.ninja' --include='Makefile*'
+  [1]
 
 At run time. What fontconfig keeps for the process looks leaked once it is unloaded along with us.
 

@@ -1,5 +1,5 @@
-What the built libraries export and call: exactly two exported functions, and nothing that would
-print, or end the process, behind a host's back.
+What the built libraries export and call: exactly two exported functions each, and nothing that
+would print, or end the process, behind a host's back.
 
   $ names() { "$NM" -D "$@" | awk '{ sub(/@.*/, "", $NF); print $NF }' | sort -u; }
   $ names --defined-only --extern-only "$LIBRARY"
@@ -8,6 +8,11 @@ print, or end the process, behind a host's back.
   $ objdump -p "$LIBRARY" | sed -nE 's/^ *NEEDED +libQt[56](\w+)\..*/\1/p' | sort
   Core
   Gui
+  $ names --defined-only --extern-only "$PICTURE_LIBRARY" | c++filt | cut -d '(' -f 1 | sort
+  svgtool::describe
+  svgtool::drawMetafile
+  $ objdump -p "$PICTURE_LIBRARY" | grep NEEDED.*Qt
+  [1]
 
 Sanitizers bring calls of their own. The logging library's own output is a logging category of Qt.
 
@@ -19,4 +24,6 @@ Sanitizers bring calls of their own. The logging library's own output is a loggi
   [1]
   $ forbidden+='|_ZNK14QMessageLogger[0-9].*|_ZN6QDebug.*|_Z6qDebugv|_Z8qWarningv'
   $ calls "$LIBRARY"
+  [1]
+  $ calls "$PICTURE_LIBRARY"
   [1]

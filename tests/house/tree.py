@@ -13,7 +13,8 @@ import re
 import sys
 import tempfile
 
-INSTALLED = ["svgtool/SVGTool.h", "svg/SVGDisplay.h"]  # below exact/
+INSTALLED = {"svgtool/SVGTool.h": "exact/svgtool/SVGTool.h", "svg/SVGDisplay.h": "exact/svg/SVGDisplay.h",
+             "svgtool/picture.hpp": "picture/api/picture.hpp"}
 NO_CODE = "docs|scripts|cmake|build.*|out"
 WINDOWS_H = "FontEngine_Gdi.cpp"
 QT_VERSION_H = "QtText.h"
@@ -53,13 +54,13 @@ def include_finding(root, table, file, quoted, name):
     if (file.parent / name).exists():
         path = str((file.parent / name).relative_to(root))
     elif name in INSTALLED:
-        path = "exact/" + name
+        path = INSTALLED[name]
     ours = folder_of(table, path)
     if ours is None or not (root / path).exists():
         return f'"{name}" is no file of the tree' if quoted else None
     reached = reach(table, folder)
     if table[folder].startswith("installed headers"):
-        reached |= {"exact/" + header for header in INSTALLED}
+        reached |= {*INSTALLED.values()}
     return None if ours in reached or path in reached else f"{folder}/ may not include {name}"
 
 
@@ -67,7 +68,7 @@ def layers(root):
     findings, seen, table = [], 0, table_of(root)
     for file in sorted(root.glob("*/**/*")):
         path = str(file.relative_to(root))
-        if file.suffix not in (".h", ".cpp", ".c") or re.match(f"({NO_CODE})/", path):
+        if file.suffix not in (".h", ".hpp", ".cpp", ".c") or re.match(f"({NO_CODE})/", path):
             continue
         if folder_of(table, path) is None:
             findings.append(f"{path} lies in no folder of the table")
@@ -127,8 +128,8 @@ def selftest():
 
 def docs(root):
     findings, seen = [], {"blocks": 0, "links": 0, "names": 0}
-    code = "".join(file.read_text() for folder in ("core", "exact", "cli", "fuzz", "cmake", "tests")
-                   for file in root.glob(folder + "/**/*") if file.suffix in (".h", ".cpp", ".txt"))
+    code = "".join(file.read_text() for folder in ("core", "exact", "picture", "cli", "fuzz", "cmake", "tests")
+                   for file in root.glob(folder + "/**/*") if file.suffix in (".h", ".hpp", ".cpp", ".txt"))
     words = set(re.findall(r"\w+", code))
     for page in [*root.glob("*.md"), *root.glob("docs/**/*.md")]:
         text = page.read_text()
@@ -140,7 +141,7 @@ def docs(root):
             seen["links"] += 1
             if not (page.parent / target).exists():
                 findings.append(f"{page}: there is no {target}")
-        for name in re.findall(r"`((?:[\w.-]+/)+\w*\.(?:h|cpp|md|sh|py|t|txt)|(?!Q[A-Z])\w*[a-z][A-Z]\w*)`",
+        for name in re.findall(r"`((?:[\w.-]+/)+\w*\.(?:h|hpp|cpp|md|sh|py|t|txt)|(?!Q[A-Z])\w*[a-z][A-Z]\w*)`",
                                text):
             seen["names"] += 1
             is_header = name in [*INSTALLED, "basic_logging/CLogSystem.h"]
