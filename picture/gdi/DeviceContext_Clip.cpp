@@ -9,10 +9,22 @@ namespace svgtool::picture {
 // RegionMode, [MS-EMF] 2.1.29.
 static constexpr uint32_t kAnd = 1, kOr = 2, kXor = 3, kDiff = 4, kCopy = 5;
 
+// The pixels that the picture shows, and one around them.
+static RectI shownPixels(const Device &device)
+{
+    const auto toDevice = device.toPicture.inverse();
+    const RectD view = mapBounds(toDevice.value_or(Affine()), device.view);
+    return { truncateToInt32(view.left - 1), truncateToInt32(view.top - 1),
+             truncateToInt32(view.right + 1), truncateToInt32(view.bottom + 1) };
+}
+
 Path DeviceContext::regionPath(const Region &region) const
 {
+    // Viewers draw nothing right that lies very far away.
+    const Region view(shownPixels(m_device));
+    const Region shown = Region::combined(region, view, Region::Mode::And).value_or(region);
     Path path;
-    for (const RectI &rect : region.rects())
+    for (const RectI &rect : shown.rects())
         path.addRect(
                 { double(rect.left), double(rect.top), double(rect.right), double(rect.bottom) });
     path.transform(m_device.toPicture);

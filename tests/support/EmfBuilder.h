@@ -12,6 +12,7 @@ struct EmfBuilder
 {
     std::vector<int> bounds = { 0, 0, 100, 50 };
     std::vector<int> frame = { 0, 0, 10000, 5000 };
+    int handles = 1; ///< slots of the object table, the first of which is none
     std::vector<int> device = { 1000, 1000, 1000, 1000 }; ///< in pixels and in millimetres
     quint32 headerType = 1;
     qint64 recordCount = -1; ///< in the header, in place of the right one
@@ -44,7 +45,7 @@ struct EmfBuilder
         header.u32(headerType).u32(headerSize).u32s(bounds).u32s(frame);
         header.u32s({ 0x464D4520, 0x10000, headerSize + records.size() + end.size() });
         header.u32(recordCount >= 0 ? recordCount : 1 + count + (hasEnd ? 1 : 0));
-        header.u32s({ 1, 0, 0, 0 }).u32s(device);
+        header.u32s({ handles, 0, 0, 0 }).u32s(device);
         return header.result() + headerExtra + records + end;
     }
 };

@@ -156,6 +156,7 @@ namespace {
                 m_file.bounds = options("bounds", m_file.bounds);
                 m_file.frame = options("frame", m_file.frame);
                 m_file.device = options("device", m_file.device);
+                m_file.handles = int(option("handles", m_file.handles));
                 m_file.headerType = quint32(option("type", 1));
                 m_file.headerExtra = hex("extra");
                 m_file.recordCount = option("count", -1);

@@ -9,13 +9,17 @@
 #include "support/Bitmaps.h"
 #include "unit/Cases.h"
 
+#include <QColor>
 #include <QDirIterator>
 #include <QFile>
+#include <QImage>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QTemporaryFile>
 
+#include <cstdio>
 #include <map>
+#include <memory>
 #include <span>
 #include <sstream>
 #include <vector>
@@ -113,7 +117,8 @@ std::vector<Example> examplesOf(const QString &path)
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
     static const QStringList kAnswers{ QStringLiteral("svg"),     QStringLiteral("tally"),
                                        QStringLiteral("dump"),    QStringLiteral("shown"),
-                                       QStringLiteral("picture"), QStringLiteral("report") };
+                                       QStringLiteral("picture"), QStringLiteral("report"),
+                                       QStringLiteral("pixels") };
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
@@ -175,19 +180,21 @@ std::vector<Example> golden(const QString &folder)
 }
 
 // A screen of 96 dots an inch, on which a unit is a pixel of the picture, and a frame that shows
-// the usual bounds.
+// the usual bounds, and with some handles.
 EmfBuilder screen()
 {
     EmfBuilder file;
     file.device = { 960, 960, 254, 254 };
     file.frame = { 0, 0, 2646, 1323 };
+    file.handles = 16;
     return file;
 }
 
 bool isOfPicture(const Example &example)
 {
     return example.expectedKind == QLatin1String("picture")
-            || example.expectedKind == QLatin1String("report");
+            || example.expectedKind == QLatin1String("report")
+            || example.expectedKind == QLatin1String("pixels");
 }
 
 // The whole of a bitmap drawn by an EMF and, unless its usage is one that only an EMF has, by a
@@ -294,6 +301,37 @@ std::string reportOf(const QByteArray &file)
     return text.str();
 }
 
+// The document as a viewer shows it on white paper.
+QImage rendered(const QByteArray &document)
+{
+    QTemporaryFile file;
+    if (!file.open() || file.write(document) != document.size() || !file.flush())
+        return {};
+    const std::string command =
+            "rsvg-convert --background-color=white " + file.fileName().toStdString();
+    const std::unique_ptr<FILE, int (*)(FILE *)> pipe(popen(command.c_str(), "r"), pclose);
+    QFile png;
+    return pipe && png.open(pipe.get(), QIODevice::ReadOnly) ? QImage::fromData(png.readAll())
+                                                             : QImage();
+}
+
+// The colours that the picture has at the points of the lines "X,Y COLOUR".
+std::string pixelsOf(const QByteArray &file, const std::string &asked)
+{
+    const QImage image = rendered(QByteArray::fromStdString(pictureOf(file).document));
+    std::istringstream lines(asked);
+    std::ostringstream text;
+    for (std::string line; std::getline(lines, line);) {
+        const QStringList point = QString::fromStdString(line)
+                                          .section(QLatin1Char(' '), 0, 0)
+                                          .split(QLatin1Char(','));
+        const QColor color = image.pixelColor(point.value(0).toInt(), point.value(1).toInt());
+        text << point.join(QLatin1Char(',')).toStdString() << ' '
+             << color.name().mid(1).toStdString() << '\n';
+    }
+    return text.str();
+}
+
 std::string dumpOf(const QByteArray &file)
 {
     QTemporaryFile dump;
@@ -360,6 +398,8 @@ TEST_P(Output, IsExact)
             EXPECT_EQ(pictureText(file, example.expected.starts_with("<svg ")), example.expected);
         else if (example.expectedKind == QLatin1String("report"))
             EXPECT_EQ(reportOf(file), example.expected);
+        else if (example.expectedKind == QLatin1String("pixels"))
+            EXPECT_EQ(pixelsOf(file, example.expected), example.expected);
         else
             EXPECT_EQ(svgOf(file, example.expected.rfind("<?xml", 0) == 0), example.expected);
     }
