@@ -43,6 +43,8 @@ public:
     Played setWorldTransform(const Affine &matrix);
     /// @param mode  1 identity, 2 matrix before, 3 after, 4 in place of the one in force
     Played modifyWorldTransform(const Affine &matrix, uint32_t mode);
+    /// @param layout  LayoutMode, [MS-EMF] 2.1: kRightToLeft mirrors the picture's width
+    Played setLayout(uint32_t layout);
     Played setBackgroundMode(uint32_t mode);
     Played setBackgroundColor(Color color);
     Played setTextColor(Color color);
@@ -52,6 +54,10 @@ public:
     Played setMiterLimit(double limit);
     Played setArcDirection(uint32_t direction);
     Played setBrushOrigin(PointL origin);
+    Played setCharacterExtra(int32_t extra);
+    /// @param extra  logical units to share among so many blanks
+    Played setTextJustification(int32_t extra, int32_t count);
+    Played setStretchMode(uint32_t mode);
     const State &state() const { return m_state; }
 
     // Objects.
@@ -59,6 +65,11 @@ public:
     /// @param handle  of the table, or 0x80000000 and the number of a stock object
     Played selectObject(uint32_t handle);
     Played deleteObject(uint32_t handle);
+    Played selectPalette(uint32_t handle);
+    Played setPaletteEntries(uint32_t handle, uint32_t first, const Palette &entries);
+    Played resizePalette(uint32_t handle, uint32_t size);
+    /// The colour of a COLORREF ([MS-WMF] 2.2.2.8), which may be one of the selected palette.
+    Color colorOf(uint32_t reference) const;
 
     // Figures.
     Played moveTo(PointD point);
@@ -125,6 +136,11 @@ private:
 
     // The mapping.
     void updateMapping();
+    bool extentsCount() const;
+    Played setExtent(PointL State::*which, PointL extent);
+    Played scaleExtent(PointL State::*which, PointL numerator, PointL denominator);
+    void keepIsotropic();
+    RectD deviceView() const;
     PointD device(PointD point) const { return m_state.toDevice.map(point); }
     Affine toPicture() const { return m_state.toDevice.then(m_device.toPicture); }
 
@@ -167,11 +183,13 @@ private:
     Path regionPath(const Region &region) const;
 
     const GdiObject *object(uint32_t handle) const;
+    Palette *palette(uint32_t handle);
 
     Device m_device;
     SceneBuilder m_builder;
     State m_state;
     std::vector<State> m_saved;
+    uint64_t m_unsaved = 0; ///< states on top of those, for which there was no room
     std::vector<GdiObject> m_objects;
     uint32_t m_record = 0;
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document

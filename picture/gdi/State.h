@@ -77,12 +77,15 @@ struct Font
     std::u16string face;
 };
 
-/// An object that does nothing here, as a palette or a colour space, but takes its slot.
+/// Shared by its slot and the states in which it is selected, so that all see its entries change.
+using Palette = std::vector<Color>;
+
+/// An object that does nothing here, as a colour space, but takes its slot.
 struct Other
 {
 };
 
-using GdiObject = std::variant<std::monostate, Pen, Brush, Font, Other>;
+using GdiObject = std::variant<std::monostate, Pen, Brush, Font, std::shared_ptr<Palette>, Other>;
 
 /// One of the areas that a clip is the intersection of.
 struct ClipTerm
@@ -101,6 +104,9 @@ struct ClipState
     bool isEmpty = false; ///< nothing can be seen
 };
 
+/// A bit of State::layout.
+inline constexpr uint32_t kRightToLeft = 1;
+
 /// All of a device context that SaveDC keeps. Copying it is saving it.
 struct State
 {
@@ -108,6 +114,7 @@ struct State
     PointL windowOrigin, viewportOrigin;
     PointL windowExtent{ 1, 1 }, viewportExtent{ 1, 1 };
     Affine world;
+    uint32_t layout = 0; ///< LAYOUT_ bits
     Affine toDevice; ///< logical to device units, made of the above
     Pen pen;
     Brush brush;
@@ -118,7 +125,10 @@ struct State
     bool isWinding = false;
     uint32_t rop2 = 13;
     uint32_t textAlign = 0;
-    int32_t characterExtra = 0;
+    int32_t characterExtra = 0; ///< logical, behind each character
+    int32_t breakExtra = 0, breakCount = 0; ///< logical units to share among so many blanks
+    uint32_t stretchMode = 1; ///< StretchMode, [MS-EMF] 2.1.32
+    std::shared_ptr<const Palette> palette; ///< null for that of the device
     double miterLimit = 10;
     bool isClockwise = false;
     PointL brushOrigin;

@@ -28,7 +28,7 @@ template<auto Call>
 Played color(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
-    return (dc.*Call)(takeColor(fields));
+    return (dc.*Call)(takeColor(dc, fields));
 }
 
 /// A record of two whole numbers.
@@ -65,6 +65,7 @@ Played arc(DeviceContext &dc, ByteView record)
 
 // State: EmfCalls_State.cpp.
 Played restoreState(DeviceContext &dc, ByteView record);
+Played setTextJustification(DeviceContext &dc, ByteView record);
 Played scaleWindowExtent(DeviceContext &dc, ByteView record);
 Played scaleViewportExtent(DeviceContext &dc, ByteView record);
 Played setWorldTransform(DeviceContext &dc, ByteView record);
@@ -78,6 +79,9 @@ Played createBrush(DeviceContext &dc, ByteView record);
 Played extCreatePen(DeviceContext &dc, ByteView record);
 Played createFont(DeviceContext &dc, ByteView record);
 Played createOther(DeviceContext &dc, ByteView record);
+Played createPalette(DeviceContext &dc, ByteView record);
+Played setPaletteEntries(DeviceContext &dc, ByteView record);
+Played resizePalette(DeviceContext &dc, ByteView record);
 
 // Figures: EmfCalls_Figures.cpp.
 using PointsCall = Played (DeviceContext::*)(std::span<const PointD> points);

@@ -63,7 +63,7 @@ Played setPixel(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
     const PointD point = takePoint(fields);
-    return dc.setPixel(point, takeColor(fields));
+    return dc.setPixel(point, takeColor(dc, fields));
 }
 
 Played roundRectangle(DeviceContext &dc, ByteView record)

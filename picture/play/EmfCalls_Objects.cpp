@@ -22,7 +22,7 @@ Played createPen(DeviceContext &dc, ByteView record)
     Pen pen;
     setStyle(pen, fields.dword() & 0x0F);
     pen.width = std::abs(takePoint(fields).x);
-    pen.color = takeColor(fields);
+    pen.color = takeColor(dc, fields);
     return dc.createObject(handle, pen);
 }
 
@@ -32,7 +32,7 @@ Played createBrush(DeviceContext &dc, ByteView record)
     Fields fields(record, kBody);
     const uint32_t handle = fields.dword(), style = fields.dword();
     Brush brush;
-    brush.color = takeColor(fields);
+    brush.color = takeColor(dc, fields);
     const uint32_t hatch = fields.dword();
     if (style == kNull)
         brush.kind = Brush::Kind::Null;
@@ -57,7 +57,7 @@ Played extCreatePen(DeviceContext &dc, ByteView record)
     pen.width = fields.dword();
     if (fields.dword() == kNull)
         pen.line = Pen::Line::Null;
-    pen.color = takeColor(fields);
+    pen.color = takeColor(dc, fields);
     fields.skip(4); // the hatch
     const int64_t count = std::min(fields.dword(), kMostDashes);
     if (slice(record, fields.offset(), count * 4)) {

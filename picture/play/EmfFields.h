@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/records/Fields.h"
-#include "picture/gdi/State.h"
+#include "picture/gdi/DeviceContext.h"
 
 #include <optional>
 #include <span>
@@ -14,10 +14,10 @@ inline constexpr int64_t kBody = 8;
 /// RECTL, [MS-WMF] 2.2.2.19: bounds that many records begin with, and that playback ignores.
 inline constexpr int64_t kBounds = 16;
 
-inline Color takeColor(Fields &fields)
+/// A COLORREF, [MS-WMF] 2.2.2.8.
+inline Color takeColor(const DeviceContext &dc, Fields &fields)
 {
-    const uint32_t color = fields.dword();
-    return { uint8_t(color), uint8_t(color >> 8), uint8_t(color >> 16), 255 };
+    return dc.colorOf(fields.dword());
 }
 
 inline PointL takePair(Fields &fields)
