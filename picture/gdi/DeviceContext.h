@@ -69,7 +69,7 @@ public:
     Played setPaletteEntries(uint32_t handle, uint32_t first, const Palette &entries);
     Played resizePalette(uint32_t handle, uint32_t size);
     /// The colour of a COLORREF ([MS-WMF] 2.2.2.8), which may be one of the selected palette.
-    Color colorOf(uint32_t reference) const;
+    Color colorOfReference(uint32_t reference) const;
 
     // Figures.
     Played moveTo(PointD point);

@@ -21,7 +21,7 @@ static const Palette &defaultPalette()
     return palette;
 }
 
-Color DeviceContext::colorOf(uint32_t reference) const
+Color DeviceContext::colorOfReference(uint32_t reference) const
 {
     constexpr uint32_t kOfPalette = 1; // PALETTEINDEX; the colours of PALETTERGB (2) are shown
     if (reference >> 24 != kOfPalette)

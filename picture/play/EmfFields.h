@@ -17,7 +17,7 @@ inline constexpr int64_t kBounds = 16;
 /// A COLORREF, [MS-WMF] 2.2.2.8.
 inline Color takeColor(const DeviceContext &dc, Fields &fields)
 {
-    return dc.colorOf(fields.dword());
+    return dc.colorOfReference(fields.dword());
 }
 
 inline PointL takePair(Fields &fields)
