@@ -70,10 +70,12 @@ Mixture::Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
 
 void Mixture::judge()
 {
-    m_isPlain = m_isSaturated = m_isOpaque = true;
+    m_isPlain = m_isSaturated = m_isOpaque = m_isUnion = m_isDisjoint = true;
     eachPixel(m_keep, m_flip, [this](PixelMixture pixel) {
         m_isOpaque = m_isOpaque && pixel.isOpaque();
         m_isPlain = m_isPlain && (pixel.isOpaque() || pixel.isNothing());
+        m_isUnion = m_isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
+        m_isDisjoint = m_isDisjoint && (pixel.keep & pixel.flip) == 0;
         // A channel that keeps nothing is painted, whatever its colour.
         m_isSaturated = m_isSaturated && isSaturatedColour(pixel.keep)
                 && isSaturatedColour(pixel.flip & pixel.keep);

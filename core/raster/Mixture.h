@@ -35,6 +35,9 @@ constexpr PixelMixture mixtureOf(RasterOperation operation, Argb pattern, Argb s
     return { onBlack ^ onWhite, onBlack };
 }
 
+inline constexpr RasterOperation kPatternCopy{ 0x00F00021 };
+inline constexpr RasterOperation kNoOperation{ 0x00AA0029 };
+
 /// The operation of two operands, [MS-EMF] 2.1.26, as one of three that does not use its source.
 /// @param mode  1 to 16
 constexpr RasterOperation operationOfRop2(uint32_t mode)
@@ -69,6 +72,11 @@ public:
     /// Whether no pixel has any part of what lies beneath.
     bool isOpaque() const { return m_isOpaque; }
 
+    /// Whether it is OR with the colours of flip(), and whether what is flipped is not kept: then
+    /// it is added.
+    bool isUnion() const { return m_isUnion; }
+    bool isDisjoint() const { return m_isDisjoint; }
+
     /// The pixels on a ground of these colours: Bgra32, transparent where it stays as it is.
     /// @param ground  of each pixel; called line by line
     template<class Ground>
@@ -98,6 +106,7 @@ private:
 
     Bitmap m_keep, m_flip;
     bool m_isPlain = false, m_isSaturated = false, m_isOpaque = false;
+    bool m_isUnion = false, m_isDisjoint = false;
 };
 
 /// As many pixels of @p bitmap as @p size has, each the one whose place its centre has: what GDI

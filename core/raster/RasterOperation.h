@@ -27,6 +27,13 @@ public:
     constexpr bool usesSource() const { return ((m_index >> 2 ^ m_index) & 0x33) != 0; }
     constexpr bool usesDestination() const { return ((m_index >> 1 ^ m_index) & 0x55) != 0; }
 
+    /// The same of an operation without a source, with the source in the place of the pattern.
+    constexpr RasterOperation withPatternAsSource() const
+    {
+        const uint32_t clear = m_index & 3, set = m_index >> 4 & 3;
+        return RasterOperation((clear | set << 2 | clear << 4 | set << 6) << 16);
+    }
+
     /// The result for each bit of the three operands.
     constexpr uint32_t apply(uint32_t pattern, uint32_t source, uint32_t destination) const
     {

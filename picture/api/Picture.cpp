@@ -6,6 +6,7 @@
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
 #include "picture/play/EmfPlayer.h"
+#include "picture/scene/Grounds.h"
 #include "picture/scene/Images.h"
 #include "picture/scene/Passes.h"
 #include "picture/svg/SvgWriter.h"
@@ -45,6 +46,7 @@ namespace {
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
         picture::enlargeImages(scene);
+        picture::layPaper(scene);
         result.document = picture::writeSvg(
                 scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix);
         result.report = reportOf(facts, records);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "core/raster/Mixture.h"
 #include "picture/gdi/Blit.h"
 #include "picture/gdi/Device.h"
 #include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
+#include "picture/scene/Grounds.h"
 #include "picture/scene/SceneBuilder.h"
 
 #include <optional>
@@ -168,6 +170,27 @@ private:
     Played figure(const Path &path, uint8_t parts);
     Played paintCollected(uint8_t parts);
 
+    // Mixing with what lies beneath: DeviceContext_Mixing.cpp.
+    struct BlendStep
+    {
+        Blend blend;
+        Argb color;
+    };
+    /// Adds a node as an operation of its paints and the ground leaves it.
+    template<class Geometry>
+    Played addMixed(const Node &node, const Geometry &geometry, RasterOperation operation);
+    /// @return whether it is exact
+    template<class Geometry>
+    bool addBlended(const Node &node, const Geometry &geometry, RasterOperation operation);
+    static std::vector<BlendStep> blendsOf(PixelMixture mixture);
+    Index mixedPaint(Index paint, RasterOperation operation, Color ground);
+    Index mixedStroke(Index stroke, RasterOperation operation, Color ground);
+    Index groundClip(Index clip, const Ground &ground);
+    void takeBack(const SceneBuilder::Mark &mark);
+    Played paintMixture(Mixture mixture, const BlitPlace &place);
+    Played addMixture(const Mixture &mixture, const BlitPlace &place);
+    void addBlendedPixels(const Mixture &mixture, const BlitPlace &place);
+
     // Bitmaps.
     std::optional<DecodedBitmap> decode(const DibBytes &dib);
     std::optional<BlitPlace> place(const BlitBox &to, const RectD &from, IntSize size) const;
@@ -193,6 +216,20 @@ private:
     std::vector<GdiObject> m_objects;
     uint32_t m_record = 0;
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
+    Grounds m_grounds;
+
+    /// The last transfer that was mixed, for the next one may go on from it.
+    struct Transferred
+    {
+        std::optional<Mixture> mixture;
+        BlitPlace place;
+        Index clip = kNone;
+        SceneBuilder::Mark mark; ///< before it
+        size_t end = 0; ///< nodes there were behind it
+
+        bool isSame(const BlitPlace &other, Index otherClip) const;
+    };
+    Transferred m_transferred;
 
     bool m_isInPath = false;
     Path m_path; ///< of the bracket, in device units

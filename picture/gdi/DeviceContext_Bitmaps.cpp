@@ -247,31 +247,24 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
     pixels.mirror(place->mirrorsX, place->mirrorsY);
     if (operation == RasterOperations::SourceCopy)
         return paintPixels(std::move(pixels), *place, 1);
-    return notDone("its operation is not drawn yet");
+    if (pixels.pixelCount() > kLayeredPixels)
+        return notDone("its bitmap is too large to be mixed with what lies beneath");
+    const bool isKnown = !operation.usesPattern() || m_state.brush.kind == Brush::Kind::Solid;
+    const Argb pattern =
+            argb(m_state.brush.color.red, m_state.brush.color.green, m_state.brush.color.blue);
+    const Played played = paintMixture(Mixture(pixels, operation, pattern), *place);
+    return isKnown ? played : approximated("its brush is taken for one colour");
 }
 
 Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
 {
-    Path path;
-    const RectD box = boxOf(to.at, to.extent);
-    path.addRect({ std::min(box.left, box.right), std::min(box.top, box.bottom),
-                   std::max(box.left, box.right), std::max(box.top, box.bottom) });
-    if (operation == RasterOperation(0x00AA0029) || m_state.clip.isEmpty)
-        return kDone;
     Node node = newNode();
-    if (operation == RasterOperation(0x00F00021))
-        node.fill = fillPaint();
-    else if (operation == RasterOperation(0x00000042))
-        node.fill = m_builder.paint({ Paint::Kind::Solid, Color{ 0, 0, 0, 255 }, kNone });
-    else if (operation == RasterOperation(0x00FF0062))
-        node.fill = m_builder.paint({ Paint::Kind::Solid, Color{ 255, 255, 255, 255 }, kNone });
-    else
-        return notDone("its operation is not drawn yet");
-    if (node.fill == kNone)
+    node.fill = operation.usesPattern() ? fillPaint() : m_builder.paint(Paint());
+    const auto place = this->place(to, { 0, 0, 1, 1 }, { 1, 1 });
+    if (!place)
         return kDone;
-    path.transform(toPicture());
-    m_builder.add(node, path);
-    return kDone;
+    node.transform = m_builder.transform(place->transform);
+    return addMixed(node, Rect{ place->box, 0, 0 }, operation);
 }
 
 Played DeviceContext::stretchDibits(const BlitBox &to, const BlitBox &from, const DibBytes &dib,

@@ -118,7 +118,8 @@ void writeImage(SvgDocument &document, const Node &node)
         document.exact(node.opacity);
         document.put('"');
     }
-    writeStyle(document, node.blend, place.isEnlarged ? kSharp : std::string_view());
+    writeStyle(document, node.clip == kNone ? node.blend : Blend::Normal,
+               place.isEnlarged ? kSharp : std::string_view());
     document.put("/>\n");
 }
 

@@ -57,7 +57,7 @@ namespace {
             document.exact(node.opacity);
             document.put('"');
         }
-        writeStyle(document, node.blend, {});
+        writeStyle(document, node.clip == kNone ? node.blend : Blend::Normal, {});
         if (node.kind == Node::Kind::Text)
             writeTextEnd(document, scene.texts[node.geometry]);
         else
@@ -150,11 +150,17 @@ namespace {
     {
         const auto &nodes = document.scene().nodes;
         for (size_t i = 0, end = 0; i < nodes.size(); i = end) {
-            while (end < nodes.size() && nodes[end].clip == nodes[i].clip)
+            // A group with a clip is painted apart, so what is mixed with the ground is a group of
+            // its own, and that is mixed.
+            const bool isMixed = nodes[i].blend != Blend::Normal && nodes[i].clip != kNone;
+            end = i + 1;
+            while (end < nodes.size() && nodes[end].clip == nodes[i].clip && !isMixed
+                   && (nodes[end].blend == Blend::Normal || nodes[i].clip == kNone))
                 ++end;
             if (nodes[i].clip != kNone) {
                 document.put("<g");
                 writeClipReference(document, nodes[i].clip);
+                writeStyle(document, nodes[i].blend, {});
                 document.put(">\n");
             }
             writeRun(document, i, end);

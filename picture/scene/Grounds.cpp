@@ -1,0 +1,240 @@
+#include "picture/scene/Grounds.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace svgtool::picture {
+
+namespace {
+
+    // Of the parts that an area falls into, and of nodes looked at for all areas of a document:
+    // it must not take longer than the rest of it does.
+    constexpr size_t kMostParts = 64;
+    constexpr int64_t kMostSteps = int64_t(1) << 25;
+
+    constexpr Color kPaper{ 255, 255, 255, 255 };
+
+    // How far a stroke reaches beyond its path.
+    double reachOf(const Scene &scene, const Node &node)
+    {
+        if (node.stroke == kNone)
+            return 0;
+        const Stroke &stroke = scene.strokes[node.stroke];
+        const double miter = stroke.join == Join::Miter ? std::fmax(stroke.miterLimit, 1.5) : 1.5;
+        return stroke.width / 2 * (node.kind == Node::Kind::Path ? miter : 1);
+    }
+
+    RectD grown(const RectD &box, double by)
+    {
+        return { box.left - by, box.top - by, box.right + by, box.bottom + by };
+    }
+
+    RectD geometryBounds(const Scene &scene, const Node &node)
+    {
+        switch (node.kind) {
+        case Node::Kind::Rect:
+            return scene.rects[node.geometry].box;
+        case Node::Kind::Image:
+            return scene.imagePlaces[node.geometry].box;
+        case Node::Kind::Ellipse: {
+            const Ellipse &ellipse = scene.ellipses[node.geometry];
+            return { ellipse.center.x - ellipse.radii.x, ellipse.center.y - ellipse.radii.y,
+                     ellipse.center.x + ellipse.radii.x, ellipse.center.y + ellipse.radii.y };
+        }
+        case Node::Kind::Text: {
+            const Text &text = scene.texts[node.geometry];
+            double reach = text.size * 2;
+            for (size_t i = 0; i < text.characters.size(); ++i)
+                reach += i < text.advances.size() ? std::abs(text.advances[i]) : text.size;
+            return grown({ text.baseline.x, text.baseline.y, text.baseline.x, text.baseline.y },
+                         reach);
+        }
+        case Node::Kind::Path:
+            break;
+        }
+        const PathRange &range = scene.paths[node.geometry];
+        const std::span points(scene.points.data() + range.firstPoint, range.points);
+        if (points.empty())
+            return {};
+        RectD box{ points[0].x, points[0].y, points[0].x, points[0].y };
+        for (const PointD &p : points)
+            box = { std::fmin(box.left, p.x), std::fmin(box.top, p.y), std::fmax(box.right, p.x),
+                    std::fmax(box.bottom, p.y) };
+        return box;
+    }
+
+    // The rectangle that a node is, if it is one.
+    std::optional<RectD> plainRect(const Scene &scene, const Node &node)
+    {
+        if (node.transform != kNone)
+            return std::nullopt;
+        if (node.kind == Node::Kind::Rect) {
+            const Rect &rect = scene.rects[node.geometry];
+            return rect.rx == 0 && rect.ry == 0 ? std::optional(rect.box) : std::nullopt;
+        }
+        if (node.kind != Node::Kind::Path)
+            return std::nullopt;
+        const PathRange &range = scene.paths[node.geometry];
+        const std::span p(scene.points.data() + range.firstPoint, range.points);
+        const std::span verbs(scene.verbs.data() + range.firstVerb, range.verbs);
+        const auto lines = std::count(verbs.begin(), verbs.end(), Path::Verb::Line);
+        if (verbs.empty() || verbs.back() != Path::Verb::Close || verbs.size() != p.size() + 1
+            || size_t(lines) + 1 != p.size() || (p.size() != 4 && !(p.size() == 5 && p[4] == p[0])))
+            return std::nullopt;
+        const bool isFlatFirst =
+                p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x;
+        const bool isSteepFirst =
+                p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y;
+        if (!isFlatFirst && !isSteepFirst)
+            return std::nullopt;
+        return geometryBounds(scene, node);
+    }
+
+    std::optional<Color> solid(const Paint &paint)
+    {
+        if (paint.kind != Paint::Kind::Solid || paint.color.alpha != 255)
+            return std::nullopt;
+        return paint.color;
+    }
+
+    bool isInside(const Scene &scene, Index clip, Index outer)
+    {
+        while (clip != outer && clip != kNone)
+            clip = scene.clips[clip].parent;
+        return clip == outer;
+    }
+
+    // An area from which parts are taken.
+    class Rest
+    {
+    public:
+        explicit Rest(const RectD &area) : m_rects{ area } { }
+
+        bool isEmpty() const { return m_rects.empty(); }
+        bool touches(const RectD &box) const
+        {
+            return std::any_of(m_rects.begin(), m_rects.end(), [&box](const RectD &rect) {
+                return !intersection(rect, box).isEmpty();
+            });
+        }
+        void take(const RectD &box, const std::optional<Color> &color, std::vector<Ground> &to)
+        {
+            std::vector<RectD> rest;
+            for (const RectD &rect : m_rects) {
+                const RectD part = intersection(rect, box);
+                if (part.isEmpty()) {
+                    rest.push_back(rect);
+                    continue;
+                }
+                put(part, color, to);
+                for (const RectD &around :
+                     { RectD{ rect.left, rect.top, rect.right, part.top },
+                       RectD{ rect.left, part.bottom, rect.right, rect.bottom },
+                       RectD{ rect.left, part.top, part.left, part.bottom },
+                       RectD{ part.right, part.top, rect.right, part.bottom } }) {
+                    if (!around.isEmpty())
+                        rest.push_back(around);
+                }
+            }
+            m_rects = std::move(rest);
+        }
+        size_t parts() const { return m_rects.size() + m_taken; }
+
+    private:
+        void put(const RectD &part, const std::optional<Color> &color, std::vector<Ground> &to)
+        {
+            auto known = std::find_if(to.begin(), to.end(), [&color](const Ground &ground) {
+                return ground.color == color;
+            });
+            if (known == to.end())
+                known = to.insert(to.end(), Ground{ color, {} });
+            known->rects.push_back(part);
+            ++m_taken;
+        }
+
+        std::vector<RectD> m_rects;
+        size_t m_taken = 0;
+    };
+
+    // Takes from the rest what a node has painted of it.
+    void takeNode(const Scene &scene, const Node &node, const RectD &bounds, Index clip, Rest &rest,
+                  std::vector<Ground> &to)
+    {
+        const bool coversAll = node.blend == Blend::Normal && node.opacity == 1
+                && isInside(scene, clip, node.clip);
+        const auto rect = coversAll ? plainRect(scene, node) : std::nullopt;
+        if (!rect)
+            return rest.take(bounds, std::nullopt, to);
+        RectD inner = *rect;
+        std::optional<Color> frame;
+        if (node.stroke != kNone) {
+            const Stroke &stroke = scene.strokes[node.stroke];
+            inner = grown(inner, -stroke.width / 2);
+            const bool isWhole = stroke.dashes.empty() && stroke.join == Join::Miter;
+            frame = isWhole ? solid(stroke.paint) : std::nullopt;
+        }
+        if (node.fill != kNone) {
+            rest.take(inner, solid(scene.paints[node.fill]), to);
+            return rest.take(bounds, frame, to);
+        }
+        const RectD outer = grown(*rect, reachOf(scene, node));
+        rest.take({ outer.left, outer.top, outer.right, inner.top }, frame, to);
+        rest.take({ outer.left, inner.bottom, outer.right, outer.bottom }, frame, to);
+        rest.take({ outer.left, inner.top, inner.left, inner.bottom }, frame, to);
+        rest.take({ inner.right, inner.top, outer.right, inner.bottom }, frame, to);
+    }
+
+} // namespace
+
+RectD paintedBounds(const Scene &scene, const Node &node)
+{
+    const RectD box = grown(geometryBounds(scene, node), reachOf(scene, node));
+    return node.transform != kNone ? mapBounds(scene.transforms[node.transform], box) : box;
+}
+
+const RectD &Grounds::boundsOf(const Scene &scene, size_t node)
+{
+    while (m_bounds.size() <= node)
+        m_bounds.push_back(paintedBounds(scene, scene.nodes[m_bounds.size()]));
+    return m_bounds[node];
+}
+
+void Grounds::forget(size_t node)
+{
+    m_bounds.resize(std::min(m_bounds.size(), node));
+}
+
+std::vector<Ground> Grounds::under(const Scene &scene, const RectD &area, Index clip)
+{
+    std::vector<Ground> grounds;
+    Rest rest(area);
+    for (size_t i = scene.nodes.size(); i > 0 && !rest.isEmpty(); --i) {
+        if (++m_steps > kMostSteps || rest.parts() > kMostParts)
+            return { Ground{ std::nullopt, { area } } };
+        const RectD &bounds = boundsOf(scene, i - 1);
+        if (rest.touches(bounds))
+            takeNode(scene, scene.nodes[i - 1], bounds, clip, rest, grounds);
+    }
+    rest.take(area, kPaper, grounds);
+    return grounds;
+}
+
+void layPaper(Scene &scene)
+{
+    const auto first = std::find_if(scene.nodes.begin(), scene.nodes.end(),
+                                    [](const Node &node) { return node.blend != Blend::Normal; });
+    if (first == scene.nodes.end())
+        return;
+    const Paint white{ Paint::Kind::Solid, kPaper, kNone };
+    const auto known = std::find(scene.paints.begin(), scene.paints.end(), white);
+    Node paper;
+    paper.kind = Node::Kind::Rect;
+    paper.geometry = Index(scene.rects.size());
+    paper.fill = Index(known - scene.paints.begin());
+    if (known == scene.paints.end())
+        scene.paints.push_back(white);
+    scene.rects.push_back({ scene.view, 0, 0 });
+    scene.nodes.insert(scene.nodes.begin(), paper);
+}
+
+} // namespace svgtool::picture
