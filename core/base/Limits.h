@@ -21,4 +21,12 @@ inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
 /// Characters of a prefix, which stands in every reference.
 inline constexpr size_t kPrefix = 64;
 
+// Paths.
+
+/// Points that all operations together may take from paths that were used before: RestoreDC brings
+/// a path back, so that a short record can ask for a long one again and again.
+inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
+/// Points that lines in the place of curves and outlines in the place of lines may have, together.
+inline constexpr size_t kPointsOfOutlines = size_t(1) << 23;
+
 } // namespace svgtool::limits

@@ -62,6 +62,15 @@ void Path::close()
     m_isOpen = false;
 }
 
+void Path::dropMove()
+{
+    if (m_verbs.empty() || m_verbs.back() != Verb::Move)
+        return;
+    m_verbs.pop_back();
+    m_points.pop_back();
+    m_isOpen = false;
+}
+
 void Path::append(const Path &other)
 {
     m_verbs.insert(m_verbs.end(), other.m_verbs.begin(), other.m_verbs.end());
@@ -80,36 +89,32 @@ void Path::addRect(const RectD &rect)
     close();
 }
 
-void Path::addArc(PointD center, PointD radii, double start, double sweep)
+void Path::addArc(const Affine &circle, double start, double sweep)
 {
     constexpr double kTurn = 2 * std::numbers::pi;
     sweep = std::clamp(sweep, -kTurn, kTurn);
-    const auto at = [&](double angle) {
-        return PointD{ center.x + radii.x * std::cos(angle), center.y + radii.y * std::sin(angle) };
+    const auto at = [&](double angle, double forward) {
+        const double x = std::cos(angle), y = std::sin(angle);
+        return circle.map({ x - forward * y, y + forward * x });
     };
     if (m_isOpen)
-        lineTo(at(start));
+        lineTo(at(start, 0));
     else
-        moveTo(at(start));
+        moveTo(at(start, 0));
     const int pieces = std::max(1, int(std::ceil(std::abs(sweep) / (kTurn / 4) - 1e-9)));
     const double step = sweep / pieces;
     const double reach = 4.0 / 3.0 * std::tan(step / 4);
     for (int i = 0; i < pieces; ++i) {
         const double from = start + step * i;
         const double to = from + step;
-        const auto tangent = [&](double angle, double length) {
-            const PointD p = at(angle);
-            return PointD{ p.x - length * radii.x * std::sin(angle),
-                           p.y + length * radii.y * std::cos(angle) };
-        };
-        curveTo(tangent(from, reach), tangent(to, -reach), at(to));
+        curveTo(at(from, reach), at(to, -reach), at(to, 0));
     }
 }
 
-void Path::addEllipse(PointD center, PointD radii)
+void Path::addEllipse(const Affine &circle)
 {
-    moveTo({ center.x + radii.x, center.y });
-    addArc(center, radii, 0, 2 * std::numbers::pi);
+    m_isOpen = false;
+    addArc(circle, 0, 2 * std::numbers::pi);
     close();
 }
 
@@ -131,11 +136,13 @@ static int linesOfCurve(PointD p0, PointD p1, PointD p2, PointD p3, double toler
     return lines >= 1 ? int(std::fmin(lines, kMost)) : 1;
 }
 
-Path Path::flattened(double tolerance) const
+std::optional<Path> Path::flattened(double tolerance, size_t mostPoints) const
 {
     Path path;
     size_t next = 0;
     for (const Verb verb : m_verbs) {
+        if (path.m_points.size() > mostPoints)
+            return std::nullopt;
         switch (verb) {
         case Verb::Move:
             path.moveTo(m_points[next++]);
@@ -181,7 +188,10 @@ RectD Path::bounds() const
 
 void Path::clear()
 {
-    *this = {};
+    m_verbs.clear();
+    m_points.clear();
+    m_current = m_start = {};
+    m_isOpen = false;
 }
 
 } // namespace svgtool

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -25,23 +26,31 @@ public:
     void lineTo(PointD point);
     void curveTo(PointD control1, PointD control2, PointD end);
     void close();
+    /// Takes back a move that nothing has followed.
+    void dropMove();
     void append(const Path &other);
     /// A closed rectangle, clockwise as y grows downwards.
     void addRect(const RectD &rect);
     /// An arc of an ellipse as curves of at most a quarter each, which are off by less than 0.03 %
-    /// of the radius. It begins with a line from the point in force, or a move where none is.
-    /// @param start, sweep  radians of the ellipse's parameter; the sweep is cut to one turn
-    void addArc(PointD center, PointD radii, double start, double sweep);
-    /// A closed ellipse.
-    void addEllipse(PointD center, PointD radii);
+    /// of the radius. A figure that is open goes on to it with a line, else it begins one.
+    /// @param circle  makes the ellipse of the circle around the origin with radius 1
+    /// @param start, sweep  radians, from x towards y; the sweep is cut to one turn
+    void addArc(const Affine &circle, double start, double sweep);
+    /// A closed ellipse, beginning where the circle meets the x axis.
+    void addEllipse(const Affine &circle);
 
     void transform(const Affine &matrix);
-    /// Lines in the place of curves, nowhere further off than @p tolerance.
-    Path flattened(double tolerance) const;
+    /// Lines in the place of curves, nowhere further off than @p tolerance; a thousand for a curve
+    /// at the most.
+    /// @return nothing when there would be more than @p mostPoints
+    std::optional<Path> flattened(double tolerance, size_t mostPoints) const;
     /// Of all points, control points included; nothing in it for an empty path.
     RectD bounds() const;
 
     bool isEmpty() const { return m_verbs.empty(); }
+    /// The figure begun last is not closed, and lines go on from it.
+    bool isOpen() const { return m_isOpen; }
+    /// Keeps the memory.
     void clear();
     PointD current() const { return m_current; }
     std::span<const Verb> verbs() const { return m_verbs; }

@@ -134,8 +134,6 @@ public:
                    std::span<const int32_t> advances);
 
 private:
-    enum Parts : uint8_t { kFill = 1, kStroke = 2 };
-
     // The mapping.
     void updateMapping();
     bool extentsCount() const;
@@ -146,29 +144,61 @@ private:
     PointD device(PointD point) const { return m_state.toDevice.map(point); }
     Affine toPicture() const { return m_state.toDevice.then(m_device.toPicture); }
 
-    // Painting: of a path in logical units.
-    Played paint(const Path &path, uint8_t parts);
-    /// @return nothing, and nothing is done, where the box does not stay one
-    std::optional<Played> paintBox(const RectD &box, PointD corner);
-    Index fillPaint();
-    Index brushPaint(const Brush &brush);
-    Index penStroke(bool &isScaled);
-    double penPixels() const;
-    bool hasPen() const { return m_state.pen.line != Pen::Line::Null; }
-    Node newNode() const;
-    void fillBox(const RectD &box, Color color);
-
-    // Arcs.
+    // Figures: DeviceContext_Figures.cpp, DeviceContext_Boxes.cpp.
+    enum Parts : uint8_t {
+        kFill = 1,
+        kStroke = 2,
+        kFramed = 4, ///< a pen inside the frame has shrunk the figure
+    };
+    /// Where a figure is put, in device units: the path of an open bracket, or one to paint.
+    Path &beginFigure();
+    /// The same, going on from the current position.
+    Path &goOn();
+    Played endFigure(uint8_t parts);
+    void addLines(Path &path, std::span<const PointD> points) const;
+    Played drawLines(std::span<const PointD> points, std::span<const uint32_t> counts,
+                     bool isClosed);
     struct Sweep
     {
         double start, sweep;
     };
+    Affine circleOf(const RectD &box) const;
     Sweep sweepOf(const RectD &box, PointD start, PointD end) const;
     Played drawArc(const RectD &box, PointD start, PointD end, bool toCenter, bool isClosed);
+    Played drawEllipse(const RectD &box, uint8_t parts);
+    RectD framed(const RectD &box) const;
+    /// @return nothing, and nothing is done, where the box does not stay one
+    std::optional<Played> paintBox(const RectD &box, PointD radii, uint8_t parts);
 
-    // Figures, which go into the path while a bracket is open.
-    Played figure(const Path &path, uint8_t parts);
-    Played paintCollected(uint8_t parts);
+    // Painting: DeviceContext_Paint.cpp.
+    bool isSeen() const;
+    Played mixed() const;
+    Node newNode() const;
+    Index fillPaint();
+    Paint brushPaint(const Brush &brush);
+    /// @param path  in device units
+    Played paint(const Path &path, uint8_t parts, bool isEvenOdd);
+    Played paintRects(std::span<const RectI> rects, const Brush &brush);
+    void fillBox(const RectD &box, Color color);
+
+    // Pens: DeviceContext_Pens.cpp.
+    /// The end of a pen as it meets the picture.
+    struct Nib
+    {
+        double width = 1; ///< in units of the picture, before the shape
+        bool isThin = true; ///< of one pixel
+        Affine shape; ///< makes an ellipse of the round end where axes are scaled unequally
+        PointD offset; ///< of its middle from the place of a point
+    };
+    bool hasPen() const { return m_state.pen.line != Pen::Line::Null; }
+    Nib nib(uint8_t parts) const;
+    Index penStroke(const Nib &nib, bool isClosed);
+
+    // Paths: DeviceContext_Paths.cpp.
+    /// The path of the last bracket, which is gone then; null without one.
+    std::shared_ptr<GdiPath> takePath();
+    Played paintPath(uint8_t parts);
+    bool spendPoints(size_t points);
 
     // Mixing with what lies beneath: DeviceContext_Mixing.cpp.
     struct BlendStep
@@ -231,9 +261,10 @@ private:
     };
     Transferred m_transferred;
 
+    Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;
-    Path m_path; ///< of the bracket, in device units
-    bool m_pathHasPosition = false; ///< the current position is the path's
+    Path m_path; ///< of the open bracket, in device units
+    size_t m_pointsUsedAgain = 0, m_pointsOfOutlines = 0; ///< against their limits
 };
 
 } // namespace svgtool::picture

@@ -103,9 +103,10 @@ Played DeviceContext::selectClipRegion(const Region &region, uint32_t mode)
 
 Played DeviceContext::selectClipPath(uint32_t mode)
 {
-    if (m_isInPath)
-        return notDone("its values make no sense");
-    ClipTerm term{ std::exchange(m_path, {}), !m_state.isWinding };
+    const auto path = takePath();
+    if (!path)
+        return notDone("there is no path");
+    ClipTerm term{ path->path, !m_state.isWinding && !path->isWidened };
     term.path.transform(m_device.toPicture);
     if (mode == kCopy)
         m_state.clip = {};

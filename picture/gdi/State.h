@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -53,6 +54,7 @@ struct Pen
     Join join = Join::Round;
     double width = 0;
     Color color;
+    std::optional<uint8_t> hatch; ///< HatchStyle, of a geometric pen that is painted so
     std::vector<uint32_t> dashes;
 };
 
@@ -83,6 +85,14 @@ using Palette = std::vector<Color>;
 /// An object that does nothing here, as a colour space, but takes its slot.
 struct Other
 {
+};
+
+/// The figures of a path bracket that has ended.
+struct GdiPath
+{
+    Path path; ///< in device units
+    bool isWidened = false; ///< filled by the winding rule, whatever the fill mode
+    bool wasUsed = false; ///< by one of the states that share it
 };
 
 using GdiObject = std::variant<std::monostate, Pen, Brush, Font, std::shared_ptr<Palette>, Other>;
@@ -135,6 +145,7 @@ struct State
     PointD current; ///< logical
     ClipState clip;
     std::shared_ptr<const ClipState> meta; ///< what SetMetaRgn has put aside
+    std::shared_ptr<GdiPath> path; ///< null without one, or while its bracket is open
 };
 
 } // namespace svgtool::picture

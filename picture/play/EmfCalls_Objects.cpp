@@ -44,7 +44,8 @@ Played createBrush(DeviceContext &dc, ByteView record)
 
 Played extCreatePen(DeviceContext &dc, ByteView record)
 {
-    constexpr uint32_t kType = 0xF0000, kGeometric = 0x10000, kNull = 1;
+    constexpr uint32_t kType = 0xF0000, kGeometric = 0x10000;
+    constexpr uint32_t kNull = 1, kHatched = 2, kHatches = 6;
     constexpr uint32_t kMostDashes = 16; // as GDI takes them
     Fields fields(record, kBody);
     const uint32_t handle = fields.dword();
@@ -55,10 +56,13 @@ Played extCreatePen(DeviceContext &dc, ByteView record)
     pen.isExtended = true;
     pen.isGeometric = (style & kType) == kGeometric;
     pen.width = fields.dword();
-    if (fields.dword() == kNull)
+    const uint32_t brush = fields.dword();
+    if (brush == kNull)
         pen.line = Pen::Line::Null;
     pen.color = takeColor(dc, fields);
-    fields.skip(4); // the hatch
+    const uint32_t hatch = fields.dword();
+    if (brush == kHatched && hatch < kHatches && pen.isGeometric)
+        pen.hatch = uint8_t(hatch);
     const int64_t count = std::min(fields.dword(), kMostDashes);
     if (slice(record, fields.offset(), count * 4)) {
         for (int64_t i = 0; i < count; ++i)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/geometry/Path.h"
+#include "core/geometry/Outline.h"
 #include "core/raster/Bitmap.h"
 
 #include <cstdint>
@@ -68,9 +68,6 @@ struct Paint
     bool operator==(const Paint &) const = default;
 };
 
-enum class Cap : uint8_t { Butt, Round, Square };
-enum class Join : uint8_t { Miter, Round, Bevel };
-
 struct Stroke
 {
     Paint paint;
@@ -79,6 +76,7 @@ struct Stroke
     Join join = Join::Miter;
     double miterLimit = 10;
     std::vector<double> dashes; ///< line, gap, line ...; empty for a whole line
+    double dashOffset = 0; ///< how much of the dashes lies before the start
 
     bool operator==(const Stroke &) const = default;
 };

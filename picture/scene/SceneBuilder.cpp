@@ -59,7 +59,8 @@ Index SceneBuilder::paint(const Paint &paint)
 Index SceneBuilder::stroke(const Stroke &stroke)
 {
     Key key;
-    key << stroke.paint << stroke.width << stroke.cap << stroke.join << stroke.miterLimit;
+    key << stroke.paint << stroke.width << stroke.cap << stroke.join << stroke.miterLimit
+        << stroke.dashOffset;
     for (const double dash : stroke.dashes)
         key << dash;
     return once(m_strokes, m_scene.strokes, stroke, key.take());
@@ -136,14 +137,15 @@ Index SceneBuilder::transform(const Affine &matrix)
     return once(m_transforms, m_scene.transforms, matrix, key.take());
 }
 
-void SceneBuilder::add(Node node, const Path &path)
+void SceneBuilder::add(Node node, const Path &path, const Affine &place)
 {
     node.kind = Node::Kind::Path;
     node.geometry = Index(m_scene.paths.size());
     m_scene.paths.push_back({ uint32_t(m_scene.verbs.size()), uint32_t(path.verbs().size()),
                               uint32_t(m_scene.points.size()), uint32_t(path.points().size()) });
     m_scene.verbs.insert(m_scene.verbs.end(), path.verbs().begin(), path.verbs().end());
-    m_scene.points.insert(m_scene.points.end(), path.points().begin(), path.points().end());
+    for (const PointD &point : path.points())
+        m_scene.points.push_back(place.map(point));
     m_scene.nodes.push_back(node);
 }
 

@@ -26,7 +26,8 @@ public:
     Index transform(const Affine &matrix);
 
     /// The geometry of the node is added with it, the rest of it taken as it stands.
-    void add(Node node, const Path &path);
+    /// @param place  to the units of the node, which lie in front of its transform
+    void add(Node node, const Path &path, const Affine &place = {});
     void add(Node node, const Rect &rect);
     void add(Node node, const Ellipse &ellipse);
     void add(Node node, Text text);

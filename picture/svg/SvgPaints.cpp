@@ -110,6 +110,8 @@ void writeStroke(SvgDocument &document, const Stroke &stroke)
         before = " ";
     }
     document.put('"');
+    if (stroke.dashOffset != 0)
+        document.attribute("stroke-dashoffset", stroke.dashOffset);
 }
 
 } // namespace svgtool::picture

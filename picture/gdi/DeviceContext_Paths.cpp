@@ -1,0 +1,133 @@
+#include "core/base/Limits.h"
+#include "picture/gdi/DeviceContext.h"
+
+#include <utility>
+
+namespace svgtool::picture {
+
+static constexpr Played kNoPath = notDone("there is no path");
+static constexpr Played kTooManyPoints = notDone("its path has too many points");
+
+Played DeviceContext::beginPath()
+{
+    m_path.clear();
+    m_state.path.reset();
+    m_isInPath = true;
+    return kDone;
+}
+
+Played DeviceContext::endPath()
+{
+    if (!m_isInPath)
+        return kNoPath;
+    m_isInPath = false;
+    m_path.dropMove();
+    m_state.path = std::make_shared<GdiPath>();
+    m_state.path->path = std::exchange(m_path, {});
+    return kDone;
+}
+
+Played DeviceContext::closeFigure()
+{
+    if (!m_isInPath)
+        return kNoPath;
+    m_path.close();
+    // What follows begins where the figure did.
+    if (const auto toLogical = m_state.toDevice.inverse(); toLogical && !m_path.isEmpty())
+        m_state.current = toLogical->map(m_path.current());
+    return kDone;
+}
+
+Played DeviceContext::abortPath()
+{
+    m_isInPath = false;
+    m_path.clear();
+    m_state.path.reset();
+    return kDone;
+}
+
+std::shared_ptr<GdiPath> DeviceContext::takePath()
+{
+    auto path = std::exchange(m_state.path, nullptr);
+    if (path && std::exchange(path->wasUsed, true)) {
+        m_pointsUsedAgain += path->path.points().size();
+        if (m_pointsUsedAgain > limits::kPointsUsedAgain)
+            return nullptr;
+    }
+    return path;
+}
+
+Played DeviceContext::paintPath(uint8_t parts)
+{
+    const auto path = takePath();
+    if (!path)
+        return kNoPath;
+    return paint(path->path, parts, !m_state.isWinding && !path->isWidened);
+}
+
+Played DeviceContext::fillPath()
+{
+    return paintPath(kFill);
+}
+
+Played DeviceContext::strokePath()
+{
+    return paintPath(kStroke);
+}
+
+Played DeviceContext::strokeAndFillPath()
+{
+    return paintPath(kFill | kStroke);
+}
+
+// Nothing is spent of what is not there.
+bool DeviceContext::spendPoints(size_t points)
+{
+    if (points > limits::kPointsOfOutlines - m_pointsOfOutlines)
+        return false;
+    m_pointsOfOutlines += points;
+    return true;
+}
+
+Played DeviceContext::flattenPath()
+{
+    if (!m_state.path)
+        return kNoPath;
+    constexpr double kTolerance = 0.1; // of a pixel
+    auto lines = m_state.path->path.flattened(kTolerance * m_device.unitsPerPixel,
+                                              limits::kPointsOfOutlines - m_pointsOfOutlines);
+    if (!lines || !spendPoints(lines->points().size()))
+        return kTooManyPoints;
+    m_state.path =
+            std::make_shared<GdiPath>(GdiPath{ std::move(*lines), m_state.path->isWidened, false });
+    return kDone;
+}
+
+Played DeviceContext::widenPath()
+{
+    if (!m_state.path)
+        return kNoPath;
+    if (!hasPen())
+        return notDone("the pen draws nothing");
+    const Nib nib = this->nib(kStroke);
+    const Stroke stroke = m_builder.scene().strokes[penStroke(nib, false)];
+    const Affine toNib = m_device.toPicture.then(Affine::translation(nib.offset.x, nib.offset.y))
+                                 .then(nib.shape.inverse().value_or(Affine()));
+    const Affine fromPicture = m_device.toPicture.inverse().value_or(Affine());
+    constexpr double kTolerance = 0.05; // of a pixel
+    Path placed = m_state.path->path;
+    placed.transform(toNib);
+    const auto lines = placed.flattened(kTolerance * m_device.unitsPerPixel,
+                                        limits::kPointsOfOutlines - m_pointsOfOutlines);
+    if (!lines)
+        return kTooManyPoints;
+    Path wide = outlineOf(*lines, { stroke.width, stroke.cap, stroke.join, stroke.miterLimit });
+    if (!spendPoints(lines->points().size() + wide.points().size()))
+        return kTooManyPoints;
+    // The middle of the pen is part of the figure now.
+    wide.transform(nib.shape.then(fromPicture));
+    m_state.path = std::make_shared<GdiPath>(GdiPath{ std::move(wide), true, false });
+    return stroke.dashes.empty() ? kDone : approximated("its gaps are covered");
+}
+
+} // namespace svgtool::picture
