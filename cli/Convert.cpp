@@ -1,6 +1,8 @@
 #include "cli/Convert.h"
 
+#include "cli/Damage.h"
 #include "cli/Exact.h"
+#include "cli/Picture.h"
 #include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGTool.h"
 
@@ -28,86 +30,6 @@ namespace {
         }
     }
 
-    const char *reasonOf(StopReason reason)
-    {
-        switch (reason) {
-        case StopReason::LengthReached:
-            return "there the length ends that the header names";
-        case StopReason::CountReached:
-            return "there the number of records ends that the header names";
-        case StopReason::DataEnded:
-            return "the end record is missing";
-        case StopReason::RecordCut:
-            return "it is longer than the rest of the file";
-        case StopReason::BadSize:
-            return "its size makes no sense";
-        default:
-            return "the records are not read to their end";
-        }
-    }
-
-    // What a damaged file lacks.
-    struct Damage
-    {
-        QString text; ///< empty for a whole file
-        bool isIncomplete = false; ///< records are missing, not only the header wrong
-    };
-
-    bool isMoved(const MetafileFacts &facts)
-    {
-        return facts.firstRecord != facts.namedFirstRecord;
-    }
-
-    // What lies behind an end record that is not the last record.
-    QString unreadText(const MetafileFacts &facts)
-    {
-        return QStringLiteral("an end record with %1 %2 behind it, %3 bytes from offset %4 on")
-                .arg(facts.unread.records)
-                .arg(QLatin1String(facts.unread.records == 1 ? "record" : "records"))
-                .arg(facts.fileBytes - facts.unread.offset)
-                .arg(facts.unread.offset);
-    }
-
-    Damage damageOf(const MetafileFacts &facts, const RecordTally &records, bool isRepaired)
-    {
-        const RecordTally::Stop &stop = records.stop();
-        const bool hasSize = facts.fileBytes == facts.headerBytes;
-        const bool isWhole = stop.reason == StopReason::EndRecord;
-        const QString sizes =
-                QStringLiteral("%1 of %2 bytes, ").arg(facts.fileBytes).arg(facts.headerBytes);
-        const QString header = isMoved(facts)
-                ? QStringLiteral("first record found at offset %1 and not at %2, ")
-                          .arg(facts.firstRecord)
-                          .arg(facts.namedFirstRecord)
-                : QString();
-        const QString stopped = header
-                + QStringLiteral("stopped at record %1 (offset %2)")
-                          .arg(stop.record)
-                          .arg(stop.offset);
-        if (isWhole && facts.unread.records > 0)
-            return { QStringLiteral("damaged, %1: %2").arg(stopped, unreadText(facts)), true };
-        if (isWhole && isRepaired)
-            return { QStringLiteral("damaged header, %1%2all %3")
-                             .arg(hasSize ? QString() : sizes, header,
-                                  QLatin1String(isMoved(facts) ? "from there on are read"
-                                                               : "records are there")),
-                     false };
-        if (isWhole)
-            return {};
-        if (facts.fileBytes < facts.headerBytes)
-            return { QStringLiteral("truncated, ") + sizes + stopped, true };
-        // Some programs leave the end record out, or do not count it.
-        const bool hasAll = stop.offset == facts.fileBytes
-                || (stop.reason == StopReason::CountReached
-                    && facts.records.stop().record == stop.record);
-        if (hasAll && !isRepaired)
-            return {};
-        return {
-            QStringLiteral("damaged, %1: %2").arg(stopped, QLatin1String(reasonOf(stop.reason))),
-            true
-        };
-    }
-
     void checkSize(const QString &name, const QByteArray &bytes)
     {
         constexpr int kSmallestMetafile = 18;
@@ -125,63 +47,85 @@ namespace {
         return code == SvgToolEmfConverted || code == SvgToolWmfConverted;
     }
 
-    // The library refuses an EMF for a size that is not that of its header, and ends early where a
-    // header sets too low a limit or names a wrong place for the first record. A copy with the
-    // header put right may give more.
-    bool convertRepaired(const QByteArray &bytes, const RecordTally::Stop &stop, QByteArray &svg,
-                         FileResult &result)
+    // Converts as the library does, to the byte.
+    QByteArray exactDocument(const QByteArray &bytes, FileResult &result)
     {
-        const bool isLimited = stop.reason == StopReason::BadSize
-                || stop.reason == StopReason::LengthReached
-                || stop.reason == StopReason::CountReached;
-        if (stop.reason != StopReason::None && !isLimited && !isMoved(result.facts))
+        QByteArray svg;
+        const qint32 code = convertExact(bytes, svg, &result.records);
+        if (!isSuccess(code))
+            throw Failure{ result.input, reasonOf(code, result.facts) };
+        return svg;
+    }
+
+    // The library ends early where the header of a WMF sets too low a limit. A copy with the header
+    // put right may give more.
+    bool convertRepaired(const QByteArray &bytes, QByteArray &svg, FileResult &result)
+    {
+        const RecordTally::Stop stop = result.records.stop();
+        if (stop.reason != StopReason::BadSize && stop.reason != StopReason::LengthReached)
             return false;
         QByteArray copy = bytes;
         repairHeader({ copy.data(), size_t(copy.size()) }, result.facts);
         QByteArray repaired;
         RecordTally records;
         const qint32 code = convertExact(copy, repaired, &records);
-        const bool isMore = records.stop().record > stop.record || isMoved(result.facts);
-        if (!isSuccess(code) || !isMore)
+        if (!isSuccess(code) || records.stop().record <= stop.record)
             return false;
         svg.swap(repaired);
         result.records = records;
         return true;
     }
 
-    // Converts the bytes as the library would, or, for a document to be shown, as far as possible.
-    QByteArray convertBytes(const QByteArray &bytes, const Options &options, FileResult &result)
+    // Notes what is wrong with a metafile, and gives the comment of its document.
+    QByteArray tellDamage(bool isHeaderWrong, FileResult &result)
     {
-        checkSize(result.input, bytes);
-        result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
-        QByteArray svg;
-        const qint32 code = convertExact(bytes, svg, &result.records);
-        const bool mayRepair = !options.isExact && (isSuccess(code) || code == SvgToolInvalidEmf);
-        const RecordTally::Stop stop = code == SvgToolInvalidEmf
-                ? RecordTally::Stop{ StopReason::None, 0, 0 }
-                : result.records.stop();
-        const bool isRepaired = mayRepair && convertRepaired(bytes, stop, svg, result);
-        if (!isSuccess(code) && !isRepaired)
-            throw Failure{ result.input, reasonOf(code, result.facts) };
-        for (const RecordTally::Line &line : result.records.lines())
-            result.skipped += line.outcome == RecordOutcome::Skipped ? line.count : 0;
-        result.status = FileStatus::Converted;
-        if (options.isExact)
-            return svg;
-
-        const Damage damage = damageOf(result.facts, result.records, isRepaired);
-        DisplayOptions display;
-        display.width = options.width;
-        display.height = options.height;
-        display.scale = options.scale;
+        const Damage damage = damageOf(result.facts, result.records.stop(), isHeaderWrong);
         if (!damage.text.isEmpty()) {
             result.status = FileStatus::Damaged;
             result.message = result.input + QLatin1String(": ") + damage.text;
         }
-        if (damage.isIncomplete)
-            display.comment =
-                    QByteArrayLiteral("Incomplete: the metafile is ") + damage.text.toUtf8();
+        return damage.isIncomplete ? "Incomplete: the metafile is " + damage.text.toUtf8()
+                                   : QByteArray();
+    }
+
+    // The exact document made fit to be shown, of as much of the metafile as can be read.
+    QByteArray displayDocument(const QByteArray &bytes, const Options &options, FileResult &result)
+    {
+        QByteArray svg = exactDocument(bytes, result);
+        const bool isRepaired = convertRepaired(bytes, svg, result);
+        DisplayOptions display;
+        display.width = options.width;
+        display.height = options.height;
+        display.scale = options.scale;
+        display.comment = tellDamage(isRepaired, result);
         return displayableSvg(svg, display);
+    }
+
+    // The picture, which heeds no limit that the header sets.
+    QByteArray pictureDocument(const QByteArray &bytes, const Options &options, FileResult &result)
+    {
+        // The list of records is the exact path's.
+        QByteArray unused;
+        if (!options.dumpFile.empty())
+            convertExact(bytes, unused, nullptr);
+        // It says where the records end, as the picture's tally will.
+        result.records = result.facts.records;
+        const QByteArray comment = tellDamage(hasWrongHeader(result.facts), result);
+        return drawPicture(bytes, options, comment, result);
+    }
+
+    QByteArray convertBytes(const QByteArray &bytes, const Options &options, FileResult &result)
+    {
+        checkSize(result.input, bytes);
+        result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
+        result.status = FileStatus::Converted;
+        const QByteArray document = options.isExact ? exactDocument(bytes, result)
+                : result.facts.format == MetafileFormat::Emf
+                ? pictureDocument(bytes, options, result)
+                : displayDocument(bytes, options, result);
+        for (const RecordTally::Line &line : result.records.lines())
+            result.skipped += line.outcome == RecordOutcome::Skipped ? line.count : 0;
+        return document;
     }
 
     void write(const Job &job, const StandardStreams &streams, const QByteArray &document,

@@ -117,7 +117,8 @@ namespace {
                     + QByteArray::fromStdString(recordName(result.facts.format, line.type))
                               .leftJustified(26)
                     + QByteArray::number(quint64(line.count)).rightJustified(8)
-                    + "  first at offset " + QByteArray::number(qint64(line.firstOffset)) + '\n';
+                    + "  first at offset " + QByteArray::number(qint64(line.firstOffset))
+                    + (*line.why != '\0' ? ": " : "") + line.why + '\n';
         }
         QByteArray head = "  records: ";
         for (size_t i = 0; i < sums.size(); ++i)
@@ -154,6 +155,8 @@ namespace {
             };
             if (hasOutcomes)
                 row.insert(QStringLiteral("outcome"), QLatin1String(word(line.outcome)));
+            if (*line.why != '\0')
+                row.insert(QStringLiteral("reason"), QLatin1String(line.why));
             list.append(row);
         }
         return list;

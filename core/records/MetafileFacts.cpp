@@ -175,6 +175,15 @@ MetafileFacts inspectMetafile(ByteView file)
     return facts;
 }
 
+bool hasWrongHeader(const MetafileFacts &facts)
+{
+    // At the last one they end. It is not there, or is the end record, which some programs do not
+    // count.
+    const uint64_t last = facts.records.stop().record;
+    return facts.fileBytes != facts.headerBytes || facts.firstRecord != facts.namedFirstRecord
+            || uint64_t(facts.headerRecords) + 1 < last;
+}
+
 void repairHeader(std::span<char> file, const MetafileFacts &facts)
 {
     constexpr uint32_t kNoLimit = std::numeric_limits<uint32_t>::max();

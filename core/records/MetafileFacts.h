@@ -45,6 +45,10 @@ struct MetafileFacts
 /// @note Takes time in proportion to the file. May throw std::bad_alloc.
 MetafileFacts inspectMetafile(ByteView file);
 
+/// Whether the header of an EMF does not go with its records: it names another size of the file,
+/// another place of the first record or fewer records than there are.
+bool hasWrongHeader(const MetafileFacts &facts);
+
 /// Changes the header of a metafile so that it does not end the conversion early: it names the
 /// place of the first record and the size that the file has, and no limit for the number or the
 /// size of the records.

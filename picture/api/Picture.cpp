@@ -27,7 +27,7 @@ namespace {
     }
 
     Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    RecordTally &tally)
+                    std::string_view comment, RecordTally &tally)
     {
         Picture result;
         const auto picture = picture::EmfPlayer::pictureOf(facts);
@@ -43,6 +43,7 @@ namespace {
         EmfDescription description = readDescription(header);
         scene.title = std::move(description.title);
         scene.description = std::move(description.program);
+        scene.comment = comment;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
         picture::enlargeImages(scene);
@@ -56,11 +57,11 @@ namespace {
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    RecordTally &tally)
+                    std::string_view comment, RecordTally &tally)
     {
         switch (facts.format) {
         case MetafileFormat::Emf:
-            return drawEmf(file, facts, options, tally);
+            return drawEmf(file, facts, options, comment, tally);
         case MetafileFormat::Wmf:
         case MetafileFormat::PlaceableWmf:
             return failure(PictureError::NotDrawnYet); // the place of their player
@@ -105,9 +106,9 @@ const char *describe(PictureError error) noexcept
 }
 
 Picture drawInspected(ByteView metafile, const MetafileFacts &facts, const PictureOptions &options,
-                      RecordTally &tally) noexcept
+                      std::string_view comment, RecordTally &tally) noexcept
 {
-    return guarded(options, [&] { return drawAny(metafile, facts, options, tally); });
+    return guarded(options, [&] { return drawAny(metafile, facts, options, comment, tally); });
 }
 
 Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &options) noexcept
@@ -117,7 +118,7 @@ Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &
                          int64_t(metafile.size()) };
     return guarded(options, [&] {
         RecordTally tally;
-        return drawAny(file, inspectMetafile(file), options, tally);
+        return drawAny(file, inspectMetafile(file), options, {}, tally);
     });
 }
 

@@ -66,9 +66,7 @@ PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
     report.isWhole = report.end == RecordsEnd::EndRecord
             ? report.unreadRecords == 0
             : report.end == RecordsEnd::DataEnded && endsWithFile;
-    // The end record need not be counted: some programs do not.
-    report.isHeaderWrong = facts.fileBytes != facts.headerBytes
-            || facts.firstRecord != facts.namedFirstRecord || facts.headerRecords < stop.record - 1;
+    report.isHeaderWrong = hasWrongHeader(facts);
     return report;
 }
 

@@ -171,6 +171,7 @@ struct Scene
     RectD view; ///< what the picture shows
     double width = 0, height = 0; ///< of the picture in CSS pixels, 96 an inch
     std::u16string title, description;
+    std::string comment; ///< UTF-8; what a reader of the document's text is to know
 
     std::vector<Node> nodes;
     std::vector<Path::Verb> verbs; ///< of all paths, one after the other

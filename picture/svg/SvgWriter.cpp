@@ -1,5 +1,6 @@
 #include "picture/svg/SvgWriter.h"
 
+#include "core/text/XmlEscape.h"
 #include "picture/svg/SvgParts.h"
 
 namespace svgtool::picture {
@@ -173,6 +174,10 @@ namespace {
     {
         const Scene &scene = document.scene();
         constexpr Numbers kPixels(3);
+        if (!scene.comment.empty()) {
+            appendComment(document.text(), scene.comment);
+            document.put('\n');
+        }
         document.put("<svg xmlns=\"http://www.w3.org/2000/svg\"");
         if (needsLinks(scene))
             document.put(" xmlns:xlink=\"http://www.w3.org/1999/xlink\"");

@@ -20,5 +20,5 @@ comma.
   $ cmp $'\xe4.svg' "C/$odd.svg"
   $ LOCPATH=$PWD LC_ALL=de_DE.UTF-8 locale decimal_point
   ,
-  $ grep -o '<svg width="[^"]*"' "de_DE/$odd.svg"
-  <svg width="450"
+  $ grep -m1 -o ' width="[^"]*"' "de_DE/$odd.svg"
+   width="450"

@@ -13,8 +13,13 @@ Converted, to standard output, to a file, to a folder, from standard input, with
   $ cp chart.emf "$odd" && cp chart.emf ./-dash.emf
   $ LC_ALL=C metafile2svg "$odd" -o "folder/$odd.svg" && cmp "folder/$odd.svg" chart.svg
   $ metafile2svg -o folder -- -dash.emf && cmp folder/-dash.emf.svg chart.svg && rm folder/*
-  $ metafile2svg --width 30.5 --height=20 chart.emf | grep -o '<svg.* height="[^"]*"'
-  <svg width="30.5" height="20"
+  $ for name in chart.emf drawing.wmf; do
+  >     metafile2svg --width 30.5 --height=20 $name | grep -oE ' (width|height)="[^"]*"' | head -2
+  > done
+   width="30.5"
+   height="20"
+   width="30.5"
+   height="20"
   $ metafile2svg --check chart.emf -o folder/x.svg && ls folder
 
 What is no plain file stays what it is.

@@ -1,0 +1,88 @@
+#include "cli/Damage.h"
+
+namespace svgtool {
+
+namespace {
+
+    // Whether a header names another place of the first record than there is.
+    bool isMoved(const MetafileFacts &facts)
+    {
+        return facts.firstRecord != facts.namedFirstRecord;
+    }
+
+    const char *reasonOf(StopReason reason)
+    {
+        switch (reason) {
+        case StopReason::LengthReached:
+            return "there the length ends that the header names";
+        case StopReason::DataEnded:
+            return "the end record is missing";
+        case StopReason::RecordCut:
+            return "it is longer than the rest of the file";
+        case StopReason::BadSize:
+            return "its size makes no sense";
+        default:
+            return "the records are not read to their end";
+        }
+    }
+
+    // What lies behind an end record that is not the last record.
+    QString unreadText(const MetafileFacts &facts)
+    {
+        return QStringLiteral("an end record with %1 %2 behind it, %3 bytes from offset %4 on")
+                .arg(facts.unread.records)
+                .arg(QLatin1String(facts.unread.records == 1 ? "record" : "records"))
+                .arg(facts.fileBytes - facts.unread.offset)
+                .arg(facts.unread.offset);
+    }
+
+    // Whether nothing is missing although there is no end record: some programs leave it out.
+    bool hasAllRecords(const MetafileFacts &facts, const RecordTally::Stop &stop)
+    {
+        const bool hasCount = facts.format == MetafileFormat::Emf;
+        return stop.offset == facts.fileBytes
+                || (hasCount && stop.record == facts.headerRecords + 1ULL);
+    }
+
+    // Whether the file breaks off in its end record.
+    bool isEndCut(const MetafileFacts &facts)
+    {
+        constexpr int64_t kEndRecord = 20; // bytes of it, [MS-EMF] 2.3.4.1
+        return facts.format == MetafileFormat::Emf && facts.fileBytes < facts.headerBytes
+                && facts.records.stop().offset + kEndRecord > facts.fileBytes;
+    }
+
+} // namespace
+
+Damage damageOf(const MetafileFacts &facts, const RecordTally::Stop &stop, bool isHeaderWrong)
+{
+    const bool hasSize = facts.fileBytes == facts.headerBytes;
+    const bool isWhole = stop.reason == StopReason::EndRecord && !isEndCut(facts);
+    const QString sizes =
+            QStringLiteral("%1 of %2 bytes, ").arg(facts.fileBytes).arg(facts.headerBytes);
+    const QString header = isMoved(facts)
+            ? QStringLiteral("first record found at offset %1 and not at %2, ")
+                      .arg(facts.firstRecord)
+                      .arg(facts.namedFirstRecord)
+            : QString();
+    const QString stopped = header
+            + QStringLiteral("stopped at record %1 (offset %2)").arg(stop.record).arg(stop.offset);
+    if (isWhole && facts.unread.records > 0)
+        return { QStringLiteral("damaged, %1: %2").arg(stopped, unreadText(facts)), true };
+    if (isWhole && isHeaderWrong)
+        return { QStringLiteral("damaged header, %1%2all %3")
+                         .arg(hasSize ? QString() : sizes, header,
+                              QLatin1String(isMoved(facts) ? "from there on are read"
+                                                           : "records are there")),
+                 false };
+    if (isWhole)
+        return {};
+    if (facts.fileBytes < facts.headerBytes)
+        return { QStringLiteral("truncated, ") + sizes + stopped, true };
+    if (hasAllRecords(facts, stop) && !isHeaderWrong)
+        return {};
+    return { QStringLiteral("damaged, %1: %2").arg(stopped, QLatin1String(reasonOf(stop.reason))),
+             true };
+}
+
+} // namespace svgtool

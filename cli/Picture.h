@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cli/Options.h"
+#include "cli/Results.h"
+
+namespace svgtool {
+
+/// The picture of an EMF as a document: the tool's one way to the picture path.
+/// @param comment  put before the picture; empty for none
+/// @param result   its facts are those of the metafile; the records are filled in
+/// @note Throws Failure, and std::bad_alloc where memory ends.
+QByteArray drawPicture(const QByteArray &metafile, const Options &options,
+                       const QByteArray &comment, FileResult &result);
+
+} // namespace svgtool
