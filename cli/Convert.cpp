@@ -118,6 +118,8 @@ namespace {
     {
         checkSize(result.input, bytes);
         result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
+        if (result.facts.format == MetafileFormat::Unknown && !options.isExact)
+            throw Failure{ result.input, reasonOf(SvgToolInvalidWmf, result.facts) };
         result.status = FileStatus::Converted;
         const QByteArray document = options.isExact ? exactDocument(bytes, result)
                 : result.facts.format == MetafileFormat::Emf
@@ -175,7 +177,8 @@ FileResult convertFile(const Job &job, const Options &options, const StandardStr
     try {
         convertOrThrow(job, options, streams, result);
     } catch (const Failure &failure) {
-        fail(failure.file + QLatin1String(": ") + failure.reason);
+        fail((failure.file.isEmpty() ? result.input : failure.file) + QLatin1String(": ")
+             + failure.reason);
     } catch (const std::bad_alloc &) {
         fail(result.input + QLatin1String(": not enough memory"));
     }

@@ -3,11 +3,11 @@
 
 namespace svgtool {
 
-static const QString kReason = QStringLiteral("conversions are not in this build");
+static const QString kReason = QStringLiteral("the exact path is not in this build");
 
 qint32 convertExact(const QByteArray &, QByteArray &, RecordTally *)
 {
-    throw Failure{ QStringLiteral("metafile2svg"), kReason };
+    throw Failure{ QString(), kReason };
 }
 
 void showLog(const std::string &) { }

@@ -22,7 +22,7 @@ struct StandardStreams
 /// Thrown where a file cannot be used.
 struct Failure
 {
-    QString file; ///< as it may be shown
+    QString file; ///< as it may be shown; empty for the one that is converted
     QString reason;
 };
 

@@ -18,8 +18,8 @@ namespace {
     };
 
     const char kHead[] = R"(Usage: metafile2svg [options] FILE|FOLDER...
-Converts Windows metafiles (EMF and WMF) to SVG 1.1. FILE is a metafile, or - for standard input;
-of a FOLDER the .emf and .wmf files in it are taken.
+Converts Windows metafiles (EMF and WMF) to SVG 1.1, an EMF to the picture that GDI would paint.
+FILE is a metafile, or - for standard input; of a FOLDER the .emf and .wmf files in it are taken.
 
 Options:
 )";
@@ -65,8 +65,8 @@ Exit status:
           "Convert N files at the same time; by default as many as there are cores." },
         { ' ', "force", "", "Convert also where the document is newer than the metafile." },
         { ' ', "exact", "",
-          "Write precisely the bytes that the library hands back, which many viewers "
-          "refuse, and convert no damaged file." },
+          "Write the exact text, precisely as the library hands it back. Many viewers "
+          "refuse it, it lacks much of a picture, and no damaged file is converted." },
         { ' ', "width", "W", "Width of the document, in pixels." },
         { ' ', "height", "H", "Height of the document, in pixels." },
         { ' ', "scale", "S", "Size of the document, as a multiple of its own." },
@@ -74,18 +74,18 @@ Exit status:
         { ' ', "info", "",
           "Tell format, size, bounds and records of each file; write no documents." },
         { ' ', "report", "",
-          "Tell which records were drawn, approximated and skipped, and where the "
-          "first of each is." },
+          "Tell which records were drawn, approximated and skipped, where the first of "
+          "each is, and why." },
         { ' ', "json", "", "Tell it as JSON." },
         { ' ', "gallery", "PAGE",
           "Show all results on one page, PAGE.html, also those that are up to date." },
         { ' ', "fail-fast", "", "Stop after the first file that fails." },
         { 'q', "quiet", "", "Show neither progress nor summary." },
         { ' ', "dump-skipped", "FILE",
-          "List records without a handler in FILE (of a WMF, all records), one "
-          "file at a time." },
+          "List in FILE the records for which the exact text has no handler (of a WMF, "
+          "all records), one file at a time." },
         { ' ', "log-level", "LEVEL",
-          "Show the library's log lines: fatal, warning, info or trace." },
+          "Show what the exact text's library logs: fatal, warning, info or trace." },
         { 'h', "help", "", "Show this help." },
         { 'v', "version", "", "Show the version." },
     };

@@ -18,6 +18,9 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     if (picture.error != PictureError::None)
         throw Failure{ result.input, QString::fromUtf8(describe(picture.error)) };
     result.records = records;
+    result.width = picture.width;
+    result.height = picture.height;
+    result.isSizeGuessed = picture.report.isSizeGuessed;
     return QByteArray::fromStdString(picture.document);
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace svgtool {
 
@@ -73,8 +74,23 @@ namespace {
         return QByteArray::number(size[0]) + " x " + QByteArray::number(size[1]) + ' ' + unit;
     }
 
-    QByteArray factsText(const MetafileFacts &facts)
+    // As the document writes it.
+    double rounded(double pixels)
     {
+        return std::round(pixels * 1000) / 1000;
+    }
+
+    QByteArray pictureText(const FileResult &result)
+    {
+        constexpr int kDigits = 9;
+        return QByteArray::number(rounded(result.width), 'g', kDigits) + " x "
+                + QByteArray::number(rounded(result.height), 'g', kDigits) + " pixels"
+                + (result.isSizeGuessed ? ", a guess: the header gives no size" : "");
+    }
+
+    QByteArray factsText(const FileResult &result)
+    {
+        const MetafileFacts &facts = result.facts;
         QByteArray text;
         const auto row = [&text](const char *name, const QByteArray &value) {
             text += "  " + QByteArray(name).leftJustified(9) + value + '\n';
@@ -95,6 +111,8 @@ namespace {
                 boxText(facts.bounds, "units, ") + QByteArray::number(facts.unitsPerInch)
                         + " to an inch");
         }
+        if (result.width > 0)
+            row("picture", pictureText(result));
         const RecordTally::Stop &stop = facts.records.stop();
         row("records",
             QByteArray::number(quint64(stop.record)) + " up to the " + word(stop.reason)
@@ -198,6 +216,11 @@ namespace {
             object.insert(QStringLiteral("message"), result.message);
         if (options.report == Options::Report::Facts)
             addFacts(result.facts, result, object);
+        if (result.width > 0) {
+            object.insert(QStringLiteral("width"), rounded(result.width));
+            object.insert(QStringLiteral("height"), rounded(result.height));
+            object.insert(QStringLiteral("sizeIsGuessed"), result.isSizeGuessed);
+        }
         if (hasRecords(result)) {
             object.insert(QStringLiteral("skipped"), qint64(result.skipped));
             object.insert(QStringLiteral("records"), recordsJson(result, result.records, true));
@@ -214,7 +237,7 @@ QByteArray reportText(const FileResult &result, const Options &options)
         return reportJson(result, options);
     QByteArray text = printable(result.input).toUtf8() + ": " + word(result.status) + '\n';
     if (options.report == Options::Report::Facts)
-        text += factsText(result.facts);
+        text += factsText(result);
     if (hasRecords(result))
         text += recordsText(result);
     return text;

@@ -34,6 +34,9 @@ struct FileResult
     quint64 skipped = 0; ///< records that the document lacks
     MetafileFacts facts;
     RecordTally records; ///< what became of them
+    double width = 0; ///< of a picture, in CSS pixels; 0 for none
+    double height = 0;
+    bool isSizeGuessed = false; ///< the header does not give the picture's size
     QByteArray document; ///< what was written or would have been, if Options::keepsDocuments
 };
 

@@ -32,10 +32,11 @@ With the document on standard output the report is on standard error.
     skipped      META_ARC                         1  first at offset 32
     drawn        META_RECTANGLE                   1  first at offset 18
   $ sed 2,6d info | cmp - report
-  $ metafile2svg --info chart.emf | sed -n 4,6p
+  $ metafile2svg --info chart.emf --scale 1.25 | sed -n 4,7p
     bounds   0,0 to 300,200 pixels
     frame    0,0 to 7939,5286 x 0.01 mm
     device   1024 x 768 pixels, 271 x 203 mm
+    picture  375 x 250 pixels
   $ printf "$head$rectangle$arc" >endless.wmf
   $ metafile2svg -q --info --json text.emf endless.wmf 2>messages
   [
