@@ -6,6 +6,7 @@
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
 #include "picture/play/EmfPlayer.h"
+#include "picture/play/WmfPlayer.h"
 #include "picture/scene/Grounds.h"
 #include "picture/scene/Images.h"
 #include "picture/scene/Passes.h"
@@ -26,30 +27,56 @@ namespace {
         return picture;
     }
 
-    Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    std::string_view comment, RecordTally &tally)
+    // What is the same of a scene of either format.
+    Picture finished(picture::Scene scene, ByteView file, PictureSize natural,
+                     const PictureOptions &options)
     {
         Picture result;
-        const auto picture = picture::EmfPlayer::pictureOf(facts);
-        picture::DeviceContext context(picture.device,
-                                       Fields(file, offsetof(ENHMETAHEADER, nHandles)).word());
-        RecordTally records;
-        picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
-        picture::Scene scene = context.take();
-        const PictureSize size = sizeOf({ picture.width, picture.height }, options);
+        const PictureSize size = sizeOf(natural, options);
         result.width = scene.width = size.width;
         result.height = scene.height = size.height;
-        const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
-        EmfDescription description = readDescription(header);
-        scene.title = std::move(description.title);
-        scene.description = std::move(description.program);
-        scene.comment = comment;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
         picture::enlargeImages(scene);
         picture::layPaper(scene);
         result.document = picture::writeSvg(
                 scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix);
+        return result;
+    }
+
+    Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                    std::string_view comment, RecordTally &tally)
+    {
+        const auto picture = picture::EmfPlayer::pictureOf(facts);
+        picture::DeviceContext context(picture.device,
+                                       Fields(file, offsetof(ENHMETAHEADER, nHandles)).word());
+        RecordTally records;
+        picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
+        picture::Scene scene = context.take();
+        const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
+        EmfDescription description = readDescription(header);
+        scene.title = std::move(description.title);
+        scene.description = std::move(description.program);
+        scene.comment = comment;
+        Picture result =
+                finished(std::move(scene), file, { picture.width, picture.height }, options);
+        result.report = reportOf(facts, records);
+        result.report.isSizeGuessed = picture.isGuessed;
+        tally = std::move(records);
+        return result;
+    }
+
+    Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                    std::string_view comment, RecordTally &tally)
+    {
+        const auto picture = picture::WmfPlayer::pictureOf(file, facts);
+        picture::DeviceContext context(picture.device, 1);
+        RecordTally records;
+        picture::WmfPlayer(context, picture).playAll(file, facts, &records);
+        picture::Scene scene = context.take();
+        scene.comment = comment;
+        Picture result =
+                finished(std::move(scene), file, { picture.width, picture.height }, options);
         result.report = reportOf(facts, records);
         result.report.isSizeGuessed = picture.isGuessed;
         tally = std::move(records);
@@ -64,7 +91,7 @@ namespace {
             return drawEmf(file, facts, options, comment, tally);
         case MetafileFormat::Wmf:
         case MetafileFormat::PlaceableWmf:
-            return failure(PictureError::NotDrawnYet); // the place of their player
+            return drawWmf(file, facts, options, comment, tally);
         case MetafileFormat::Unknown:
             break;
         }

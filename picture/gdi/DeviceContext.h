@@ -64,6 +64,10 @@ public:
 
     // Objects.
     Played createObject(uint32_t handle, GdiObject object);
+    /// In the lowest slot that is free; the table grows, up to the 16 bits that a WMF has.
+    Played createInFreeSlot(GdiObject object);
+    /// A region of the table; null if there is none.
+    const Region *region(uint32_t handle) const;
     /// @param handle  of the table, or 0x80000000 and the number of a stock object
     Played selectObject(uint32_t handle);
     Played deleteObject(uint32_t handle);

@@ -113,6 +113,30 @@ Played DeviceContext::createObject(uint32_t handle, GdiObject object)
     return kDone;
 }
 
+Played DeviceContext::createInFreeSlot(GdiObject object)
+{
+    constexpr size_t kMostSlots = size_t(1) << 16;
+    const auto isFree = [](const GdiObject &slot) {
+        return std::holds_alternative<std::monostate>(slot);
+    };
+    const auto slot = std::find_if(m_objects.begin() + 1, m_objects.end(), isFree);
+    if (slot != m_objects.end())
+        *slot = std::move(object);
+    else if (m_objects.size() <= kMostSlots)
+        m_objects.push_back(std::move(object));
+    else
+        return notDone("its object finds no place");
+    return kDone;
+}
+
+const Region *DeviceContext::region(uint32_t handle) const
+{
+    const GdiObject *const chosen = object(handle);
+    const auto *const region =
+            chosen != nullptr ? std::get_if<std::shared_ptr<const Region>>(chosen) : nullptr;
+    return region != nullptr ? region->get() : nullptr;
+}
+
 Played DeviceContext::selectObject(uint32_t handle)
 {
     constexpr uint32_t kStock = 0x80000000;

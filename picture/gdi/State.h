@@ -95,7 +95,8 @@ struct GdiPath
     bool wasUsed = false; ///< by one of the states that share it
 };
 
-using GdiObject = std::variant<std::monostate, Pen, Brush, Font, std::shared_ptr<Palette>, Other>;
+using GdiObject = std::variant<std::monostate, Pen, Brush, Font, std::shared_ptr<Palette>,
+                               std::shared_ptr<const Region>, Other>;
 
 /// One of the areas that a clip is the intersection of.
 struct ClipTerm

@@ -1,0 +1,98 @@
+#include "picture/play/WmfCalls.h"
+
+#include "core/raster/DibHeader.h"
+
+#include <algorithm>
+
+namespace svgtool::picture::wmf {
+
+namespace {
+
+    // A bitmap whose bits follow its colours. None, which cannot be decoded, unless the header
+    // makes sense.
+    DibBytes packedDib(ByteView bytes, uint32_t usage)
+    {
+        const auto header = readDibHeader(bytes, usage);
+        if (!header)
+            return {};
+        constexpr uint32_t kPaletteIndices = 1;
+        const int64_t entryBytes = usage == kPaletteIndices ? 2 : header->tableEntryBytes;
+        const int64_t infoBytes =
+                std::min(header->tableOffset + header->tableEntries * entryBytes, bytes.size);
+        return { { bytes.data, infoBytes }, tail(bytes, infoBytes), usage };
+    }
+
+    // Height and width, then y and x.
+    BlitBox takeBlitBox(Fields &fields)
+    {
+        BlitBox box;
+        box.extent = takePair(fields);
+        box.at = takePair(fields);
+        return box;
+    }
+
+    // Records that lack the bitmap have a word in the place that it would begin.
+    bool hasBitmap(ByteView record, uint32_t type)
+    {
+        return record.size / 2 != int64_t(type >> 8) + 3;
+    }
+
+} // namespace
+
+Played patBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t operation = fields.dword();
+    return dc.stretchBlt(takeBlitBox(fields), nullptr, operation);
+}
+
+Played dibBitBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t type = Fields(record, 4).word();
+    const uint32_t operation = fields.dword();
+    const PointL at = takePair(fields);
+    const bool isWithBitmap = hasBitmap(record, type);
+    fields.skip(isWithBitmap ? 0 : 2);
+    const BlitBox to = takeBlitBox(fields);
+    const BlitSource source{ packedDib(tail(record, fields.offset()), 0), { at, to.extent }, {} };
+    return dc.stretchBlt(to, isWithBitmap ? &source : nullptr, operation);
+}
+
+Played dibStretchBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t type = Fields(record, 4).word();
+    const uint32_t operation = fields.dword();
+    const BlitBox from = takeBlitBox(fields);
+    const bool isWithBitmap = hasBitmap(record, type);
+    fields.skip(isWithBitmap ? 0 : 2);
+    const BlitBox to = takeBlitBox(fields);
+    const BlitSource source{ packedDib(tail(record, fields.offset()), 0), from, {} };
+    return dc.stretchBlt(to, isWithBitmap ? &source : nullptr, operation);
+}
+
+Played stretchDib(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t operation = fields.dword();
+    const uint32_t usage = fields.word();
+    const BlitBox from = takeBlitBox(fields);
+    const BlitBox to = takeBlitBox(fields);
+    return dc.stretchDibits(to, from, packedDib(tail(record, fields.offset()), usage), operation);
+}
+
+Played setDibToDevice(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t usage = fields.word();
+    const uint32_t lines = fields.word(), firstLine = fields.word();
+    BlitBox from;
+    from.at = takePair(fields);
+    from.extent = takePair(fields);
+    const PointL to = takePair(fields);
+    return dc.setDibitsToDevice(to, from, packedDib(tail(record, fields.offset()), usage),
+                                firstLine, lines);
+}
+
+} // namespace svgtool::picture::wmf

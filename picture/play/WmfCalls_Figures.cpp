@@ -1,0 +1,122 @@
+#include "picture/play/WmfCalls.h"
+
+#include <algorithm>
+
+namespace svgtool::picture::wmf {
+
+std::optional<RectD> outlined(const DeviceContext &dc, const RectD &box)
+{
+    // In pixels, whichever way the axes run.
+    const Affine &toDevice = dc.state().toDevice;
+    const auto toLogical = toDevice.inverse();
+    if (!toLogical)
+        return std::nullopt;
+    RectD pixels = mapBounds(toDevice, box);
+    pixels.right -= 1;
+    pixels.bottom -= 1;
+    if (pixels.right < pixels.left || pixels.bottom < pixels.top)
+        return std::nullopt;
+    return mapBounds(*toLogical, pixels);
+}
+
+static constexpr Played kTooFewPoints = notDone("it names more points than it has");
+
+// As many points as the record says, or nothing when they do not fit.
+static std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count)
+{
+    if (!slice(record, fields.offset(), count * 4))
+        return std::nullopt;
+    std::vector<PointD> points;
+    points.reserve(size_t(count));
+    for (int64_t i = 0; i < count; ++i)
+        points.push_back(takeArrayPoint(fields));
+    return points;
+}
+
+Played polyline(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const int64_t count = fields.word();
+    const auto points = takePoints(record, fields, count);
+    return points ? dc.polyline(*points) : kTooFewPoints;
+}
+
+Played polygon(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const int64_t count = fields.word();
+    const auto points = takePoints(record, fields, count);
+    return points ? dc.polygon(*points) : kTooFewPoints;
+}
+
+Played polyPolygon(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const int64_t polygons = fields.word();
+    if (!slice(record, fields.offset(), polygons * 2))
+        return notDone("it names more figures than it has");
+    std::vector<uint32_t> counts;
+    int64_t sum = 0;
+    for (int64_t i = 0; i < polygons; ++i) {
+        counts.push_back(fields.word());
+        sum += counts.back();
+    }
+    const auto points = takePoints(record, fields, sum);
+    return points ? dc.polyPolygon(*points, counts) : kTooFewPoints;
+}
+
+Played roundRectangle(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const PointD corner = takePoint(fields);
+    const auto box = outlined(dc, takeBox(fields));
+    return box ? dc.roundRectangle(*box, corner) : kDone;
+}
+
+Played setPixel(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const Color color = dc.colorOfReference(fields.dword());
+    return dc.setPixel(takePoint(fields), color);
+}
+
+static constexpr Played kNoRegion = notDone("there is no such region");
+static constexpr uint32_t kReplace = 5; // RGN_COPY
+
+// A region that is selected is the clip.
+Played selectObject(DeviceContext &dc, ByteView record)
+{
+    const uint32_t handle = Fields(record, kBody).word() + 1u;
+    const Region *const region = dc.region(handle);
+    return region != nullptr ? dc.selectClipRegion(*region, kReplace) : dc.selectObject(handle);
+}
+
+Played selectClipRegion(DeviceContext &dc, ByteView record)
+{
+    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
+    return region != nullptr ? dc.selectClipRegion(*region, kReplace) : dc.resetClip();
+}
+
+Played fillRegion(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const Region *const region = dc.region(fields.word() + 1u);
+    return region != nullptr ? dc.fillRegion(region->rects(), fields.word() + 1u) : kNoRegion;
+}
+
+Played frameRegion(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const Region *const region = dc.region(fields.word() + 1u);
+    const uint32_t brush = fields.word() + 1u;
+    return region != nullptr ? dc.frameRegion(region->rects(), brush, takePoint(fields))
+                             : kNoRegion;
+}
+
+Played paintRegion(DeviceContext &dc, ByteView record)
+{
+    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
+    return region != nullptr ? dc.paintRegion(region->rects()) : kNoRegion;
+}
+
+} // namespace svgtool::picture::wmf

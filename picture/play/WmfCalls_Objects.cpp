@@ -1,0 +1,106 @@
+#include "picture/play/WmfCalls.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <vector>
+
+namespace svgtool::picture::wmf {
+
+Played createPen(DeviceContext &dc, ByteView record)
+{
+    constexpr uint16_t kStyle = 0x0F;
+    Fields fields(record, kBody);
+    const uint16_t style = fields.word() & kStyle;
+    Pen pen;
+    pen.line = style <= uint16_t(Pen::Line::InsideFrame) ? Pen::Line(style) : Pen::Line::Solid;
+    pen.width = std::abs(fields.shortInt());
+    fields.skip(2); // the width's y, which does not count
+    pen.color = dc.colorOfReference(fields.dword());
+    return dc.createInFreeSlot(pen);
+}
+
+Played createBrush(DeviceContext &dc, ByteView record)
+{
+    constexpr uint16_t kNull = 1, kHatched = 2, kHatches = 6;
+    Fields fields(record, kBody);
+    const uint16_t style = fields.word();
+    Brush brush;
+    brush.color = dc.colorOfReference(fields.dword());
+    const uint16_t hatch = fields.word();
+    if (style == kNull)
+        brush.kind = Brush::Kind::Null;
+    else if (style == kHatched && hatch < kHatches)
+        brush.kind = Brush::Kind::Hatched;
+    brush.hatch = uint8_t(hatch);
+    return dc.createInFreeSlot(brush);
+}
+
+Played createFont(DeviceContext &dc, ByteView record)
+{
+    constexpr int kFaceBytes = 32;
+    Fields fields(record, kBody);
+    Font font;
+    font.height = fields.shortInt();
+    font.width = fields.shortInt();
+    font.escapement = fields.shortInt();
+    fields.skip(2); // the orientation
+    font.weight = fields.shortInt();
+    font.isItalic = fields.byte() != 0;
+    font.isUnderlined = fields.byte() != 0;
+    font.isStruckOut = fields.byte() != 0;
+    font.charSet = fields.byte();
+    fields.skip(3); // precisions and quality
+    font.pitchAndFamily = fields.byte();
+    for (int i = 0; i < kFaceBytes; ++i) {
+        const uint8_t byte = fields.byte();
+        if (byte == 0)
+            break;
+        font.face += char16_t(byte);
+    }
+    return dc.createInFreeSlot(font);
+}
+
+Played createOther(DeviceContext &dc, ByteView)
+{
+    return dc.createInFreeSlot(Other());
+}
+
+// Region, [MS-WMF] 2.2.1.5: scans, which are bands of boxes.
+Played createRegion(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + 10);
+    const int scans = fields.word();
+    fields.skip(2 + 8); // longest scan, and bounds
+    std::vector<RectI> rects;
+    for (int i = 0; i < scans; ++i) {
+        const int count = fields.word();
+        const int32_t top = fields.shortInt(), bottom = fields.shortInt();
+        if (!slice(record, fields.offset(), int64_t(count) * 2))
+            return dc.createInFreeSlot(Other());
+        for (int side = 0; side + 1 < count; side += 2) {
+            const int32_t left = fields.shortInt();
+            rects.push_back({ left, top, fields.shortInt(), bottom });
+        }
+        fields.skip(2 * (count % 2) + 2); // the count again
+    }
+    const auto region = Region::of(rects);
+    return region ? dc.createInFreeSlot(std::make_shared<const Region>(*region))
+                  : dc.createInFreeSlot(Other());
+}
+
+Played createPalette(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + 2);
+    const int64_t count = fields.word();
+    Palette palette;
+    if (slice(record, fields.offset(), count * 4)) {
+        for (int64_t i = 0; i < count; ++i) {
+            const uint8_t red = fields.byte(), green = fields.byte();
+            palette.push_back({ red, green, fields.byte(), 255 });
+            fields.skip(1);
+        }
+    }
+    return dc.createInFreeSlot(std::make_shared<Palette>(std::move(palette)));
+}
+
+} // namespace svgtool::picture::wmf

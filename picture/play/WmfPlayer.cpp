@@ -1,0 +1,191 @@
+#include "picture/play/WmfPlayer.h"
+
+#include "core/base/Numeric.h"
+#include "core/records/RecordIterator.h"
+#include "core/records/WmfRecordTypes.h"
+#include "picture/play/WmfCalls.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace svgtool::picture {
+
+namespace {
+
+    struct Row
+    {
+        uint32_t type;
+        Played (*play)(DeviceContext &context, ByteView record);
+        Played otherwise = kDone; ///< what becomes of it where there is no function
+    };
+
+    // Nothing in the picture depends on it.
+    Played neutral(DeviceContext &, ByteView)
+    {
+        return kNeutral;
+    }
+
+    // All types, by number.
+    // clang-format off
+    constexpr Row kRows[] = {
+        { Meta::Eof, neutral },
+        { Meta::SaveDC, wmf::plain<&DeviceContext::saveState> },
+        { Meta::RealizePalette, neutral },
+        { Meta::SetPalEntries, neutral },
+        { Meta::CreatePalette, wmf::createPalette },
+        { Meta::CreateBrush, wmf::createOther },
+        { Meta::SetBkMode, wmf::number<&DeviceContext::setBackgroundMode> },
+        { Meta::SetMapMode, wmf::number<&DeviceContext::setMapMode> },
+        { Meta::SetRop2, wmf::number<&DeviceContext::setRop2> },
+        { Meta::SetRelAbs, neutral },
+        { Meta::SetPolyFillMode, wmf::number<&DeviceContext::setPolygonFillMode> },
+        { Meta::SetStretchBltMode, wmf::number<&DeviceContext::setStretchMode> },
+        { Meta::SetTextCharExtra, wmf::setCharacterExtra },
+        { Meta::RestoreDC, wmf::restoreState },
+        { Meta::InvertRegion, nullptr, notDone("inversion is not drawn yet") },
+        { Meta::PaintRegion, wmf::paintRegion },
+        { Meta::SelectClipRegion, wmf::selectClipRegion },
+        { Meta::SelectObject, wmf::selectObject },
+        { Meta::SetTextAlign, wmf::number<&DeviceContext::setTextAlign> },
+        { Meta::ResizePalette, neutral },
+        { Meta::DibCreatePatternBrush, wmf::createOther },
+        { Meta::SetLayout, wmf::number<&DeviceContext::setLayout> },
+        { Meta::DeleteObject, wmf::object<&DeviceContext::deleteObject> },
+        { Meta::CreatePatternBrush, wmf::createOther },
+        { Meta::SetBkColor, wmf::color<&DeviceContext::setBackgroundColor> },
+        { Meta::SetTextColor, wmf::color<&DeviceContext::setTextColor> },
+        { Meta::SetTextJustification, wmf::setJustification },
+        { Meta::SetWindowOrg, wmf::pair<&DeviceContext::setWindowOrigin> },
+        { Meta::SetWindowExt, wmf::pair<&DeviceContext::setWindowExtent> },
+        { Meta::SetViewportOrg, wmf::pair<&DeviceContext::setViewportOrigin> },
+        { Meta::SetViewportExt, wmf::pair<&DeviceContext::setViewportExtent> },
+        { Meta::OffsetWindowOrg, wmf::offsetWindowOrigin },
+        { Meta::OffsetViewportOrg, wmf::offsetViewportOrigin },
+        { Meta::LineTo, wmf::point<&DeviceContext::lineTo> },
+        { Meta::MoveTo, wmf::point<&DeviceContext::moveTo> },
+        { Meta::OffsetClipRgn, wmf::point<&DeviceContext::offsetClip> },
+        { Meta::FillRegion, wmf::fillRegion },
+        { Meta::SetMapperFlags, neutral },
+        { Meta::SelectPalette, wmf::object<&DeviceContext::selectPalette> },
+        { Meta::CreatePenIndirect, wmf::createPen },
+        { Meta::CreateFontIndirect, wmf::createFont },
+        { Meta::CreateBrushIndirect, wmf::createBrush },
+        { Meta::CreateBitmapIndirect, wmf::createOther },
+        { Meta::Polygon, wmf::polygon },
+        { Meta::Polyline, wmf::polyline },
+        { Meta::ScaleWindowExt, wmf::scaleWindowExtent },
+        { Meta::ScaleViewportExt, wmf::scaleViewportExtent },
+        { Meta::ExcludeClipRect, wmf::box<&DeviceContext::excludeClip> },
+        { Meta::IntersectClipRect, wmf::box<&DeviceContext::intersectClip> },
+        { Meta::Ellipse, wmf::figure<&DeviceContext::ellipse> },
+        { Meta::FloodFill, nullptr, notDone("flood fills are not drawn yet") },
+        { Meta::Rectangle, wmf::figure<&DeviceContext::rectangle> },
+        { Meta::SetPixel, wmf::setPixel },
+        { Meta::FrameRegion, wmf::frameRegion },
+        { Meta::AnimatePalette, neutral },
+        { Meta::TextOut, wmf::textOut },
+        { Meta::PolyPolygon, wmf::polyPolygon },
+        { Meta::ExtFloodFill, nullptr, notDone("flood fills are not drawn yet") },
+        { Meta::RoundRect, wmf::roundRectangle },
+        { Meta::PatBlt, wmf::patBlt },
+        { Meta::Escape, neutral },
+        { Meta::DrawText, nullptr, notDone("its layout is not documented") },
+        { Meta::CreateBitmap, wmf::createOther },
+        { Meta::CreateRegion, wmf::createRegion },
+        { Meta::Arc, wmf::arc<&DeviceContext::arc> },
+        { Meta::Pie, wmf::arc<&DeviceContext::pie> },
+        { Meta::Chord, wmf::arc<&DeviceContext::chord> },
+        { Meta::BitBlt, nullptr, notDone("bitmaps of devices are not drawn yet") },
+        { Meta::DibBitBlt, wmf::dibBitBlt },
+        { Meta::ExtTextOut, wmf::extTextOut },
+        { Meta::StretchBlt, nullptr, notDone("bitmaps of devices are not drawn yet") },
+        { Meta::DibStretchBlt, wmf::dibStretchBlt },
+        { Meta::SetDibToDev, wmf::setDibToDevice },
+        { Meta::StretchDib, wmf::stretchDib },
+    };
+    // clang-format on
+    static_assert(std::ranges::equal(kRows, kWmfRecordTypes, {}, &Row::type, &RecordType::number));
+
+    struct Size
+    {
+        double width = 0, height = 0;
+    };
+
+    // The extent of the first window, which is what a file without a placeable header has.
+    std::optional<Size> firstWindow(ByteView file, const MetafileFacts &facts)
+    {
+        RecordIterator records(facts.format, file, facts.firstRecord);
+        while (const auto record = records.next()) {
+            if (record->type != Meta::SetWindowExt)
+                continue;
+            Fields fields(record->bytes, wmf::kBody);
+            const PointL extent = wmf::takePair(fields);
+            if (extent.x != 0 && extent.y != 0)
+                return Size{ std::abs(double(extent.x)), std::abs(double(extent.y)) };
+        }
+        return std::nullopt;
+    }
+
+} // namespace
+
+WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &facts)
+{
+    constexpr double kPixelsPerInch = 96, kTwipsPerInch = 1440;
+    Picture picture;
+    Size size{ std::abs(double(facts.bounds.right) - facts.bounds.left),
+               std::abs(double(facts.bounds.bottom) - facts.bounds.top) };
+    double unitsPerInch = facts.unitsPerInch != 0 ? facts.unitsPerInch : kTwipsPerInch;
+    if (facts.format == MetafileFormat::Wmf || size.width == 0 || size.height == 0) {
+        const auto window = firstWindow(file, facts);
+        constexpr Size kScreen{ 1024 * 15, 768 * 15 };
+        picture.isGuessed = !window;
+        size = window.value_or(kScreen);
+        unitsPerInch = kTwipsPerInch;
+    }
+    const auto pixels = [unitsPerInch](double units) {
+        return std::max(1.0, std::floor(units / unitsPerInch * kPixelsPerInch + 0.5));
+    };
+    picture.width = pixels(size.width);
+    picture.height = pixels(size.height);
+    constexpr double kMillimetersPerPixel = 25.4 / kPixelsPerInch;
+    Device &device = picture.device;
+    device.pixelsX = picture.width;
+    device.pixelsY = picture.height;
+    device.millimetersX = picture.width * kMillimetersPerPixel;
+    device.millimetersY = picture.height * kMillimetersPerPixel;
+    device.view = { 0, 0, picture.width, picture.height };
+    return picture;
+}
+
+WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context(context)
+{
+    m_context.setMapMode(uint32_t(MapMode::Anisotropic));
+    m_context.setViewportExtent(
+            { truncateToInt32(picture.width), truncateToInt32(picture.height) });
+}
+
+Played WmfPlayer::play(uint32_t type, ByteView record)
+{
+    const auto *const row = std::ranges::lower_bound(kRows, type, {}, &Row::type);
+    if (row == std::end(kRows) || row->type != type)
+        return notDone("its type is not known");
+    return row->play != nullptr ? row->play(m_context, record) : row->otherwise;
+}
+
+void WmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)
+{
+    RecordIterator records(facts.format, file, facts.firstRecord);
+    uint32_t number = 1;
+    if (tally != nullptr)
+        tally->begin(facts.firstRecord, number);
+    while (const auto record = records.next()) {
+        m_context.setRecord(number++);
+        const Played played = play(record->type, record->bytes);
+        if (tally != nullptr)
+            tally->note(record->type, played.outcome, record->bytes.size, played.why);
+    }
+    if (tally != nullptr)
+        tally->end(records.stop());
+}
+
+} // namespace svgtool::picture

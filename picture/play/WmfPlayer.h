@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/base/Bytes.h"
+#include "core/records/MetafileFacts.h"
+#include "picture/gdi/DeviceContext.h"
+
+#include <cstdint>
+
+namespace svgtool::picture {
+
+/// Plays the records of a 16-bit Windows metafile ([MS-WMF]) in a device context, as an EmfPlayer
+/// those of an enhanced one.
+class WmfPlayer
+{
+public:
+    /// What headers, or the first window, say of the picture.
+    struct Picture
+    {
+        Device device;
+        double width = 0, height = 0; ///< CSS pixels
+        bool isGuessed = false; ///< nothing tells the size
+    };
+    static Picture pictureOf(ByteView file, const MetafileFacts &facts);
+
+    /// Makes what is shown the viewport of the context, as who plays a metafile does.
+    WmfPlayer(DeviceContext &context, const Picture &picture);
+
+    /// Plays one record, its head included. Nothing of the record is trusted.
+    Played play(uint32_t type, ByteView record);
+    /// Plays all records of a file up to the end record.
+    /// @param tally  what became of each record is counted there, if not null
+    void playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally);
+
+private:
+    DeviceContext &m_context;
+};
+
+} // namespace svgtool::picture
