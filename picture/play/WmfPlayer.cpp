@@ -126,6 +126,11 @@ namespace {
         return std::nullopt;
     }
 
+    PointL viewportOf(const WmfPlayer::Picture &picture)
+    {
+        return { truncateToInt32(picture.width), truncateToInt32(picture.height) };
+    }
+
 } // namespace
 
 WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &facts)
@@ -154,14 +159,22 @@ WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &fact
     device.millimetersX = picture.width * kMillimetersPerPixel;
     device.millimetersY = picture.height * kMillimetersPerPixel;
     device.view = { 0, 0, picture.width, picture.height };
+    if (facts.format == MetafileFormat::PlaceableWmf) {
+        const HeaderBox &box = facts.bounds;
+        picture.windowOrigin = { box.left, box.top };
+        picture.windowExtent = { wrapSub(box.right, box.left), wrapSub(box.bottom, box.top) };
+    } else {
+        picture.windowExtent = viewportOf(picture);
+    }
     return picture;
 }
 
 WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context(context)
 {
     m_context.setMapMode(uint32_t(MapMode::Anisotropic));
-    m_context.setViewportExtent(
-            { truncateToInt32(picture.width), truncateToInt32(picture.height) });
+    m_context.setViewportExtent(viewportOf(picture));
+    m_context.setWindowOrigin(picture.windowOrigin);
+    m_context.setWindowExtent(picture.windowExtent);
 }
 
 Played WmfPlayer::play(uint32_t type, ByteView record)

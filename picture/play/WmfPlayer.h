@@ -17,6 +17,7 @@ public:
     struct Picture
     {
         Device device;
+        PointL windowOrigin, windowExtent; ///< until the file sets its own
         double width = 0, height = 0; ///< CSS pixels
         bool isGuessed = false; ///< nothing tells the size
     };
