@@ -120,8 +120,6 @@ const char *describe(PictureError error) noexcept
         return "there is no error";
     case PictureError::NotAMetafile:
         return "this is not a metafile: it has neither an EMF nor a WMF header";
-    case PictureError::NotDrawnYet:
-        return "metafiles of this format (WMF) are not drawn yet";
     case PictureError::BadOptions:
         return "the options ask for a size or a prefix that is not allowed";
     case PictureError::OutOfMemory:

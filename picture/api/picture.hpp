@@ -25,7 +25,6 @@ namespace svgtool {
 enum class PictureError {
     None, ///< there is one
     NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
-    NotDrawnYet, ///< a metafile of a format that is known, but not drawn by this version: a WMF
     BadOptions, ///< a size or a prefix that PictureOptions does not allow
     OutOfMemory,
     Internal, ///< a fault of this library; it should not happen
@@ -121,7 +120,7 @@ struct Picture
     PictureReport report; ///< empty if there is an error
 };
 
-/// Draws an enhanced metafile (EMF) as GDI would and writes the picture as an SVG 1.1 document.
+/// Draws a Windows metafile (EMF or WMF) as GDI would and writes the picture as an SVG 1.1 document.
 ///
 /// The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
 /// it, and the report says what cannot. The document holds no script, refers to nothing outside,
