@@ -120,7 +120,8 @@ struct Picture
     PictureReport report; ///< empty if there is an error
 };
 
-/// Draws a Windows metafile (EMF or WMF) as GDI would and writes the picture as an SVG 1.1 document.
+/// Draws a Windows metafile (EMF or WMF) as GDI would and writes the picture as an SVG 1.1
+/// document.
 ///
 /// The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
 /// it, and the report says what cannot. The document holds no script, refers to nothing outside,
