@@ -204,8 +204,36 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     return picture;
 }
 
+// A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are drawn a second time by EMF records
+// unless the EMF+ header ([MS-EMFPLUS] 2.3.3.3) says otherwise.
+Played EmfPlayer::comment(ByteView record)
+{
+    constexpr int64_t kIdentifier = 12, kLeast = 12;
+    constexpr uint32_t kEmfPlus = 0x2B464D45, kDual = 1;
+    constexpr uint32_t kHeader = 0x4001, kFirstDrawing = 0x4009, kLastDrawing = 0x401C;
+    constexpr uint32_t kDrawDriverString = 0x4036, kStrokeFillPath = 0x4037;
+    Fields fields(record, kIdentifier);
+    if (fields.dword() != kEmfPlus)
+        return kNeutral;
+    bool draws = false;
+    while (slice(record, fields.offset(), kLeast)) {
+        const uint32_t type = fields.word(), flags = fields.word();
+        const int64_t size = fields.dword();
+        if (size < kLeast)
+            break;
+        if (type == kHeader)
+            m_isEmfPlusOnly = (flags & kDual) == 0;
+        draws = draws || (type >= kFirstDrawing && type <= kLastDrawing)
+                || type == kDrawDriverString || type == kStrokeFillPath;
+        fields.skip(size - 8); // of which the fields above were read
+    }
+    return draws && m_isEmfPlusOnly ? notDone("EMF+ records are not drawn yet") : kNeutral;
+}
+
 Played EmfPlayer::play(uint32_t type, ByteView record)
 {
+    if (type == Emr::GdiComment)
+        return comment(record);
     const auto *const row = std::ranges::lower_bound(kRows, type, {}, &Row::type);
     if (row == std::end(kRows) || row->type != type)
         return notDone("its type is not known");

@@ -33,7 +33,10 @@ public:
     void playAll(ByteView file, int64_t firstRecord, RecordTally *tally);
 
 private:
+    Played comment(ByteView record);
+
     DeviceContext &m_context;
+    bool m_isEmfPlusOnly = false; ///< the file has no EMF records of what its EMF+ ones draw
 };
 
 } // namespace svgtool::picture
