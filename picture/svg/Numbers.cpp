@@ -1,64 +1,32 @@
 #include "picture/svg/Numbers.h"
 
-#include <array>
 #include <charconv>
-#include <string_view>
+#include <cstring>
 
 namespace svgtool::picture {
 
-namespace {
-
-    struct Digits
-    {
-        std::array<char, 24> text;
-        size_t size = 0;
-    };
-
-    Digits digitsOf(int64_t steps, int decimals)
-    {
-        constexpr size_t kLead = 1 + Numbers::kMostDecimals; // a sign, and zeros behind the point
-        std::array<char, kLead + 20> plain;
-        Digits digits;
-        if (steps < 0) {
-            digits.text[digits.size++] = '-';
-            steps = -steps;
-        }
-        const char *const end =
-                std::to_chars(plain.data() + kLead, plain.data() + plain.size(), steps).ptr;
-        const char *first = plain.data() + kLead;
-        if (decimals == 0 || steps == 0) {
-            while (first != end)
-                digits.text[digits.size++] = *first++;
-            return digits;
-        }
-        char *lead = plain.data() + kLead;
-        while (end - lead < decimals)
-            *--lead = '0';
-        const char *const point = end - decimals;
-        const char *last = end;
-        while (last != point && last[-1] == '0')
-            --last;
-        for (const char *at = lead; at != last; ++at) {
-            if (at == point)
-                digits.text[digits.size++] = '.';
-            digits.text[digits.size++] = *at;
-        }
-        for (const char *at = last; at < point; ++at)
-            digits.text[digits.size++] = *at;
-        return digits;
+char *Numbers::put(char *out, int64_t steps) const
+{
+    if (steps < 0) {
+        *out++ = '-';
+        steps = -steps;
     }
-
-} // namespace
-
-void Numbers::append(TextBuffer &out, int64_t steps) const
-{
-    const Digits digits = digitsOf(steps, m_decimals);
-    out.append(std::string_view(digits.text.data(), digits.size));
-}
-
-int Numbers::length(int64_t steps) const
-{
-    return int(digitsOf(steps, m_decimals).size);
+    char *end = std::to_chars(out, out + kMostLength - 1, steps).ptr;
+    if (m_decimals == 0 || steps == 0)
+        return end;
+    // Without decimals that are zero; then what is left of them goes back to make room for a point.
+    int decimals = m_decimals;
+    for (; decimals > 0 && end - out > 1 && end[-1] == '0'; --decimals)
+        --end;
+    if (decimals == 0)
+        return end;
+    const auto digits = int(end - out);
+    const int zeros = decimals > digits ? decimals - digits : 0;
+    char *const point = out + (digits > decimals ? digits - decimals : 0);
+    std::memmove(point + 1 + zeros, point, size_t(end - point));
+    *point = '.';
+    std::memset(point + 1, '0', size_t(zeros));
+    return end + 1 + zeros;
 }
 
 } // namespace svgtool::picture

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <string_view>
 
 namespace svgtool::picture {
 
@@ -12,6 +13,7 @@ class Numbers
 {
 public:
     static constexpr int kMostDecimals = 9;
+    static constexpr int kMostLength = 24; ///< characters of a number
 
     /// @param decimals  behind the point, 0 to kMostDecimals
     explicit constexpr Numbers(int decimals) : m_decimals(decimals)
@@ -23,10 +25,13 @@ public:
     /// @param unitsPerPixel  above 0
     static constexpr Numbers forPixel(double unitsPerPixel)
     {
+        const double tolerance = unitsPerPixel / 1000;
         int decimals = 0;
-        for (double step = 1; decimals < kMostDecimals && step > unitsPerPixel * 0.002; step /= 10)
+        for (double half = 0.5; decimals < kMostDecimals && half > tolerance; half /= 10)
             ++decimals;
-        return Numbers(decimals);
+        Numbers numbers(decimals);
+        numbers.m_tolerance = tolerance * numbers.m_scale;
+        return numbers;
     }
 
     /// The nearest place on the grid; what is not finite or beyond all sense is cut.
@@ -39,15 +44,26 @@ public:
                 : scaled <= -kFar              ? -int64_t(kFar)
                                                : 0;
     }
-    /// Appends a number of the grid: no zero before the point, none at the end behind it.
-    void append(TextBuffer &out, int64_t steps) const;
-    void append(TextBuffer &out, double value) const { append(out, steps(value)); }
-    /// How many characters append makes of it.
-    int length(int64_t steps) const;
+    /// Whether a place stands for a value as well as the nearest does.
+    bool isNear(int64_t steps, double value) const
+    {
+        return std::abs(double(steps) - value * m_scale) <= m_tolerance;
+    }
+
+    /// Writes a number of the grid: no zero before the point, none at the end behind it.
+    /// @param out  has room for kMostLength characters
+    /// @return where the number ends
+    char *put(char *out, int64_t steps) const;
+    void append(TextBuffer &out, double value) const
+    {
+        char digits[kMostLength];
+        out.append(std::string_view(digits, size_t(put(digits, steps(value)) - digits)));
+    }
 
 private:
     int m_decimals;
     double m_scale = 1;
+    double m_tolerance = 0.5; // in steps
 };
 
 } // namespace svgtool::picture

@@ -13,9 +13,11 @@ namespace svgtool::picture {
 /// @param properties  of CSS, without the blend
 void writeStyle(SvgDocument &document, Blend blend, std::string_view properties);
 
-// SvgShapes.cpp
+// SvgPathData.cpp
 void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points);
+
+// SvgShapes.cpp
 /// Elements up to the attributes that all kinds share.
 void writePath(SvgDocument &document, const Node &node);
 void writeRect(SvgDocument &document, const Rect &rect);

@@ -1,0 +1,251 @@
+#include "picture/svg/SvgParts.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+namespace svgtool::picture {
+
+namespace {
+
+    // A place on the grid, or the way from one to another.
+    struct Place
+    {
+        int64_t x = 0, y = 0;
+
+        Place operator+(Place other) const { return { x + other.x, y + other.y }; }
+        Place operator-(Place other) const { return { x - other.x, y - other.y }; }
+        bool operator==(const Place &) const = default;
+    };
+
+    // Whether a line goes straight on, and not back. Ways that are too long for the product are
+    // not looked at.
+    bool goesOn(Place a, Place b)
+    {
+        constexpr int64_t kLong = int64_t(1) << 30;
+        for (const int64_t part : { a.x, a.y, b.x, b.y }) {
+            if (std::abs(part) > kLong)
+                return false;
+        }
+        return a.x * b.y == a.y * b.x && a.x * b.x + a.y * b.y >= 0;
+    }
+
+    // What the next command goes on from.
+    struct Before
+    {
+        char letter = 0; // that need not be repeated
+        bool isNumber = false; // the last character belongs to one
+        bool hasPoint = false; // that number has a decimal point
+    };
+
+    // A command as it would be written, and what it leaves for the next one.
+    struct Command
+    {
+        std::array<char, 1 + 6 * (1 + Numbers::kMostLength)> text;
+        size_t size = 0;
+        Before after;
+    };
+
+    // Path data in its shortest form. Places are on the grid before they are subtracted, so that
+    // no error adds up along relative commands.
+    class PathData
+    {
+    public:
+        explicit PathData(SvgDocument &document) : m_document(document), m_grid(document.grid()) { }
+
+        void write(std::span<const Path::Verb> verbs, std::span<const PointD> points);
+
+    private:
+        Place place(PointD p) const { return { m_grid.steps(p.x), m_grid.steps(p.y) }; }
+        void line(Place to);
+        void flushLine(bool isLast);
+        void writeMove();
+        void writeMoveAndLine(Place way);
+        void writeCurve(PointD control1, PointD control2, PointD end);
+        void close();
+
+        Command command(const Before &before, char letter,
+                        std::initializer_list<int64_t> values) const;
+        void put(const Command &command);
+        void putShorter(const Command &relative, const Command &absolute);
+
+        SvgDocument &m_document;
+        const Numbers &m_grid;
+        Before m_before;
+        Place m_current; // where the written ends
+        Place m_start; // of the figure
+        bool m_hasMove = false; // to m_start, not written yet
+        bool m_hasLine = false; // to m_lineEnd, not written yet
+        Place m_lineEnd;
+        Place m_lastControl; // the second of the curve before; else where the written ends
+    };
+
+    Command PathData::command(const Before &before, char letter,
+                              std::initializer_list<int64_t> values) const
+    {
+        Command command;
+        char *out = command.text.data();
+        Before state = before;
+        if (letter != before.letter) {
+            *out++ = letter;
+            state.isNumber = false;
+        }
+        for (const int64_t value : values) {
+            char digits[Numbers::kMostLength];
+            const auto size = size_t(m_grid.put(digits, value) - digits);
+            if (state.isNumber && *digits != '-' && !(*digits == '.' && state.hasPoint))
+                *out++ = ' ';
+            std::memcpy(out, digits, size);
+            out += size;
+            state.isNumber = true;
+            state.hasPoint = std::memchr(digits, '.', size) != nullptr;
+        }
+        // Numbers behind those of a move are lines.
+        state.letter = letter == 'm' ? 'l' : letter == 'M' ? 'L' : letter;
+        command.size = size_t(out - command.text.data());
+        command.after = state;
+        return command;
+    }
+
+    void PathData::put(const Command &command)
+    {
+        m_document.put(std::string_view(command.text.data(), command.size));
+        m_before = command.after;
+    }
+
+    void PathData::putShorter(const Command &relative, const Command &absolute)
+    {
+        const bool isRelative = relative.size < absolute.size
+                || (relative.size == absolute.size && m_before.letter != absolute.after.letter);
+        put(isRelative ? relative : absolute);
+    }
+
+    void PathData::writeMove()
+    {
+        if (!m_hasMove)
+            return;
+        m_hasMove = false;
+        const Place way = m_start - m_current;
+        put(std::min(command(m_before, 'M', { m_start.x, m_start.y }),
+                     command(m_before, 'm', { way.x, way.y }),
+                     [](const Command &a, const Command &b) { return a.size < b.size; }));
+        m_current = m_lastControl = m_start;
+    }
+
+    // The line needs no letter where it is relative or absolute as the move is.
+    void PathData::writeMoveAndLine(Place way)
+    {
+        m_hasMove = false;
+        const Place to = m_start + way, move = m_start - m_current;
+        const Command absolute = command(m_before, 'M', { m_start.x, m_start.y });
+        const Command absoluteLine = command(absolute.after, 'L', { to.x, to.y });
+        const Command relative = command(m_before, 'm', { move.x, move.y });
+        const Command relativeLine = command(relative.after, 'l', { way.x, way.y });
+        const bool isRelative =
+                relative.size + relativeLine.size < absolute.size + absoluteLine.size;
+        put(isRelative ? relative : absolute);
+        put(isRelative ? relativeLine : absoluteLine);
+    }
+
+    // A line that goes on as the one before makes that one longer.
+    void PathData::line(Place to)
+    {
+        const Place from = m_hasMove ? m_start : m_current;
+        if (m_hasLine && !goesOn(m_lineEnd - from, to - m_lineEnd))
+            flushLine(false);
+        m_hasLine = true;
+        m_lineEnd = to;
+    }
+
+    // A line to where it begins is a dot when there is nothing else in the figure.
+    void PathData::flushLine(bool isLast)
+    {
+        if (!m_hasLine)
+            return;
+        m_hasLine = false;
+        const Place to = m_lineEnd, way = to - (m_hasMove ? m_start : m_current);
+        if (way == Place() && (!m_hasMove || !isLast))
+            return;
+        if (way.x != 0 && way.y != 0 && m_hasMove) {
+            writeMoveAndLine(way);
+        } else {
+            writeMove();
+            if (way.y == 0)
+                putShorter(command(m_before, 'h', { way.x }), command(m_before, 'H', { to.x }));
+            else if (way.x == 0)
+                putShorter(command(m_before, 'v', { way.y }), command(m_before, 'V', { to.y }));
+            else
+                putShorter(command(m_before, 'l', { way.x, way.y }),
+                           command(m_before, 'L', { to.x, to.y }));
+        }
+        m_current = m_lastControl = to;
+    }
+
+    void PathData::writeCurve(PointD control1, PointD control2, PointD end)
+    {
+        flushLine(false);
+        writeMove();
+        const Place c2 = place(control2), to = place(end);
+        const Place r2 = c2 - m_current, way = to - m_current;
+        // The first control point may be left out where it mirrors the one before.
+        const Place mirrored = m_current + m_current - m_lastControl;
+        if (m_grid.isNear(mirrored.x, control1.x) && m_grid.isNear(mirrored.y, control1.y)) {
+            putShorter(command(m_before, 's', { r2.x, r2.y, way.x, way.y }),
+                       command(m_before, 'S', { c2.x, c2.y, to.x, to.y }));
+        } else {
+            const Place c1 = place(control1), r1 = c1 - m_current;
+            putShorter(command(m_before, 'c', { r1.x, r1.y, r2.x, r2.y, way.x, way.y }),
+                       command(m_before, 'C', { c1.x, c1.y, c2.x, c2.y, to.x, to.y }));
+        }
+        m_lastControl = c2;
+        m_current = to;
+    }
+
+    void PathData::close()
+    {
+        // The last line is drawn by closing.
+        if (m_hasLine && !m_hasMove && m_lineEnd == m_start)
+            m_hasLine = false;
+        flushLine(true);
+        writeMove();
+        m_document.put('z');
+        m_before = {};
+        m_current = m_lastControl = m_start;
+    }
+
+    void PathData::write(std::span<const Path::Verb> verbs, std::span<const PointD> points)
+    {
+        size_t next = 0;
+        for (const Path::Verb verb : verbs) {
+            switch (verb) {
+            case Path::Verb::Move:
+                flushLine(true);
+                m_start = place(points[next++]);
+                m_hasMove = true;
+                break;
+            case Path::Verb::Line:
+                line(place(points[next++]));
+                break;
+            case Path::Verb::Curve:
+                writeCurve(points[next], points[next + 1], points[next + 2]);
+                next += 3;
+                break;
+            case Path::Verb::Close:
+                close();
+                break;
+            }
+        }
+        flushLine(true);
+    }
+
+} // namespace
+
+void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
+                   std::span<const PointD> points)
+{
+    PathData(document).write(verbs, points);
+}
+
+} // namespace svgtool::picture
