@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -181,6 +182,17 @@ struct Scene
     std::vector<Ellipse> ellipses;
     std::vector<Text> texts;
     std::vector<ImagePlace> imagePlaces;
+
+    std::span<const Path::Verb> verbsOf(const Node &path) const
+    {
+        const PathRange &range = paths[path.geometry];
+        return { verbs.data() + range.firstVerb, range.verbs };
+    }
+    std::span<const PointD> pointsOf(const Node &path) const
+    {
+        const PathRange &range = paths[path.geometry];
+        return { points.data() + range.firstPoint, range.points };
+    }
 
     std::vector<Paint> paints;
     std::vector<Stroke> strokes;

@@ -2,18 +2,20 @@
 
 #include "core/text/XmlEscape.h"
 
+#include <initializer_list>
 #include <string>
 
 namespace svgtool::picture {
 
-static Numbers gridOf(const Scene &scene)
+static double unitsPerPixelOf(const Scene &scene)
 {
-    const double unitsPerPixel = scene.view.width() / scene.width;
-    return Numbers::forPixel(unitsPerPixel > 0 ? unitsPerPixel : 1);
+    const double units = scene.view.width() / scene.width;
+    return units > 0 && std::isfinite(units) ? units : 1;
 }
 
 SvgDocument::SvgDocument(const Scene &scene, std::string_view prefix)
-    : m_scene(scene), m_prefix(prefix), m_grid(gridOf(scene))
+    : m_scene(scene), m_prefix(prefix), m_unitsPerPixel(unitsPerPixelOf(scene)),
+      m_grid(Numbers::forPixel(m_unitsPerPixel))
 {
 }
 
@@ -59,14 +61,25 @@ void SvgDocument::foreignAttribute(std::string_view name, std::u16string_view te
 
 void SvgDocument::transform(const Affine &matrix)
 {
-    char before = '(';
-    m_text.append(" transform=\"matrix");
-    for (const double value : { matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f }) {
-        m_text.append(before);
-        exact(value);
-        before = ' ';
-    }
-    m_text.append(")\"");
+    const auto write = [this](std::string_view name, std::initializer_list<double> values) {
+        m_text.append(" transform=\"", name);
+        char before = '(';
+        for (const double value : values) {
+            m_text.append(before);
+            exact(value);
+            before = ' ';
+        }
+        m_text.append(")\"");
+    };
+    const auto &[a, b, c, d, e, f] = matrix;
+    if (b != 0 || c != 0 || ((a != 1 || d != 1) && (e != 0 || f != 0)))
+        write("matrix", { a, b, c, d, e, f });
+    else if (e != 0 || f != 0)
+        write("translate", { e, f });
+    else if (a != d)
+        write("scale", { a, d });
+    else
+        write("scale", { a });
 }
 
 Index &SvgDocument::number(Defined kind, Index resource)
@@ -82,7 +95,8 @@ bool SvgDocument::use(Defined kind, Index resource)
     Index &number = this->number(kind, resource);
     if (number != kNone)
         return false;
-    number = m_next++;
+    number = Index(m_definitions.size());
+    m_definitions.push_back({ kind, resource });
     return true;
 }
 

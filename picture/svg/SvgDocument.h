@@ -4,6 +4,7 @@
 #include "picture/scene/Scene.h"
 #include "picture/svg/Numbers.h"
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -24,6 +25,7 @@ public:
     const Scene &scene() const { return m_scene; }
     TextBuffer &text() { return m_text; }
     PngEncoder &png() { return m_png; }
+    double unitsPerPixel() const { return m_unitsPerPixel; }
     /// On which all lengths of the picture are written.
     const Numbers &grid() const { return m_grid; }
 
@@ -51,6 +53,13 @@ public:
     /// @return whether this is the first use
     bool use(Defined kind, Index resource);
     bool isUsed(Defined kind, Index resource) const;
+    struct Definition
+    {
+        Defined kind;
+        Index resource;
+    };
+    /// Those in use, by number.
+    std::span<const Definition> definitions() const { return m_definitions; }
     /// Appends ` id="..."`.
     void id(Defined kind, Index resource);
     /// Appends ` xlink:href="#..."`.
@@ -59,17 +68,18 @@ public:
     void reference(Defined kind, Index resource);
 
 private:
-    static constexpr Numbers kExact{ 6 };
+    static constexpr Numbers kExact{ 8 };
 
     Index &number(Defined kind, Index resource);
 
     const Scene &m_scene;
     std::string_view m_prefix;
+    double m_unitsPerPixel;
     Numbers m_grid;
     TextBuffer m_text;
     PngEncoder m_png;
     std::vector<Index> m_numbers[kDefinedKinds]; // by resource; kNone while it is not used
-    Index m_next = 0;
+    std::vector<Definition> m_definitions;
 };
 
 } // namespace svgtool::picture

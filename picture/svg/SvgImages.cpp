@@ -52,7 +52,7 @@ static void writeContents(SvgDocument &document, const Image &image, double widt
 static constexpr std::string_view kSharp =
         "image-rendering:optimizeSpeed;image-rendering:pixelated";
 
-static void definePattern(SvgDocument &document, Index number)
+void definePattern(SvgDocument &document, Index number)
 {
     const Pattern &pattern = document.scene().patterns[number];
     document.put("<pattern");
@@ -69,22 +69,18 @@ static void definePattern(SvgDocument &document, Index number)
     document.put("/></pattern>\n");
 }
 
-void defineImages(SvgDocument &document)
+void defineImage(SvgDocument &document, Index number)
 {
-    const Scene &scene = document.scene();
-    for (size_t i = 0; i < scene.patterns.size(); ++i) {
-        if (document.isUsed(Defined::Pattern, Index(i)))
-            definePattern(document, Index(i));
-    }
-    for (size_t i = 0; i < scene.images.size(); ++i) {
-        if (!document.isUsed(Defined::Image, Index(i)))
-            continue;
-        document.put("<image");
-        document.id(Defined::Image, Index(i));
-        writeContents(document, scene.images[i], scene.images[i].size.width,
-                      scene.images[i].size.height);
-        document.put("/>\n");
-    }
+    const Image &image = document.scene().images[number];
+    document.put("<image");
+    document.id(Defined::Image, number);
+    writeContents(document, image, image.size.width, image.size.height);
+    document.put("/>\n");
+}
+
+std::string_view imageStyle(const ImagePlace &place)
+{
+    return place.isEnlarged ? kSharp : std::string_view();
 }
 
 void writeImage(SvgDocument &document, const Node &node)
@@ -113,14 +109,6 @@ void writeImage(SvgDocument &document, const Node &node)
         if (node.transform != kNone)
             document.transform(outer);
     }
-    if (node.opacity < 1) {
-        document.put(" opacity=\"");
-        document.exact(node.opacity);
-        document.put('"');
-    }
-    writeStyle(document, node.clip == kNone ? node.blend : Blend::Normal,
-               place.isEnlarged ? kSharp : std::string_view());
-    document.put("/>\n");
 }
 
 } // namespace svgtool::picture

@@ -7,18 +7,44 @@ namespace svgtool::picture {
 
 using Defined = SvgDocument::Defined;
 
+// Names that are shorter than the digits of their colours.
+static constexpr struct
+{
+    Color color;
+    std::string_view name;
+} kNames[] = {
+    { { 0x80, 0x00, 0x00 }, "maroon" }, { { 0xA5, 0x2A, 0x2A }, "brown" },
+    { { 0xFF, 0x00, 0x00 }, "red" },    { { 0xFF, 0x63, 0x47 }, "tomato" },
+    { { 0xFA, 0x80, 0x72 }, "salmon" }, { { 0xA0, 0x52, 0x2D }, "sienna" },
+    { { 0xFF, 0x7F, 0x50 }, "coral" },  { { 0xCD, 0x85, 0x3F }, "peru" },
+    { { 0xFA, 0xF0, 0xE6 }, "linen" },  { { 0xFF, 0xE4, 0xC4 }, "bisque" },
+    { { 0xFF, 0xA5, 0x00 }, "orange" }, { { 0xD2, 0xB4, 0x8C }, "tan" },
+    { { 0xF5, 0xDE, 0xB3 }, "wheat" },  { { 0xFF, 0xD7, 0x00 }, "gold" },
+    { { 0xF0, 0xE6, 0x8C }, "khaki" },  { { 0xFF, 0xFF, 0xF0 }, "ivory" },
+    { { 0xF5, 0xF5, 0xDC }, "beige" },  { { 0x80, 0x80, 0x00 }, "olive" },
+    { { 0x00, 0x80, 0x00 }, "green" },  { { 0x00, 0x80, 0x80 }, "teal" },
+    { { 0xF0, 0xFF, 0xFF }, "azure" },  { { 0x00, 0x00, 0x80 }, "navy" },
+    { { 0x4B, 0x00, 0x82 }, "indigo" }, { { 0xEE, 0x82, 0xEE }, "violet" },
+    { { 0x80, 0x00, 0x80 }, "purple" }, { { 0xDD, 0xA0, 0xDD }, "plum" },
+    { { 0xDA, 0x70, 0xD6 }, "orchid" }, { { 0xFF, 0xC0, 0xCB }, "pink" },
+    { { 0xFF, 0xFA, 0xFA }, "snow" },   { { 0x80, 0x80, 0x80 }, "gray" },
+    { { 0xC0, 0xC0, 0xC0 }, "silver" },
+};
+
 void SvgDocument::attribute(std::string_view name, Color color)
 {
-    m_text.append(' ', name, "=\"");
+    color.alpha = 255;
+    const auto *const named =
+            std::ranges::find(kNames, color, [](const auto &row) { return row.color; });
+    if (named != std::end(kNames)) {
+        attribute(name, named->name);
+        return;
+    }
     static constexpr char kDigits[] = "0123456789abcdef";
     const std::array<uint8_t, 3> parts{ color.red, color.green, color.blue };
     const bool isShort =
             std::all_of(parts.begin(), parts.end(), [](uint8_t part) { return part % 17 == 0; });
-    if (color == Color{ 255, 0, 0, 255 }) {
-        m_text.append("red\"");
-        return;
-    }
-    m_text.append('#');
+    m_text.append(' ', name, "=\"#");
     for (const uint8_t part : parts) {
         m_text.append(kDigits[part >> 4]);
         if (!isShort)
@@ -35,7 +61,7 @@ void usePaint(SvgDocument &document, const Paint &paint)
         document.use(Defined::Pattern, paint.resource);
 }
 
-static void defineHatch(SvgDocument &document, Index number)
+void defineHatch(SvgDocument &document, Index number)
 {
     const Hatch &hatch = document.scene().hatches[number];
     document.put("<pattern");
@@ -62,20 +88,19 @@ static void defineHatch(SvgDocument &document, Index number)
     document.put("\"/></pattern>\n");
 }
 
-void definePaints(SvgDocument &document)
+// Colours of SVG 1.1 have no alpha.
+static void writeOpacity(SvgDocument &document, std::string_view name, uint8_t alpha)
 {
-    for (size_t i = 0; i < document.scene().hatches.size(); ++i) {
-        if (document.isUsed(Defined::Hatch, Index(i)))
-            defineHatch(document, Index(i));
-    }
+    if (alpha == 255)
+        return;
+    constexpr Numbers kFine(3); // an alpha in bytes comes back from it
+    document.put(' ', name, "-opacity=\"");
+    kFine.append(document.text(), alpha / 255.0);
+    document.put('"');
 }
 
-static void writePaint(SvgDocument &document, std::string_view name, const Paint &paint)
+static void writeReference(SvgDocument &document, std::string_view name, const Paint &paint)
 {
-    if (paint.kind == Paint::Kind::Solid) {
-        document.attribute(name, paint.color);
-        return;
-    }
     document.put(' ', name, "=\"");
     document.reference(paint.kind == Paint::Kind::Hatch ? Defined::Hatch : Defined::Pattern,
                        paint.resource);
@@ -84,29 +109,78 @@ static void writePaint(SvgDocument &document, std::string_view name, const Paint
 
 void writeFill(SvgDocument &document, Index fill)
 {
-    if (fill == kNone)
+    if (fill == kNone) {
         document.attribute("fill", "none");
-    else if (document.scene().paints[fill] != Paint())
-        writePaint(document, "fill", document.scene().paints[fill]);
+        return;
+    }
+    const Paint &paint = document.scene().paints[fill];
+    if (paint.kind != Paint::Kind::Solid) {
+        writeReference(document, "fill", paint);
+        return;
+    }
+    if (paint.color != Color{ 0, 0, 0, paint.color.alpha })
+        document.attribute("fill", paint.color);
+    writeOpacity(document, "fill", paint.color.alpha);
 }
 
-void writeStroke(SvgDocument &document, const Stroke &stroke)
+void writeStrokePaint(SvgDocument &document, const Paint &paint)
 {
-    writePaint(document, "stroke", stroke.paint);
-    if (stroke.width != 1)
-        document.attribute("stroke-width", stroke.width);
-    if (stroke.cap != Cap::Butt)
-        document.attribute("stroke-linecap", stroke.cap == Cap::Round ? "round" : "square");
-    if (stroke.join != Join::Miter)
-        document.attribute("stroke-linejoin", stroke.join == Join::Round ? "round" : "bevel");
-    else if (stroke.miterLimit != 4)
-        document.attribute("stroke-miterlimit", stroke.miterLimit);
+    if (paint.kind != Paint::Kind::Solid) {
+        writeReference(document, "stroke", paint);
+        return;
+    }
+    document.attribute("stroke", paint.color);
+    writeOpacity(document, "stroke", paint.color.alpha);
+}
+
+// Lengths of strokes may be in units of a transform, so that those of the picture say nothing of
+// how fine they are to be.
+static void writeStrokeLength(SvgDocument &document, double length)
+{
+    constexpr double kThousand = 1000;
+    Numbers::forPixel(std::min(document.unitsPerPixel(), std::max(length, 1 / kThousand)))
+            .append(document.text(), length);
+}
+
+void writeStrokeWidth(SvgDocument &document, double width)
+{
+    if (width == 1)
+        return;
+    document.put(" stroke-width=\"");
+    writeStrokeLength(document, width);
+    document.put('"');
+}
+
+void writeStrokeCap(SvgDocument &document, Cap cap)
+{
+    if (cap != Cap::Butt)
+        document.attribute("stroke-linecap", cap == Cap::Round ? "round" : "square");
+}
+
+void writeStrokeJoin(SvgDocument &document, Join join)
+{
+    if (join != Join::Miter)
+        document.attribute("stroke-linejoin", join == Join::Round ? "round" : "bevel");
+}
+
+void writeMiterLimit(SvgDocument &document, double limit)
+{
+    constexpr Numbers kFine(3);
+    if (limit == 4)
+        return;
+    document.put(" stroke-miterlimit=\"");
+    kFine.append(document.text(), std::max(limit, 1.0));
+    document.put('"');
+}
+
+void writeDashes(SvgDocument &document, const Stroke &stroke)
+{
     if (stroke.dashes.empty())
         return;
     std::string_view before = " stroke-dasharray=\"";
     for (const double dash : stroke.dashes) {
         document.put(before);
-        document.number(dash);
+        writeStrokeLength(document, dash);
         before = " ";
     }
     document.put('"');

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picture/svg/SvgDocument.h"
+#include "picture/svg/SvgStyle.h"
 
 #include <span>
 
@@ -18,29 +18,46 @@ void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points);
 
 // SvgShapes.cpp
-/// Elements up to the attributes that all kinds share.
+// Elements up to the attributes that groups may say for them.
 void writePath(SvgDocument &document, const Node &node);
 void writeRect(SvgDocument &document, const Rect &rect);
 void writeEllipse(SvgDocument &document, const Ellipse &ellipse);
 
 // SvgText.cpp
 void writeText(SvgDocument &document, const Text &text);
+/// One of the properties of fonts; nothing where it is the default.
+void writeFont(SvgDocument &document, const Text &text, Property property);
+/// From behind the last attribute.
 void writeTextEnd(SvgDocument &document, const Text &text);
 
 // SvgPaints.cpp
 /// Notes what a paint needs in <defs>.
 void usePaint(SvgDocument &document, const Paint &paint);
-/// Writes the definitions of all paints that are used.
-void definePaints(SvgDocument &document);
+void defineHatch(SvgDocument &document, Index hatch);
+
+// Single attributes; nothing where they are the default.
 void writeFill(SvgDocument &document, Index fill);
-void writeStroke(SvgDocument &document, const Stroke &stroke);
+void writeStrokePaint(SvgDocument &document, const Paint &paint);
+void writeStrokeWidth(SvgDocument &document, double width);
+void writeStrokeCap(SvgDocument &document, Cap cap);
+void writeStrokeJoin(SvgDocument &document, Join join);
+void writeMiterLimit(SvgDocument &document, double limit);
+void writeDashes(SvgDocument &document, const Stroke &stroke);
+
+// SvgClips.cpp
+void useClip(SvgDocument &document, Index clip);
+void defineClip(SvgDocument &document, Index clip);
+void writeClipReference(SvgDocument &document, Index clip);
 
 // SvgImages.cpp
 /// Notes which images are shown more than once, and so are defined.
 void useImages(SvgDocument &document);
-/// Writes definitions of images and of patterns made of them.
-void defineImages(SvgDocument &document);
+void defineImage(SvgDocument &document, Index image);
+void definePattern(SvgDocument &document, Index pattern);
+/// Up to the attributes that groups may say, with its transform.
 void writeImage(SvgDocument &document, const Node &node);
+/// Its properties of CSS.
+std::string_view imageStyle(const ImagePlace &place);
 /// Whether the document has to know links.
 bool needsLinks(const Scene &scene);
 

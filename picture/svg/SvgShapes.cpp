@@ -7,15 +7,9 @@ namespace svgtool::picture {
 void writePath(SvgDocument &document, const Node &node)
 {
     const Scene &scene = document.scene();
-    const PathRange &range = scene.paths[node.geometry];
-    const std::span verbs(scene.verbs.data() + range.firstVerb, range.verbs);
-    const std::span points(scene.points.data() + range.firstPoint, range.points);
     document.put("<path d=\"");
-    writePathData(document, verbs, points);
+    writePathData(document, scene.verbsOf(node), scene.pointsOf(node));
     document.put('"');
-    const auto figures = std::count(verbs.begin(), verbs.end(), Path::Verb::Move);
-    if (node.fill != kNone && node.isEvenOdd && figures + std::ptrdiff_t(verbs.size()) > 4)
-        document.put(" fill-rule=\"evenodd\"");
 }
 
 void writeRect(SvgDocument &document, const Rect &rect)

@@ -23,18 +23,34 @@ void writeText(SvgDocument &document, const Text &text)
         if (length > 0 && text.characters.size() > 1)
             document.attribute("textLength", length);
     }
-    document.foreignAttribute("font-family",
-                              text.face.empty() ? u"sans-serif" : std::u16string_view(text.face));
-    document.attribute("font-size", text.size);
-    if (text.weight > 550)
-        document.attribute("font-weight", "bold");
-    if (text.isItalic)
-        document.attribute("font-style", "italic");
     if (text.isUnderlined || text.isStruckOut)
         document.attribute("text-decoration",
                            !text.isStruckOut           ? "underline"
                                    : text.isUnderlined ? "underline line-through"
                                                        : "line-through");
+}
+
+void writeFont(SvgDocument &document, const Text &text, Property property)
+{
+    switch (property) {
+    case Property::FontFamily:
+        document.foreignAttribute(
+                "font-family", text.face.empty() ? u"sans-serif" : std::u16string_view(text.face));
+        break;
+    case Property::FontSize:
+        document.attribute("font-size", text.size);
+        break;
+    case Property::FontWeight:
+        if (text.weight > 550)
+            document.attribute("font-weight", "bold");
+        break;
+    case Property::FontStyle:
+        if (text.isItalic)
+            document.attribute("font-style", "italic");
+        break;
+    default:
+        break;
+    }
 }
 
 void writeTextEnd(SvgDocument &document, const Text &text)

@@ -1,6 +1,7 @@
 #include "picture/svg/SvgWriter.h"
 
 #include "core/text/XmlEscape.h"
+#include "picture/svg/SvgGroups.h"
 #include "picture/svg/SvgParts.h"
 
 namespace svgtool::picture {
@@ -22,15 +23,7 @@ void writeStyle(SvgDocument &document, Blend blend, std::string_view properties)
 
 namespace {
 
-    void writePaints(SvgDocument &document, const Node &node, const Node *outer)
-    {
-        if (outer == nullptr || outer->fill != node.fill)
-            writeFill(document, node.fill);
-        if ((outer == nullptr || outer->stroke != node.stroke) && node.stroke != kNone)
-            writeStroke(document, document.scene().strokes[node.stroke]);
-    }
-
-    void writeNode(SvgDocument &document, const Node &node, const Node *outer)
+    void writeElement(SvgDocument &document, const Node &node)
     {
         const Scene &scene = document.scene();
         switch (node.kind) {
@@ -48,126 +41,119 @@ namespace {
             break;
         case Node::Kind::Image:
             writeImage(document, node);
-            return;
+            break;
         }
-        writePaints(document, node, outer);
-        if (node.transform != kNone)
-            document.transform(scene.transforms[node.transform]);
+    }
+
+    // Writes the values that no group around has said.
+    void writeValues(SvgDocument &document, const SvgStyles &styles, const Style &values,
+                     const Style &outer)
+    {
+        for (size_t i = 0; i < kProperties; ++i) {
+            if (outer[i] == SvgStyles::kAny)
+                document.put(styles.text(values[i]));
+        }
+    }
+
+    void writeNode(SvgDocument &document, const Node &node, const SvgStyles &styles,
+                   const Style &style, const Style &outer)
+    {
+        // The clip of what is mixed with its ground goes around it, together with the mode: before
+        // the node's transform, and in no group that would keep the ground from it.
+        const bool isWrapped = node.blend != Blend::Normal && node.clip != kNone;
+        if (isWrapped) {
+            document.put("<g");
+            writeClipReference(document, node.clip);
+            writeStyle(document, node.blend, {});
+            document.put(">\n");
+        }
+        const Scene &scene = document.scene();
+        writeElement(document, node);
+        writeValues(document, styles, style, outer);
         if (node.opacity < 1) {
             document.put(" opacity=\"");
             document.exact(node.opacity);
             document.put('"');
         }
-        writeStyle(document, node.clip == kNone ? node.blend : Blend::Normal, {});
+        writeStyle(document, isWrapped ? Blend::Normal : node.blend,
+                   node.kind == Node::Kind::Image ? imageStyle(scene.imagePlaces[node.geometry])
+                                                  : std::string_view());
         if (node.kind == Node::Kind::Text)
             writeTextEnd(document, scene.texts[node.geometry]);
         else
             document.put("/>\n");
+        if (isWrapped)
+            document.put("</g>\n");
     }
 
-    void writeClipReference(SvgDocument &document, Index clip)
-    {
-        document.put(" clip-path=\"");
-        document.reference(Defined::Clip, clip);
-        document.put('"');
-    }
-
-    void defineClip(SvgDocument &document, Index number)
-    {
-        const Clip &clip = document.scene().clips[number];
-        document.put("<clipPath");
-        document.id(Defined::Clip, number);
-        if (clip.parent != kNone)
-            writeClipReference(document, clip.parent);
-        document.put("><path d=\"");
-        if (clip.path.isEmpty())
-            document.put("M0 0");
-        writePathData(document, clip.path.verbs(), clip.path.points());
-        document.put('"');
-        if (clip.isEvenOdd)
-            document.put(" clip-rule=\"evenodd\"");
-        document.put("/></clipPath>\n");
-    }
-
-    void useDefinitions(SvgDocument &document)
+    void writeDefinitions(SvgDocument &document)
     {
         const Scene &scene = document.scene();
         for (const Node &node : scene.nodes) {
-            for (Index i = node.clip; i != kNone; i = scene.clips[i].parent) {
-                if (!document.use(Defined::Clip, i))
-                    break;
-            }
+            useClip(document, node.clip);
             if (node.fill != kNone)
                 usePaint(document, scene.paints[node.fill]);
             if (node.stroke != kNone)
                 usePaint(document, scene.strokes[node.stroke].paint);
         }
         useImages(document);
-    }
-
-    void writeDefinitions(SvgDocument &document)
-    {
-        useDefinitions(document);
-        const int64_t before = document.text().size();
+        if (document.definitions().empty())
+            return;
         document.put("<defs>\n");
-        const int64_t start = document.text().size();
-        for (size_t i = 0; i < document.scene().clips.size(); ++i) {
-            if (document.isUsed(Defined::Clip, Index(i)))
-                defineClip(document, Index(i));
-        }
-        definePaints(document);
-        defineImages(document);
-        if (document.text().size() == start)
-            document.text().truncate(before);
-        else
-            document.put("</defs>\n");
-    }
-
-    // The nodes from one to another of one clip, those of one fill and stroke in a group.
-    void writeRun(SvgDocument &document, size_t from, size_t to)
-    {
-        const auto &nodes = document.scene().nodes;
-        while (from < to) {
-            const Node &lead = nodes[from];
-            size_t end = from + 1;
-            while (end < to && lead.kind != Node::Kind::Image && nodes[end].fill == lead.fill
-                   && nodes[end].stroke == lead.stroke)
-                ++end;
-            const Node *outer = nullptr;
-            if (end - from > 1) {
-                document.put("<g");
-                writePaints(document, lead, nullptr);
-                document.put(">\n");
-                outer = &lead;
+        for (const auto &[kind, resource] : document.definitions()) {
+            switch (kind) {
+            case Defined::Clip:
+                defineClip(document, resource);
+                break;
+            case Defined::Hatch:
+                defineHatch(document, resource);
+                break;
+            case Defined::Pattern:
+                definePattern(document, resource);
+                break;
+            case Defined::Image:
+                defineImage(document, resource);
+                break;
             }
-            for (; from < end; ++from)
-                writeNode(document, nodes[from], outer);
-            if (outer != nullptr)
-                document.put("</g>\n");
         }
+        document.put("</defs>\n");
     }
 
     void writeNodes(SvgDocument &document)
     {
         const auto &nodes = document.scene().nodes;
-        for (size_t i = 0, end = 0; i < nodes.size(); i = end) {
-            // A group with a clip is painted apart, so what is mixed with the ground is a group of
-            // its own, and that is mixed.
-            const bool isMixed = nodes[i].blend != Blend::Normal && nodes[i].clip != kNone;
-            end = i + 1;
-            while (end < nodes.size() && nodes[end].clip == nodes[i].clip && !isMixed
-                   && (nodes[end].blend == Blend::Normal || nodes[i].clip == kNone))
-                ++end;
-            if (nodes[i].clip != kNone) {
-                document.put("<g");
-                writeClipReference(document, nodes[i].clip);
-                writeStyle(document, nodes[i].blend, {});
-                document.put(">\n");
-            }
-            writeRun(document, i, end);
-            if (nodes[i].clip != kNone)
+        SvgStyles styles(document);
+        std::vector<Style> each;
+        each.reserve(nodes.size());
+        for (const Node &node : nodes)
+            each.push_back(styles.styleOf(node));
+        const std::vector<Group> groups = groupsOf(each, styles.costs());
+
+        struct Open
+        {
+            size_t end;
+            Style said; // by this group and those around
+        };
+        std::vector<Open> open{ { nodes.size() + 1, Style{} } };
+        auto next = groups.begin();
+        for (size_t i = 0; i < nodes.size(); ++i) {
+            for (; open.back().end == i; open.pop_back())
                 document.put("</g>\n");
+            for (; next != groups.end() && next->begin == i; ++next) {
+                document.put("<g");
+                writeValues(document, styles, next->values, open.back().said);
+                document.put(">\n");
+                Open inner{ next->end, open.back().said };
+                for (size_t k = 0; k < kProperties; ++k) {
+                    if (next->values[k] != SvgStyles::kAny)
+                        inner.said[k] = next->values[k];
+                }
+                open.push_back(inner);
+            }
+            writeNode(document, nodes[i], styles, each[i], open.back().said);
         }
+        for (; open.size() > 1; open.pop_back())
+            document.put("</g>\n");
     }
 
     void writeHead(SvgDocument &document)

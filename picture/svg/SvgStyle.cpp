@@ -1,0 +1,204 @@
+#include "picture/svg/SvgStyle.h"
+
+#include "picture/svg/SvgParts.h"
+
+#include <algorithm>
+
+namespace svgtool::picture {
+
+namespace {
+
+    using Defined = SvgDocument::Defined;
+    using Verb = Path::Verb;
+
+    // Along one axis a figure goes there and back: no line across it meets it more than twice, so
+    // that all fill rules agree. Where the control points of a curve do so, it does.
+    template<double PointD::*part>
+    bool goesThereAndBack(std::span<const PointD> points)
+    {
+        int turns = 0;
+        double way = points.front().*part - points.back().*part;
+        for (size_t i = 1; i < points.size(); ++i) {
+            const double next = points[i].*part - points[i - 1].*part;
+            if (next == 0)
+                continue;
+            turns += way * next < 0 || way == 0 ? 1 : 0;
+            way = next;
+        }
+        return turns <= 2;
+    }
+
+    bool needsFillRule(std::span<const Verb> verbs, std::span<const PointD> points)
+    {
+        constexpr size_t kSimple = 4; // points; a fifth can make a star
+        if (std::count(verbs.begin(), verbs.end(), Verb::Move) > 1)
+            return true;
+        return points.size() > kSimple && !goesThereAndBack<&PointD::x>(points)
+                && !goesThereAndBack<&PointD::y>(points);
+    }
+
+    // What of a stroke can be seen.
+    struct Outline
+    {
+        bool hasEnds, hasCorners, hasSharpCorners;
+    };
+
+    Outline outlineOf(const Scene &scene, const Node &node)
+    {
+        switch (node.kind) {
+        case Node::Kind::Path: {
+            const auto verbs = scene.verbsOf(node);
+            const auto ends = std::count(verbs.begin(), verbs.end(), Verb::Move)
+                    - std::count(verbs.begin(), verbs.end(), Verb::Close);
+            const bool hasCorners = verbs.size() > 2;
+            return { ends > 0, hasCorners, hasCorners };
+        }
+        case Node::Kind::Rect: {
+            const Rect &rect = scene.rects[node.geometry];
+            const bool isDot = !(rect.box.width() > 0 || rect.box.height() > 0);
+            return { isDot, true, false };
+        }
+        case Node::Kind::Ellipse:
+            return { false, false, false };
+        default:
+            return { true, true, true };
+        }
+    }
+
+} // namespace
+
+SvgStyles::SvgStyles(SvgDocument &document)
+    : m_document(document), m_texts(3), m_fills(document.scene().paints.size(), kAny),
+      m_strokes(document.scene().strokes.size())
+{
+}
+
+std::vector<uint32_t> SvgStyles::costs() const
+{
+    std::vector<uint32_t> costs;
+    costs.reserve(m_texts.size());
+    for (const std::string &text : m_texts)
+        costs.push_back(uint32_t(text.size()));
+    return costs;
+}
+
+Index SvgStyles::take(int64_t start)
+{
+    TextBuffer &out = m_document.text();
+    std::string text(out.view().substr(size_t(start)));
+    out.truncate(start);
+    if (text.empty())
+        return kDefault;
+    const auto [known, isNew] = m_known.try_emplace(std::move(text), Index(m_texts.size()));
+    if (isNew)
+        m_texts.push_back(known->first);
+    return known->second;
+}
+
+Index SvgStyles::fill(Index paint)
+{
+    const int64_t start = m_document.text().size();
+    if (paint == kNone) {
+        writeFill(m_document, paint);
+        return take(start);
+    }
+    if (m_fills[paint] == kAny) {
+        writeFill(m_document, paint);
+        m_fills[paint] = take(start);
+    }
+    return m_fills[paint];
+}
+
+const SvgStyles::StrokeValues &SvgStyles::stroke(Index number)
+{
+    StrokeValues &values = m_strokes[number];
+    if (values.paint != kAny)
+        return values;
+    const Stroke &stroke = m_document.scene().strokes[number];
+    const int64_t start = m_document.text().size();
+    writeStrokePaint(m_document, stroke.paint);
+    values.paint = take(start);
+    writeStrokeWidth(m_document, stroke.width);
+    values.width = take(start);
+    writeStrokeCap(m_document, stroke.cap);
+    values.cap = take(start);
+    writeStrokeJoin(m_document, stroke.join);
+    values.join = take(start);
+    writeMiterLimit(m_document, stroke.miterLimit);
+    values.miterLimit = take(start);
+    writeDashes(m_document, stroke);
+    values.dashes = take(start);
+    return values;
+}
+
+void SvgStyles::addStroke(Style &style, const Node &node)
+{
+    const Scene &scene = m_document.scene();
+    if (node.stroke == kNone) {
+        valueOf(style, Property::Stroke) = kDefault;
+        return;
+    }
+    const Stroke &stroke = scene.strokes[node.stroke];
+    const StrokeValues &values = this->stroke(node.stroke);
+    const Outline outline = outlineOf(scene, node);
+    constexpr double kRightAngle = 1.4143; // the miter limit from which on it has a miter
+    valueOf(style, Property::Stroke) = values.paint;
+    valueOf(style, Property::StrokeWidth) = values.width;
+    valueOf(style, Property::StrokeDasharray) = values.dashes;
+    if (outline.hasEnds || !stroke.dashes.empty())
+        valueOf(style, Property::StrokeLinecap) = values.cap;
+    if (outline.hasCorners)
+        valueOf(style, Property::StrokeLinejoin) = values.join;
+    if (stroke.join == Join::Miter
+        && (outline.hasSharpCorners || (outline.hasCorners && stroke.miterLimit < kRightAngle)))
+        valueOf(style, Property::StrokeMiterlimit) = values.miterLimit;
+}
+
+void SvgStyles::addFont(Style &style, const Text &text)
+{
+    for (const Property property :
+         { Property::FontFamily, Property::FontSize, Property::FontWeight, Property::FontStyle }) {
+        const int64_t start = m_document.text().size();
+        writeFont(m_document, text, property);
+        valueOf(style, property) = take(start);
+    }
+}
+
+Style SvgStyles::styleOf(const Node &node)
+{
+    const Scene &scene = m_document.scene();
+    Style style{};
+    const int64_t start = m_document.text().size();
+    if (node.clip != kNone) {
+        writeClipReference(m_document, node.clip);
+        // A group with a clip would hide from its nodes what lies beneath it.
+        valueOf(style, Property::ClipPath) = node.blend != Blend::Normal ? kOwn : take(start);
+        m_document.text().truncate(start);
+    } else {
+        valueOf(style, Property::ClipPath) = kDefault;
+    }
+    if (node.kind == Node::Kind::Image) {
+        valueOf(style, Property::Transform) = kOwn;
+        return style;
+    }
+    if (node.transform != kNone)
+        m_document.transform(scene.transforms[node.transform]);
+    valueOf(style, Property::Transform) = take(start);
+    valueOf(style, Property::Fill) = fill(node.fill);
+    addStroke(style, node);
+    if (node.kind == Node::Kind::Path && node.fill != kNone) {
+        const auto verbs = scene.verbsOf(node);
+        if (needsFillRule(verbs, scene.pointsOf(node))) {
+            if (node.isEvenOdd)
+                m_document.attribute("fill-rule", "evenodd");
+            valueOf(style, Property::FillRule) = take(start);
+        }
+    }
+    if (node.kind == Node::Kind::Text) {
+        valueOf(style, Property::Transform) = kOwn;
+        addFont(style, scene.texts[node.geometry]);
+    }
+    return style;
+}
+
+} // namespace svgtool::picture
