@@ -21,6 +21,11 @@ inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
 /// Characters of a prefix, which stands in every reference.
 inline constexpr size_t kPrefix = 64;
 
+/// Pixels of the longer side of pictures that are looked at in their own size: A3 at 96 an inch.
+/// Thin lines of larger ones, plans of some metres, are as wide as a pixel of a view of that size;
+/// else the whole of them, looked at, would show nothing.
+inline constexpr double kViewedSide = 1600;
+
 // Paths.
 
 /// Points that all operations together may take from paths that were used before: RestoreDC brings

@@ -12,7 +12,9 @@ struct Device
     /// From device units to those of the picture, which are square where the device's are not.
     Affine toPicture;
     RectD view; ///< in units of the picture
-    double unitsPerPixel = 1; ///< units of the picture that a CSS pixel of it has
+    /// Units of the picture that a pixel has, of thin pens and hatches: a CSS pixel of it, or more
+    /// in one that is larger than what is looked at in its own size.
+    double unitsPerPixel = 1;
 };
 
 } // namespace svgtool::picture

@@ -1,5 +1,6 @@
 #include "picture/play/EmfPlayer.h"
 
+#include "core/base/Limits.h"
 #include "core/records/EmfRecordTypes.h"
 #include "core/records/MetafileFacts.h"
 #include "core/records/RecordIterator.h"
@@ -200,7 +201,8 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     }
     picture.width = device.view.width() * scale;
     picture.height = device.view.height() * scale;
-    device.unitsPerPixel = 1 / scale;
+    const double longer = std::max(picture.width, picture.height);
+    device.unitsPerPixel = std::max(1.0, longer / limits::kViewedSide) / scale;
     return picture;
 }
 
