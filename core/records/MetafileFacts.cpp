@@ -177,6 +177,9 @@ MetafileFacts inspectMetafile(ByteView file)
 
 bool hasWrongHeader(const MetafileFacts &facts)
 {
+    // The size that a WMF names is of no use to anybody unless records are beyond it.
+    if (facts.format != MetafileFormat::Emf)
+        return facts.headerBytes < facts.records.stop().offset;
     // At the last one they end. It is not there, or is the end record, which some programs do not
     // count.
     const uint64_t last = facts.records.stop().record;

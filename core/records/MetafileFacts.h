@@ -45,8 +45,9 @@ struct MetafileFacts
 /// @note Takes time in proportion to the file. May throw std::bad_alloc.
 MetafileFacts inspectMetafile(ByteView file);
 
-/// Whether the header of an EMF does not go with its records: it names another size of the file,
-/// another place of the first record or fewer records than there are.
+/// Whether a header does not go with its records: that of an EMF names another size of the file,
+/// another place of the first record or fewer records than there are; that of a WMF names a size
+/// that records lie beyond.
 bool hasWrongHeader(const MetafileFacts &facts);
 
 /// Changes the header of a metafile so that it does not end the conversion early: it names the

@@ -95,7 +95,7 @@ struct PictureReport
     std::vector<RecordLine> records; ///< by type, then by fate
 
     RecordsEnd end = RecordsEnd::EndRecord;
-    uint64_t endRecord = 0; ///< number of the record at which they end; the EMF header is number 1
+    uint64_t endRecord = 0; ///< number of the record at which they end; an EMF header is number 1
     int64_t endOffset = 0; ///< in the metafile, of that record
     /// Well-formed records behind the end record. They are not played, as GDI does not.
     uint64_t unreadRecords = 0;
@@ -104,9 +104,10 @@ struct PictureReport
     /// some programs leave it out, up to the metafile's very end.
     bool isWhole = false;
     /// The header names another size, fewer records or another place of the first record than the
-    /// metafile has. The records were read where they are, up to their end.
+    /// metafile has; of a WMF, a size that records lie beyond. The records were read where they
+    /// are, up to their end.
     bool isHeaderWrong = false;
-    /// The header's frame or device makes no sense, so the size is a guess from its bounds.
+    /// The header names no size that makes sense, so it is a guess from what else is known.
     bool isSizeGuessed = false;
 };
 

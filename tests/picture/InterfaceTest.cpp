@@ -1,0 +1,179 @@
+#include "picture/api/picture.hpp"
+#include "support/Corpus.h"
+#include "support/EmfBuilder.h"
+#include "support/WmfBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <thread>
+
+namespace svgtool::test {
+namespace {
+
+    Picture draw(const QByteArray &file, const PictureOptions &options = {})
+    {
+        return drawMetafile(std::as_bytes(std::span(file.constData(), size_t(file.size()))),
+                            options);
+    }
+
+    // 200 by 100 pixels at 96 dots an inch.
+    EmfBuilder plain()
+    {
+        EmfBuilder file;
+        file.device = { 960, 960, 254, 254 };
+        file.frame = { 0, 0, 5292, 2646 };
+        return file.record(43, { 10, 10, 60, 40 });
+    }
+
+    struct SizeCase
+    {
+        const char *name;
+        PictureOptions options;
+        double width, height; ///< 0 for options that are refused
+    };
+
+    const double kNaN = std::nan(""), kInfinite = HUGE_VAL;
+    const SizeCase kSizes[] = {
+        { "natural", {}, 200, 100 },
+        { "byWidth", { 50, 0, 1, {} }, 50, 25 },
+        { "byHeight", { 0, 50, 9, {} }, 100, 50 },
+        { "ofAnotherShape", { 30, 30, 1, {} }, 30, 30 },
+        { "scaled", { 0, 0, 2.5, {} }, 500, 250 },
+        { "asLongAsViewersTake", { 0, 0, 1000, {} }, 11585.238, 5792.619 },
+        { "asShortAsThereIsAPixel", { 0, 0, 1e-6, {} }, 1, 1 },
+        { "longAsAskedFor", { 1e6, 0, 1, {} }, 1e6, 5e5 },
+        { "tooLong", { 1e6 + 1, 0, 1, {} }, 0, 0 },
+        { "tooShort", { 0, 1e-4, 1, {} }, 0, 0 },
+        { "negative", { -1, 0, 1, {} }, 0, 0 },
+        { "noNumber", { 0, kNaN, 1, {} }, 0, 0 },
+        { "infinite", { kInfinite, 0, 1, {} }, 0, 0 },
+        { "scaledByNothing", { 0, 0, 0, {} }, 0, 0 },
+        { "scaledByNoNumber", { 0, 0, kNaN, {} }, 0, 0 },
+        { "prefix", { 0, 0, 1, "a-Z_09" }, 200, 100 },
+        { "prefixOfDigits", { 0, 0, 1, "9a" }, 0, 0 },
+        { "prefixOfMarkup", { 0, 0, 1, "a\"" }, 0, 0 },
+        { "prefixTooLong", { 0, 0, 1, std::string(65, 'a') }, 0, 0 },
+    };
+
+    void PrintTo(const SizeCase &row, std::ostream *out)
+    {
+        *out << row.name;
+    }
+
+    class PictureSize : public testing::TestWithParam<SizeCase>
+    {
+    };
+
+    TEST_P(PictureSize, FollowsTheOptions)
+    {
+        const SizeCase &row = GetParam();
+        const Picture picture = draw(plain().build(), row.options);
+        const bool isRefused = row.width == 0;
+        EXPECT_EQ(picture.error, isRefused ? PictureError::BadOptions : PictureError::None);
+        EXPECT_EQ(picture.document.empty(), isRefused);
+        EXPECT_NEAR(picture.width, row.width, 5e-4);
+        EXPECT_NEAR(picture.height, row.height, 5e-4);
+    }
+
+    INSTANTIATE_TEST_SUITE_P(Options, PictureSize, testing::ValuesIn(kSizes),
+                             testing::PrintToStringParamName());
+
+    // A file with a clip, and so with an id.
+    EmfBuilder clipped(int right)
+    {
+        EmfBuilder file = plain();
+        return file.record(59)
+                .record(42, { 0, 0, right, 50 })
+                .record(60)
+                .record(67, { 5 })
+                .record(43, { 0, 0, 90, 90 });
+    }
+
+    std::string idOf(const Picture &picture)
+    {
+        const size_t at = picture.document.find(" id=\"") + 5;
+        return picture.document.substr(at, picture.document.find('"', at) - at);
+    }
+
+    TEST(PicturePrefix, IsOfTheContentUnlessItIsGiven)
+    {
+        const std::string id = idOf(draw(clipped(50).build()));
+        EXPECT_EQ(id, idOf(draw(clipped(50).build())));
+        EXPECT_NE(id.substr(0, 6), idOf(draw(clipped(51).build())).substr(0, 6));
+        EXPECT_TRUE(id.size() > 6 && std::isalpha(id[0])) << id;
+        PictureOptions options;
+        options.idPrefix = "mine-";
+        EXPECT_TRUE(idOf(draw(clipped(50).build(), options)).starts_with("mine-"));
+    }
+
+    TEST(PictureReport, TellsWhatIsWrongWithAFile)
+    {
+        const QByteArray whole = plain().record(8000, { 1 }).build();
+        const Picture good = draw(whole);
+        EXPECT_TRUE(good.report.isWhole && !good.report.isHeaderWrong
+                    && !good.report.isSizeGuessed);
+        EXPECT_EQ(good.report.endRecord, 4U);
+        EXPECT_EQ(good.report.endOffset, 88 + 24 + 12);
+        ASSERT_EQ(good.report.records.size(), 2U);
+        const RecordLine &unknown = good.report.records[1];
+        EXPECT_EQ(unknown.name, "EMR 8000");
+        EXPECT_EQ(unknown.fate, RecordFate::NotDone);
+        EXPECT_EQ(unknown.loss, RecordLoss::Drawing);
+        EXPECT_EQ(unknown.firstOffset, 112);
+        EXPECT_FALSE(unknown.reason.empty());
+
+        const Picture cut = draw(whole.left(120));
+        EXPECT_TRUE(!cut.report.isWhole && cut.report.isHeaderWrong);
+        EXPECT_EQ(cut.report.end, RecordsEnd::RecordCut);
+        EXPECT_EQ(cut.report.endOffset, 112);
+        QByteArray moved = plain().build(); // its header says that it is longer
+        moved.replace(4, 4, ByteWriter().u32(500).result());
+        const Picture found = draw(moved);
+        EXPECT_TRUE(found.report.isWhole && found.report.isHeaderWrong);
+        EXPECT_EQ(found.document.substr(found.document.find("<rect")),
+                  good.document.substr(good.document.find("<rect")));
+        WmfBuilder wmf = WmfBuilder().placeable(0, 0, 96, 48, 96).record(0x0213, { 9, 9 });
+        const Picture other = draw(wmf.build());
+        EXPECT_TRUE(other.report.isWhole && !other.report.isHeaderWrong);
+        EXPECT_EQ(other.report.endOffset, 22 + 18 + 10);
+        wmf.size = 13; // words: up to the line
+        EXPECT_TRUE(draw(wmf.build()).report.isHeaderWrong);
+        EmfBuilder flat = plain();
+        flat.frame = { 0, 0, 0, 0 };
+        const Picture guessed = draw(flat.build());
+        EXPECT_TRUE(guessed.report.isSizeGuessed);
+        EXPECT_EQ(guessed.width, 101); // its bounds, which are inclusive
+    }
+
+    TEST(PictureError, SaysWhyThereIsNone)
+    {
+        EXPECT_EQ(draw({}).error, PictureError::NotAMetafile);
+        EXPECT_EQ(draw(QByteArray(100, 'x')).error, PictureError::NotAMetafile);
+        EXPECT_STREQ(describe(PictureError::OutOfMemory), "there is not enough memory");
+        EXPECT_NE(describe(static_cast<PictureError>(99)), nullptr);
+    }
+
+    // Each thread begins elsewhere, so that different files are drawn at a time.
+    TEST(PictureThreads, GiveEqualDocuments)
+    {
+        std::vector<std::pair<QByteArray, std::string>> files;
+        for (const auto &[path, bytes] :
+             metafilesBelow({ SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR "/reference/gdi/emf" }))
+            files.emplace_back(bytes, draw(bytes).document);
+        ASSERT_GE(files.size(), 3U);
+        constexpr size_t kThreads = 32;
+        std::vector<std::thread> threads;
+        for (size_t first = 0; first < kThreads; ++first)
+            threads.emplace_back([&files, first] {
+                for (size_t i = 0; i < files.size(); ++i) {
+                    const auto &[bytes, alone] = files[(first * 7 + i) % files.size()];
+                    EXPECT_EQ(draw(bytes).document, alone) << (first * 7 + i) % files.size();
+                }
+            });
+        for (std::thread &thread : threads)
+            thread.join();
+    }
+
+} // namespace
+} // namespace svgtool::test
