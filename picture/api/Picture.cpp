@@ -33,10 +33,15 @@ namespace {
     {
         Picture result;
         const PictureSize size = sizeOf(natural, options);
-        result.width = scene.width = size.width;
-        result.height = scene.height = size.height;
+        scene.width = size.width;
+        scene.height = size.height;
+        picture::ensureSize(scene);
+        result.width = scene.width;
+        result.height = scene.height;
         picture::joinLines(scene);
         picture::alignLineEnds(scene);
+        picture::cutFar(scene);
+        picture::dropUnseen(scene);
         picture::enlargeImages(scene);
         picture::layPaper(scene);
         result.document = picture::writeSvg(

@@ -6,6 +6,9 @@ namespace svgtool::picture {
 
 // What takes more than one record to know is done on the finished scene, one thing a pass.
 
+/// Sees to it that there is something to look at: at least a pixel, and no more than a million.
+void ensureSize(Scene &scene);
+
 /// Makes one polyline of lines with one stroke that go on where the one before ended.
 void joinLines(Scene &scene);
 
@@ -13,5 +16,12 @@ void joinLines(Scene &scene);
 /// that of their start to the one before their end; the points stand in the centres of pixels, so
 /// both ends go back by half a pixel. After joinLines, which compares ends.
 void alignLineEnds(Scene &scene);
+
+/// Cuts off what lies so far out that viewers might miscount, and drops what is not finite. Lines
+/// keep their way, so nothing that can be seen changes. After the passes above.
+void cutFar(Scene &scene);
+
+/// Drops nodes that leave no mark: outside the picture or their clip, without area, blank.
+void dropUnseen(Scene &scene);
 
 } // namespace svgtool::picture

@@ -156,6 +156,15 @@ namespace {
             document.put("</g>\n");
     }
 
+    void writeNote(SvgDocument &document, std::string_view name, std::u16string_view text)
+    {
+        if (text.empty())
+            return;
+        document.put('<', name, '>');
+        document.content(text);
+        document.put("</", name, ">\n");
+    }
+
     void writeHead(SvgDocument &document)
     {
         const Scene &scene = document.scene();
@@ -180,6 +189,8 @@ namespace {
             before = " ";
         }
         document.put("\">\n");
+        writeNote(document, "title", scene.title);
+        writeNote(document, "desc", scene.description);
     }
 
 } // namespace
