@@ -92,7 +92,7 @@ void Path::addRect(const RectD &rect)
 void Path::addArc(const Affine &circle, double start, double sweep)
 {
     constexpr double kTurn = 2 * std::numbers::pi;
-    sweep = std::clamp(sweep, -kTurn, kTurn);
+    sweep = std::isfinite(sweep) ? std::clamp(sweep, -kTurn, kTurn) : 0;
     const auto at = [&](double angle, double forward) {
         const double x = std::cos(angle), y = std::sin(angle);
         return circle.map({ x - forward * y, y + forward * x });

@@ -32,16 +32,21 @@ namespace {
                      const PictureOptions &options)
     {
         Picture result;
+        // Lines' ends lie by the pixels of the natural size, whatever is asked for.
+        scene.width = natural.width;
+        scene.height = natural.height;
+        picture::ensureSize(scene);
+        picture::joinLines(scene);
+        picture::alignLineEnds(scene);
         const PictureSize size = sizeOf(natural, options);
         scene.width = size.width;
         scene.height = size.height;
         picture::ensureSize(scene);
         result.width = scene.width;
         result.height = scene.height;
-        picture::joinLines(scene);
-        picture::alignLineEnds(scene);
         picture::cutFar(scene);
         picture::dropUnseen(scene);
+        picture::fillGaps(scene);
         picture::enlargeImages(scene);
         picture::layPaper(scene);
         result.document = picture::writeSvg(

@@ -47,12 +47,36 @@ RectD DeviceContext::framed(const RectD &given) const
     return { box.left + x, box.top + y, box.right - x, box.bottom - y };
 }
 
+// A turned circle is one still, unless it shows where it begins.
+static std::optional<RectD> turnedCircle(const Affine &map, const RectD &box, PointD radii)
+{
+    const double scale = map.scaleX();
+    const bool isSimilar = std::abs(scale - map.scaleY()) <= 1e-6 * scale
+            && std::abs(map.a * map.c + map.b * map.d) <= 1e-6 * scale * scale;
+    if (!isSimilar || radii.x != radii.y || 2 * radii.x != box.width()
+        || 2 * radii.y != box.height())
+        return std::nullopt;
+    const PointD center = map.map(centerOf(box));
+    const double radius = radii.x * scale;
+    return RectD{ center.x - radius, center.y - radius, center.x + radius, center.y + radius };
+}
+
 std::optional<Played> DeviceContext::paintBox(const RectD &box, PointD radii, uint8_t parts)
 {
-    const Affine map = toPicture();
-    if (m_isInPath || !map.keepsRectangles())
+    Affine map = toPicture();
+    if (m_isInPath)
         return std::nullopt;
     RectD mapped = mapBounds(map, box);
+    if (!map.keepsRectangles()) {
+        const auto circle = turnedCircle(map, box, radii);
+        const Pen::Line line = m_state.pen.line;
+        const bool isWhole = line == Pen::Line::Solid || line == Pen::Line::Null
+                || line == Pen::Line::InsideFrame;
+        if (!circle || !isWhole)
+            return std::nullopt;
+        mapped = *circle;
+        map = Affine::scale(map.scaleX(), map.scaleX());
+    }
     // Viewers leave out what has no width or height; a line in its place is drawn.
     if (mapped.isEmpty())
         return std::nullopt;

@@ -9,7 +9,7 @@ namespace svgtool::picture {
 // around its edge.
 static double middleOf(double pixels)
 {
-    return int64_t(std::floor(std::min(pixels, 1e6) + 0.5)) % 2 != 0 ? 0.5 : 0;
+    return int64_t(std::floor(std::fmin(pixels, 1e6) + 0.5)) % 2 != 0 ? 0.5 : 0;
 }
 
 namespace {
@@ -136,6 +136,9 @@ Index DeviceContext::penStroke(const Nib &nib, bool isClosed)
     }
     if (isClosed && !stroke.dashes.empty() && stroke.cap == Cap::Butt)
         stroke.dashOffset = nib.offset.x;
+    constexpr uint32_t kCopyPen = 13;
+    if (!pen.isExtended && !stroke.dashes.empty() && m_state.isOpaque && m_state.rop2 == kCopyPen)
+        stroke.ground = m_state.backgroundColor;
     return m_builder.stroke(stroke);
 }
 

@@ -24,4 +24,8 @@ void cutFar(Scene &scene);
 /// Drops nodes that leave no mark: outside the picture or their clip, without area, blank.
 void dropUnseen(Scene &scene);
 
+/// Lays a whole line beneath a dashed one with a ground, unless it would be white on paper. After
+/// the passes that change lines, since both share their geometry.
+void fillGaps(Scene &scene);
+
 } // namespace svgtool::picture

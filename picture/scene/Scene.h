@@ -78,6 +78,7 @@ struct Stroke
     double miterLimit = 10;
     std::vector<double> dashes; ///< line, gap, line ...; empty for a whole line
     double dashOffset = 0; ///< how much of the dashes lies before the start
+    std::optional<Color> ground; ///< of the gaps; what is written has none any more
 
     bool operator==(const Stroke &) const = default;
 };

@@ -60,7 +60,7 @@ Index SceneBuilder::stroke(const Stroke &stroke)
 {
     Key key;
     key << stroke.paint << stroke.width << stroke.cap << stroke.join << stroke.miterLimit
-        << stroke.dashOffset;
+        << stroke.dashOffset << stroke.ground.has_value() << stroke.ground.value_or(Color());
     for (const double dash : stroke.dashes)
         key << dash;
     return once(m_strokes, m_scene.strokes, stroke, key.take());
