@@ -23,27 +23,33 @@ namespace {
 
     private:
         PointD direction(size_t line) const;
+        double length(size_t line) const;
         PointD beside(PointD point, PointD direction) const
         {
             return along(point, { direction.y, -direction.x }, m_shape.width / 2);
         }
         void go(PointD point);
         void arc(PointD center, PointD from, double sweep);
-        void join(PointD point, PointD before, PointD after);
+        void join(size_t before, size_t after);
         void cap(PointD point, PointD direction);
         void dot(PointD point);
         void ring();
 
         Path &m_out;
         const LineShape &m_shape;
-        std::vector<PointD> m_points; ///< no two in a row are the same
+        std::vector<PointD> m_points; ///< no two in a row are near
     };
+
+    double Walker::length(size_t line) const
+    {
+        const PointD &from = m_points[line], &to = m_points[(line + 1) % m_points.size()];
+        return std::hypot(to.x - from.x, to.y - from.y);
+    }
 
     PointD Walker::direction(size_t line) const
     {
         const PointD &from = m_points[line], &to = m_points[(line + 1) % m_points.size()];
-        const double length = std::hypot(to.x - from.x, to.y - from.y);
-        return { (to.x - from.x) / length, (to.y - from.y) / length };
+        return { (to.x - from.x) / length(line), (to.y - from.y) / length(line) };
     }
 
     void Walker::go(PointD point)
@@ -62,12 +68,24 @@ namespace {
                      sweep);
     }
 
-    void Walker::join(PointD point, PointD before, PointD after)
+    // From one line to the next, around the point between them.
+    void Walker::join(size_t lineBefore, size_t lineAfter)
     {
+        const PointD point = m_points[lineAfter];
+        const PointD before = direction(lineBefore), after = direction(lineAfter);
+        const double radius = m_shape.width / 2;
         const double cross = before.x * after.y - before.y * after.x;
         const double dot = before.x * after.x + before.y * after.y;
+        // Where the sides of both lines meet.
+        const PointD meeting =
+                along(point, { before.y + after.y, -before.x - after.x }, radius / (1 + dot));
         if (cross < 0) {
-            // On the inner side the way leads over the corner, and what overlaps winds alike.
+            // On the inner side, unless that is too far away; the way over the corner then leaves
+            // the area what it is, since what overlaps winds alike.
+            if (-cross * radius <= (1 + dot) * std::fmin(length(lineBefore), length(lineAfter))) {
+                go(meeting);
+                return;
+            }
             go(beside(point, before));
             go(point);
             go(beside(point, after));
@@ -77,11 +95,8 @@ namespace {
             go(beside(point, before));
             // A miter is as long as the width through the sine of half the angle between.
             if (m_shape.join == Join::Miter
-                && 2 <= m_shape.miterLimit * m_shape.miterLimit * (1 + dot)) {
-                const double reach = m_shape.width / 2 / (1 + dot);
-                go({ point.x + (before.y + after.y) * reach,
-                     point.y - (before.x + after.x) * reach });
-            }
+                && 2 <= m_shape.miterLimit * m_shape.miterLimit * (1 + dot))
+                go(meeting);
             go(beside(point, after));
         }
     }
@@ -112,18 +127,22 @@ namespace {
     {
         const size_t count = m_points.size();
         for (size_t i = 0; i < count; ++i)
-            join(m_points[i], direction((i + count - 1) % count), direction(i));
+            join((i + count - 1) % count, i);
         m_out.close();
     }
 
     void Walker::figure(std::span<const PointD> given, bool isClosed)
     {
+        // Steps that rounding makes have no direction worth going by.
+        const auto isStep = [this](const PointD &from, const PointD &to) {
+            return std::hypot(to.x - from.x, to.y - from.y) > 1e-6 * m_shape.width;
+        };
         m_points.clear();
         for (const PointD &point : given) {
-            if (m_points.empty() || m_points.back() != point)
+            if (m_points.empty() || isStep(m_points.back(), point))
                 m_points.push_back(point);
         }
-        if (isClosed && m_points.size() > 1 && m_points.front() == m_points.back())
+        if (isClosed && m_points.size() > 1 && !isStep(m_points.back(), m_points.front()))
             m_points.pop_back();
         const size_t count = m_points.size();
         if (count == 0)
@@ -140,7 +159,7 @@ namespace {
                 continue;
             }
             for (size_t i = 1; i + 1 < count; ++i)
-                join(m_points[i], direction(i - 1), direction(i));
+                join(i - 1, i);
             cap(m_points[count - 1], direction(count - 2));
         }
         if (!isClosed)

@@ -99,7 +99,8 @@ std::optional<Played> DeviceContext::paintBox(const RectD &box, PointD radii, ui
     if (node.fill == kNone && node.stroke == kNone)
         return kDone;
     const PointD half{ mapped.width() / 2, mapped.height() / 2 };
-    if (mappedRadii.x >= half.x && mappedRadii.y >= half.y)
+    constexpr double kRounding = 1 - 1e-9;
+    if (mappedRadii.x >= half.x * kRounding && mappedRadii.y >= half.y * kRounding)
         m_builder.add(node, Ellipse{ centerOf(mapped), half });
     else
         m_builder.add(
