@@ -86,10 +86,15 @@ static std::vector<double> usualDashes(const Pen &pen, double width, bool isThin
         return {}; // CreatePen's wide lines are whole
     const size_t row = size_t(pen.line) - size_t(Pen::Line::Dash);
     std::vector<double> dashes = pen.isGeometric ? kInWidths[row] : kInPixels[row];
-    // A line's length counts with its caps.
+    // A line's length counts with its caps. Dots keep a hundredth: of those without a length some
+    // viewers leave out a few.
+    constexpr double kDot = 0.01;
     const double caps = pen.isGeometric && !isThin && pen.cap != Cap::Butt ? 1 : 0;
-    for (size_t i = 0; i < dashes.size(); ++i)
-        dashes[i] = (dashes[i] + (i % 2 == 0 ? -caps : caps)) * width;
+    for (size_t i = 0; i < dashes.size(); i += 2) {
+        const double line = std::max(dashes[i] - caps, kDot);
+        dashes[i + 1] = (dashes[i + 1] + dashes[i] - line) * width;
+        dashes[i] = line * width;
+    }
     return dashes;
 }
 
