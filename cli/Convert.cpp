@@ -3,7 +3,6 @@
 #include "cli/Damage.h"
 #include "cli/Exact.h"
 #include "cli/Picture.h"
-#include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGTool.h"
 
 #include <new>
@@ -57,60 +56,21 @@ namespace {
         return svg;
     }
 
-    // The library ends early where the header of a WMF sets too low a limit. A copy with the header
-    // put right may give more.
-    bool convertRepaired(const QByteArray &bytes, QByteArray &svg, FileResult &result)
-    {
-        const RecordTally::Stop stop = result.records.stop();
-        if (stop.reason != StopReason::BadSize && stop.reason != StopReason::LengthReached)
-            return false;
-        QByteArray copy = bytes;
-        repairHeader({ copy.data(), size_t(copy.size()) }, result.facts);
-        QByteArray repaired;
-        RecordTally records;
-        const qint32 code = convertExact(copy, repaired, &records);
-        if (!isSuccess(code) || records.stop().record <= stop.record)
-            return false;
-        svg.swap(repaired);
-        result.records = records;
-        return true;
-    }
-
-    // Notes what is wrong with a metafile, and gives the comment of its document.
-    QByteArray tellDamage(bool isHeaderWrong, FileResult &result)
-    {
-        const Damage damage = damageOf(result.facts, result.records.stop(), isHeaderWrong);
-        if (!damage.text.isEmpty()) {
-            result.status = FileStatus::Damaged;
-            result.message = result.input + QLatin1String(": ") + damage.text;
-        }
-        return damage.isIncomplete ? "Incomplete: the metafile is " + damage.text.toUtf8()
-                                   : QByteArray();
-    }
-
-    // The exact document made fit to be shown, of as much of the metafile as can be read.
-    QByteArray displayDocument(const QByteArray &bytes, const Options &options, FileResult &result)
-    {
-        QByteArray svg = exactDocument(bytes, result);
-        const bool isRepaired = convertRepaired(bytes, svg, result);
-        DisplayOptions display;
-        display.width = options.width;
-        display.height = options.height;
-        display.scale = options.scale;
-        display.comment = tellDamage(isRepaired, result);
-        return displayableSvg(svg, display);
-    }
-
-    // The picture, which heeds no limit that the header sets.
+    // Draws all that can be read, whatever limits the header sets.
     QByteArray pictureDocument(const QByteArray &bytes, const Options &options, FileResult &result)
     {
         // The list of records is the exact path's.
         QByteArray unused;
         if (!options.dumpFile.empty())
             convertExact(bytes, unused, nullptr);
-        // It says where the records end, as the picture's tally will.
-        result.records = result.facts.records;
-        const QByteArray comment = tellDamage(hasWrongHeader(result.facts), result);
+        const Damage damage = damageOf(result.facts);
+        QByteArray comment;
+        if (damage.isIncomplete)
+            comment = "Incomplete: the metafile is " + damage.text.toUtf8();
+        if (!damage.text.isEmpty()) {
+            result.status = FileStatus::Damaged;
+            result.message = result.input + QLatin1String(": ") + damage.text;
+        }
         return drawPicture(bytes, options, comment, result);
     }
 
@@ -122,9 +82,7 @@ namespace {
             throw Failure{ result.input, reasonOf(SvgToolInvalidWmf, result.facts) };
         result.status = FileStatus::Converted;
         const QByteArray document = options.isExact ? exactDocument(bytes, result)
-                : result.facts.format == MetafileFormat::Emf
-                ? pictureDocument(bytes, options, result)
-                : displayDocument(bytes, options, result);
+                                                    : pictureDocument(bytes, options, result);
         for (const RecordTally::Line &line : result.records.lines())
             result.skipped += line.outcome == RecordOutcome::Skipped ? line.count : 0;
         return document;

@@ -13,14 +13,14 @@ namespace {
     const char *reasonOf(StopReason reason)
     {
         switch (reason) {
-        case StopReason::LengthReached:
-            return "there the length ends that the header names";
         case StopReason::DataEnded:
             return "the end record is missing";
         case StopReason::RecordCut:
             return "it is longer than the rest of the file";
         case StopReason::BadSize:
             return "its size makes no sense";
+        case StopReason::EndRecord:
+            return "it is the end record, and not the whole of it is there";
         default:
             return "the records are not read to their end";
         }
@@ -37,27 +37,22 @@ namespace {
     }
 
     // Whether nothing is missing although there is no end record: some programs leave it out.
-    bool hasAllRecords(const MetafileFacts &facts, const RecordTally::Stop &stop)
+    bool hasAllRecords(const MetafileFacts &facts)
     {
+        const RecordTally::Stop &stop = facts.records.stop();
         const bool hasCount = facts.format == MetafileFormat::Emf;
         return stop.offset == facts.fileBytes
                 || (hasCount && stop.record == facts.headerRecords + 1ULL);
     }
 
-    // Whether the file breaks off in its end record.
-    bool isEndCut(const MetafileFacts &facts)
-    {
-        constexpr int64_t kEndRecord = 20; // bytes of it, [MS-EMF] 2.3.4.1
-        return facts.format == MetafileFormat::Emf && facts.fileBytes < facts.headerBytes
-                && facts.records.stop().offset + kEndRecord > facts.fileBytes;
-    }
-
 } // namespace
 
-Damage damageOf(const MetafileFacts &facts, const RecordTally::Stop &stop, bool isHeaderWrong)
+Damage damageOf(const MetafileFacts &facts)
 {
+    const RecordTally::Stop &stop = facts.records.stop();
+    const bool isHeaderWrong = hasWrongHeader(facts);
     const bool hasSize = facts.fileBytes == facts.headerBytes;
-    const bool isWhole = stop.reason == StopReason::EndRecord && !isEndCut(facts);
+    const bool isWhole = stop.reason == StopReason::EndRecord && !facts.isEndCut;
     const QString sizes =
             QStringLiteral("%1 of %2 bytes, ").arg(facts.fileBytes).arg(facts.headerBytes);
     const QString header = isMoved(facts)
@@ -79,7 +74,7 @@ Damage damageOf(const MetafileFacts &facts, const RecordTally::Stop &stop, bool 
         return {};
     if (facts.fileBytes < facts.headerBytes)
         return { QStringLiteral("truncated, ") + sizes + stopped, true };
-    if (hasAllRecords(facts, stop) && !isHeaderWrong)
+    if (hasAllRecords(facts) && !isHeaderWrong)
         return {};
     return { QStringLiteral("damaged, %1: %2").arg(stopped, QLatin1String(reasonOf(stop.reason))),
              true };

@@ -7,8 +7,8 @@
 namespace svgtool {
 
 // The tool's one way to the exact path, which Exact.cpp links. Built with SVGTOOL_CLI_EXACT off,
-// the tool has ExactMissing.cpp in its place, which does nothing and converts nothing: EMF files
-// are drawn as pictures, and there is nothing else.
+// the tool has ExactMissing.cpp in its place, which does nothing and converts nothing: there are
+// pictures and nothing else.
 
 /// As convertMetaFile, of which see the rest.
 /// @note Throws Failure, which names no file, where it is not in this build.

@@ -18,8 +18,8 @@ namespace {
     };
 
     const char kHead[] = R"(Usage: metafile2svg [options] FILE|FOLDER...
-Converts Windows metafiles (EMF and WMF) to SVG 1.1, an EMF to the picture that GDI would paint.
-FILE is a metafile, or - for standard input; of a FOLDER the .emf and .wmf files in it are taken.
+Converts Windows metafiles (EMF and WMF) to SVG 1.1: the pictures that GDI would paint. FILE is a
+metafile, or - for standard input; of a FOLDER the .emf and .wmf files in it are taken.
 
 Options:
 )";
@@ -85,7 +85,7 @@ Exit status:
           "List in FILE the records for which the exact text has no handler (of a WMF, "
           "all records), one file at a time." },
         { ' ', "log-level", "LEVEL",
-          "Show what the exact text's library logs: fatal, warning, info or trace." },
+          "With --exact, show what its library logs: fatal, warning, info or trace." },
         { 'h', "help", "", "Show this help." },
         { 'v', "version", "", "Show the version." },
     };

@@ -5,7 +5,7 @@
 
 namespace svgtool {
 
-/// The picture of an EMF as a document: the tool's one way to the picture path.
+/// The picture of a metafile as a document: the tool's one way to the picture path.
 /// @param comment  put before the picture; empty for none
 /// @param result   its facts are those of the metafile; records and size are filled in
 /// @note Throws Failure, and std::bad_alloc where memory ends.

@@ -117,9 +117,12 @@ namespace {
         RecordIterator records(facts.format, file, facts.firstRecord);
         // The header of an EMF is a record, too.
         facts.records.begin(records.offset(), facts.format == MetafileFormat::Emf ? 2 : 1);
-        while (const auto record = records.next())
+        while (const auto record = records.next()) {
             facts.records.note(record->type, RecordOutcome::Skipped, record->bytes.size);
+            facts.largestRecord = std::max(facts.largestRecord, record->bytes.size);
+        }
         facts.records.end(records.stop());
+        facts.isEndCut = records.stop() == StopReason::EndRecord && !records.endRecord();
         if (records.endRecord())
             facts.unread = unreadFrom(facts.format, file, behind(*records.endRecord()));
     }
@@ -151,6 +154,7 @@ namespace {
             return;
         facts.format = isPlaceable ? MetafileFormat::PlaceableWmf : MetafileFormat::Wmf;
         facts.headerBytes = int64_t(numberOf(header.Size)) * 2 + start;
+        facts.headerLargestRecord = int64_t(numberOf(header.MaxRecord)) * 2;
         if (isPlaceable) {
             facts.bounds = { fromLittleEndian(placeable.Left), fromLittleEndian(placeable.Top),
                              fromLittleEndian(placeable.Right),
@@ -177,14 +181,15 @@ MetafileFacts inspectMetafile(ByteView file)
 
 bool hasWrongHeader(const MetafileFacts &facts)
 {
-    // The size that a WMF names is of no use to anybody unless records are beyond it.
-    if (facts.format != MetafileFormat::Emf)
-        return facts.headerBytes < facts.records.stop().offset;
-    // At the last one they end. It is not there, or is the end record, which some programs do not
+    // At this one they end. It is not there, or is the end record, which some programs do not
     // count.
-    const uint64_t last = facts.records.stop().record;
-    return facts.fileBytes != facts.headerBytes || facts.firstRecord != facts.namedFirstRecord
-            || uint64_t(facts.headerRecords) + 1 < last;
+    const RecordTally::Stop &stop = facts.records.stop();
+    if (facts.format == MetafileFormat::Emf)
+        return facts.fileBytes != facts.headerBytes || facts.firstRecord != facts.namedFirstRecord
+                || uint64_t(facts.headerRecords) + 1 < stop.record;
+    // Nor do some count the bytes of the header, and what lies behind the records is no fault.
+    return stop.offset >= facts.headerBytes + int64_t(sizeof(METAHEADER))
+            || facts.largestRecord > facts.headerLargestRecord;
 }
 
 void repairHeader(std::span<char> file, const MetafileFacts &facts)

@@ -27,9 +27,12 @@ struct MetafileFacts
     int32_t devicePixels[2] = {}; ///< EMF: width and height of the reference device
     int32_t deviceMillimeters[2] = {};
     uint16_t unitsPerInch = 0; ///< placeable WMF
+    int64_t headerLargestRecord = 0; ///< WMF: bytes of the largest record by the header
+    int64_t largestRecord = 0; ///< of those there are, the end record left out
 
     int64_t namedFirstRecord = 0; ///< where the first record lies by the header
     int64_t firstRecord = 0; ///< where it lies: the same unless only another place makes sense
+    bool isEndCut = false; ///< there is an end record, but not the whole of it
     RecordTally records; ///< all records from there on, as skipped, and where their chain ends
 
     /// What an end record leaves unread although it is well-formed records.
@@ -45,9 +48,9 @@ struct MetafileFacts
 /// @note Takes time in proportion to the file. May throw std::bad_alloc.
 MetafileFacts inspectMetafile(ByteView file);
 
-/// Whether a header does not go with its records: that of an EMF names another size of the file,
-/// another place of the first record or fewer records than there are; that of a WMF names a size
-/// that records lie beyond.
+/// Whether the header does not go with the records: that of an EMF names another size of the file,
+/// another place of the first record or fewer records than there are; that of a WMF a length at
+/// which the records go on, or a largest record that is not the largest.
 bool hasWrongHeader(const MetafileFacts &facts);
 
 /// Changes the header of a metafile so that it does not end the conversion early: it names the

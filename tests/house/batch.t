@@ -15,7 +15,7 @@ Where the documents go.
 
   $ cp -a tree beside
   $ metafile2svg beside/a.emf beside/b.wmf
-  metafile2svg: 2 files: 2 converted; 7 records skipped in 1 of them
+  metafile2svg: 2 files: 2 converted; 1 records skipped in 1 of them
   $ cmp beside/a.emf.svg chart.svg && cmp beside/b.wmf.svg drawing.svg && rm beside/*.svg
   $ metafile2svg -q beside && documents beside
   ./a.emf.svg
@@ -30,7 +30,7 @@ Where the documents go.
   ./chart.emf.svg
   ./it's a "näme" 图 %1 I.EMF.svg
   $ metafile2svg --check -r tree -o checked/
-  metafile2svg: 4 files: 4 converted; 14 records skipped in 2 of them
+  metafile2svg: 4 files: 4 converted; 2 records skipped in 2 of them
   $ ls checked 2>/dev/null
   [2]
 
@@ -39,7 +39,7 @@ What is newer than its metafile stays, unless forced or named.
   $ printf 'mine' | tee made/svg/a.emf.svg >named.svg
   $ touch -d '2 hours ago' made/svg/b.wmf.svg
   $ metafile2svg -r tree -o made/svg
-  metafile2svg: 4 files: 1 converted, 3 up to date; 7 records skipped in 1 of them
+  metafile2svg: 4 files: 1 converted, 3 up to date; 1 records skipped in 1 of them
   $ cat made/svg/a.emf.svg
   mine (no-eol)
   $ metafile2svg -q --force -r tree -o made/svg && cmp made/svg/a.emf.svg chart.svg
@@ -126,7 +126,7 @@ The same bytes and messages whatever the threads.
   $ metafile2svg -j1 many -o one/
   metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
   metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
-  metafile2svg: 12 files: 10 converted, 1 damaged, 1 failed; 36 records skipped in 6 of them
+  metafile2svg: 12 files: 10 converted, 1 damaged, 1 failed; 6 records skipped in 6 of them
   [1]
   $ metafile2svg many -o other/ 2>messages
   [1]
@@ -152,7 +152,7 @@ The list of records without a handler.
 
   $ metafile2svg -j2 --force --dump-skipped list.txt tree -o dumped/
   metafile2svg: --dump-skipped converts one file at a time
-  metafile2svg: 2 files: 2 converted; 7 records skipped in 1 of them
+  metafile2svg: 2 files: 2 converted; 1 records skipped in 1 of them
   $ grep -oE 'Start Of File|^META_SETMAPMODE' list.txt
   Start Of File
   Start Of File

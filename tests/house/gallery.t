@@ -23,8 +23,8 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
   <button type="button"><img loading="lazy" decoding="async" alt="batch/cut.wmf"></button>
   <figcaption><span class="status">damaged</span><bdi><span>batch/</span>cut.wmf</bdi>
   <p>placeable WMF 600 bytes &rarr; SVG</p>
-  <p>259 &times; 199 pixels</p>
-  <p class="missing">Records: 1 skipped, 1 approximated</p>
+  <p>260 &times; 200 pixels</p>
+  <p class="missing">Records: 1 skipped, * approximated</p> (glob)
   <p class="reason">truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)</p>
   </figcaption>
   </figure>
@@ -39,8 +39,8 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
   <button type="button"><img loading="lazy" decoding="async" alt="batch/sub/&lt;b&gt;&amp;&quot;?'.wmf"></button>
   <figcaption><bdi><span>batch/sub/</span>&lt;b&gt;&amp;&quot;?'.wmf</bdi>
   <p>placeable WMF 1.2 kB &rarr; SVG</p>
-  <p>259 &times; 199 pixels</p>
-  <p class="missing">Records: 7 skipped, 9 approximated</p>
+  <p>260 &times; 200 pixels</p>
+  <p class="missing">Records: 1 skipped, * approximated</p> (glob)
   </figcaption>
   </figure>
   </main>
@@ -77,7 +77,7 @@ The same page with any number of threads, also where one waits for an early file
 The page appears only when it is complete.
 
   $ printf 'old' >old.html
-  $ (ulimit -f 16; exec metafile2svg -q --check chart.emf drawing.wmf --gallery old.html)
+  $ (ulimit -f 8; exec metafile2svg -q --check chart.emf drawing.wmf --gallery old.html)
   metafile2svg: old.html: cannot be written: File too large
   [1]
   $ ls old.html*; cat old.html

@@ -2,13 +2,13 @@ What the tool tells of metafiles, and what it makes of damaged ones.
 
   $ . "$TESTDIR/tool.sh"
 
-A WMF of a rectangle, an arc, which is skipped, and the end: 60 bytes.
+A WMF of a rectangle, a record of no known type, which is skipped, and the end: 60 bytes.
 
   $ head='\1\0\11\0\0\3\36\0\0\0\0\0\13\0\0\0\0\0'
   $ rectangle='\7\0\0\0\33\4\11\0\11\0\1\0\1\0'
   $ arc='\13\0\0\0\27\10\0\0\0\0\0\0\0\0\11\0\11\0\1\0\1\0'
-  $ end='\3\0\0\0\0\0'
-  $ printf "$head$rectangle$arc$end" >whole.wmf
+  $ end='\3\0\0\0\0\0' odd=${arc/'\10'/'\11'}
+  $ printf "$head$rectangle$odd$end" >whole.wmf
   $ metafile2svg --report whole.wmf -o whole.svg >report
 
 With the document on standard output the report is on standard error.
@@ -19,29 +19,30 @@ With the document on standard output the report is on standard error.
   [1]
   $ metafile2svg --report --json --check whole.wmf
   [
-  {"end":{"offset":54,"reason":"end record","record":3},"file":"whole.wmf","format":"WMF","records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","outcome":"skipped","type":2071}],"result":"converted","skipped":1}
+  {"end":{"offset":54,"reason":"end record","record":3},"file":"whole.wmf","format":"WMF","height":*,"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","outcome":"skipped","reason":"its type is not known","type":2327}],"result":"converted",*"skipped":1,"width":*} (glob)
   ]
   $ metafile2svg --info whole.wmf | tee info
   whole.wmf: converted
     format   WMF
     size     60 bytes, by its header 60
+    picture  * pixels* (glob)
     records  3 up to the end record at offset 54
       META_RECTANGLE                   1
-      META_ARC                         1
+      META 0x917                       1
     records: 1 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 3 (offset 54)
-    skipped      META_ARC                         1  first at offset 32
+    skipped      META 0x917                       1  first at offset 32: its type is not known
     drawn        META_RECTANGLE                   1  first at offset 18
-  $ sed 2,6d info | cmp - report
+  $ sed 2,7d info | cmp - report
   $ metafile2svg --info chart.emf --scale 1.25 | sed -n 4,7p
     bounds   0,0 to 300,200 pixels
     frame    0,0 to 7939,5286 x 0.01 mm
     device   1024 x 768 pixels, 271 x 203 mm
     picture  375 x 250 pixels
-  $ printf "$head$rectangle$arc" >endless.wmf
+  $ printf "$head$rectangle$odd" >endless.wmf
   $ metafile2svg -q --info --json text.emf endless.wmf 2>messages
   [
   {"bytes":30,"file":"text.emf","format":"unknown","message":"text.emf: not a metafile: neither an EMF nor a WMF header","result":"failed"},
-  {"bytes":54,"end":{"offset":54,"reason":"end of data","record":3},"file":"endless.wmf","format":"WMF","headerBytes":60,"message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","recordTypes":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","type":2071}],"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META_ARC","outcome":"skipped","type":2071}],"recordsEnd":{"offset":54,"reason":"end of data","record":3},"result":"damaged","skipped":1}
+  {"bytes":54,"end":{"offset":54,"reason":"end of data","record":3},"file":"endless.wmf","format":"WMF","headerBytes":60,"height":*,"message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","recordTypes":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","type":2327}],"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","outcome":"skipped","reason":"its type is not known","type":2327}],"recordsEnd":{"offset":54,"reason":"end of data","record":3},"result":"damaged",*"skipped":1,"width":*} (glob)
   ]
   [1]
   $ cat messages
@@ -76,7 +77,7 @@ Damaged files are converted, and their documents marked if something is missing.
   $ put 52 '\2\0\0\0'
   metafile2svg: patched.emf: damaged header, all records are there
   3
-  $ printf "${head/'\36'/'\6'}$rectangle$arc$end" >short.wmf
+  $ printf "${head/'\36'/'\6'}$rectangle$odd$end" >short.wmf
   $ damaged short.wmf
   metafile2svg: short.wmf: damaged header, 60 of 12 bytes, all records are there
   3
@@ -93,7 +94,7 @@ An end record that is not the last leaves something out, but padding is nothing.
   3<!-- Incomplete: the metafile is damaged, stopped at record 2 (offset 32): an end record with 2 records behind it, 42 bytes from offset 38 on -->
   $ put 192 '\16' >/dev/null
   metafile2svg: patched.emf: damaged, stopped at record 4 (offset 192): an end record with 191 records behind it, 5240 bytes from offset 216 on
-  $ printf "$head$rectangle$arc$end$end\0\0\0\0\0\0" >padded.wmf
+  $ printf "$head$rectangle$odd$end$end\0\0\0\0\0\0" >padded.wmf
   $ metafile2svg padded.wmf | cmp - whole.svg
 
 A header that names no place of a record. The ids of a document come from the metafile's bytes.

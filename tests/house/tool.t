@@ -45,7 +45,7 @@ A link is replaced, and what it leads to stays: a metafile, the page, the list, 
 
 Log lines, help and version.
 
-  $ log() { "$@" drawing.wmf 2>&1 >/dev/null | grep -oE 'Setup WMF record handlers|Enter ConvertWMFToSVG' | sort -u; }
+  $ log() { "$@" --exact drawing.wmf 2>&1 >/dev/null | grep -oE 'Setup WMF record handlers|Enter ConvertWMFToSVG' | sort -u; }
   $ QT_LOGGING_RULES=svgtool=true log metafile2svg
   Setup WMF record handlers
   $ log metafile2svg --log-level warning

@@ -137,7 +137,7 @@ namespace {
         const Picture other = draw(wmf.build());
         EXPECT_TRUE(other.report.isWhole && !other.report.isHeaderWrong);
         EXPECT_EQ(other.report.endOffset, 22 + 18 + 10);
-        wmf.size = 13; // words: up to the line
+        wmf.size = 4; // words: the line lies beyond, even if they leave out the header
         EXPECT_TRUE(draw(wmf.build()).report.isHeaderWrong);
         EmfBuilder flat = plain();
         flat.frame = { 0, 0, 0, 0 };
