@@ -97,20 +97,31 @@ Played selectClipRegion(DeviceContext &dc, ByteView record)
     return region != nullptr ? dc.selectClipRegion(*region, kReplace) : dc.resetClip();
 }
 
+// The descriptions have the region first, some writers the order of other records; which of the two
+// a record has is told by the object that is a region.
 Played fillRegion(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
-    const Region *const region = dc.region(fields.word() + 1u);
-    return region != nullptr ? dc.fillRegion(region->rects(), fields.word() + 1u) : kNoRegion;
+    const uint32_t first = fields.word() + 1u, second = fields.word() + 1u;
+    if (const Region *const region = dc.region(first))
+        return dc.fillRegion(region->rects(), second);
+    const Region *const region = dc.region(second);
+    return region != nullptr ? dc.fillRegion(region->rects(), first) : kNoRegion;
 }
 
 Played frameRegion(DeviceContext &dc, ByteView record)
 {
+    constexpr int64_t kEdgeBytes = 4;
     Fields fields(record, kBody);
-    const Region *const region = dc.region(fields.word() + 1u);
-    const uint32_t brush = fields.word() + 1u;
-    return region != nullptr ? dc.frameRegion(region->rects(), brush, takePoint(fields))
-                             : kNoRegion;
+    const uint32_t first = fields.word() + 1u, second = fields.word() + 1u;
+    if (const Region *const region = dc.region(first))
+        return dc.frameRegion(region->rects(), second, takePoint(fields));
+    Fields reversed(record, kBody);
+    const PointD edge = takePoint(reversed);
+    Fields objects(record, kBody + kEdgeBytes);
+    const uint32_t brush = objects.word() + 1u;
+    const Region *const region = dc.region(objects.word() + 1u);
+    return region != nullptr ? dc.frameRegion(region->rects(), brush, edge) : kNoRegion;
 }
 
 Played paintRegion(DeviceContext &dc, ByteView record)
