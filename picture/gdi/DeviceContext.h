@@ -190,7 +190,7 @@ private:
     struct Nib
     {
         double width = 1; ///< in units of the picture, before the shape
-        bool isThin = true; ///< of one pixel
+        bool isThin = true; ///< of about one pixel
         Affine shape; ///< makes an ellipse of the round end where axes are scaled unequally
         PointD offset; ///< of its middle from the place of a point
     };

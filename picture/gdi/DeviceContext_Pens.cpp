@@ -66,7 +66,7 @@ DeviceContext::Nib DeviceContext::nib(uint8_t parts) const
     } else {
         nib.width = pixel;
     }
-    nib.isThin = nib.width <= pixel;
+    nib.isThin = nib.width < 1.5 * pixel; // one pixel to the nearest, as GDI counts
     nib.offset = { middleOf(across / pixel) * pixel, middleOf(down / pixel) * pixel };
     if ((parts & kFramed) != 0 && pen.line == Pen::Line::InsideFrame)
         nib.offset = { pixel / 2, pixel / 2 };
@@ -127,7 +127,7 @@ Index DeviceContext::penStroke(const Nib &nib, bool isClosed)
     case Pen::Line::Dot:
     case Pen::Line::DashDot:
     case Pen::Line::DashDotDot:
-        stroke.dashes = usualDashes(pen, nib.width, nib.isThin);
+        stroke.dashes = usualDashes(pen, pen.isGeometric ? nib.width : pixel, nib.isThin);
         break;
     case Pen::Line::User:
         stroke.dashes =
