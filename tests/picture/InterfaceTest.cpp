@@ -107,6 +107,33 @@ namespace {
         EXPECT_TRUE(idOf(draw(clipped(50).build(), options)).starts_with("mine-"));
     }
 
+    // The description of a header: its text, at an offset, said to have as many units.
+    Picture described(const QString &text, qint64 offset, qint64 units)
+    {
+        EmfBuilder file = plain();
+        for (const QChar unit : text)
+            file.headerExtra += ByteWriter().u16(unit.unicode()).result();
+        QByteArray bytes = file.build();
+        bytes.replace(60, 8, ByteWriter().u32s({ units, offset }).result());
+        return draw(bytes);
+    }
+
+    TEST(PictureDescription, IsTitleAndMaker)
+    {
+        const QString text = QString::fromUtf16(u"A&B \0<Gr\u00F6\u00DFe>\0\0", 14);
+        const std::string document = described(text, 88, 14).document;
+        EXPECT_NE(document.find("<title>&lt;Gr\u00F6\u00DFe&gt;</title>"), document.npos);
+        EXPECT_NE(document.find("<desc>A&amp;B</desc>"), document.npos);
+        // Not in the header: the fixed part, beyond its end, longer than it.
+        for (const auto &[offset, units] :
+             { std::pair(40, 14), std::pair(116, 1), std::pair(88, 15), std::pair(90, 1 << 30) }) {
+            const Picture picture = described(text, offset, units);
+            EXPECT_EQ(picture.error, PictureError::None);
+            EXPECT_EQ(picture.document.find("<title>"), document.npos) << offset;
+            EXPECT_EQ(picture.document.find("<desc>"), document.npos) << offset;
+        }
+    }
+
     TEST(PictureReport, TellsWhatIsWrongWithAFile)
     {
         const QByteArray whole = plain().record(8000, { 1 }).build();
