@@ -21,6 +21,34 @@ inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
 /// Characters of a prefix, which stands in every reference.
 inline constexpr size_t kPrefix = 64;
 
+// What records make.
+
+/// States that SaveDC keeps. Programs nest a few; each may hold a path, so they are not for free.
+inline constexpr size_t kSavedStates = 1000;
+/// Slots of a WMF's table of objects: what fits into the 16 bits of a record that selects.
+inline constexpr size_t kObjects = size_t(1) << 16;
+/// Rectangles that a combination of regions may have: crossing bars grow by the square.
+inline constexpr size_t kRegionRects = size_t(1) << 18;
+/// Lines that a curve is flattened into: finer than a pixel of the longest picture.
+inline constexpr int kCurveLines = 1000;
+/// Points of a path that is cut at the picture's edge. There are few so large, and they are odd.
+inline constexpr size_t kCutPoints = 1'000'000;
+
+// Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.
+
+/// Pixels that the run-length encoded bitmaps of a document have beyond those that their bytes
+/// paint, in all.
+inline constexpr int64_t kRunLengthPixels = int64_t(64) << 20;
+/// Pixels of a bitmap that is enlarged to those of the picture, and of all of them. Enlarging is
+/// for small ones, whose copies compress to little, and must not cost more than the rest.
+inline constexpr int64_t kEnlargedPixels = int64_t(1) << 20;
+inline constexpr int64_t kAllEnlargedPixels = int64_t(8) << 20;
+/// Parts that an area falls into when it is looked at what lies beneath, nodes that are looked at
+/// for all areas of a document, and pixels mixed times the parts that they may lie in.
+inline constexpr size_t kGroundParts = 64;
+inline constexpr int64_t kGroundSteps = int64_t(1) << 25;
+inline constexpr int64_t kMixingSteps = int64_t(1) << 26;
+
 /// Pixels of the longer side of pictures that are looked at in their own size: A3 at 96 an inch.
 /// Thin lines of larger ones, plans of some metres, are as wide as a pixel of a view of that size;
 /// else the whole of them, looked at, would show nothing.

@@ -1,5 +1,7 @@
 #include "core/geometry/Path.h"
 
+#include "core/base/Limits.h"
+
 #include <algorithm>
 #include <limits>
 #include <numbers>
@@ -129,11 +131,10 @@ void Path::transform(const Affine &matrix)
 // How many lines keep within the tolerance of a cubic: the second differences bound its bend.
 static int linesOfCurve(PointD p0, PointD p1, PointD p2, PointD p3, double tolerance)
 {
-    constexpr double kMost = 1000;
     const double ax = std::fmax(std::abs(p0.x - 2 * p1.x + p2.x), std::abs(p1.x - 2 * p2.x + p3.x));
     const double ay = std::fmax(std::abs(p0.y - 2 * p1.y + p2.y), std::abs(p1.y - 2 * p2.y + p3.y));
     const double lines = std::ceil(std::sqrt(0.75 * std::hypot(ax, ay) / tolerance));
-    return lines >= 1 ? int(std::fmin(lines, kMost)) : 1;
+    return lines >= 1 ? int(std::fmin(lines, limits::kCurveLines)) : 1;
 }
 
 std::optional<Path> Path::flattened(double tolerance, size_t mostPoints) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Limits.h"
 #include "core/base/Numeric.h"
 
 #include <cstdint>
@@ -24,8 +25,8 @@ class Region
 {
 public:
     enum class Mode { And, Or, Xor, Difference };
-    /// Combinations with more rectangles than this are refused: crossing bars grow by the square.
-    static constexpr size_t kMostRects = size_t(1) << 18;
+    /// Combinations with more rectangles than this are refused.
+    static constexpr size_t kMostRects = limits::kRegionRects;
 
     Region() = default;
     explicit Region(const RectI &rect);

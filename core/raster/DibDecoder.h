@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/Bytes.h"
+#include "core/base/Limits.h"
 #include "core/raster/Bitmap.h"
 
 #include <cstdint>
@@ -32,7 +33,7 @@ struct DecodedBitmap
 
 /// How many pixels the run-length encoded bitmaps of one document may have beyond those that
 /// their bytes paint; each bitmap takes its share.
-constexpr int64_t kRunLengthPixels = int64_t(64) << 20;
+constexpr int64_t kRunLengthPixels = limits::kRunLengthPixels;
 
 /// Splits a bitmap whose colour table is followed by its bits.
 /// @return nothing when the header is unknown or the table reaches past the end

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Limits.h"
 #include "core/raster/Mixture.h"
 #include "picture/gdi/Blit.h"
 #include "picture/gdi/Device.h"
@@ -8,7 +9,9 @@
 #include "picture/scene/Grounds.h"
 #include "picture/scene/SceneBuilder.h"
 
+#include <functional>
 #include <optional>
+#include <queue>
 #include <span>
 #include <vector>
 
@@ -22,7 +25,7 @@ namespace svgtool::picture {
 class DeviceContext
 {
 public:
-    static constexpr size_t kSavedStates = 1000;
+    static constexpr size_t kSavedStates = limits::kSavedStates;
 
     /// @param handles  slots of the object table; number 0 is none
     DeviceContext(const Device &device, size_t handles);
@@ -248,6 +251,8 @@ private:
     std::vector<State> m_saved;
     uint64_t m_unsaved = 0; ///< states on top of those, for which there was no room
     std::vector<GdiObject> m_objects;
+    /// Slots whose object was deleted, the lowest on top: where an object goes that names none.
+    std::priority_queue<uint32_t, std::vector<uint32_t>, std::greater<>> m_freed;
     uint32_t m_record = 0;
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
     Grounds m_grounds;

@@ -1,5 +1,6 @@
 #include "picture/gdi/DeviceContext.h"
 
+#include "core/base/Limits.h"
 #include "core/raster/Mixture.h"
 
 #include <algorithm>
@@ -264,9 +265,9 @@ Played DeviceContext::addMixture(const Mixture &mixture, const BlitPlace &place)
         rects += ground.rects.size();
         isKnown = isKnown && ground.color;
     }
-    constexpr int64_t kMostSteps = int64_t(1) << 26; // pixels times the rectangles they may be in
     if (isKnown
-        && (grounds.size() == 1 || mixture.keep().pixelCount() < kMostSteps / int64_t(rects)))
+        && (grounds.size() == 1
+            || mixture.keep().pixelCount() < limits::kMixingSteps / int64_t(rects)))
         return opaque(overGrounds(mixture, grounds, toPicture));
     addBlendedPixels(mixture, place);
     return mixture.isSaturated() ? kDone : kManyGrounds;

@@ -115,17 +115,14 @@ Played DeviceContext::createObject(uint32_t handle, GdiObject object)
 
 Played DeviceContext::createInFreeSlot(GdiObject object)
 {
-    constexpr size_t kMostSlots = size_t(1) << 16;
-    const auto isFree = [](const GdiObject &slot) {
-        return std::holds_alternative<std::monostate>(slot);
-    };
-    const auto slot = std::find_if(m_objects.begin() + 1, m_objects.end(), isFree);
-    if (slot != m_objects.end())
-        *slot = std::move(object);
-    else if (m_objects.size() <= kMostSlots)
-        m_objects.push_back(std::move(object));
-    else
+    if (m_freed.empty() && m_objects.size() > limits::kObjects)
         return notDone("its object finds no place");
+    if (m_freed.empty()) {
+        m_objects.push_back(std::move(object));
+    } else {
+        m_objects[m_freed.top()] = std::move(object);
+        m_freed.pop();
+    }
     return kDone;
 }
 
@@ -166,6 +163,7 @@ Played DeviceContext::deleteObject(uint32_t handle)
         return kNoSlot;
     if (std::holds_alternative<std::monostate>(m_objects[handle]))
         return kNeutral;
+    m_freed.push(handle);
     m_objects[handle] = std::monostate();
     return kDone;
 }

@@ -1,5 +1,7 @@
 #include "picture/scene/Passes.h"
 
+#include "core/base/Limits.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -83,8 +85,7 @@ namespace {
 
     Path cut(const Path &path, const RectD &box, double tolerance)
     {
-        constexpr size_t kMostPoints = 1'000'000; // there are few curves so large, and they are odd
-        const auto lines = path.flattened(tolerance, kMostPoints);
+        const auto lines = path.flattened(tolerance, limits::kCutPoints);
         Path out;
         if (!lines)
             return out;

@@ -1,16 +1,13 @@
 #include "picture/scene/Grounds.h"
 
+#include "core/base/Limits.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace svgtool::picture {
 
 namespace {
-
-    // Of the parts that an area falls into, and of nodes looked at for all areas of a document:
-    // it must not take longer than the rest of it does.
-    constexpr size_t kMostParts = 64;
-    constexpr int64_t kMostSteps = int64_t(1) << 25;
 
     constexpr Color kPaper{ 255, 255, 255, 255 };
 
@@ -209,7 +206,7 @@ std::vector<Ground> Grounds::under(const Scene &scene, const RectD &area, Index 
     std::vector<Ground> grounds;
     Rest rest(area);
     for (size_t i = scene.nodes.size(); i > 0 && !rest.isEmpty(); --i) {
-        if (++m_steps > kMostSteps || rest.parts() > kMostParts)
+        if (++m_steps > limits::kGroundSteps || rest.parts() > limits::kGroundParts)
             return { Ground{ std::nullopt, { area } } };
         const RectD &bounds = boundsOf(scene, i - 1);
         if (rest.touches(bounds))

@@ -1,5 +1,6 @@
 #include "picture/scene/Images.h"
 
+#include "core/base/Limits.h"
 #include "core/raster/Mixture.h"
 
 #include <cmath>
@@ -10,16 +11,11 @@ namespace svgtool::picture {
 
 namespace {
 
-    // Of one image, and of all of a document: enlarging is for small ones, whose copies compress to
-    // little, and must not cost more than the rest.
-    constexpr int64_t kMostPixels = int64_t(1) << 20;
-    constexpr int64_t kAllPixels = int64_t(8) << 20;
-
     // Pixels of the picture that a length covers.
     int32_t wholePixels(double length, double unitsPerPixel)
     {
         const double pixels = std::floor(length / unitsPerPixel + 0.5);
-        return pixels >= 1 && pixels <= double(kMostPixels) ? int32_t(pixels) : 0;
+        return pixels >= 1 && pixels <= double(limits::kEnlargedPixels) ? int32_t(pixels) : 0;
     }
 
 } // namespace
@@ -29,7 +25,7 @@ void enlargeImages(Scene &scene)
     const double unitsPerPixel = scene.view.width() / scene.width;
     if (!(unitsPerPixel > 0))
         return;
-    int64_t left = kAllPixels;
+    int64_t left = limits::kAllEnlargedPixels;
     std::map<std::tuple<Index, int32_t, int32_t>, Index> known; // image and size: its enlargement
     for (const Node &node : scene.nodes) {
         if (node.kind != Node::Kind::Image)
@@ -42,7 +38,7 @@ void enlargeImages(Scene &scene)
         const IntSize size{ wholePixels(place.box.width() * map.scaleX(), unitsPerPixel),
                             wholePixels(place.box.height() * map.scaleY(), unitsPerPixel) };
         const int64_t pixels = int64_t(size.width) * size.height;
-        if (pixels == 0 || pixels > kMostPixels || size == image.size)
+        if (pixels == 0 || pixels > limits::kEnlargedPixels || size == image.size)
             continue;
         const auto [entry, isNew] =
                 known.try_emplace({ place.image, size.width, size.height }, kNone);
