@@ -3,15 +3,19 @@
 #include "cli/Files.h"
 #include "picture/api/Drawing.h"
 
+#include <algorithm>
+
 namespace svgtool {
 
 QByteArray drawPicture(const QByteArray &metafile, const Options &options,
                        const QByteArray &comment, FileResult &result)
 {
+    // The library takes nothing smaller, and nobody sees a difference.
+    constexpr double kLeastSide = 0.001, kLeastScale = 1e-6;
     PictureOptions wanted;
-    wanted.width = options.width;
-    wanted.height = options.height;
-    wanted.scale = options.scale;
+    wanted.width = options.width > 0 ? std::max(options.width, kLeastSide) : 0;
+    wanted.height = options.height > 0 ? std::max(options.height, kLeastSide) : 0;
+    wanted.scale = std::max(options.scale, kLeastScale);
     RecordTally records;
     const Picture picture = drawInspected({ metafile.constData(), metafile.size() }, result.facts,
                                           wanted, comment.toStdString(), records);
