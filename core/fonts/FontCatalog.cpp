@@ -18,51 +18,74 @@ FontCatalog::FontCatalog() : m_config(FcInitLoadConfigAndFonts())
         m_library.reset(library);
 }
 
-std::shared_ptr<FontFace> FontCatalog::face(std::u16string_view faceName, int32_t weight)
+// Made when first used; it goes with the library, so that unloading leaves nothing behind.
+FontEngine &fontEngine()
 {
-    constexpr int32_t kLastRegularWeight = 550;
-    constexpr size_t kLongestName = 31; // LF_FACESIZE of GDI without the final zero
-    const std::u16string_view name = faceName.substr(0, kLongestName);
-    return recall(name.empty() ? kSubstituteFace : name, weight > kLastRegularWeight);
+    static FontEngine instance;
+    return instance;
 }
 
-std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, bool isBold)
+static std::u16string_view cutName(std::u16string_view faceName)
+{
+    constexpr size_t kLongestName = 31; // LF_FACESIZE of GDI without the final zero
+    const std::u16string_view name = faceName.substr(0, kLongestName);
+    return name.empty() ? kSubstituteFace : name;
+}
+
+static bool isBold(int32_t weight)
+{
+    constexpr int32_t kLastRegularWeight = 550;
+    return weight > kLastRegularWeight;
+}
+
+std::shared_ptr<FontFace> FontCatalog::face(std::u16string_view faceName, int32_t weight,
+                                            bool isItalic)
+{
+    return recall(cutName(faceName), { isBold(weight), isItalic });
+}
+
+bool FontCatalog::has(std::u16string_view faceName, int32_t weight, bool isItalic)
+{
+    return locate(cutName(faceName), { isBold(weight), isItalic }).has_value();
+}
+
+std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style style)
 {
     // Names come from files, so the number kept is bounded, and with it that of the open faces.
     constexpr size_t kMostEntries = 64;
     const auto known = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry &entry) {
-        return entry.isBold == isBold && entry.name == name;
+        return entry.style == style && entry.name == name;
     });
     if (known != m_entries.end()) {
         std::rotate(m_entries.begin(), known, known + 1);
         return m_entries.front().face;
     }
-    Entry entry{ std::u16string(name), isBold, find(name, isBold) };
+    Entry entry{ std::u16string(name), style, find(name, style) };
     if (m_entries.size() >= kMostEntries)
         m_entries.pop_back();
     return m_entries.insert(m_entries.begin(), std::move(entry))->face;
 }
 
-std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, bool isBold)
+std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, Style style)
 {
-    if (const auto file = locate(name, isBold)) {
+    if (const auto file = locate(name, style)) {
         if (auto face = open(*file))
             return face;
     }
-    return name == kSubstituteFace ? nullptr : recall(kSubstituteFace, isBold);
+    return name == kSubstituteFace ? nullptr : recall(kSubstituteFace, style);
 }
 
 // fontconfig takes a quarter of a millisecond for a name, and a file may use more names in turn
 // than faces are kept open. Their number is bounded too.
-std::optional<FontFile> FontCatalog::locate(std::u16string_view name, bool isBold)
+std::optional<FontFile> FontCatalog::locate(std::u16string_view name, Style style)
 {
     constexpr size_t kMostNames = 4096;
-    const std::pair key(std::u16string(name), isBold);
+    const std::pair key(std::u16string(name), style);
     if (const auto known = m_files.find(key); known != m_files.end())
         return known->second;
     if (m_files.size() >= kMostNames)
         m_files.clear();
-    return m_files[key] = match(name, isBold);
+    return m_files[key] = match(name, style);
 }
 
 std::shared_ptr<FontFace> FontCatalog::open(const FontFile &file)
@@ -101,7 +124,7 @@ static bool answersTo(FcPattern *font, FcPattern *asked)
 
 // As GDI takes the substitute face for any name it does not know, whatever fontconfig would
 // offer for it, only a font that answers to the name will do; for the substitute itself any will.
-std::optional<FontFile> FontCatalog::match(std::u16string_view name, bool isBold) const
+std::optional<FontFile> FontCatalog::match(std::u16string_view name, Style style) const
 {
     const Pattern asked(FcPatternCreate());
     if (!m_config || !asked)
@@ -110,8 +133,8 @@ std::optional<FontFile> FontCatalog::match(std::u16string_view name, bool isBold
     family.append(name, '\0'); // which fontconfig reads up to
     FcPatternAddString(asked.get(), FC_FAMILY,
                        reinterpret_cast<const FcChar8 *>(family.view().data()));
-    FcPatternAddInteger(asked.get(), FC_WEIGHT, isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
-    FcPatternAddInteger(asked.get(), FC_SLANT, FC_SLANT_ROMAN);
+    FcPatternAddInteger(asked.get(), FC_WEIGHT, style.isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+    FcPatternAddInteger(asked.get(), FC_SLANT, style.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
     FcPatternAddInteger(asked.get(), FC_WIDTH, FC_WIDTH_NORMAL);
     FcPatternAddBool(asked.get(), FC_SCALABLE, FcTrue);
     FcPatternAddBool(asked.get(), FC_VARIABLE, FcFalse); // rather its instances of fixed weight

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,29 +23,48 @@ public:
 
     /// The face of that name, or the one in place of it; null where there is no font. The
     /// arguments are those of fontMetrics.
-    std::shared_ptr<FontFace> face(std::u16string_view faceName, int32_t weight);
+    std::shared_ptr<FontFace> face(std::u16string_view faceName, int32_t weight,
+                                   bool isItalic = false);
+    /// Whether the face of that name is installed, or one with its metrics.
+    bool has(std::u16string_view faceName, int32_t weight, bool isItalic);
 
 private:
+    /// What is asked of fontconfig.
+    struct Style
+    {
+        bool isBold = false, isItalic = false;
+
+        auto operator<=>(const Style &) const = default;
+    };
     struct Entry
     {
         std::u16string name;
-        bool isBold;
+        Style style;
         std::shared_ptr<FontFace> face;
     };
     using Library = std::unique_ptr<FT_LibraryRec_, Call<FT_Done_FreeType>>;
     using Config = std::unique_ptr<FcConfig, Call<FcConfigDestroy>>;
 
-    std::shared_ptr<FontFace> recall(std::u16string_view name, bool isBold);
-    std::shared_ptr<FontFace> find(std::u16string_view name, bool isBold);
+    std::shared_ptr<FontFace> recall(std::u16string_view name, Style style);
+    std::shared_ptr<FontFace> find(std::u16string_view name, Style style);
     std::shared_ptr<FontFace> open(const FontFile &file);
-    std::optional<FontFile> locate(std::u16string_view name, bool isBold);
-    std::optional<FontFile> match(std::u16string_view name, bool isBold) const;
+    std::optional<FontFile> locate(std::u16string_view name, Style style);
+    std::optional<FontFile> match(std::u16string_view name, Style style) const;
 
     Library m_library; // goes last: it would free the faces
     Config m_config; // our own: the host's may be finalised at any time
     std::vector<Entry> m_entries; // latest first
-    /// By name and boldness.
-    std::map<std::pair<std::u16string, bool>, std::optional<FontFile>> m_files;
+    /// By name and style.
+    std::map<std::pair<std::u16string, Style>, std::optional<FontFile>> m_files;
 };
+
+/// The one catalog and the lock that every use of it takes: neither FreeType's library object nor
+/// its faces may be used by two threads at a time.
+struct FontEngine
+{
+    std::mutex mutex;
+    FontCatalog catalog;
+};
+FontEngine &fontEngine();
 
 } // namespace svgtool

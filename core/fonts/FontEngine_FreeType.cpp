@@ -3,7 +3,6 @@
 #include "core/fonts/FontScaling.h"
 
 #include <algorithm>
-#include <mutex>
 
 // Metrics from the tables of the font files, as GDI computes them. fontconfig finds the files and
 // FreeType reads them; neither renders anything.
@@ -52,28 +51,9 @@ static TextExtent measure(FontFace &face, std::u16string_view text, int32_t pixe
     return extent;
 }
 
-namespace {
-
-    /// The one catalog and the lock that every use of it takes: neither FreeType's library object
-    /// nor its faces may be used by two threads at a time.
-    struct Engine
-    {
-        std::mutex mutex;
-        FontCatalog catalog;
-    };
-
-} // namespace
-
-// Made when first used; it goes with the library, so that unloading leaves nothing behind.
-static Engine &engine()
-{
-    static Engine instance;
-    return instance;
-}
-
 FontMetrics fontMetrics(std::u16string_view faceName, int32_t weight, int32_t height)
 {
-    Engine &shared = engine();
+    FontEngine &shared = fontEngine();
     const std::lock_guard lock(shared.mutex);
     const auto face = shared.catalog.face(faceName, weight);
     if (!face)
@@ -84,7 +64,7 @@ FontMetrics fontMetrics(std::u16string_view faceName, int32_t weight, int32_t he
 TextExtent textExtent(std::u16string_view text, std::u16string_view faceName, int32_t weight,
                       int32_t height)
 {
-    Engine &shared = engine();
+    FontEngine &shared = fontEngine();
     const std::lock_guard lock(shared.mutex);
     const auto face = shared.catalog.face(faceName, weight);
     if (!face)
@@ -95,7 +75,7 @@ TextExtent textExtent(std::u16string_view text, std::u16string_view faceName, in
 std::u16string textOfGlyphs(std::u16string_view glyphs, std::u16string_view faceName,
                             int32_t weight)
 {
-    Engine &shared = engine();
+    FontEngine &shared = fontEngine();
     const std::lock_guard lock(shared.mutex);
     const auto face = shared.catalog.face(faceName, weight);
     return face ? face->textOfGlyphs(glyphs) : std::u16string();

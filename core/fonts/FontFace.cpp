@@ -1,6 +1,7 @@
 #include "core/fonts/FontFace.h"
 
 #include FT_ADVANCES_H
+#include FT_OUTLINE_H
 #include FT_TRUETYPE_TABLES_H
 
 #include <algorithm>
@@ -64,35 +65,103 @@ FontFace::FontFace(FontFile file, OpenFace face)
         m_tables.averageWidth = advance(u'x');
 }
 
-FT_UInt FontFace::glyphIndex(char16_t unit) const
+FT_UInt FontFace::glyphIndex(char32_t character) const
 {
-    const FT_UInt glyph = FT_Get_Char_Index(m_face.get(), unit);
+    const FT_UInt glyph = FT_Get_Char_Index(m_face.get(), character);
     const bool isSymbol =
             m_face->charmap != nullptr && m_face->charmap->encoding == FT_ENCODING_MS_SYMBOL;
     // Symbol fonts hold their characters in the private area, and texts name the low byte.
-    if (glyph == 0 && isSymbol && unit < 0x100)
-        return FT_Get_Char_Index(m_face.get(), 0xF000u + unit);
+    if (glyph == 0 && isSymbol && character < 0x100)
+        return FT_Get_Char_Index(m_face.get(), 0xF000u + character);
     return glyph;
 }
 
-uint16_t FontFace::readAdvance(char16_t unit) const
+uint16_t FontFace::readAdvance(char32_t character) const
 {
     const bool isScalable = FT_IS_SCALABLE(m_face.get());
     const FT_Int32 flags = isScalable ? FT_LOAD_NO_SCALE : FT_LOAD_DEFAULT;
     FT_Fixed advance = 0;
-    if (FT_Get_Advance(m_face.get(), glyphIndex(unit), flags, &advance) != 0)
+    if (FT_Get_Advance(m_face.get(), glyphIndex(character), flags, &advance) != 0)
         return 0;
     const FT_Fixed units = isScalable ? advance : advance >> 16;
     return static_cast<uint16_t>(std::clamp<FT_Fixed>(units, 0, 0xFFFF));
 }
 
 // Without what is kept here, measuring a text takes more than ten times as long.
-int32_t FontFace::advance(char16_t unit)
+int32_t FontFace::advance(char32_t character)
 {
-    KnownAdvance &place = m_advances[unit % m_advances.size()];
-    if (!place.isKnown || place.unit != unit)
-        place = { true, unit, readAdvance(unit) };
+    KnownAdvance &place = m_advances[character % m_advances.size()];
+    if (!place.isKnown || place.character != character)
+        place = { true, character, readAdvance(character) };
     return place.advance;
+}
+
+int32_t FontFace::kerning(char32_t left, char32_t right) const
+{
+    FT_Vector by{};
+    if (!FT_HAS_KERNING(m_face.get())
+        || FT_Get_Kerning(m_face.get(), glyphIndex(left), glyphIndex(right), FT_KERNING_UNSCALED,
+                          &by)
+                != 0)
+        return 0;
+    return static_cast<int32_t>(std::clamp<FT_Pos>(by.x, -0xFFFF, 0xFFFF));
+}
+
+static PointD pointOf(const FT_Vector *at)
+{
+    return { double(at->x), -double(at->y) };
+}
+
+Path FontFace::outline(char32_t character) const
+{
+    Path path;
+    if (!FT_IS_SCALABLE(m_face.get())
+        || FT_Load_Glyph(m_face.get(), glyphIndex(character), FT_LOAD_NO_SCALE) != 0
+        || m_face->glyph->format != FT_GLYPH_FORMAT_OUTLINE)
+        return path;
+    FT_Outline_Funcs calls{};
+    calls.move_to = [](const FT_Vector *to, void *user) {
+        auto &out = *static_cast<Path *>(user);
+        out.close();
+        out.moveTo(pointOf(to));
+        return 0;
+    };
+    calls.line_to = [](const FT_Vector *to, void *user) {
+        static_cast<Path *>(user)->lineTo(pointOf(to));
+        return 0;
+    };
+    calls.conic_to = [](const FT_Vector *control, const FT_Vector *to, void *user) {
+        auto &out = *static_cast<Path *>(user);
+        const PointD from = out.current(), middle = pointOf(control), end = pointOf(to);
+        const auto toward = [&middle](PointD p) {
+            return PointD{ p.x + (middle.x - p.x) * 2 / 3, p.y + (middle.y - p.y) * 2 / 3 };
+        };
+        out.curveTo(toward(from), toward(end), end);
+        return 0;
+    };
+    calls.cubic_to = [](const FT_Vector *first, const FT_Vector *second, const FT_Vector *to,
+                        void *user) {
+        static_cast<Path *>(user)->curveTo(pointOf(first), pointOf(second), pointOf(to));
+        return 0;
+    };
+    if (FT_Outline_Decompose(&m_face->glyph->outline, &calls, &path) != 0)
+        return {};
+    path.close();
+    return path;
+}
+
+FontShape FontFace::shape() const
+{
+    FontShape shape;
+    shape.tables = m_tables;
+    shape.underline = m_face->underline_position;
+    shape.underlineThickness = m_face->underline_thickness;
+    const auto *os2 = static_cast<const TT_OS2 *>(FT_Get_Sfnt_Table(m_face.get(), FT_SFNT_OS2));
+    if (os2 != nullptr) {
+        shape.strikeOut = os2->yStrikeoutPosition;
+        shape.strikeOutThickness = os2->yStrikeoutSize;
+    }
+    return shape;
 }
 
 void FontFace::readCharacters()
@@ -107,17 +176,20 @@ void FontFace::readCharacters()
     }
 }
 
-std::u16string FontFace::textOfGlyphs(std::u16string_view glyphs)
+std::u16string FontFace::charactersOfGlyphs(std::u16string_view glyphs)
 {
     if (m_characters.empty())
         readCharacters();
     std::u16string text(glyphs);
-    for (char16_t &unit : text) {
+    for (char16_t &unit : text)
         unit = m_characters[unit];
-        if (unit == 0)
-            return {};
-    }
     return text;
+}
+
+std::u16string FontFace::textOfGlyphs(std::u16string_view glyphs)
+{
+    std::u16string text = charactersOfGlyphs(glyphs);
+    return text.find(u'\0') == text.npos ? text : std::u16string();
 }
 
 } // namespace svgtool

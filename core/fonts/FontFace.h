@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/fonts/FontScaling.h"
+#include "core/fonts/FontShapes.h"
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -46,26 +46,35 @@ public:
     const FontFile &file() const { return m_file; }
     const FontTables &tables() const { return m_tables; }
     /// In font units, 0 to 65535.
-    int32_t advance(char16_t unit);
+    int32_t advance(char32_t character);
+    bool hasGlyph(char32_t character) const { return glyphIndex(character) != 0; }
+    /// By which viewers move @p right towards @p left, in font units.
+    int32_t kerning(char32_t left, char32_t right) const;
+    /// In font units, y downwards; empty where there is none.
+    Path outline(char32_t character) const;
+    /// The numbers of the lines that go with a text; isNamed is for the caller to know.
+    FontShape shape() const;
     /// As svgtool::textOfGlyphs.
     std::u16string textOfGlyphs(std::u16string_view glyphs);
+    /// As svgtool::charactersOfGlyphs.
+    std::u16string charactersOfGlyphs(std::u16string_view glyphs);
 
 private:
     struct KnownAdvance
     {
         bool isKnown = false;
-        char16_t unit = 0;
+        char32_t character = 0;
         uint16_t advance = 0;
     };
 
-    FT_UInt glyphIndex(char16_t unit) const;
-    uint16_t readAdvance(char16_t unit) const;
+    FT_UInt glyphIndex(char32_t character) const;
+    uint16_t readAdvance(char32_t character) const;
     void readCharacters();
 
     FontFile m_file;
     OpenFace m_face;
     FontTables m_tables;
-    std::array<KnownAdvance, 1024> m_advances; // a unit's place is its remainder
+    std::array<KnownAdvance, 1024> m_advances; // a character's place is its remainder
     std::vector<char16_t> m_characters; // by glyph number, 0 for none; filled when first needed
 };
 

@@ -219,18 +219,38 @@ bool Decoder::open(const Encoding &encoding)
     return true;
 }
 
+static bool hasPairs(uint8_t charSet)
+{
+    return charSet >= kShiftJis && charSet <= kChineseBig5;
+}
+
+static bool isLeadByte(uint8_t byte, uint8_t charSet)
+{
+    if (charSet == kShiftJis)
+        return isIn(byte, 0x81, 0x9F) || isIn(byte, 0xE0, 0xFC);
+    return hasPairs(charSet) && isIn(byte, 0x81, 0xFE);
+}
+
+static bool isTrailByte(uint8_t byte, uint8_t charSet)
+{
+    return isIn(byte, 0x40, charSet == kShiftJis ? 0xFC : 0xFE) && byte != 0x7F;
+}
+
+int64_t characterLength(ByteView bytes, uint8_t charSet)
+{
+    const bool isPair = bytes.size > 1 && isLeadByte(byteOf(bytes.data[0]), charSet)
+            && isTrailByte(byteOf(bytes.data[1]), charSet);
+    return isPair ? 2 : 1;
+}
+
 bool Decoder::isLead(char character) const
 {
-    const uint8_t byte = byteOf(character);
-    if (m_charSet == kShiftJis)
-        return isIn(byte, 0x81, 0x9F) || isIn(byte, 0xE0, 0xFC);
-    return m_hasPairs && isIn(byte, 0x81, 0xFE);
+    return isLeadByte(byteOf(character), m_charSet);
 }
 
 bool Decoder::isTrail(char character) const
 {
-    const uint8_t byte = byteOf(character);
-    return isIn(byte, 0x40, m_charSet == kShiftJis ? 0xFC : 0xFE) && byte != 0x7F;
+    return isTrailByte(byteOf(character), m_charSet);
 }
 
 // Converts from the front of the bytes until they, the room or the characters that iconv knows are

@@ -17,4 +17,7 @@ namespace svgtool {
 /// @note May be called from any thread; one decodes at a time, but for texts in ASCII.
 std::u16string decodeText(ByteView bytes, uint8_t charSet);
 
+/// How many of the bytes, 1 or 2, are the first character. There must be one.
+int64_t characterLength(ByteView bytes, uint8_t charSet);
+
 } // namespace svgtool
