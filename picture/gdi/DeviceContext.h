@@ -6,6 +6,7 @@
 #include "picture/gdi/Device.h"
 #include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
+#include "picture/gdi/TextLayout.h"
 #include "picture/scene/Grounds.h"
 #include "picture/scene/SceneBuilder.h"
 
@@ -136,9 +137,7 @@ public:
     Played stretchBlt(const BlitBox &to, const BlitSource *source, uint32_t operation);
 
     // Text.
-    /// @param advances  of each UTF-16 unit, logical; empty where the font's own count
-    Played textOut(std::u16string_view text, PointD reference, uint32_t options, const RectD &box,
-                   std::span<const int32_t> advances);
+    Played textOut(const TextCall &call);
 
 private:
     // The mapping.
@@ -241,6 +240,16 @@ private:
     Played intersectTerm(ClipTerm term);
     void updateClip();
     Path regionPath(const Region &region) const;
+
+    // Text. Axes are from where letters lie, along the baseline and down, to the picture.
+    using Placed = std::span<const PlacedCharacter>;
+    Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
+    void fillQuad(const RectD &box, const Affine &axes, Color color);
+    Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
+    void addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
+    void drawText(Placed characters, const TextCall &call, const RealizedFont &font,
+                  const Affine &axes, Index clip);
+    void drawLines(Placed characters, const RealizedFont &font, const Affine &axes);
 
     const GdiObject *object(uint32_t handle) const;
     Palette *palette(uint32_t handle);

@@ -1,78 +1,255 @@
-#include "core/fonts/FontEngine.h"
 #include "picture/gdi/DeviceContext.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
-#include <numeric>
 
 namespace svgtool::picture {
 
-// Text alignment, [MS-EMF] 2.1.32 and the next.
-static constexpr uint32_t kUpdatePosition = 1, kRight = 2, kCenter = 6, kBottom = 8, kBaseline = 24;
-static constexpr uint32_t kOpaque = 2, kClipped = 4, kGlyphIndex = 0x10;
+// Text alignment, [MS-WMF] 2.1.2.3.
+static constexpr uint32_t kUpdatePosition = 1, kRight = 2, kCenter = 6, kBottom = 8, kBaseline = 24,
+                          kReadsLeft = 0x100;
 
-Played DeviceContext::textOut(std::u16string_view text, PointD reference, uint32_t options,
-                              const RectD &box, std::span<const int32_t> advances)
+// What XML has no character for, and what is not seen anyway.
+static bool isShown(char32_t character)
 {
-    if ((options & kOpaque) != 0 && !m_state.clip.isEmpty && m_state.toDevice.keepsRectangles()
-        && !box.isEmpty())
-        fillBox(mapBounds(toPicture(), box), m_state.backgroundColor);
-    if ((options & kGlyphIndex) != 0)
-        return notDone("its values make no sense");
-    const Font &font = *m_state.font;
-    const bool usesPosition = (m_state.textAlign & kUpdatePosition) != 0;
-    const PointD at = usesPosition ? m_state.current : reference;
+    const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
+    return !isControl && (character & 0xFFFE) != 0xFFFE;
+}
 
-    // The font's proportions, asked for at a size at which whole pixels are fine enough.
-    constexpr int32_t kPixels = 2048;
-    const FontMetrics metrics = fontMetrics(font.face, font.weight, -kPixels);
-    const bool isKnown = metrics.height > 0;
-    const double ascent = isKnown ? double(metrics.ascent) / kPixels : 0.9;
-    const double cell = isKnown ? double(metrics.height) / kPixels : 1.15;
-    const double height = font.height == 0 ? 16 : std::abs(double(font.height));
-    const double em = font.height < 0 ? height : height / cell;
-    const double width = advances.empty()
-            ? em * textExtent(text, font.face, font.weight, -kPixels).width / kPixels
-            : std::accumulate(advances.begin(), advances.end(), 0.0);
-    const double turn = font.escapement / 10.0 * std::numbers::pi / 180;
-    const PointD along{ std::cos(turn), -std::sin(turn) };
-    const PointD down{ std::sin(turn), std::cos(turn) };
-    const uint32_t horizontal = m_state.textAlign & kCenter;
-    const uint32_t vertical = m_state.textAlign & kBaseline;
+static bool isBlank(char32_t character)
+{
+    return character == U' ' || character == 0xA0;
+}
+
+// Without the blanks at its ends and the controls.
+static std::vector<PlacedCharacter> shownCharacters(const TextLayout &layout)
+{
+    std::vector<PlacedCharacter> shown;
+    for (PlacedCharacter each : layout.characters) {
+        constexpr char32_t kSoftHyphen = 0xAD; // drawn by GDI, but by no viewer within a line
+        if (each.character == kSoftHyphen)
+            each.character = U'-';
+        if (isShown(each.character) && !(shown.empty() && isBlank(each.character)))
+            shown.push_back(each);
+    }
+    while (!shown.empty() && isBlank(shown.back().character))
+        shown.pop_back();
+    return shown;
+}
+
+static void appendUtf16(std::u16string &out, char32_t character)
+{
+    if (character >= 0x10000) {
+        out += char16_t(0xD7C0 + (character >> 10));
+        out += char16_t(0xDC00 | (character & 0x3FF));
+    } else {
+        out += char16_t(character);
+    }
+}
+
+// How far the line's left end and its baseline are from the reference point.
+static PointD alignedOffset(uint32_t align, double width, const RealizedFont &font)
+{
+    const uint32_t horizontal = align & kCenter, vertical = align & kBaseline;
     const double back = horizontal == kCenter ? width / 2 : horizontal == kRight ? width : 0;
-    const double fall = vertical == kBaseline ? 0
-            : vertical == kBottom             ? em * (ascent - cell)
-                                              : em * ascent;
-    // Letters stay upright where the axes of a page are turned.
-    const double upright = m_state.toDevice.d < 0 ? -1 : 1;
-    const PointD baseline{ at.x - along.x * back + down.x * fall * upright,
-                           at.y - along.y * back + down.y * fall * upright };
-    if (usesPosition)
-        m_state.current = { at.x + along.x * width, at.y + along.y * width };
-    if (text.empty() || m_state.clip.isEmpty)
-        return kDone;
+    const double down = vertical == kBaseline ? 0
+            : vertical == kBottom             ? -font.descent
+                                              : font.ascent;
+    return { -back, down };
+}
 
-    Text run;
-    run.characters = text;
-    const Affine map = toPicture();
-    const double scale = map.scaleY();
-    run.baseline = map.map(baseline);
-    run.angle = font.escapement / 10.0;
-    run.size = em * scale;
-    for (const int32_t advance : advances)
-        run.advances.push_back(advance * map.scaleX());
-    run.face = font.face;
-    run.weight = uint16_t(std::clamp(font.weight, 0, 1000));
-    run.charSet = font.charSet;
-    run.pitchAndFamily = font.pitchAndFamily;
-    run.isItalic = font.isItalic;
-    run.isUnderlined = font.isUnderlined;
-    run.isStruckOut = font.isStruckOut;
+// Where the letters' own units lie in the picture: the reference point is a whole device unit
+// where the letters are.
+Affine DeviceContext::textAxes(const TextCall &call, const RealizedFont &font, double width) const
+{
+    const bool usesPosition = (m_state.textAlign & kUpdatePosition) != 0;
+    PointD reference = device(usesPosition ? m_state.current : call.reference);
+    if (font.isWhole)
+        reference = { std::floor(reference.x + 0.5), std::floor(reference.y + 0.5) };
+    reference = m_device.toPicture.map(reference);
+    const PointD offset = font.axes.mapVector(alignedOffset(m_state.textAlign, width, font));
+    Affine axes = font.axes;
+    axes.e = reference.x + offset.x;
+    axes.f = reference.y + offset.y;
+    return axes;
+}
+
+void DeviceContext::fillQuad(const RectD &box, const Affine &axes, Color color)
+{
+    if (axes.keepsRectangles()) {
+        fillBox(mapBounds(axes, box), color);
+        return;
+    }
     Node node = newNode();
+    node.fill = m_builder.paint({ Paint::Kind::Solid, color, kNone });
+    Path path;
+    path.addRect(box);
+    path.transform(axes);
+    m_builder.add(node, path);
+}
+
+// The clip of a text that has one of its own; that in force where the letters are well inside.
+Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affine &axes)
+{
+    const Index inForce = m_state.clip.inScene;
+    const Affine map = toPicture();
+    if ((call.options & TextOption::kClipped) == 0
+        || (map.keepsRectangles() && mapBounds(map, call.box).contains(mapBounds(axes, ink))))
+        return inForce;
+    Path path;
+    path.addRect(call.box);
+    path.transform(map);
+    return m_builder.clip({ inForce, path, false });
+}
+
+void DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
+                              const Affine &axes)
+{
+    std::u32string text;
+    for (const PlacedCharacter &each : characters)
+        text += each.character;
+    const auto toDevice = m_device.toPicture.inverse();
+    const double perUnit = font.em / font.shape.tables.unitsPerEm;
+    const auto outlines = characterOutlines(text, font.request);
+    for (size_t i = 0; toDevice && i < characters.size(); ++i) {
+        Path outline = outlines[i];
+        outline.transform(Affine::scale(perUnit, perUnit)
+                                  .then(Affine::translation(characters[i].x, characters[i].y))
+                                  .then(axes)
+                                  .then(*toDevice));
+        m_path.append(outline);
+    }
+}
+
+// Letters that are neither stretched nor mirrored nor sheared need no more than a turn.
+static bool isTurn(const Affine &axes)
+{
+    constexpr double kClose = 1e-6;
+    return std::abs(axes.a - axes.d) < kClose && std::abs(axes.b + axes.c) < kClose
+            && std::abs(axes.determinant() - 1) < kClose;
+}
+
+void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const TextCall &call,
+                             const RealizedFont &font, const Affine &axes, Index clip)
+{
+    constexpr double kTolerance = 0.2; // pixels that a character may be away from its place
+    constexpr double kDegree = 57.29577951308232;
+    Text run;
+    std::vector<uint32_t> units; // the first of each character
+    bool isShaped = false, isReversed = false;
+    run.width = std::abs(characters.back().x - characters.front().x) + font.em;
+    for (const PlacedCharacter &each : characters) {
+        units.push_back(uint32_t(run.characters.size()));
+        appendUtf16(run.characters, each.character);
+        isShaped = isShaped || needsShaping(each.character);
+        isReversed = isReversed || isRightToLeft(each.character);
+    }
+    const bool hasGlyphs = (call.options & TextOption::kGlyphs) != 0;
+    // Characters in the order of writing stand where only a viewer knows.
+    const bool isViewers = isReversed ? !hasGlyphs : isShaped;
+    const double start = isViewers && isReversed ? 0 : characters.front().x;
+    if (isViewers)
+        run.pieces.push_back({});
+    else
+        for (const TextRun &each :
+             divided(characters, font, kTolerance * m_device.unitsPerPixel / axes.scaleX()))
+            run.pieces.push_back({ units[each.first], each.x - start, each.y });
+    if (hasGlyphs && isReversed)
+        run.order = Text::Order::AsItStands;
+    else if ((call.options & TextOption::kRightToLeft) != 0
+             || (m_state.textAlign & kReadsLeft) != 0)
+        run.order = isReversed ? Text::Order::RightToLeft : Text::Order::Natural;
+
+    Node node = newNode();
+    node.clip = clip;
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
+    const PointD baseline = axes.map({ start, 0 });
+    FontStyle style = fontStyleOf(*m_state.font);
+    style.size = font.em;
+    if (isTurn(axes)) {
+        run.baseline = baseline;
+        run.turn = axes.b == 0 && axes.a > 0 ? 0 : std::atan2(-axes.b, axes.a) * kDegree;
+    } else {
+        Affine placed = axes;
+        placed.e = baseline.x;
+        placed.f = baseline.y;
+        node.transform = m_builder.transform(placed);
+    }
+    const bool isDecorated = style.isUnderlined || style.isStruckOut;
+    if (isDecorated && run.pieces.size() > 1)
+        style.isUnderlined = style.isStruckOut = false;
+    run.font = m_builder.font(style);
+    const bool drawsLines = isDecorated && !style.isUnderlined && !style.isStruckOut;
     m_builder.add(node, std::move(run));
-    return (options & kClipped) != 0 ? approximated("it looks different") : kDone;
+    if (drawsLines)
+        drawLines(characters, font, axes);
+}
+
+// Lines under and through letters that a viewer would break where letters are told their places.
+void DeviceContext::drawLines(std::span<const PlacedCharacter> characters, const RealizedFont &font,
+                              const Affine &axes)
+{
+    const FontShape &shape = font.shape;
+    const double perUnit = font.em / shape.tables.unitsPerEm;
+    const PlacedCharacter &last = characters.back();
+    const auto line = [&](double top, double thickness) {
+        double above = top * perUnit, high = thickness * perUnit;
+        if (font.isWhole) {
+            above = std::floor(above + 0.5);
+            high = std::max(1.0, std::floor(high + 0.5));
+        }
+        fillQuad({ characters.front().x, -above, last.x + last.shape.advance * perUnit,
+                   -above + high },
+                 axes, m_state.textColor);
+    };
+    if (m_state.font->isUnderlined)
+        line(shape.underline + shape.underlineThickness / 2.0, shape.underlineThickness);
+    if (m_state.font->isStruckOut)
+        line(shape.strikeOut, shape.strikeOutThickness);
+}
+
+Played DeviceContext::textOut(const TextCall &call)
+{
+    if ((call.options & TextOption::kOpaque) != 0 && !m_state.clip.isEmpty)
+        fillQuad(call.box, toPicture(), m_state.backgroundColor);
+    const auto font = realizeFont(m_state, m_device, call.isAdvanced);
+    if (!font || call.text.empty())
+        return kDone;
+    TextCall resolved = call;
+    std::u16string named;
+    Played played = kDone;
+    if ((call.options & TextOption::kGlyphs) != 0) {
+        named = charactersOfGlyphs(call.text, font->request);
+        if (!font->shape.isNamed)
+            named.assign(call.text.size(), u'\0');
+        if (named.find(u'\0') != named.npos)
+            played = approximated("it names glyphs of a font that is not installed");
+        resolved.text = named;
+    }
+    const TextLayout layout = layOut(resolved, m_state, *font);
+    const Affine axes = textAxes(call, *font, layout.width);
+    if ((m_state.textAlign & kUpdatePosition) != 0) {
+        const PointD offset = alignedOffset(m_state.textAlign, layout.width, *font);
+        const PointD end = axes.map({ layout.width, -offset.y });
+        if (const auto toLogical = toPicture().inverse())
+            m_state.current = toLogical->map(end);
+    }
+    const auto shown = shownCharacters(layout);
+    if (m_isInPath) {
+        addToPath(shown, *font, axes);
+        return played;
+    }
+    if (m_state.clip.isEmpty)
+        return played;
+    const RectD box{ 0, -font->ascent, layout.width, font->descent };
+    if (m_state.isOpaque)
+        fillQuad(box, axes, m_state.backgroundColor);
+    if (!shown.empty()) {
+        const double reach = font->em / 4; // what letters may stick out of their boxes by
+        const RectD ink{ shown.front().x - reach, box.top, shown.back().x + font->em, box.bottom };
+        drawText(shown, resolved, *font, axes, textClip(call, ink, axes));
+    }
+    return played;
 }
 
 } // namespace svgtool::picture

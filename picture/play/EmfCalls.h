@@ -122,6 +122,21 @@ Played setDibitsToDevice(DeviceContext &dc, ByteView record);
 Played stretchDibits(DeviceContext &dc, ByteView record);
 
 // Text: EmfCalls_Text.cpp.
-Played extTextOut(DeviceContext &dc, ByteView record);
+enum class Encoding { Unicode, Bytes }; ///< of a text: UTF-16, or of the font's character set
+
+Played playTextOut(DeviceContext &dc, ByteView record, Encoding encoding);
+Played playPolyTextOut(DeviceContext &dc, ByteView record, Encoding encoding);
+
+template<Encoding encoding>
+Played textOut(DeviceContext &dc, ByteView record)
+{
+    return playTextOut(dc, record, encoding);
+}
+template<Encoding encoding>
+Played polyTextOut(DeviceContext &dc, ByteView record)
+{
+    return playPolyTextOut(dc, record, encoding);
+}
+Played smallTextOut(DeviceContext &dc, ByteView record);
 
 } // namespace svgtool::picture::emf

@@ -1,8 +1,6 @@
 #include "picture/play/WmfCalls.h"
 
-#include "core/text/CharacterSet.h"
-
-#include <vector>
+#include "picture/play/TextCharacters.h"
 
 namespace svgtool::picture::wmf {
 
@@ -21,8 +19,9 @@ Played textOut(DeviceContext &dc, ByteView record)
     if (!text)
         return kTooFewCharacters;
     fields.skip(padded(count));
-    const std::u16string characters = decodeText(*text, dc.state().font->charSet);
-    return dc.textOut(characters, takePoint(fields), 0, {}, {});
+    TextCharacters characters;
+    decodeCharacters(characters, *text, *dc.state().font);
+    return dc.textOut({ characters.units, takePoint(fields), 0, {}, {}, {}, false });
 }
 
 Played extTextOut(DeviceContext &dc, ByteView record)
@@ -41,14 +40,20 @@ Played extTextOut(DeviceContext &dc, ByteView record)
     if (!text)
         return kTooFewCharacters;
     fields.skip(padded(count));
-    const std::u16string characters = decodeText(*text, dc.state().font->charSet);
-    std::vector<int32_t> advances;
-    // An advance for each byte, which is one for each character but in double-byte sets.
-    if (slice(record, fields.offset(), count * 2) && characters.size() == size_t(count)) {
-        for (int64_t i = 0; i < count; ++i)
-            advances.push_back(fields.shortInt());
+    constexpr uint32_t kPairs = 0x2000; // ETO_PDY: the advances are pairs
+    const bool hasPairs = (options & kPairs) != 0;
+    TextCharacters characters;
+    // An advance for each byte.
+    if (slice(record, fields.offset(), count * (hasPairs ? 4 : 2))) {
+        for (int64_t i = 0; i < count; ++i) {
+            characters.advances.push_back(fields.shortInt());
+            if (hasPairs)
+                characters.rises.push_back(fields.shortInt());
+        }
     }
-    return dc.textOut(characters, reference, options, box, advances);
+    decodeCharacters(characters, *text, *dc.state().font);
+    return dc.textOut({ characters.units, reference, options, box, characters.advances,
+                        characters.rises, false });
 }
 
 } // namespace svgtool::picture::wmf

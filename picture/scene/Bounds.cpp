@@ -248,13 +248,15 @@ namespace {
             path.addEllipse({ radii.x, 0, 0, radii.y, center.x, center.y });
             return replace(node, path, box, unit);
         }
-        static bool isNear(const Text &text, const RectD &box)
+        bool isNear(const Text &text, const RectD &box) const
         {
+            const double size = m_scene.fonts[text.font].size;
             const double all = box.width() + box.height();
-            return contains(box, text.baseline) && text.size > 0 && text.size < all
-                    && text.stretch > 0 && text.stretch < kFar && std::isfinite(text.angle)
-                    && std::ranges::all_of(text.advances,
-                                           [&](double way) { return std::abs(way) < all; });
+            return contains(box, text.baseline) && size > 0 && size < all
+                    && std::isfinite(text.turn) && std::isfinite(reachOf(m_scene, text))
+                    && std::ranges::all_of(text.pieces, [&](const Text::Piece &piece) {
+                           return std::abs(piece.x) < all && std::abs(piece.y) < all;
+                       });
         }
 
         Scene &m_scene;

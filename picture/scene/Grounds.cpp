@@ -40,11 +40,8 @@ namespace {
         }
         case Node::Kind::Text: {
             const Text &text = scene.texts[node.geometry];
-            double reach = text.size * 2;
-            for (size_t i = 0; i < text.characters.size(); ++i)
-                reach += i < text.advances.size() ? std::abs(text.advances[i]) : text.size;
             return grown({ text.baseline.x, text.baseline.y, text.baseline.x, text.baseline.y },
-                         reach);
+                         reachOf(scene, text));
         }
         case Node::Kind::Path:
             break;

@@ -3,6 +3,7 @@
 #include "core/geometry/Outline.h"
 #include "core/raster/Bitmap.h"
 
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -100,22 +101,45 @@ struct PathRange
     uint32_t firstPoint = 0, points = 0;
 };
 
-/// A run of characters on one baseline.
-struct Text
+/// What letters look like. Names are tried in their order, the generic family at last.
+struct FontStyle
 {
-    std::u16string characters;
-    PointD baseline; ///< of the first character's left end, before the turn
-    double angle = 0; ///< degrees against the clock
-    std::vector<double> advances; ///< of each UTF-16 unit; empty to leave them to the viewer
-    double size = 0; ///< pixels per em
-    double stretch = 1; ///< of the width
-    std::u16string face;
-    uint16_t weight = 400;
-    uint8_t charSet = 0;
-    uint8_t pitchAndFamily = 0;
+    enum class Generic : uint8_t { SansSerif, Serif, Monospace, Cursive, Fantasy };
+
+    std::vector<std::u16string> families;
+    Generic generic = Generic::SansSerif;
+    double size = 0; ///< of the em
+    uint16_t weight = 400; ///< 100 to 900
     bool isItalic = false;
     bool isUnderlined = false;
     bool isStruckOut = false;
+
+    bool operator==(const FontStyle &) const = default;
+};
+
+/// A run of characters on one baseline.
+struct Text
+{
+    enum class Order : uint8_t {
+        Natural, ///< from left to right, but for what is written the other way by its nature
+        RightToLeft, ///< what has no direction of its own goes from right to left
+        AsItStands, ///< from left to right whatever the characters are
+    };
+
+    /// Characters that follow one another as a viewer has it, up to the next piece.
+    struct Piece
+    {
+        uint32_t first = 0; ///< UTF-16 unit; of the first piece it is 0
+        double x = 0, y = 0; ///< where that stands, from the left end along the baseline and down
+    };
+
+    std::u16string characters; ///< as XML allows them; surrogates in pairs
+    PointD baseline; ///< left end, before the turn
+    double turn = 0; ///< degrees against the clock, around that
+    std::vector<Piece> pieces; ///< one or more
+    double width = 0; ///< of the whole run
+    Order order = Order::Natural;
+    Index font = kNone; ///< in Scene::fonts
 };
 
 struct Rect
@@ -202,6 +226,17 @@ struct Scene
     std::vector<Pattern> patterns;
     std::vector<Clip> clips;
     std::vector<Affine> transforms;
+    std::vector<FontStyle> fonts;
 };
+
+/// No letter of a text reaches further from its left end than this, in its own units.
+inline double reachOf(const Scene &scene, const Text &text)
+{
+    constexpr double kWide = 3; // ems: no letter is wider, nor far off the baseline
+    double reach = 0;
+    for (const Text::Piece &piece : text.pieces)
+        reach = std::fmax(reach, std::fmax(std::fabs(piece.x), std::fabs(piece.y)));
+    return reach + text.width + kWide * scene.fonts[text.font].size;
+}
 
 } // namespace svgtool::picture

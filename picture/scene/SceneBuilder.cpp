@@ -137,6 +137,19 @@ Index SceneBuilder::transform(const Affine &matrix)
     return once(m_transforms, m_scene.transforms, matrix, key.take());
 }
 
+Index SceneBuilder::font(const FontStyle &font)
+{
+    Key key;
+    key << font.generic << font.size << font.weight << font.isItalic << font.isUnderlined
+        << font.isStruckOut;
+    for (const std::u16string &family : font.families) {
+        for (const char16_t unit : family)
+            key << unit;
+        key << u'\0';
+    }
+    return once(m_fonts, m_scene.fonts, font, key.take());
+}
+
 void SceneBuilder::add(Node node, const Path &path, const Affine &place)
 {
     node.kind = Node::Kind::Path;

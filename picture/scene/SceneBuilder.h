@@ -24,6 +24,7 @@ public:
     Index clip(const Clip &clip);
     /// kNone for the identity.
     Index transform(const Affine &matrix);
+    Index font(const FontStyle &font);
 
     /// The geometry of the node is added with it, the rest of it taken as it stands.
     /// @param place  to the units of the node, which lie in front of its transform
@@ -50,7 +51,7 @@ private:
                       std::string key);
 
     Scene m_scene;
-    Known m_paints, m_strokes, m_hatches, m_patterns, m_clips, m_transforms;
+    Known m_paints, m_strokes, m_hatches, m_patterns, m_clips, m_transforms, m_fonts;
     std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
 };
 

@@ -34,25 +34,14 @@ namespace {
         return boxes;
     }
 
-    bool isBlank(const Text &text)
+    bool isBlank(const Scene &scene, const Text &text)
     {
-        return !text.isUnderlined && !text.isStruckOut
+        const FontStyle &font = scene.fonts[text.font];
+        return !font.isUnderlined && !font.isStruckOut
                 && std::ranges::all_of(text.characters, [](char16_t unit) {
                        constexpr char16_t kNoBreakSpace = 0xA0;
                        return unit <= u' ' || unit == kNoBreakSpace;
                    });
-    }
-
-    // Letters reach no further from their beginning than this.
-    double reachOf(const Text &text)
-    {
-        constexpr double kWide = 3; // ems: no letter is wider, nor far off the baseline
-        double reach = kWide * text.size * std::fmax(text.stretch, 1);
-        for (const double advance : text.advances)
-            reach += std::abs(advance);
-        if (text.advances.empty())
-            reach *= double(text.characters.size() + 1);
-        return reach;
     }
 
     // How far a stroke reaches beyond its line.
@@ -85,7 +74,7 @@ namespace {
         case Node::Kind::Text: {
             const Text &text = scene.texts[node.geometry];
             return grown({ text.baseline.x, text.baseline.y, text.baseline.x, text.baseline.y },
-                         reachOf(text));
+                         reachOf(scene, text));
         }
         case Node::Kind::Image:
             return scene.imagePlaces[node.geometry].box;
@@ -99,7 +88,7 @@ namespace {
                 node.fill != kNone || node.stroke != kNone || node.kind == Node::Kind::Image;
         if (!(node.opacity > 0) || !isPainted || window.isEmpty())
             return false;
-        if (node.kind == Node::Kind::Text && isBlank(scene.texts[node.geometry]))
+        if (node.kind == Node::Kind::Text && isBlank(scene, scene.texts[node.geometry]))
             return false;
         if (node.kind == Node::Kind::Path && scene.verbsOf(node).size() < 2)
             return false;

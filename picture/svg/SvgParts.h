@@ -26,7 +26,7 @@ void writeEllipse(SvgDocument &document, const Ellipse &ellipse);
 // SvgText.cpp
 void writeText(SvgDocument &document, const Text &text);
 /// One of the properties of fonts; nothing where it is the default.
-void writeFont(SvgDocument &document, const Text &text, Property property);
+void writeFont(SvgDocument &document, const FontStyle &font, Property property);
 /// From behind the last attribute.
 void writeTextEnd(SvgDocument &document, const Text &text);
 

@@ -154,12 +154,12 @@ void SvgStyles::addStroke(Style &style, const Node &node)
         valueOf(style, Property::StrokeMiterlimit) = values.miterLimit;
 }
 
-void SvgStyles::addFont(Style &style, const Text &text)
+void SvgStyles::addFont(Style &style, const FontStyle &font)
 {
     for (const Property property :
          { Property::FontFamily, Property::FontSize, Property::FontWeight, Property::FontStyle }) {
         const int64_t start = m_document.text().size();
-        writeFont(m_document, text, property);
+        writeFont(m_document, font, property);
         valueOf(style, property) = take(start);
     }
 }
@@ -195,8 +195,9 @@ Style SvgStyles::styleOf(const Node &node)
         }
     }
     if (node.kind == Node::Kind::Text) {
-        valueOf(style, Property::Transform) = kOwn;
-        addFont(style, scene.texts[node.geometry]);
+        if (node.transform == kNone) // its turn, if it has one, is its own
+            valueOf(style, Property::Transform) = kOwn;
+        addFont(style, scene.fonts[scene.texts[node.geometry].font]);
     }
     return style;
 }

@@ -64,7 +64,7 @@ private:
     Index fill(Index paint);
     const StrokeValues &stroke(Index stroke);
     void addStroke(Style &style, const Node &node);
-    void addFont(Style &style, const Text &text);
+    void addFont(Style &style, const FontStyle &font);
 
     SvgDocument &m_document;
     std::vector<std::string> m_texts;

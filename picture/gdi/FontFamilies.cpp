@@ -1,0 +1,121 @@
+#include "picture/gdi/TextLayout.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace svgtool::picture {
+
+using Generic = FontStyle::Generic;
+
+namespace {
+
+    /// Faces of the same metrics, or as near as there are, which stand in for one another.
+    struct Twins
+    {
+        std::u16string_view face;
+        std::u16string_view first, second; ///< tried after it; empty for none
+        Generic generic;
+    };
+    constexpr Twins kTwins[] = {
+        { u"arial", u"Liberation Sans", {}, Generic::SansSerif },
+        { u"liberation sans", u"Arial", {}, Generic::SansSerif },
+        { u"helvetica", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"helv", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"ms sans serif", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"microsoft sans serif", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"ms shell dlg", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"ms shell dlg 2", u"Tahoma", {}, Generic::SansSerif },
+        { u"system", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"arial narrow", u"Liberation Sans Narrow", {}, Generic::SansSerif },
+        { u"tahoma", u"Verdana", u"DejaVu Sans", Generic::SansSerif },
+        { u"verdana", u"DejaVu Sans", {}, Generic::SansSerif },
+        { u"calibri", u"Carlito", {}, Generic::SansSerif },
+        { u"carlito", u"Calibri", {}, Generic::SansSerif },
+        { u"times new roman", u"Liberation Serif", {}, Generic::Serif },
+        { u"liberation serif", u"Times New Roman", {}, Generic::Serif },
+        { u"times", u"Times New Roman", u"Liberation Serif", Generic::Serif },
+        { u"tms rmn", u"Times New Roman", u"Liberation Serif", Generic::Serif },
+        { u"ms serif", u"Times New Roman", u"Liberation Serif", Generic::Serif },
+        { u"roman", u"Times New Roman", u"Liberation Serif", Generic::Serif },
+        { u"cambria", u"Caladea", {}, Generic::Serif },
+        { u"cambria math", u"Cambria", u"Caladea", Generic::Serif },
+        { u"caladea", u"Cambria", {}, Generic::Serif },
+        { u"georgia", u"Gelasio", {}, Generic::Serif },
+        { u"courier new", u"Liberation Mono", {}, Generic::Monospace },
+        { u"liberation mono", u"Courier New", {}, Generic::Monospace },
+        { u"courier", u"Courier New", u"Liberation Mono", Generic::Monospace },
+        { u"fixedsys", u"Courier New", u"Liberation Mono", Generic::Monospace },
+        { u"terminal", u"Courier New", u"Liberation Mono", Generic::Monospace },
+        { u"consolas", u"Inconsolata", {}, Generic::Monospace },
+        { u"lucida console", u"DejaVu Sans Mono", {}, Generic::Monospace },
+        { u"comic sans ms", u"Comic Neue", {}, Generic::Cursive },
+    };
+
+    // Families, [MS-WMF] 2.2.2.14 and 2.1.1.24.
+    constexpr uint8_t kFixedPitch = 1, kRoman = 0x10, kModern = 0x30, kScript = 0x40,
+                      kDecorative = 0x50;
+
+} // namespace
+
+static std::u16string lowered(std::u16string_view name)
+{
+    std::u16string lower(name);
+    for (char16_t &unit : lower)
+        unit = unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit;
+    return lower;
+}
+
+static Generic genericOf(const Font &font)
+{
+    switch (font.pitchAndFamily & 0xF0) {
+    case kRoman:
+        return Generic::Serif;
+    case kModern:
+        return Generic::Monospace;
+    case kScript:
+        return Generic::Cursive;
+    case kDecorative:
+        return Generic::Fantasy;
+    default:
+        return (font.pitchAndFamily & 3) == kFixedPitch ? Generic::Monospace : Generic::SansSerif;
+    }
+}
+
+static uint16_t weightOf(int32_t weight)
+{
+    // A face is regular or bold to GDI; only what is far from both keeps its own weight.
+    constexpr int32_t kLight = 350, kLastRegular = 550, kLastBold = 750;
+    if (weight <= 0 || (weight > kLight && weight <= kLastRegular))
+        return 400;
+    if (weight > kLastRegular && weight <= kLastBold)
+        return 700;
+    return uint16_t(std::clamp((weight + 50) / 100, 1, 9) * 100);
+}
+
+FontStyle fontStyleOf(const Font &font)
+{
+    FontStyle style;
+    style.weight = weightOf(font.weight);
+    style.isItalic = font.isItalic;
+    style.isUnderlined = font.isUnderlined;
+    style.isStruckOut = font.isStruckOut;
+    style.generic = genericOf(font);
+    std::u16string face = font.face;
+    if (!face.empty() && face.front() == u'@') // letters for vertical lines
+        face.erase(0, 1);
+    if (!face.empty())
+        style.families.push_back(face);
+    const auto *const twins = std::ranges::find(kTwins, lowered(face), &Twins::face);
+    if (twins != std::end(kTwins)) {
+        style.generic = twins->generic;
+        for (const std::u16string_view other : { twins->first, twins->second }) {
+            if (!other.empty())
+                style.families.emplace_back(other);
+        }
+    } else if (face.empty()) {
+        style.families = { u"Arial", u"Liberation Sans" };
+    }
+    return style;
+}
+
+} // namespace svgtool::picture

@@ -1,0 +1,224 @@
+#include "picture/gdi/TextLayout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace svgtool::picture {
+
+// Letters are drawn upright whatever the signs of the mapping are, but in the advanced mode.
+static Affine upright(const State &state, const Affine &map)
+{
+    const Affine &all = state.toDevice, &world = state.world;
+    Affine turned = map;
+    if (all.a * world.a + all.c * world.c < 0) {
+        turned.a = -turned.a;
+        turned.b = -turned.b;
+    }
+    if (all.b * world.b + all.d * world.d < 0) {
+        turned.c = -turned.c;
+        turned.d = -turned.d;
+    }
+    if (turned.determinant() < 0) {
+        const double sign = turned.a < 0 ? -1 : 1;
+        turned = { sign * turned.a, sign * turned.b, -sign * turned.c, -sign * turned.d, 0, 0 };
+    }
+    return turned;
+}
+
+static bool isSheared(const Affine &map)
+{
+    const double across = map.a * map.c + map.b * map.d;
+    return std::abs(across) > 1e-3 * map.scaleX() * map.scaleY();
+}
+
+/// How high a font's letters are: in pixels as GDI has them, while those are fine enough for the
+/// picture, else as they come out.
+static void setSize(RealizedFont &realized, int32_t height, double scale, const Device &device)
+{
+    constexpr double kLeastWhole = 4, kMostWhole = 1e6;
+    constexpr double kCoarse = 0.5; // units of a CSS pixel
+    const FontTables &tables = realized.shape.tables;
+    const double unitsPerEm = tables.unitsPerEm;
+    const double asked = height != 0 ? std::abs(double(height)) * scale : 16 * device.unitsPerPixel;
+    realized.isWhole =
+            asked >= kLeastWhole && asked <= kMostWhole && device.unitsPerPixel >= kCoarse;
+    if (realized.isWhole) {
+        const auto whole = int32_t(std::floor(asked + 0.5));
+        const int32_t pixels = pixelsPerEm(tables, height < 0 ? -whole : whole);
+        const FontMetrics metrics = scaledMetrics(tables, pixels);
+        realized.em = pixels;
+        realized.ascent = metrics.ascent;
+        realized.descent = metrics.descent;
+    } else {
+        const double cell = tables.winAscent + tables.winDescent;
+        realized.em = height < 0 ? asked : asked * unitsPerEm / cell;
+        realized.ascent = realized.em * tables.winAscent / unitsPerEm;
+        realized.descent = realized.em * tables.winDescent / unitsPerEm;
+    }
+}
+
+static FontRequest measuredFace(const Font &font, FontShape &shape)
+{
+    FontRequest request{ font.face, font.weight, font.isItalic };
+    if (!request.face.empty() && request.face.front() == u'@')
+        request.face.erase(0, 1);
+    shape = fontShape(request);
+    // Others of its kind stand in for a face that is not there.
+    const FontStyle style = fontStyleOf(font);
+    for (size_t i = 0; i < style.families.size() && !shape.isNamed; ++i) {
+        const FontRequest other{ style.families[i], font.weight, font.isItalic };
+        const FontShape found = fontShape(other);
+        if (found.isNamed) {
+            request = other;
+            shape = found;
+            shape.isNamed = false;
+            break;
+        }
+    }
+    return request;
+}
+
+std::optional<RealizedFont> realizeFont(const State &state, const Device &device, bool isAdvanced)
+{
+    const Font &font = *state.font;
+    RealizedFont realized;
+    realized.request = measuredFace(font, realized.shape);
+
+    Affine map = state.toDevice.then(device.toPicture);
+    map.e = map.f = 0;
+    if (!isAdvanced)
+        map = upright(state, map);
+    const double turn = font.escapement / 10.0 * std::numbers::pi / 180;
+    const PointD along = map.mapVector({ std::cos(turn), -std::sin(turn) });
+    const double perLogical = std::hypot(along.x, along.y);
+    double scale = map.scaleY();
+    if (isAdvanced || isSheared(map)) {
+        const PointD down = map.mapVector({ std::sin(turn), std::cos(turn) });
+        scale = std::hypot(down.x, down.y);
+        realized.axes = { along.x / scale, along.y / scale, down.x / scale, down.y / scale, 0, 0 };
+    } else {
+        // Only the height is scaled, and the escapement is that of the device.
+        const PointD e{ map.a / map.scaleX(), map.b / map.scaleX() };
+        const double c = std::cos(turn), s = std::sin(turn);
+        realized.axes = {
+            c * e.x + s * e.y, c * e.y - s * e.x, s * e.x - c * e.y, s * e.y + c * e.x, 0, 0
+        };
+    }
+    setSize(realized, font.height, scale, device);
+    if (font.width != 0 && realized.shape.tables.averageWidth > 0) {
+        const double average =
+                realized.em * realized.shape.tables.averageWidth / realized.shape.tables.unitsPerEm;
+        const double stretch =
+                std::abs(double(font.width)) * perLogical / (average * realized.axes.scaleX());
+        realized.axes.a *= stretch;
+        realized.axes.b *= stretch;
+    }
+    realized.perLogical = perLogical / realized.axes.scaleX();
+    const bool isSound = realized.axes.isFinite() && std::isfinite(1 / realized.axes.determinant())
+            && realized.em > 0 && std::isfinite(realized.em) && std::isfinite(realized.perLogical);
+    return isSound ? std::optional(realized) : std::nullopt;
+}
+
+// The characters of UTF-16 with the number of their first unit; a surrogate alone is none.
+static std::u32string decode(std::u16string_view text, std::vector<size_t> &units)
+{
+    std::u32string characters;
+    for (size_t i = 0; i < text.size(); ++i) {
+        units.push_back(i);
+        const char32_t unit = text[i];
+        if ((unit & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00)
+            characters += 0x10000 + ((unit & 0x3FF) << 10 | (text[++i] & 0x3FF));
+        else
+            characters += (unit & 0xF800) == 0xD800 ? U'\uFFFD' : unit;
+    }
+    units.push_back(text.size());
+    return characters;
+}
+
+// As wide as GDI makes a character whose advance is not recorded.
+static double ownAdvance(const CharacterShape &shape, const RealizedFont &font, int64_t scale)
+{
+    if (shape.advance == 0 && !shape.hasGlyph)
+        return font.em / 2;
+    return font.isWhole ? scaledAdvance(shape.advance, scale)
+                        : font.em * shape.advance / font.shape.tables.unitsPerEm;
+}
+
+TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &font)
+{
+    TextLayout layout;
+    std::vector<size_t> units;
+    const std::u32string text = decode(call.text, units);
+    const auto shapes = characterShapes(text, font.request);
+    const int64_t scale = fixedScale(font.shape.tables, font.isWhole ? int32_t(font.em) : 1);
+    double y = 0;
+    layout.characters.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        layout.characters.push_back({ text[i], layout.width, -y * font.perLogical, shapes[i] });
+        if (call.advances.empty()) {
+            layout.width +=
+                    ownAdvance(shapes[i], font, scale) + state.characterExtra * font.perLogical;
+            if (text[i] == U' ' && state.breakCount > 0)
+                layout.width += double(state.breakExtra) / state.breakCount * font.perLogical;
+        }
+        for (size_t unit = units[i]; unit < units[i + 1]; ++unit) {
+            if (unit < call.advances.size())
+                layout.width += call.advances[unit] * font.perLogical;
+            if (unit < call.rises.size())
+                y += call.rises[unit];
+        }
+    }
+    return layout;
+}
+
+std::vector<TextRun> divided(std::span<const PlacedCharacter> characters, const RealizedFont &font,
+                             double tolerance)
+{
+    // A run goes on as long as what its characters are off by, seen from where a viewer puts them
+    // behind its first one, lies in a band; it is moved so that the band's middle is right.
+    const double perUnit = font.em / font.shape.tables.unitsPerEm;
+    std::vector<TextRun> runs;
+    double natural = 0, least = 0, most = 0;
+    for (size_t i = 0; i < characters.size(); ++i) {
+        const PlacedCharacter &each = characters[i];
+        const PlacedCharacter *const before = i > 0 ? &characters[i - 1] : nullptr;
+        if (before != nullptr)
+            natural += (before->shape.advance + each.shape.kerning) * perUnit;
+        const double off = each.x - natural;
+        if (before != nullptr && each.character == U' ')
+            continue; // it is not seen wherever it stands
+        const bool goesOn = before != nullptr && before->shape.hasGlyph && before->y == each.y
+                && std::max(most, off) - std::min(least, off) <= 2 * tolerance;
+        if (goesOn) {
+            least = std::min(least, off);
+            most = std::max(most, off);
+        } else {
+            natural = each.x;
+            least = most = 0;
+            runs.push_back({ i, each.x, each.y });
+        }
+        // The first character stays where the others are so near that nobody sees it.
+        const double shift = (least + most) / 2;
+        runs.back().x =
+                characters[runs.back().first].x + (std::max(-least, most) > tolerance ? shift : 0);
+    }
+    return runs;
+}
+
+bool isRightToLeft(char32_t character)
+{
+    return (character >= 0x590 && character < 0x900) || (character >= 0xFB1D && character < 0xFE00)
+            || (character >= 0xFE70 && character < 0xFEFF)
+            || (character >= 0x10800 && character < 0x11000)
+            || (character >= 0x1E800 && character < 0x1F000);
+}
+
+bool needsShaping(char32_t character)
+{
+    return isRightToLeft(character) || (character >= 0x300 && character < 0x370)
+            || (character >= 0x900 && character < 0x10A0)
+            || (character >= 0x1780 && character < 0x1800);
+}
+
+} // namespace svgtool::picture
