@@ -1,7 +1,10 @@
 #include "core/geometry/Region.h"
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <limits>
+#include <utility>
 
 namespace svgtool {
 
@@ -101,6 +104,70 @@ namespace {
         return true;
     }
 
+    // Where the border of a path crosses the middle of a row.
+    struct Crossing
+    {
+        int32_t row, column; ///< the first column whose centre lies behind it
+        int32_t turn; ///< 1 downwards, -1 upwards
+
+        auto operator<=>(const Crossing &) const = default;
+    };
+
+    int32_t firstCentre(double from, int32_t least, int32_t most)
+    {
+        return int32_t(std::ceil(std::fmin(std::fmax(from - 0.5, least), most)));
+    }
+
+    // @return false when there would be too many
+    bool addCrossings(PointD a, PointD b, const RectI &within, size_t &left,
+                      std::vector<Crossing> &crossings)
+    {
+        const int32_t turn = a.y < b.y ? 1 : -1;
+        if (turn < 0)
+            std::swap(a, b);
+        const int32_t first = firstCentre(a.y, within.top, within.bottom);
+        const int32_t end = firstCentre(b.y, within.top, within.bottom);
+        if (size_t(end - first) > left)
+            return false;
+        left -= size_t(end - first);
+        for (int32_t row = first; row < end; ++row) {
+            const double x = a.x + (b.x - a.x) * ((row + 0.5 - a.y) / (b.y - a.y));
+            crossings.push_back({ row, firstCentre(x, within.left, within.right), turn });
+        }
+        return true;
+    }
+
+    std::optional<std::vector<Crossing>> crossingsOf(const Path &path, const RectI &within,
+                                                     size_t &left)
+    {
+        // Each of the lines that matter crosses a row, and a curve has a thousand at the most.
+        constexpr double kTolerance = 0.1;
+        const auto lines = path.flattened(kTolerance, left);
+        if (!lines)
+            return std::nullopt;
+        std::vector<Crossing> crossings;
+        PointD start, current;
+        size_t next = 0;
+        bool fits = true;
+        const auto lineTo = [&](PointD to) {
+            fits = fits && addCrossings(std::exchange(current, to), to, within, left, crossings);
+        };
+        for (const Path::Verb verb : lines->verbs()) {
+            if (verb == Path::Verb::Line) {
+                lineTo(lines->points()[next++]);
+                continue;
+            }
+            lineTo(start);
+            if (verb == Path::Verb::Move)
+                start = current = lines->points()[next++];
+        }
+        lineTo(start);
+        if (!fits)
+            return std::nullopt;
+        std::ranges::sort(crossings);
+        return crossings;
+    }
+
 } // namespace
 
 Region::Region(const RectI &rect)
@@ -149,6 +216,62 @@ std::optional<Region> Region::of(std::span<const RectI> rects)
     if (!first || !second)
         return std::nullopt;
     return combined(*first, *second, Mode::Or);
+}
+
+std::optional<Region> Region::ofPath(const Path &path, bool isEvenOdd, const RectI &within,
+                                     size_t &crossings)
+{
+    const auto found = crossingsOf(path, within, crossings);
+    if (!found)
+        return std::nullopt;
+    Region result;
+    std::vector<RectI> &out = result.m_rects;
+    size_t band = 0; // where the last band begins
+    for (auto row = found->begin(); row != found->end();) {
+        const size_t start = out.size();
+        int32_t winding = 0;
+        auto at = row;
+        for (; at != found->end() && at->row == row->row; ++at) {
+            const bool wasInside = isEvenOdd ? winding % 2 != 0 : winding != 0;
+            winding += at->turn;
+            const bool isInside = isEvenOdd ? winding % 2 != 0 : winding != 0;
+            if (!wasInside && isInside && out.size() > start && out.back().right == at->column)
+                continue; // it goes on where the one before has ended
+            if (!wasInside && isInside)
+                out.push_back({ at->column, at->row, at->column, at->row + 1 });
+            else if (wasInside && !isInside)
+                out.back().right = at->column;
+        }
+        const auto fresh = out.begin() + std::ptrdiff_t(start);
+        out.erase(std::remove_if(fresh, out.end(), std::mem_fn(&RectI::isEmpty)), out.end());
+        row = at;
+        if (out.size() > kMostRects)
+            return std::nullopt;
+        if (continuesBand(out, band, start)) {
+            for (size_t i = band; i < start; ++i)
+                out[i].bottom = out.back().bottom;
+            out.resize(start);
+        } else if (out.size() > start) {
+            band = start;
+        }
+    }
+    return result;
+}
+
+Region Region::moved(int32_t dx, int32_t dy) const
+{
+    const auto sum = [](int32_t value, int32_t by) {
+        return int32_t(std::clamp<int64_t>(int64_t(value) + by, std::numeric_limits<int32_t>::min(),
+                                           std::numeric_limits<int32_t>::max()));
+    };
+    Region result;
+    for (const RectI &rect : m_rects) {
+        const RectI moved{ sum(rect.left, dx), sum(rect.top, dy), sum(rect.right, dx),
+                           sum(rect.bottom, dy) };
+        if (!moved.isEmpty())
+            result.m_rects.push_back(moved);
+    }
+    return result;
 }
 
 RectI Region::bounds() const

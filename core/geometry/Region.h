@@ -2,6 +2,7 @@
 
 #include "core/base/Limits.h"
 #include "core/base/Numeric.h"
+#include "core/geometry/Path.h"
 
 #include <cstdint>
 #include <optional>
@@ -34,6 +35,18 @@ public:
     static std::optional<Region> of(std::span<const RectI> rects);
     /// @return nothing when the result would have more than kMostRects rectangles
     static std::optional<Region> combined(const Region &a, const Region &b, Mode mode);
+
+    /// The units whose centres lie in a path, as far as they lie in @p within, too.
+    /// @param[in,out] crossings  of lines and rows: how many there may be, and how many are left
+    /// @return nothing when there are more, or as many lines, or too many rectangles
+    static std::optional<Region> ofPath(const Path &path, bool isEvenOdd, const RectI &within,
+                                        size_t &crossings);
+
+    /// What moves out of the range of numbers is cut off.
+    Region moved(int32_t dx, int32_t dy) const;
+    /// The same area as closed figures of upright and level lines, clockwise as y grows downwards
+    /// and holes the other way round, so that both rules of filling give it.
+    Path outline() const;
 
     bool isEmpty() const { return m_rects.empty(); }
     std::span<const RectI> rects() const { return m_rects; }

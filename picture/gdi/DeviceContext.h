@@ -26,8 +26,6 @@ namespace svgtool::picture {
 class DeviceContext
 {
 public:
-    static constexpr size_t kSavedStates = limits::kSavedStates;
-
     /// @param handles  slots of the object table; number 0 is none
     DeviceContext(const Device &device, size_t handles);
 
@@ -179,7 +177,7 @@ private:
     // Painting: DeviceContext_Paint.cpp.
     bool isSeen() const;
     Played mixed() const;
-    Node newNode() const;
+    Node newNode();
     Index fillPaint();
     Paint brushPaint(const Brush &brush);
     /// @param path  in device units
@@ -237,9 +235,25 @@ private:
     Played fillBlit(const BlitBox &to, RasterOperation operation);
 
     // Clips.
-    Played intersectTerm(ClipTerm term);
-    void updateClip();
-    Path regionPath(const Region &region) const;
+    struct ClipPath
+    {
+        Index before; ///< of those that it is cut to; kNone for none
+        Path path; ///< in device units
+        bool isEvenOdd;
+        bool leavesNothing; ///< of the picture, with those before
+        Index inScene;
+    };
+    bool spendClipWork(size_t work);
+    std::optional<Region> combined(const std::shared_ptr<const Region> &region, const Region &with,
+                                   Region::Mode mode);
+    Played changeClip(ClipState clip);
+    Played intersectPath(Path path, bool isEvenOdd);
+    Played combinePath(const Path &path, bool isEvenOdd, Region::Mode mode);
+    std::optional<Region> regionOf(const ClipState &clip);
+    std::optional<Region> regionOf(const Path &path, bool isEvenOdd);
+    bool addPath(Index &paths, Path path, bool isEvenOdd);
+    Index visibleClip();
+    RectI wholePicture() const;
 
     // Text. Axes are from where letters lie, along the baseline and down, to the picture.
     using Placed = std::span<const PlacedCharacter>;
@@ -263,6 +277,8 @@ private:
     /// Slots whose object was deleted, the lowest on top: where an object goes that names none.
     std::priority_queue<uint32_t, std::vector<uint32_t>, std::greater<>> m_freed;
     uint32_t m_record = 0;
+    std::vector<ClipPath> m_clipPaths;
+    size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
     Grounds m_grounds;
 

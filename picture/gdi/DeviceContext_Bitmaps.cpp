@@ -232,7 +232,7 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
                            RasterOperation operation)
 {
     const auto place = this->place(to, from, bitmap.size);
-    if (!place || m_state.clip.isEmpty)
+    if (!place || m_state.visible->isEmpty)
         return kDone;
     if (bitmap.isFile()) {
         const Played played = paintFile(bitmap, *place);

@@ -7,194 +7,305 @@
 namespace svgtool::picture {
 
 // RegionMode, [MS-EMF] 2.1.29.
-static constexpr uint32_t kAnd = 1, kOr = 2, kXor = 3, kDiff = 4, kCopy = 5;
+static constexpr uint32_t kCopy = 5;
 
-// The pixels that the picture shows, and one around them.
-static RectI shownPixels(const Device &device)
+static std::optional<Region::Mode> regionMode(uint32_t mode)
 {
-    const auto toDevice = device.toPicture.inverse();
-    const RectD view = mapBounds(toDevice.value_or(Affine()), device.view);
-    return { truncateToInt32(view.left - 1), truncateToInt32(view.top - 1),
-             truncateToInt32(view.right + 1), truncateToInt32(view.bottom + 1) };
+    static constexpr Region::Mode kModes[] = { Region::Mode::And, Region::Mode::Or,
+                                               Region::Mode::Xor, Region::Mode::Difference };
+    return mode >= 1 && mode < kCopy ? std::optional(kModes[mode - 1]) : std::nullopt;
 }
 
-Path DeviceContext::regionPath(const Region &region) const
+static constexpr Played kNoMode = notDone("there is no such way to combine clips");
+static constexpr Played kTooLarge = notDone("its clip has too many parts");
+
+static int32_t wholeUnit(double value)
 {
-    // Viewers draw nothing right that lies very far away.
-    const Region view(shownPixels(m_device));
-    const Region shown = Region::combined(region, view, Region::Mode::And).value_or(region);
-    Path path;
-    for (const RectI &rect : shown.rects())
-        path.addRect(
-                { double(rect.left), double(rect.top), double(rect.right), double(rect.bottom) });
-    path.transform(m_device.toPicture);
-    return path;
+    constexpr double kFar = 1 << 30; // sums of two stay in range
+    return int32_t(std::fmin(std::fmax(value, -kFar), kFar));
 }
 
-void DeviceContext::updateClip()
+// The device units that the picture shows at least a part of.
+RectI DeviceContext::wholePicture() const
 {
-    ClipState &clip = m_state.clip;
-    clip.inScene = kNone;
-    clip.isEmpty = clip.region && clip.region->isEmpty();
-    const auto narrow = [&](const Path &path, bool isEvenOdd) {
-        clip.inScene = m_builder.clip({ clip.inScene, path, isEvenOdd });
-    };
-    for (const ClipState *part : { m_state.meta.get(), &std::as_const(clip) }) {
-        if (part == nullptr)
-            continue;
-        clip.isEmpty = clip.isEmpty || part->isEmpty;
-        if (part->region) {
-            const RectI bounds = part->region->bounds();
-            const RectD box{ double(bounds.left), double(bounds.top), double(bounds.right),
-                             double(bounds.bottom) };
-            const bool coversAll = part->region->rects().size() == 1
-                    && mapBounds(m_device.toPicture, box).contains(m_device.view);
-            if (!coversAll)
-                narrow(regionPath(*part->region), false);
-        }
-        for (const ClipTerm &term : part->terms)
-            narrow(term.path, term.isEvenOdd);
+    const RectD view = deviceView();
+    return { wholeUnit(std::floor(view.left)), wholeUnit(std::floor(view.top)),
+             wholeUnit(std::ceil(view.right)), wholeUnit(std::ceil(view.bottom)) };
+}
+
+bool DeviceContext::spendClipWork(size_t work)
+{
+    constexpr size_t kFree = 16; // what a record itself may take
+    if (work > kFree && work > m_clipWork)
+        return false;
+    if (work > kFree)
+        m_clipWork -= work;
+    return true;
+}
+
+std::optional<Region> DeviceContext::combined(const std::shared_ptr<const Region> &region,
+                                              const Region &with, Region::Mode mode)
+{
+    const Region whole(wholePicture());
+    const Region &first = region ? *region : whole;
+    if (!spendClipWork(first.rects().size() + with.rects().size()))
+        return std::nullopt;
+    return Region::combined(first, with, mode);
+}
+
+// Puts a clip in force, with what it leaves to be seen.
+Played DeviceContext::changeClip(ClipState clip)
+{
+    Visible visible;
+    std::shared_ptr<const Region> shown = clip.region ? clip.region : m_state.meta.region;
+    if (clip.region && m_state.meta.region) {
+        const auto both = combined(clip.region, *m_state.meta.region, Region::Mode::And);
+        if (!both)
+            return kTooLarge;
+        shown = std::make_shared<Region>(*both);
     }
+    if (shown) {
+        const Region whole(wholePicture());
+        const auto part = combined(shown, whole, Region::Mode::And);
+        if (!part)
+            return kTooLarge;
+        visible.isEmpty = part->isEmpty();
+        if (*part != whole)
+            visible.region = std::make_shared<Region>(*part);
+    }
+    if (clip.paths != kNone && m_clipPaths[clip.paths].leavesNothing)
+        visible.isEmpty = true;
+    m_state.clip = std::move(clip);
+    m_state.visible = std::make_shared<Visible>(std::move(visible));
+    return kDone;
 }
 
-Played DeviceContext::intersectTerm(ClipTerm term)
+Index DeviceContext::visibleClip()
 {
-    m_state.clip.terms.push_back(std::move(term));
-    updateClip();
-    return kDone;
+    Visible &visible = *m_state.visible;
+    if (!visible.clip) {
+        const Index paths = m_state.clip.paths;
+        visible.clip = paths != kNone ? m_clipPaths[paths].inScene : kNone;
+        if (visible.region) {
+            Path outline = visible.region->outline();
+            outline.transform(m_device.toPicture);
+            visible.clip = m_builder.clip({ *visible.clip, std::move(outline), false });
+        }
+    }
+    return *visible.clip;
+}
+
+// Cuts a chain to one more path.
+bool DeviceContext::addPath(Index &paths, Path path, bool isEvenOdd)
+{
+    if (!spendClipWork(path.points().size()))
+        return false;
+    if (paths != kNone && m_clipPaths[paths].path == path
+        && m_clipPaths[paths].isEvenOdd == isEvenOdd)
+        return true; // the last one over again
+    Path shown = path;
+    shown.transform(m_device.toPicture);
+    bool leavesNothing = intersection(shown.bounds(), m_device.view).isEmpty();
+    Index parent = kNone;
+    if (paths != kNone) {
+        leavesNothing = leavesNothing || m_clipPaths[paths].leavesNothing;
+        parent = m_clipPaths[paths].inScene;
+    }
+    const Index inScene = m_builder.clip({ parent, std::move(shown), isEvenOdd });
+    m_clipPaths.push_back({ paths, std::move(path), isEvenOdd, leavesNothing, inScene });
+    paths = Index(m_clipPaths.size() - 1);
+    return true;
+}
+
+// The pixels of an upright rectangle, which is what paths for clips mostly are.
+static std::optional<RectI> pixelsOf(const Path &path)
+{
+    const auto points = path.points();
+    const auto verbs = path.verbs();
+    const size_t lines = size_t(std::ranges::count(verbs, Path::Verb::Line));
+    const bool isClosed = !verbs.empty() && verbs.back() == Path::Verb::Close;
+    if (verbs.size() != 1 + lines + (isClosed ? 1 : 0) || lines < 3 || lines > 4
+        || (lines == 4 && points[4] != points[0]))
+        return std::nullopt;
+    const bool isUpright = (points[0].x == points[1].x && points[1].y == points[2].y
+                            && points[2].x == points[3].x && points[3].y == points[0].y)
+            || (points[0].y == points[1].y && points[1].x == points[2].x
+                && points[2].y == points[3].y && points[3].x == points[0].x);
+    if (!isUpright)
+        return std::nullopt;
+    // A pixel counts if its centre is inside.
+    const RectD box = path.bounds();
+    return RectI{ wholeUnit(std::ceil(box.left - 0.5)), wholeUnit(std::ceil(box.top - 0.5)),
+                  wholeUnit(std::ceil(box.right - 0.5)), wholeUnit(std::ceil(box.bottom - 0.5)) };
+}
+
+std::optional<Region> DeviceContext::regionOf(const Path &path, bool isEvenOdd)
+{
+    const size_t most = std::min(m_clipWork, limits::kClipCrossings);
+    size_t left = most;
+    auto region = Region::ofPath(path, isEvenOdd, wholePicture(), left);
+    m_clipWork -= most - left;
+    return region;
+}
+
+// The pixels of a clip, without those that the meta one takes away.
+std::optional<Region> DeviceContext::regionOf(const ClipState &clip)
+{
+    auto region = clip.region ? *clip.region : Region(wholePicture());
+    for (Index at = clip.paths; at != m_state.meta.paths; at = m_clipPaths[at].before) {
+        const auto pixels = regionOf(m_clipPaths[at].path, m_clipPaths[at].isEvenOdd);
+        auto both = pixels ? combined(std::make_shared<Region>(region), *pixels, Region::Mode::And)
+                           : std::nullopt;
+        if (!both)
+            return std::nullopt;
+        region = std::move(*both);
+    }
+    return region;
 }
 
 Played DeviceContext::resetClip()
 {
-    m_state.clip = {};
-    updateClip();
-    return kDone;
+    return changeClip({ m_state.meta.paths, nullptr });
 }
 
-// All that the device has, around the picture too.
-static RectI everything()
+Played DeviceContext::selectClipRegion(const Region &region, uint32_t number)
 {
-    constexpr int32_t kFar = 1 << 26;
-    return { -kFar, -kFar, kFar, kFar };
-}
-
-Played DeviceContext::selectClipRegion(const Region &region, uint32_t mode)
-{
-    ClipState &clip = m_state.clip;
-    if (mode == kCopy) {
-        clip = {};
-        clip.region = region;
-        updateClip();
-        return kDone;
+    if (number == kCopy)
+        return changeClip({ m_state.meta.paths, std::make_shared<Region>(region) });
+    const auto mode = regionMode(number);
+    if (!mode)
+        return kNoMode;
+    ClipState clip = m_state.clip;
+    // What only takes away leaves paths as they are.
+    if (*mode != Region::Mode::And && *mode != Region::Mode::Difference
+        && clip.paths != m_state.meta.paths) {
+        const auto pixels = regionOf(clip);
+        if (!pixels)
+            return kTooLarge;
+        clip = { m_state.meta.paths, std::make_shared<Region>(*pixels) };
     }
-    static constexpr Region::Mode kModes[] = { Region::Mode::And, Region::Mode::Or,
-                                               Region::Mode::Xor, Region::Mode::Difference };
-    if (mode < kAnd || mode > kDiff)
-        return notDone("its values make no sense");
-    const bool isExact = clip.terms.empty() || mode == kAnd || mode == kDiff;
-    const auto combined = Region::combined(clip.region.value_or(Region(everything())), region,
-                                           kModes[mode - kAnd]);
-    if (!combined)
-        return notDone("its values make no sense");
-    clip.region = *combined;
-    updateClip();
-    return isExact ? kDone : approximated("it looks different");
+    const auto result = combined(clip.region, region, *mode);
+    if (!result)
+        return kTooLarge;
+    clip.region = std::make_shared<Region>(*result);
+    return changeClip(std::move(clip));
 }
 
-Played DeviceContext::selectClipPath(uint32_t mode)
+Played DeviceContext::intersectPath(Path path, bool isEvenOdd)
 {
-    const auto path = takePath();
-    if (!path)
+    if (const auto pixels = pixelsOf(path))
+        return selectClipRegion(Region(*pixels), 1);
+    ClipState clip = m_state.clip;
+    if (!addPath(clip.paths, std::move(path), isEvenOdd))
+        return kTooLarge;
+    return changeClip(std::move(clip));
+}
+
+// Ways to combine that paths have no words for are done on pixels, as GDI does all of them.
+Played DeviceContext::combinePath(const Path &path, bool isEvenOdd, Region::Mode mode)
+{
+    const auto earlier = regionOf(m_state.clip);
+    const auto pixels = regionOf(path, isEvenOdd);
+    const auto result = earlier && pixels
+            ? combined(std::make_shared<Region>(*earlier), *pixels, mode)
+            : std::nullopt;
+    if (!result)
+        return kTooLarge;
+    return changeClip({ m_state.meta.paths, std::make_shared<Region>(*result) });
+}
+
+Played DeviceContext::selectClipPath(uint32_t number)
+{
+    const auto mode = regionMode(number);
+    if (!mode && number != kCopy)
+        return kNoMode;
+    const auto taken = takePath();
+    if (!taken || taken->path.isEmpty())
         return notDone("there is no path");
-    ClipTerm term{ path->path, !m_state.isWinding && !path->isWidened };
-    term.path.transform(m_device.toPicture);
-    if (mode == kCopy)
-        m_state.clip = {};
-    else if (mode == kDiff || mode == kXor) {
-        // What lies around a figure, by the even-odd rule.
-        term.path.addRect(m_device.view);
-        term.isEvenOdd = true;
+    Path path = taken->path;
+    const bool isEvenOdd = !m_state.isWinding && !taken->isWidened;
+    if (!mode) {
+        const State before = m_state;
+        m_state.clip = { m_state.meta.paths, nullptr };
+        const Played played = intersectPath(std::move(path), isEvenOdd);
+        if (!played.isDone())
+            m_state = before;
+        return played;
     }
-    intersectTerm(std::move(term));
-    return mode == kCopy || mode == kAnd || mode == kDiff ? kDone
-                                                          : approximated("it looks different");
+    if (*mode == Region::Mode::And)
+        return intersectPath(std::move(path), isEvenOdd);
+    if (*mode == Region::Mode::Difference && isEvenOdd) {
+        // What lies around a figure, by the even-odd rule.
+        path.addRect(deviceView());
+        return intersectPath(std::move(path), true);
+    }
+    return combinePath(path, isEvenOdd, *mode);
 }
 
-static std::optional<RectI> pixelBox(const RectD &box)
+static RectI roundedBox(const RectD &box)
 {
-    constexpr double kFar = 1 << 26;
-    const auto whole = [kFar](double value) {
-        return int32_t(std::floor(std::clamp(value, -kFar, kFar) + 0.5));
-    };
-    return RectI{ whole(box.left), whole(box.top), whole(box.right), whole(box.bottom) };
+    const auto whole = [](double value) { return wholeUnit(std::floor(value + 0.5)); };
+    return { whole(box.left), whole(box.top), whole(box.right), whole(box.bottom) };
 }
 
 Played DeviceContext::intersectClip(const RectD &box)
 {
-    if (m_state.toDevice.keepsRectangles()) {
-        const auto pixels = pixelBox(mapBounds(m_state.toDevice, box));
-        return selectClipRegion(Region(*pixels), kAnd);
-    }
+    if (m_state.toDevice.keepsRectangles())
+        return selectClipRegion(Region(roundedBox(mapBounds(m_state.toDevice, box))), 1);
     Path path;
     path.addRect(box);
-    path.transform(toPicture());
-    return intersectTerm({ path, false });
+    path.transform(m_state.toDevice);
+    return intersectPath(std::move(path), false);
 }
 
 Played DeviceContext::excludeClip(const RectD &box)
 {
-    if (m_state.toDevice.keepsRectangles()) {
-        const auto pixels = pixelBox(mapBounds(m_state.toDevice, box));
-        return selectClipRegion(Region(*pixels), kDiff);
-    }
+    constexpr uint32_t kDifference = 4;
+    if (m_state.toDevice.keepsRectangles())
+        return selectClipRegion(Region(roundedBox(mapBounds(m_state.toDevice, box))), kDifference);
     Path path;
     path.addRect(box);
-    path.transform(toPicture());
-    path.addRect(m_device.view);
-    return intersectTerm({ path, true });
+    path.transform(m_state.toDevice);
+    path.addRect(deviceView());
+    return intersectPath(std::move(path), true);
 }
 
 Played DeviceContext::offsetClip(PointD offset)
 {
     const PointD by = m_state.toDevice.mapVector(offset);
-    ClipState &clip = m_state.clip;
-    if (clip.region) {
-        std::vector<RectI> moved(clip.region->rects().begin(), clip.region->rects().end());
-        const int32_t dx = truncateToInt32(std::floor(by.x + 0.5));
-        const int32_t dy = truncateToInt32(std::floor(by.y + 0.5));
-        for (RectI &rect : moved)
-            rect = { wrapAdd(rect.left, dx), wrapAdd(rect.top, dy), wrapAdd(rect.right, dx),
-                     wrapAdd(rect.bottom, dy) };
-        const auto region = Region::of(moved);
-        if (!region)
-            return notDone("its values make no sense");
-        clip.region = *region;
+    const int32_t dx = wholeUnit(std::floor(by.x + 0.5)), dy = wholeUnit(std::floor(by.y + 0.5));
+    ClipState clip{ m_state.meta.paths, nullptr };
+    std::vector<Index> chain;
+    for (Index at = m_state.clip.paths; at != clip.paths; at = m_clipPaths[at].before)
+        chain.push_back(at);
+    for (; !chain.empty(); chain.pop_back()) {
+        Path path = m_clipPaths[chain.back()].path;
+        path.transform(Affine::translation(dx, dy));
+        if (!addPath(clip.paths, std::move(path), m_clipPaths[chain.back()].isEvenOdd))
+            return kTooLarge;
     }
-    const PointD shown = m_device.toPicture.mapVector(by);
-    for (ClipTerm &term : clip.terms)
-        term.path.transform(Affine::translation(shown.x, shown.y));
-    updateClip();
-    return kDone;
+    if (m_state.clip.region) {
+        const auto moved = m_state.clip.region->moved(dx, dy);
+        if (!spendClipWork(moved.rects().size()))
+            return kTooLarge;
+        clip.region = std::make_shared<Region>(moved);
+    }
+    return changeClip(std::move(clip));
 }
 
 Played DeviceContext::setMetaRegion()
 {
-    auto meta = std::make_shared<ClipState>();
-    if (m_state.meta)
-        *meta = *m_state.meta;
-    if (m_state.clip.region) {
-        const auto region = Region::combined(meta->region.value_or(Region(everything())),
-                                             *m_state.clip.region, Region::Mode::And);
-        if (!region)
-            return notDone("its values make no sense");
-        meta->region = *region;
+    ClipState meta = m_state.clip;
+    if (meta.region && m_state.meta.region) {
+        const auto both = combined(meta.region, *m_state.meta.region, Region::Mode::And);
+        if (!both)
+            return kTooLarge;
+        meta.region = std::make_shared<Region>(*both);
+    } else if (!meta.region) {
+        meta.region = m_state.meta.region;
     }
-    meta->terms.insert(meta->terms.end(), m_state.clip.terms.begin(), m_state.clip.terms.end());
-    meta->isEmpty = meta->region && meta->region->isEmpty();
     m_state.meta = meta;
-    m_state.clip = {};
-    updateClip();
-    return kDone;
+    return resetClip();
 }
 
 } // namespace svgtool::picture

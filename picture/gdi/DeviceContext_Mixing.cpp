@@ -144,7 +144,7 @@ template<class Geometry>
 Played DeviceContext::addMixed(const Node &node, const Geometry &geometry,
                                RasterOperation operation)
 {
-    if (m_state.clip.isEmpty || (node.fill == kNone && node.stroke == kNone)
+    if (m_state.visible->isEmpty || (node.fill == kNone && node.stroke == kNone)
         || operation == kNoOperation)
         return kDone;
     if (operation == kPatternCopy) {
@@ -228,14 +228,14 @@ Played DeviceContext::paintMixture(Mixture mixture, const BlitPlace &place)
     Transferred before = std::move(m_transferred);
     m_transferred = {};
     SceneBuilder::Mark mark = m_builder.mark();
-    if (before.mixture && before.end == mark.nodes && before.isSame(place, m_state.clip.inScene)) {
+    if (before.mixture && before.end == mark.nodes && before.isSame(place, visibleClip())) {
         mark = before.mark;
         takeBack(mark);
         before.mixture->then(mixture);
         mixture = std::move(*before.mixture);
     }
     const Played played = addMixture(mixture, place);
-    m_transferred = { std::move(mixture), place, m_state.clip.inScene, mark,
+    m_transferred = { std::move(mixture), place, visibleClip(), mark,
                       m_builder.scene().nodes.size() };
     return played;
 }
@@ -258,7 +258,7 @@ Played DeviceContext::addMixture(const Mixture &mixture, const BlitPlace &place)
                                      place.box.top }
                                      .then(place.transform);
     const RectD area = intersection(mapBounds(place.transform, place.box), m_device.view);
-    const auto grounds = m_grounds.under(m_builder.scene(), area, m_state.clip.inScene);
+    const auto grounds = m_grounds.under(m_builder.scene(), area, visibleClip());
     size_t rects = 0;
     bool isKnown = true;
     for (const Ground &ground : grounds) {

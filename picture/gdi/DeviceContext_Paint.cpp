@@ -18,11 +18,11 @@ static std::optional<Color> colorOfRop2(uint32_t mode)
     return std::nullopt;
 }
 
-Node DeviceContext::newNode() const
+Node DeviceContext::newNode()
 {
     Node node;
     node.isEvenOdd = !m_state.isWinding;
-    node.clip = m_state.clip.inScene;
+    node.clip = visibleClip();
     node.record = m_record;
     return node;
 }
@@ -94,7 +94,7 @@ Index DeviceContext::fillPaint()
 // No more is painted than its clip lets through, and nothing by an operation that does nothing.
 bool DeviceContext::isSeen() const
 {
-    return m_state.rop2 != kRop2Nop && !m_state.clip.isEmpty;
+    return m_state.rop2 != kRop2Nop && !m_state.visible->isEmpty;
 }
 
 // What is to be told of a figure that was painted over what lies beneath.
@@ -144,7 +144,7 @@ void DeviceContext::fillBox(const RectD &box, Color color)
 
 Played DeviceContext::setPixel(PointD point, Color color)
 {
-    if (m_state.clip.isEmpty)
+    if (m_state.visible->isEmpty)
         return kDone;
     const double pixel = m_device.unitsPerPixel;
     PointD at = toPicture().map(point);

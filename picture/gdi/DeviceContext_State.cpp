@@ -15,7 +15,7 @@ DeviceContext::DeviceContext(const Device &device, size_t handles) : m_device(de
 
 Played DeviceContext::saveState()
 {
-    if (m_saved.size() == kSavedStates) {
+    if (m_saved.size() == limits::kSavedStates) {
         ++m_unsaved;
         return notDone("as many states are saved as there is room for");
     }

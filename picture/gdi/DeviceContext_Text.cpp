@@ -91,7 +91,7 @@ void DeviceContext::fillQuad(const RectD &box, const Affine &axes, Color color)
 // The clip of a text that has one of its own; that in force where the letters are well inside.
 Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affine &axes)
 {
-    const Index inForce = m_state.clip.inScene;
+    const Index inForce = visibleClip();
     const Affine map = toPicture();
     if ((call.options & TextOption::kClipped) == 0
         || (map.keepsRectangles() && mapBounds(map, call.box).contains(mapBounds(axes, ink))))
@@ -210,7 +210,7 @@ void DeviceContext::drawLines(std::span<const PlacedCharacter> characters, const
 
 Played DeviceContext::textOut(const TextCall &call)
 {
-    if ((call.options & TextOption::kOpaque) != 0 && !m_state.clip.isEmpty)
+    if ((call.options & TextOption::kOpaque) != 0 && !m_state.visible->isEmpty)
         fillQuad(call.box, toPicture(), m_state.backgroundColor);
     const auto font = realizeFont(m_state, m_device, call.isAdvanced);
     if (!font || call.text.empty())
@@ -239,7 +239,7 @@ Played DeviceContext::textOut(const TextCall &call)
         addToPath(shown, *font, axes);
         return played;
     }
-    if (m_state.clip.isEmpty)
+    if (m_state.visible->isEmpty)
         return played;
     const RectD box{ 0, -font->ascent, layout.width, font->descent };
     if (m_state.isOpaque)

@@ -98,21 +98,21 @@ struct GdiPath
 using GdiObject = std::variant<std::monostate, Pen, Brush, Font, std::shared_ptr<Palette>,
                                std::shared_ptr<const Region>, Other>;
 
-/// One of the areas that a clip is the intersection of.
-struct ClipTerm
-{
-    Path path; ///< in units of the picture
-    bool isEvenOdd = false;
-};
-
-/// What drawing is cut to: a region of whole device units, where there is one, and paths.
+/// What drawing is cut to: a region, and paths that began as such and stay smooth.
+///
+/// Copying it costs little: many states are saved with a large one.
 struct ClipState
 {
-    std::optional<Region> region;
-    std::vector<ClipTerm> terms;
-    /// The same, in the scene; made anew by whoever changes this.
-    Index inScene = kNone;
-    bool isEmpty = false; ///< nothing can be seen
+    Index paths = kNone; ///< the last of a chain in the context; all of them count
+    std::shared_ptr<const Region> region; ///< of device units; null is everything
+};
+
+/// What can be seen of the picture: what both clips leave.
+struct Visible
+{
+    std::shared_ptr<const Region> region; ///< null is the whole picture
+    bool isEmpty = false;
+    std::optional<Index> clip; ///< in the scene, where it has been asked for
 };
 
 /// A bit of State::layout.
@@ -144,8 +144,9 @@ struct State
     bool isClockwise = false;
     PointL brushOrigin;
     PointD current; ///< logical
-    ClipState clip;
-    std::shared_ptr<const ClipState> meta; ///< what SetMetaRgn has put aside
+    ClipState clip; ///< its paths go on from those of the meta one
+    ClipState meta; ///< what SetMetaRgn has put aside
+    std::shared_ptr<Visible> visible = std::make_shared<Visible>(); ///< made of these
     std::shared_ptr<GdiPath> path; ///< null without one, or while its bracket is open
 };
 
