@@ -37,8 +37,9 @@ fuzz() {
     mkdir -p "$build/inputs/$target" "$findings/$target"
     local inputs=("$build/inputs/$target" "fuzz/corpus/$target")
     mkdir -p "${inputs[0]}"
-    if [ -d "../shared/corpus/$target" ]; then
-        inputs+=("../shared/corpus/$target")
+    local samples=../shared/corpus/${target/#picture*/emf}
+    if [ -d "$samples" ]; then
+        inputs+=("$samples")
     fi
     if "$build/fuzz/fuzz_$target" -max_total_time="$seconds" -max_len=16384 -timeout=10 \
         -report_slow_units=1 -rss_limit_mb=2048 -print_final_stats=1 \

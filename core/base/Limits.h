@@ -13,10 +13,6 @@ namespace svgtool::limits {
 /// Pixels of a side that is not asked for by its length. Longer pictures are not opened by viewers:
 /// one of the usual libraries ends at 32,767, browsers at as many or fewer.
 inline constexpr double kNaturalSide = 16384;
-/// The longer side of a frame, 1682 mm in CSS pixels: the longest sheet of the usual sizes. What is
-/// longer was recorded for a device whose resolution its header does not tell, and lines of one
-/// pixel would not be seen in it. It is shown on a page of 297 mm.
-inline constexpr double kLongestFrame = 6357, kPage = 1122.5;
 /// Pixels in all of such a picture. At four bytes each they are 256 MiB, and drawn in seconds.
 inline constexpr double kNaturalArea = double(1 << 26);
 /// A side and a scale that are asked for: what lies outside is a slip of whoever asks.

@@ -157,55 +157,6 @@ namespace {
 
 } // namespace
 
-static RectD boxOf(const HeaderBox &box)
-{
-    return { double(box.left), double(box.top), double(box.right), double(box.bottom) };
-}
-
-EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
-{
-    Picture picture;
-    Device &device = picture.device;
-    const auto &pixels = facts.devicePixels, &millimeters = facts.deviceMillimeters;
-    if (pixels[0] > 0 && pixels[1] > 0 && millimeters[0] > 0 && millimeters[1] > 0) {
-        device.pixelsX = pixels[0];
-        device.pixelsY = pixels[1];
-        device.millimetersX = millimeters[0];
-        device.millimetersY = millimeters[1];
-    } else {
-        picture.isGuessed = true;
-    }
-    const RectD frame = boxOf(facts.frame);
-    const double perX = device.pixelsX / (device.millimetersX * 100);
-    const double perY = device.pixelsY / (device.millimetersY * 100);
-    device.view = { frame.left * perX, frame.top * perY, frame.right * perX, frame.bottom * perY };
-    const double squeeze = std::abs(perX / perY - 1) < 0.002 ? 1 : perX / perY;
-    device.toPicture = Affine::scale(1, squeeze);
-    if (device.view.isEmpty()) {
-        picture.isGuessed = true;
-        const RectD bounds = boxOf(facts.bounds);
-        device.view = { bounds.left, bounds.top, bounds.right + 1, bounds.bottom + 1 };
-    }
-    if (device.view.isEmpty())
-        device.view = { 0, 0, device.pixelsX, device.pixelsY };
-    device.view = mapBounds(device.toPicture, device.view);
-    // CSS pixels of a device unit. A device of about 96 dots an inch is a screen, whose pixels are
-    // to stay whole.
-    const double kPixelsPerHundredth = 96 / 2540.0;
-    double scale = kPixelsPerHundredth / perX;
-    if (std::abs(scale - 1) < 0.005) {
-        scale = 1;
-        RectD &view = device.view;
-        view = { std::floor(view.left + 0.5), std::floor(view.top + 0.5),
-                 std::floor(view.right + 0.5), std::floor(view.bottom + 0.5) };
-    }
-    picture.width = device.view.width() * scale;
-    picture.height = device.view.height() * scale;
-    const double longer = std::max(picture.width, picture.height);
-    device.unitsPerPixel = std::max(1.0, longer / limits::kViewedSide) / scale;
-    return picture;
-}
-
 // A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are drawn a second time by EMF records
 // unless the EMF+ header ([MS-EMFPLUS] 2.3.3.3) says otherwise.
 Played EmfPlayer::comment(ByteView record)

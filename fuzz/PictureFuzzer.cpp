@@ -1,0 +1,72 @@
+// The picture of a whole metafile, and its report. Where a format is linked in,
+// fuzz/RecordMutator.cpp keeps sizes and counts plausible; else the bytes are any.
+
+#include "core/records/MetafileFacts.h"
+#include "fuzz/Harness.h"
+#include "picture/api/picture.hpp"
+
+#include <cmath>
+#include <map>
+#include <span>
+#include <string_view>
+
+namespace {
+
+using svgtool::Picture;
+using svgtool::PictureError;
+using svgtool::fuzz::require;
+
+// One element, with nothing left open, whose attributes hold no number that is none.
+void checkDocument(std::string_view svg)
+{
+    require(svg.starts_with("<svg ") && svg.ends_with("</svg>\n"));
+    int64_t depth = 0;
+    for (size_t at = svg.find('<'); at != svg.npos; at = svg.find('<', at + 1)) {
+        const size_t end = svg.find('>', at);
+        require(end != svg.npos);
+        const std::string_view tag = svg.substr(at, end - at);
+        require(tag.find("nan") == tag.npos && tag.find("inf") == tag.npos);
+        const bool isComment = tag.starts_with("<!") || tag.starts_with("<?");
+        if (tag.starts_with("</"))
+            --depth;
+        else if (!isComment && !tag.ends_with('/'))
+            ++depth;
+        require(depth > 0 || end + 2 == svg.size());
+    }
+    require(depth == 0);
+}
+
+// All records are told of, each once.
+void checkReport(const Picture &picture, svgtool::ByteView file)
+{
+    std::map<uint32_t, uint64_t> counts;
+    for (const svgtool::RecordLine &line : picture.report.records)
+        counts[line.type] += line.count;
+    const svgtool::MetafileFacts facts = svgtool::inspectMetafile(file);
+    for (const auto &line : facts.records.lines()) {
+        require(counts[line.type] == line.count);
+        counts.erase(line.type);
+    }
+    require(counts.empty());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const auto bytes = std::as_bytes(std::span(data, size));
+    svgtool::PictureOptions options;
+    options.scale = size % 3 == 0 ? 0.25 : 1;
+    const Picture picture = svgtool::drawMetafile(bytes, options);
+    // Memory is not scarce here.
+    require(picture.error != PictureError::OutOfMemory && picture.error != PictureError::Internal);
+    require((picture.error == PictureError::None) != picture.document.empty());
+    if (picture.error != PictureError::None)
+        return 0;
+    require(picture.width > 0 && std::isfinite(picture.width));
+    require(picture.height > 0 && std::isfinite(picture.height));
+    checkDocument(picture.document);
+    checkReport(picture, { reinterpret_cast<const char *>(data), int64_t(size) });
+    require(svgtool::drawMetafile(bytes, options).document == picture.document);
+    return 0;
+}
