@@ -3,11 +3,16 @@
 #include "core/geometry/Affine.h"
 #include "core/raster/DibDecoder.h"
 #include "core/raster/RasterOperation.h"
+#include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
 
 #include <optional>
 
 namespace svgtool::picture {
+
+/// What refuses bitmaps beyond kLayeredPixels.
+inline constexpr Played kTooLargeToMix =
+        notDone("its bitmap is too large to be mixed with what lies beneath");
 
 /// A rectangle by a corner and its extent, which mirrors where it is negative.
 struct BlitBox
@@ -21,6 +26,16 @@ struct BlitSource
     DibBytes dib;
     BlitBox box; ///< in units that toPixels maps
     Affine toPixels; ///< XformSrc of [MS-EMF], which is the identity nearly always
+
+    /// The box in pixels; right is less than left where it mirrors, bottom less than top.
+    RectD pixelBox() const;
+};
+
+/// A bitmap of one bit a pixel, of which pixel `at` lies over the first one of the source.
+struct BlitMask
+{
+    DibBytes dib;
+    PointL at;
 };
 
 /// Where pixels come from and where they go.

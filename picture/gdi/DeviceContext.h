@@ -122,6 +122,7 @@ public:
     Played fillRegion(std::span<const RectI> rects, uint32_t brush);
     Played frameRegion(std::span<const RectI> rects, uint32_t brush, PointD edge);
     Played paintRegion(std::span<const RectI> rects);
+    Played invertRegion(std::span<const RectI> rects);
 
     // Bitmaps. Bits and headers are untrusted; what cannot be decoded is not done.
     // The two that follow count the lines from the bottom one, whichever comes first in the bits.
@@ -133,6 +134,21 @@ public:
     /// BitBlt, StretchBlt and PatBlt.
     /// @param source  null where the operation does not use it
     Played stretchBlt(const BlitBox &to, const BlitSource *source, uint32_t operation);
+    /// @param mask        null where all of it is painted
+    /// @param operations  bits 16 to 23 for pixels whose mask is 1, 24 to 31 for the others
+    Played maskBlt(const BlitBox &to, const BlitSource *source, const BlitMask *mask,
+                   uint32_t operations);
+    /// @param corners  of the upper left, upper right and lower left pixel of the source
+    Played plgBlt(std::span<const PointL, 3> corners, const BlitSource &source,
+                  const BlitMask *mask);
+    /// @param key  is left out
+    Played transparentBlt(const BlitBox &to, const BlitSource &source, Color key);
+    /// @param constant  alpha of the whole, 255 for an opaque one
+    /// @param hasAlpha  pixels of 32 bits have one of their own, multiplied in
+    Played alphaBlend(const BlitBox &to, const BlitSource &source, uint8_t constant, bool hasAlpha);
+    /// A brush of a bitmap's pixels.
+    /// @param isMono  of the colours of text and background when it is used
+    Played createPatternBrush(uint32_t handle, const DibBytes &dib, bool isMono);
 
     // Text.
     Played textOut(const TextCall &call);
@@ -176,13 +192,12 @@ private:
 
     // Painting: DeviceContext_Paint.cpp.
     bool isSeen() const;
-    Played mixed() const;
     Node newNode();
     Index fillPaint();
     Paint brushPaint(const Brush &brush);
+    Paint patternPaint(const Brush &brush);
     /// @param path  in device units
     Played paint(const Path &path, uint8_t parts, bool isEvenOdd);
-    Played paintRects(std::span<const RectI> rects, const Brush &brush);
     void fillBox(const RectD &box, Color color);
 
     // Pens: DeviceContext_Pens.cpp.
@@ -210,12 +225,17 @@ private:
         Blend blend;
         Argb color;
     };
-    /// Adds a node as an operation of its paints and the ground leaves it.
-    template<class Geometry>
-    Played addMixed(const Node &node, const Geometry &geometry, RasterOperation operation);
+    /// Adds a node to the scene with its geometry.
+    using AddNode = std::function<void(const Node &node)>;
+    /// Adds a node as an operation of its paints and the ground leaves it, in parts if need be.
+    Played addMixed(const Node &node, const AddNode &add, RasterOperation operation);
+    /// By the operation of the pens and brushes.
+    Played addMixed(const Node &node, const AddNode &add)
+    {
+        return addMixed(node, add, operationOfRop2(m_state.rop2));
+    }
     /// @return whether it is exact
-    template<class Geometry>
-    bool addBlended(const Node &node, const Geometry &geometry, RasterOperation operation);
+    bool addBlended(const Node &node, const AddNode &add, RasterOperation operation);
     static std::vector<BlendStep> blendsOf(PixelMixture mixture);
     Index mixedPaint(Index paint, RasterOperation operation, Color ground);
     Index mixedStroke(Index stroke, RasterOperation operation, Color ground);
@@ -232,7 +252,11 @@ private:
                 RasterOperation operation);
     Played paintPixels(Bitmap pixels, const BlitPlace &place, double opacity);
     Played paintFile(const DecodedBitmap &bitmap, const BlitPlace &place);
+    Argb patternColour() const;
     Played fillBlit(const BlitBox &to, RasterOperation operation);
+
+    // Regions.
+    Played paintRects(std::span<const RectI> rects, const Brush &brush, RasterOperation operation);
 
     // Clips.
     struct ClipPath

@@ -248,11 +248,9 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
     if (operation == RasterOperations::SourceCopy)
         return paintPixels(std::move(pixels), *place, 1);
     if (pixels.pixelCount() > kLayeredPixels)
-        return notDone("its bitmap is too large to be mixed with what lies beneath");
+        return kTooLargeToMix;
     const bool isKnown = !operation.usesPattern() || m_state.brush.kind == Brush::Kind::Solid;
-    const Argb pattern =
-            argb(m_state.brush.color.red, m_state.brush.color.green, m_state.brush.color.blue);
-    const Played played = paintMixture(Mixture(pixels, operation, pattern), *place);
+    const Played played = paintMixture(Mixture(pixels, operation, patternColour()), *place);
     return isKnown ? played : approximated("its brush is taken for one colour");
 }
 
@@ -264,7 +262,45 @@ Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
     if (!place)
         return kDone;
     node.transform = m_builder.transform(place->transform);
-    return addMixed(node, Rect{ place->box, 0, 0 }, operation);
+    return addMixed(
+            node,
+            [&](const Node &part) {
+                m_builder.add(part, Rect{ place->box, 0, 0 });
+            },
+            operation);
+}
+
+Played DeviceContext::createPatternBrush(uint32_t handle, const DibBytes &dib, bool isMono)
+{
+    auto bitmap = decode(dib);
+    if (!bitmap)
+        return kBadBitmap;
+    Brush brush;
+    brush.kind = Brush::Kind::Pattern;
+    brush.isMono = isMono && bitmap->isMask();
+    // The record that a file lies in goes.
+    if (bitmap->isFile())
+        return notDone("its bitmap is a file");
+    brush.pattern = std::make_shared<const DecodedBitmap>(std::move(*bitmap));
+    return createObject(handle, brush);
+}
+
+Paint DeviceContext::patternPaint(const Brush &brush)
+{
+    const double pixel = m_device.unitsPerPixel;
+    const PointD origin{ m_device.view.left + m_state.brushOrigin.x * pixel,
+                         m_device.view.top + m_state.brushOrigin.y * pixel };
+    Image image;
+    image.pixels = brush.pattern->pixels;
+    image.size = brush.pattern->size;
+    const auto argbOf = [](const Color &c) { return argb(c.red, c.green, c.blue); };
+    if (brush.isMono)
+        image.pixels.colours() = { argbOf(m_state.textColor), argbOf(m_state.backgroundColor) };
+    Pattern pattern;
+    pattern.tile = { origin.x, origin.y, origin.x + image.size.width * pixel,
+                     origin.y + image.size.height * pixel };
+    pattern.image = m_builder.image(std::move(image));
+    return { Paint::Kind::Pattern, {}, m_builder.pattern(pattern) };
 }
 
 Played DeviceContext::stretchDibits(const BlitBox &to, const BlitBox &from, const DibBytes &dib,
@@ -317,11 +353,7 @@ Played DeviceContext::stretchBlt(const BlitBox &to, const BlitSource *source, ui
     auto bitmap = source != nullptr ? decode(source->dib) : std::nullopt;
     if (!bitmap)
         return kBadBitmap;
-    const RectD box = boxOf(source->box.at, source->box.extent);
-    const PointD first = source->toPixels.map({ box.left, box.top });
-    const PointD second = source->toPixels.map({ box.right, box.bottom });
-    return blit(to, { rounded(first.x), rounded(first.y), rounded(second.x), rounded(second.y) },
-                std::move(*bitmap), operation);
+    return blit(to, source->pixelBox(), std::move(*bitmap), operation);
 }
 
 } // namespace svgtool::picture

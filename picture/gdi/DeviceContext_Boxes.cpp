@@ -96,17 +96,16 @@ std::optional<Played> DeviceContext::paintBox(const RectD &box, PointD radii, ui
         mapped = { mapped.left + nib.offset.x, mapped.top + nib.offset.y,
                    mapped.right + nib.offset.x, mapped.bottom + nib.offset.y };
     }
-    if (node.fill == kNone && node.stroke == kNone)
-        return kDone;
     const PointD half{ mapped.width() / 2, mapped.height() / 2 };
     constexpr double kRounding = 1 - 1e-9;
-    if (mappedRadii.x >= half.x * kRounding && mappedRadii.y >= half.y * kRounding)
-        m_builder.add(node, Ellipse{ centerOf(mapped), half });
-    else
-        m_builder.add(
-                node,
-                Rect{ mapped, std::min(mappedRadii.x, half.x), std::min(mappedRadii.y, half.y) });
-    return mixed();
+    return addMixed(node, [&](const Node &part) {
+        if (mappedRadii.x >= half.x * kRounding && mappedRadii.y >= half.y * kRounding)
+            m_builder.add(part, Ellipse{ centerOf(mapped), half });
+        else
+            m_builder.add(part,
+                          Rect{ mapped, std::min(mappedRadii.x, half.x),
+                                std::min(mappedRadii.y, half.y) });
+    });
 }
 
 Played DeviceContext::rectangle(const RectD &given)

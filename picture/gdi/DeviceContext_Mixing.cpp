@@ -104,9 +104,7 @@ Index DeviceContext::groundClip(Index clip, const Ground &ground)
     return m_builder.clip(part);
 }
 
-template<class Geometry>
-bool DeviceContext::addBlended(const Node &node, const Geometry &geometry,
-                               RasterOperation operation)
+bool DeviceContext::addBlended(const Node &node, const AddNode &add, RasterOperation operation)
 {
     bool isExact = true;
     for (const bool isFill : { true, false }) {
@@ -134,21 +132,19 @@ bool DeviceContext::addBlended(const Node &node, const Geometry &geometry,
                 stroke.paint = solid;
                 part.stroke = m_builder.stroke(stroke);
             }
-            m_builder.add(part, geometry);
+            add(part);
         }
     }
     return isExact;
 }
 
-template<class Geometry>
-Played DeviceContext::addMixed(const Node &node, const Geometry &geometry,
-                               RasterOperation operation)
+Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOperation operation)
 {
     if (m_state.visible->isEmpty || (node.fill == kNone && node.stroke == kNone)
         || operation == kNoOperation)
         return kDone;
     if (operation == kPatternCopy) {
-        m_builder.add(node, geometry);
+        add(node);
         return kDone;
     }
     const auto painted = [&](const Ground &ground, bool isWhole) {
@@ -157,7 +153,7 @@ Played DeviceContext::addMixed(const Node &node, const Geometry &geometry,
         part.stroke = mixedStroke(node.stroke, operation, *ground.color);
         if (!isWhole)
             part.clip = groundClip(node.clip, ground);
-        m_builder.add(part, geometry);
+        add(part);
     };
     if (!operation.usesDestination()) {
         painted({ Color(), {} }, true);
@@ -165,7 +161,7 @@ Played DeviceContext::addMixed(const Node &node, const Geometry &geometry,
     }
     // It is added to be measured.
     const SceneBuilder::Mark mark = m_builder.mark();
-    m_builder.add(node, geometry);
+    add(node);
     const RectD area = intersection(
             paintedBounds(m_builder.scene(), m_builder.scene().nodes.back()), m_device.view);
     takeBack(mark);
@@ -182,15 +178,10 @@ Played DeviceContext::addMixed(const Node &node, const Geometry &geometry,
         Node part = node;
         if (!isWhole)
             part.clip = groundClip(node.clip, ground);
-        isExact = addBlended(part, geometry, operation) && isExact;
+        isExact = addBlended(part, add, operation) && isExact;
     }
     return isExact ? kDone : kManyGrounds;
 }
-
-template Played DeviceContext::addMixed(const Node &, const Path &, RasterOperation);
-template Played DeviceContext::addMixed(const Node &, const Rect &, RasterOperation);
-template Played DeviceContext::addMixed(const Node &, const Ellipse &, RasterOperation);
-template Played DeviceContext::addMixed(const Node &, const Text &, RasterOperation);
 
 void DeviceContext::takeBack(const SceneBuilder::Mark &mark)
 {

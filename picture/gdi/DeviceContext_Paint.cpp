@@ -6,18 +6,6 @@
 
 namespace svgtool::picture {
 
-// Raster operations on two operands, [MS-EMF] 2.1.26, whose result does not depend on the ground.
-static constexpr uint32_t kRop2Black = 1, kRop2Nop = 11, kRop2CopyPen = 13, kRop2White = 16;
-
-static std::optional<Color> colorOfRop2(uint32_t mode)
-{
-    if (mode == kRop2Black)
-        return Color{ 0, 0, 0, 255 };
-    if (mode == kRop2White)
-        return Color{ 255, 255, 255, 255 };
-    return std::nullopt;
-}
-
 Node DeviceContext::newNode()
 {
     Node node;
@@ -61,8 +49,8 @@ static Path hatchLines(uint8_t style, double pixel)
 
 Paint DeviceContext::brushPaint(const Brush &brush)
 {
-    if (const auto color = colorOfRop2(m_state.rop2))
-        return { Paint::Kind::Solid, *color, kNone };
+    if (brush.kind == Brush::Kind::Pattern)
+        return patternPaint(brush);
     if (brush.kind != Brush::Kind::Hatched)
         return { Paint::Kind::Solid, brush.color, kNone };
     const double pixel = m_device.unitsPerPixel;
@@ -94,15 +82,7 @@ Index DeviceContext::fillPaint()
 // No more is painted than its clip lets through, and nothing by an operation that does nothing.
 bool DeviceContext::isSeen() const
 {
-    return m_state.rop2 != kRop2Nop && !m_state.visible->isEmpty;
-}
-
-// What is to be told of a figure that was painted over what lies beneath.
-Played DeviceContext::mixed() const
-{
-    return m_state.rop2 == kRop2CopyPen || colorOfRop2(m_state.rop2)
-            ? kDone
-            : approximated("it looks different");
+    return operationOfRop2(m_state.rop2) != kNoOperation && !m_state.visible->isEmpty;
 }
 
 Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
@@ -121,7 +101,8 @@ Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
         if (isShaped && node.fill != kNone
             && m_builder.scene().paints[node.fill].kind != Paint::Kind::Solid) {
             // The shape of the pen is not to stretch the brush.
-            m_builder.add(node, path, place);
+            Node filled = node;
+            addMixed(filled, [&, place](const Node &part) { m_builder.add(part, path, place); });
             node.fill = kNone;
         }
         node.stroke = penStroke(nib, path.verbs().back() == Path::Verb::Close);
@@ -129,10 +110,7 @@ Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
         if (isShaped)
             place = place.then(nib.shape.inverse().value_or(Affine()));
     }
-    if (node.fill == kNone && node.stroke == kNone)
-        return kDone;
-    m_builder.add(node, path, place);
-    return mixed();
+    return addMixed(node, [&](const Node &part) { m_builder.add(part, path, place); });
 }
 
 void DeviceContext::fillBox(const RectD &box, Color color)
@@ -152,68 +130,6 @@ Played DeviceContext::setPixel(PointD point, Color color)
         at = { std::floor(at.x + 0.5), std::floor(at.y + 0.5) };
     fillBox({ at.x, at.y, at.x + pixel, at.y + pixel }, color);
     return kDone;
-}
-
-Played DeviceContext::paintRects(std::span<const RectI> rects, const Brush &brush)
-{
-    if (brush.kind == Brush::Kind::Null || !isSeen())
-        return kDone;
-    Node node = newNode();
-    node.fill = m_builder.paint(brushPaint(brush));
-    node.isEvenOdd = false;
-    const auto boxOf = [](const RectI &rect) {
-        return RectD{ double(rect.left), double(rect.top), double(rect.right),
-                      double(rect.bottom) };
-    };
-    if (rects.size() == 1 && m_state.toDevice.keepsRectangles()) {
-        const RectD box = mapBounds(toPicture(), boxOf(rects[0]));
-        if (!box.isEmpty())
-            m_builder.add(node, Rect{ box, 0, 0 });
-        return mixed();
-    }
-    m_figure.clear();
-    for (const RectI &rect : rects) {
-        if (!rect.isEmpty())
-            m_figure.addRect(boxOf(rect));
-    }
-    if (!m_figure.isEmpty())
-        m_builder.add(node, m_figure, toPicture());
-    return mixed();
-}
-
-Played DeviceContext::fillRegion(std::span<const RectI> rects, uint32_t handle)
-{
-    const auto *brush = object(handle) != nullptr ? std::get_if<Brush>(object(handle)) : nullptr;
-    return brush != nullptr ? paintRects(rects, *brush) : notDone("its brush is not there");
-}
-
-Played DeviceContext::paintRegion(std::span<const RectI> rects)
-{
-    return paintRects(rects, m_state.brush);
-}
-
-Played DeviceContext::frameRegion(std::span<const RectI> rects, uint32_t handle, PointD edge)
-{
-    // The frame is what a region loses when it is made smaller by the edge on all sides.
-    std::vector<RectI> mapped;
-    const int32_t dx = truncateToInt32(std::abs(edge.x)), dy = truncateToInt32(std::abs(edge.y));
-    const auto region = Region::of(rects);
-    if (!region)
-        return notDone("its values make no sense");
-    const RectI all = region->bounds();
-    const RectI around{ wrapSub(all.left, 1), wrapSub(all.top, 1), wrapAdd(all.right, 1),
-                        wrapAdd(all.bottom, 1) };
-    const auto outside = Region::combined(Region(around), *region, Region::Mode::Difference);
-    if (!outside)
-        return notDone("its values make no sense");
-    for (const RectI &rect : outside->rects())
-        mapped.push_back({ wrapSub(rect.left, dx), wrapSub(rect.top, dy), wrapAdd(rect.right, dx),
-                           wrapAdd(rect.bottom, dy) });
-    const auto grown = Region::of(mapped);
-    if (!grown)
-        return notDone("its values make no sense");
-    const auto frame = Region::combined(*region, *grown, Region::Mode::And);
-    return frame ? fillRegion(frame->rects(), handle) : notDone("its values make no sense");
 }
 
 } // namespace svgtool::picture

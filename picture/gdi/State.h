@@ -2,6 +2,7 @@
 
 #include "core/geometry/Affine.h"
 #include "core/geometry/Region.h"
+#include "core/raster/DibDecoder.h"
 #include "picture/scene/Scene.h"
 
 #include <array>
@@ -60,11 +61,13 @@ struct Pen
 
 struct Brush
 {
-    enum class Kind : uint8_t { Solid, Null, Hatched };
+    enum class Kind : uint8_t { Solid, Null, Hatched, Pattern };
 
     Kind kind = Kind::Solid;
     uint8_t hatch = 0; ///< HatchStyle, [MS-EMF] 2.1.17
     Color color{ 255, 255, 255, 255 };
+    std::shared_ptr<const DecodedBitmap> pattern = {}; ///< of Pattern
+    bool isMono = false; ///< the pattern has the colours of text and background
 };
 
 struct Font

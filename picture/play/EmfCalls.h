@@ -114,12 +114,19 @@ Played angleArc(DeviceContext &dc, ByteView record);
 Played fillRegion(DeviceContext &dc, ByteView record);
 Played frameRegion(DeviceContext &dc, ByteView record);
 Played paintRegion(DeviceContext &dc, ByteView record);
+Played invertRegion(DeviceContext &dc, ByteView record);
 
 // Bitmaps: EmfCalls_Bitmaps.cpp.
 Played bitBlt(DeviceContext &dc, ByteView record);
 Played stretchBlt(DeviceContext &dc, ByteView record);
 Played setDibitsToDevice(DeviceContext &dc, ByteView record);
 Played stretchDibits(DeviceContext &dc, ByteView record);
+Played maskBlt(DeviceContext &dc, ByteView record);
+Played plgBlt(DeviceContext &dc, ByteView record);
+Played transparentBlt(DeviceContext &dc, ByteView record);
+Played alphaBlend(DeviceContext &dc, ByteView record);
+Played createMonoBrush(DeviceContext &dc, ByteView record);
+Played createDibBrush(DeviceContext &dc, ByteView record);
 
 // Text: EmfCalls_Text.cpp.
 enum class Encoding { Unicode, Bytes }; ///< of a text: UTF-16, or of the font's character set

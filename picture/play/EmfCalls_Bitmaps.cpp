@@ -37,6 +37,13 @@ namespace {
         return { at, takePair(fields) };
     }
 
+    // One of zeros was never filled in.
+    Affine takeToPixels(Fields &fields)
+    {
+        const Affine matrix = takeAffine(fields);
+        return matrix.isFinite() && matrix.determinant() != 0 ? matrix : Affine();
+    }
+
     // What BITBLT and those like it begin with.
     struct Blt
     {
@@ -53,9 +60,7 @@ namespace {
         blt.to = takeBlitBox(fields);
         blt.operation = fields.dword();
         blt.sourceAt = takePair(fields);
-        blt.toPixels = takeAffine(fields);
-        if (!blt.toPixels.isFinite() || blt.toPixels.determinant() == 0)
-            blt.toPixels = {}; // never filled in
+        blt.toPixels = takeToPixels(fields);
         fields.skip(4); // the background of sources without colours
         blt.range.usage = fields.dword();
         takeRange(fields, blt.range);
@@ -108,6 +113,85 @@ Played stretchDibits(DeviceContext &dc, ByteView record)
     const uint32_t operation = fields.dword();
     to.extent = takePair(fields);
     return dc.stretchDibits(to, from, dibOf(record, range), operation);
+}
+
+Played maskBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + kBounds);
+    const Blt blt = takeBlt(fields);
+    BlitMask mask;
+    mask.at = takePair(fields);
+    DibRange range;
+    range.usage = fields.dword();
+    takeRange(fields, range);
+    mask.dib = dibOf(record, range);
+    const BlitSource source{ dibOf(record, blt.range),
+                             { blt.sourceAt, blt.to.extent },
+                             blt.toPixels };
+    return dc.maskBlt(blt.to, blt.range.isEmpty() ? nullptr : &source,
+                      range.isEmpty() ? nullptr : &mask, blt.operation);
+}
+
+Played plgBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + kBounds);
+    const PointL corners[] = { takePair(fields), takePair(fields), takePair(fields) };
+    BlitSource source;
+    source.box = takeBlitBox(fields);
+    source.toPixels = takeToPixels(fields);
+    fields.skip(4); // the background of sources without colours
+    DibRange range, maskRange;
+    range.usage = fields.dword();
+    takeRange(fields, range);
+    source.dib = dibOf(record, range);
+    BlitMask mask;
+    mask.at = takePair(fields);
+    maskRange.usage = fields.dword();
+    takeRange(fields, maskRange);
+    mask.dib = dibOf(record, maskRange);
+    return dc.plgBlt(corners, source, maskRange.isEmpty() ? nullptr : &mask);
+}
+
+Played transparentBlt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + kBounds);
+    const Blt blt = takeBlt(fields);
+    const BlitSource source{ dibOf(record, blt.range),
+                             { blt.sourceAt, takePair(fields) },
+                             blt.toPixels };
+    return dc.transparentBlt(blt.to, source, dc.colorOfReference(blt.operation));
+}
+
+Played alphaBlend(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + kBounds);
+    const Blt blt = takeBlt(fields);
+    const BlitSource source{ dibOf(record, blt.range),
+                             { blt.sourceAt, takePair(fields) },
+                             blt.toPixels };
+    // BLENDFUNCTION, [MS-EMF] 2.2.5: the constant alpha, and whether pixels have one.
+    const auto constant = uint8_t(blt.operation >> 16);
+    return dc.alphaBlend(blt.to, source, constant, (blt.operation >> 24 & 1) != 0);
+}
+
+static Played createPatternBrush(DeviceContext &dc, ByteView record, bool isMono)
+{
+    Fields fields(record, kBody);
+    const uint32_t handle = fields.dword();
+    DibRange range;
+    range.usage = fields.dword();
+    takeRange(fields, range);
+    return dc.createPatternBrush(handle, dibOf(record, range), isMono);
+}
+
+Played createMonoBrush(DeviceContext &dc, ByteView record)
+{
+    return createPatternBrush(dc, record, true);
+}
+
+Played createDibBrush(DeviceContext &dc, ByteView record)
+{
+    return createPatternBrush(dc, record, false);
 }
 
 } // namespace svgtool::picture::emf

@@ -109,4 +109,12 @@ Played paintRegion(DeviceContext &dc, ByteView record)
     return rects ? dc.paintRegion(*rects) : kNoRegion;
 }
 
+Played invertRegion(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody + kBounds);
+    const uint32_t bytes = fields.dword();
+    const auto rects = readRegion(record, fields.offset(), bytes);
+    return rects ? dc.invertRegion(*rects) : kNoRegion;
+}
+
 } // namespace svgtool::picture::emf
