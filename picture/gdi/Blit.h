@@ -6,6 +6,7 @@
 #include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
 
+#include <array>
 #include <optional>
 
 namespace svgtool::picture {
@@ -25,7 +26,10 @@ struct BlitSource
 {
     DibBytes dib;
     BlitBox box; ///< in units that toPixels maps
-    Affine toPixels; ///< XformSrc of [MS-EMF], which is the identity nearly always
+    Affine toPixels = {}; ///< XformSrc of [MS-EMF], which is the identity nearly always
+
+    /// A device-dependent bitmap, [MS-WMF] 2.2.2.1, in the place of the other; or nothing.
+    ByteView bitmap16 = {};
 
     /// The box in pixels; right is less than left where it mirrors, bottom less than top.
     RectD pixelBox() const;
@@ -36,6 +40,13 @@ struct BlitMask
 {
     DibBytes dib;
     PointL at;
+};
+
+/// A point of a gradient, and its colour: red, green and blue from 0 to below 256.
+struct GradientVertex
+{
+    PointL at;
+    std::array<double, 3> channels{};
 };
 
 /// Where pixels come from and where they go.

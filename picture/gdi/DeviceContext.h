@@ -10,6 +10,7 @@
 #include "picture/scene/Grounds.h"
 #include "picture/scene/SceneBuilder.h"
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <queue>
@@ -146,9 +147,13 @@ public:
     /// @param constant  alpha of the whole, 255 for an opaque one
     /// @param hasAlpha  pixels of 32 bits have one of their own, multiplied in
     Played alphaBlend(const BlitBox &to, const BlitSource &source, uint8_t constant, bool hasAlpha);
-    /// A brush of a bitmap's pixels.
+    /// @param indices  of vertices: two opposite corners of each rectangle, or three of a triangle
+    /// @param mode     0 rectangles whose colour changes along x, 1 along y, 2 triangles
+    Played gradientFill(std::span<const GradientVertex> vertices, std::span<const uint32_t> indices,
+                        uint32_t mode);
+    /// A brush of a bitmap's pixels; nothing where that makes no sense.
     /// @param isMono  of the colours of text and background when it is used
-    Played createPatternBrush(uint32_t handle, const DibBytes &dib, bool isMono);
+    std::optional<Brush> patternBrush(const DibBytes &dib, bool isMono);
 
     // Text.
     Played textOut(const TextCall &call);
@@ -247,6 +252,7 @@ private:
 
     // Bitmaps.
     std::optional<DecodedBitmap> decode(const DibBytes &dib);
+    std::optional<DecodedBitmap> decode(const BlitSource &source);
     std::optional<BlitPlace> place(const BlitBox &to, const RectD &from, IntSize size) const;
     Played blit(const BlitBox &to, const RectD &from, DecodedBitmap bitmap,
                 RasterOperation operation);
@@ -254,6 +260,14 @@ private:
     Played paintFile(const DecodedBitmap &bitmap, const BlitPlace &place);
     Argb patternColour() const;
     Played fillBlit(const BlitBox &to, RasterOperation operation);
+
+    // Gradients: DeviceContext_Gradients.cpp.
+    using Triangle3 = std::array<const GradientVertex *, 3>;
+    Paint gradientPaint(PointD from, PointD to, Color first, Color last);
+    void fillGradientRect(const GradientVertex &first, const GradientVertex &second,
+                          bool isUpright);
+    Played fillTriangles(std::span<const Triangle3> triangles);
+    Played fillTriangleImage(std::span<const Triangle3> triangles);
 
     // Regions.
     Played paintRects(std::span<const RectI> rects, const Brush &brush, RasterOperation operation);
@@ -304,6 +318,7 @@ private:
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
+    double m_gradientPixels = 1 << 26; ///< left for triangles of the document
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.

@@ -116,6 +116,11 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
     return ConvertTo32Bits(dib, m_runLengthPixels);
 }
 
+std::optional<DecodedBitmap> DeviceContext::decode(const BlitSource &source)
+{
+    return source.bitmap16.data != nullptr ? decodeBitmap16(source.bitmap16) : decode(source.dib);
+}
+
 // Boxes are of whole device units, as GDI's are, unless the world turns them.
 std::optional<BlitPlace> DeviceContext::place(const BlitBox &to, const RectD &from,
                                               IntSize size) const
@@ -270,19 +275,16 @@ Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
             operation);
 }
 
-Played DeviceContext::createPatternBrush(uint32_t handle, const DibBytes &dib, bool isMono)
+std::optional<Brush> DeviceContext::patternBrush(const DibBytes &dib, bool isMono)
 {
     auto bitmap = decode(dib);
-    if (!bitmap)
-        return kBadBitmap;
+    if (!bitmap || bitmap->isFile()) // which would go with its record
+        return std::nullopt;
     Brush brush;
     brush.kind = Brush::Kind::Pattern;
     brush.isMono = isMono && bitmap->isMask();
-    // The record that a file lies in goes.
-    if (bitmap->isFile())
-        return notDone("its bitmap is a file");
     brush.pattern = std::make_shared<const DecodedBitmap>(std::move(*bitmap));
-    return createObject(handle, brush);
+    return brush;
 }
 
 Paint DeviceContext::patternPaint(const Brush &brush)
@@ -350,7 +352,7 @@ Played DeviceContext::stretchBlt(const BlitBox &to, const BlitSource *source, ui
     const RasterOperation operation(code);
     if (!operation.usesSource())
         return fillBlit(to, operation);
-    auto bitmap = source != nullptr ? decode(source->dib) : std::nullopt;
+    auto bitmap = source != nullptr ? decode(*source) : std::nullopt;
     if (!bitmap)
         return kBadBitmap;
     return blit(to, source->pixelBox(), std::move(*bitmap), operation);

@@ -60,7 +60,7 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
     if (!maskBits || !maskBits->isMask())
         return kBadMask;
     // Where the brush alone is painted through the mask, any pixels will do as the source.
-    auto bitmap = source != nullptr ? decode(source->dib) : maskBits;
+    auto bitmap = source != nullptr ? decode(*source) : maskBits;
     const bool usesSource = inside.usesSource() || outside.usesSource();
     if (!bitmap || bitmap->isFile() || (source == nullptr && usesSource))
         return kBadBitmap;
@@ -84,7 +84,7 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
 
 Played DeviceContext::transparentBlt(const BlitBox &to, const BlitSource &source, Color key)
 {
-    auto bitmap = decode(source.dib);
+    auto bitmap = decode(source);
     if (!bitmap)
         return kBadBitmap;
     const auto place = this->place(to, source.pixelBox(), bitmap->size);
@@ -120,7 +120,7 @@ static Bitmap withAlpha(const Bitmap &bitmap)
 Played DeviceContext::alphaBlend(const BlitBox &to, const BlitSource &source, uint8_t constant,
                                  bool hasAlpha)
 {
-    auto bitmap = decode(source.dib);
+    auto bitmap = decode(source);
     if (!bitmap)
         return kBadBitmap;
     const auto place = this->place(to, source.pixelBox(), bitmap->size);
@@ -145,7 +145,7 @@ Played DeviceContext::alphaBlend(const BlitBox &to, const BlitSource &source, ui
 Played DeviceContext::plgBlt(std::span<const PointL, 3> corners, const BlitSource &source,
                              const BlitMask *mask)
 {
-    auto bitmap = decode(source.dib);
+    auto bitmap = decode(source);
     auto maskBits = mask != nullptr ? decode(mask->dib) : std::nullopt;
     if (!bitmap)
         return kBadBitmap;

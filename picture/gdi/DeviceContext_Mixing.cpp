@@ -41,6 +41,8 @@ Index DeviceContext::mixedPaint(Index index, RasterOperation operation, Color gr
         paint.resource = m_builder.hatch(hatch);
         break;
     }
+    case Paint::Kind::Gradient: // which nothing mixes
+        break;
     case Paint::Kind::Pattern: {
         Pattern pattern = m_builder.scene().patterns[paint.resource];
         const Bitmap &pixels = m_builder.scene().images[pattern.image].pixels;

@@ -125,6 +125,7 @@ Played maskBlt(DeviceContext &dc, ByteView record);
 Played plgBlt(DeviceContext &dc, ByteView record);
 Played transparentBlt(DeviceContext &dc, ByteView record);
 Played alphaBlend(DeviceContext &dc, ByteView record);
+Played gradientFill(DeviceContext &dc, ByteView record);
 Played createMonoBrush(DeviceContext &dc, ByteView record);
 Played createDibBrush(DeviceContext &dc, ByteView record);
 

@@ -174,6 +174,34 @@ Played alphaBlend(DeviceContext &dc, ByteView record)
     return dc.alphaBlend(blt.to, source, constant, (blt.operation >> 24 & 1) != 0);
 }
 
+Played gradientFill(DeviceContext &dc, ByteView record)
+{
+    constexpr int64_t kVertexBytes = 16; // TRIVERTEX, [MS-EMF] 2.2.26
+    constexpr uint32_t kTriangles = 2;
+    Fields fields(record, kBody + kBounds);
+    const int64_t count = fields.dword(), figures = fields.dword();
+    const uint32_t mode = fields.dword();
+    const int64_t corners = figures * (mode == kTriangles ? 3 : 2);
+    if (!slice(record, fields.offset(), count * kVertexBytes)
+        || !slice(record, fields.offset() + count * kVertexBytes, corners * 4))
+        return notDone("it names more points than it has");
+    std::vector<GradientVertex> vertices;
+    vertices.reserve(size_t(count));
+    for (int64_t i = 0; i < count; ++i) {
+        GradientVertex vertex;
+        vertex.at = takePair(fields);
+        for (double &channel : vertex.channels)
+            channel = fields.word() / 256.0;
+        fields.skip(2); // alpha, which is not looked at
+        vertices.push_back(vertex);
+    }
+    std::vector<uint32_t> indices;
+    indices.reserve(size_t(corners));
+    for (int64_t i = 0; i < corners; ++i)
+        indices.push_back(fields.dword());
+    return dc.gradientFill(vertices, indices, mode);
+}
+
 static Played createPatternBrush(DeviceContext &dc, ByteView record, bool isMono)
 {
     Fields fields(record, kBody);
@@ -181,7 +209,8 @@ static Played createPatternBrush(DeviceContext &dc, ByteView record, bool isMono
     DibRange range;
     range.usage = fields.dword();
     takeRange(fields, range);
-    return dc.createPatternBrush(handle, dibOf(record, range), isMono);
+    const auto brush = dc.patternBrush(dibOf(record, range), isMono);
+    return brush ? dc.createObject(handle, *brush) : notDone("its bitmap makes no sense");
 }
 
 Played createMonoBrush(DeviceContext &dc, ByteView record)

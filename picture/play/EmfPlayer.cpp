@@ -146,7 +146,7 @@ namespace {
         { Emr::AlphaBlend, emf::alphaBlend },
         { Emr::SetLayout, emf::number<&DeviceContext::setLayout> },
         { Emr::TransparentBlt, emf::transparentBlt },
-        { Emr::GradientFill, nullptr, notDone("gradients are not drawn yet") },
+        { Emr::GradientFill, emf::gradientFill },
         { Emr::SetLinkedUfis, neutral },
         { Emr::SetTextJustification, emf::setTextJustification },
         { Emr::ColorMatchToTargetW, neutral },

@@ -110,6 +110,7 @@ Played selectClipRegion(DeviceContext &dc, ByteView record);
 Played fillRegion(DeviceContext &dc, ByteView record);
 Played frameRegion(DeviceContext &dc, ByteView record);
 Played paintRegion(DeviceContext &dc, ByteView record);
+Played invertRegion(DeviceContext &dc, ByteView record);
 
 // Text: WmfCalls_Text.cpp.
 Played textOut(DeviceContext &dc, ByteView record);
@@ -117,6 +118,7 @@ Played extTextOut(DeviceContext &dc, ByteView record);
 
 // Bitmaps: WmfCalls_Bitmaps.cpp.
 Played patBlt(DeviceContext &dc, ByteView record);
+Played createDibBrush(DeviceContext &dc, ByteView record);
 Played dibBitBlt(DeviceContext &dc, ByteView record);
 Played dibStretchBlt(DeviceContext &dc, ByteView record);
 Played stretchDib(DeviceContext &dc, ByteView record);

@@ -31,6 +31,18 @@ namespace {
         return box;
     }
 
+    // The bitmap at the end of a record: independent of devices, or not so in the older types.
+    BlitSource sourceOf(ByteView bitmap, uint32_t type, const BlitBox &box)
+    {
+        constexpr uint32_t kBitBlt = 0x0922, kStretchBlt = 0x0B23;
+        BlitSource source{ {}, box };
+        if (type == kBitBlt || type == kStretchBlt)
+            source.bitmap16 = bitmap;
+        else
+            source.dib = packedDib(bitmap, 0);
+        return source;
+    }
+
     // Records that lack the bitmap have a word in the place that it would begin.
     bool hasBitmap(ByteView record, uint32_t type)
     {
@@ -55,7 +67,7 @@ Played dibBitBlt(DeviceContext &dc, ByteView record)
     const bool isWithBitmap = hasBitmap(record, type);
     fields.skip(isWithBitmap ? 0 : 2);
     const BlitBox to = takeBlitBox(fields);
-    const BlitSource source{ packedDib(tail(record, fields.offset()), 0), { at, to.extent }, {} };
+    const BlitSource source = sourceOf(tail(record, fields.offset()), type, { at, to.extent });
     return dc.stretchBlt(to, isWithBitmap ? &source : nullptr, operation);
 }
 
@@ -68,7 +80,7 @@ Played dibStretchBlt(DeviceContext &dc, ByteView record)
     const bool isWithBitmap = hasBitmap(record, type);
     fields.skip(isWithBitmap ? 0 : 2);
     const BlitBox to = takeBlitBox(fields);
-    const BlitSource source{ packedDib(tail(record, fields.offset()), 0), from, {} };
+    const BlitSource source = sourceOf(tail(record, fields.offset()), type, from);
     return dc.stretchBlt(to, isWithBitmap ? &source : nullptr, operation);
 }
 
@@ -93,6 +105,20 @@ Played setDibToDevice(DeviceContext &dc, ByteView record)
     const PointL to = takePair(fields);
     return dc.setDibitsToDevice(to, from, packedDib(tail(record, fields.offset()), usage),
                                 firstLine, lines);
+}
+
+Played createDibBrush(DeviceContext &dc, ByteView record)
+{
+    constexpr uint16_t kPattern = 3; // BS_PATTERN: made of a bitmap of the device
+    Fields fields(record, kBody);
+    const bool isMono = fields.word() == kPattern;
+    const uint32_t usage = fields.word();
+    const auto brush = dc.patternBrush(packedDib(tail(record, fields.offset()), usage), isMono);
+    if (brush)
+        return dc.createInFreeSlot(*brush);
+    // The slots of others depend on it.
+    dc.createInFreeSlot(Other());
+    return notDone("its bitmap makes no sense");
 }
 
 } // namespace svgtool::picture::wmf

@@ -124,6 +124,12 @@ Played frameRegion(DeviceContext &dc, ByteView record)
     return region != nullptr ? dc.frameRegion(region->rects(), brush, edge) : kNoRegion;
 }
 
+Played invertRegion(DeviceContext &dc, ByteView record)
+{
+    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
+    return region != nullptr ? dc.invertRegion(region->rects()) : kNoRegion;
+}
+
 Played paintRegion(DeviceContext &dc, ByteView record)
 {
     const Region *const region = dc.region(Fields(record, kBody).word() + 1u);

@@ -58,14 +58,24 @@ struct Pattern
     bool operator==(const Pattern &) const = default;
 };
 
+/// A colour that changes along a line from one place to another, and goes on behind its ends.
+struct Gradient
+{
+    PointD from, to;
+    Color first, last;
+
+    bool operator==(const Gradient &) const = default;
+};
+
 /// What fills an area or a stroke.
 struct Paint
 {
-    enum class Kind : uint8_t { Solid, Hatch, Pattern };
+    enum class Kind : uint8_t { Solid, Hatch, Pattern, Gradient };
 
     Kind kind = Kind::Solid;
     Color color; ///< of Solid
-    Index resource = kNone; ///< of Hatch, in Scene::hatches; of Pattern, in Scene::patterns
+    Index resource =
+            kNone; ///< of Hatch, in Scene::hatches; of Pattern, in Scene::patterns, and so on
 
     bool operator==(const Paint &) const = default;
 };
@@ -224,6 +234,7 @@ struct Scene
     std::vector<Hatch> hatches;
     std::vector<Image> images;
     std::vector<Pattern> patterns;
+    std::vector<Gradient> gradients;
     std::vector<Clip> clips;
     std::vector<Affine> transforms;
     std::vector<FontStyle> fonts;

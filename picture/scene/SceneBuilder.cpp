@@ -82,6 +82,13 @@ Index SceneBuilder::pattern(const Pattern &pattern)
     return once(m_patterns, m_scene.patterns, pattern, key.take());
 }
 
+Index SceneBuilder::gradient(const Gradient &gradient)
+{
+    Key key;
+    key << gradient.from << gradient.to << gradient.first << gradient.last;
+    return once(m_gradients, m_scene.gradients, gradient, key.take());
+}
+
 // FNV-1a, by words where there are any.
 static uint64_t hashOf(const Image &image)
 {

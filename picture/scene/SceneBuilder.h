@@ -21,6 +21,7 @@ public:
     Index hatch(const Hatch &hatch);
     Index image(Image image);
     Index pattern(const Pattern &pattern);
+    Index gradient(const Gradient &gradient);
     Index clip(const Clip &clip);
     /// kNone for the identity.
     Index transform(const Affine &matrix);
@@ -51,7 +52,8 @@ private:
                       std::string key);
 
     Scene m_scene;
-    Known m_paints, m_strokes, m_hatches, m_patterns, m_clips, m_transforms, m_fonts;
+    Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_clips, m_transforms;
+    Known m_fonts;
     std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
 };
 

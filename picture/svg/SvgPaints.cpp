@@ -59,6 +59,8 @@ void usePaint(SvgDocument &document, const Paint &paint)
         document.use(Defined::Hatch, paint.resource);
     else if (paint.kind == Paint::Kind::Pattern)
         document.use(Defined::Pattern, paint.resource);
+    else if (paint.kind == Paint::Kind::Gradient)
+        document.use(Defined::Gradient, paint.resource);
 }
 
 void defineHatch(SvgDocument &document, Index number)
@@ -88,6 +90,23 @@ void defineHatch(SvgDocument &document, Index number)
     document.put("\"/></pattern>\n");
 }
 
+void defineGradient(SvgDocument &document, Index number)
+{
+    const Gradient &gradient = document.scene().gradients[number];
+    document.put("<linearGradient");
+    document.id(Defined::Gradient, number);
+    document.put(" gradientUnits=\"userSpaceOnUse\"");
+    document.attribute("x1", gradient.from.x);
+    document.attribute("y1", gradient.from.y);
+    document.attribute("x2", gradient.to.x);
+    document.attribute("y2", gradient.to.y);
+    document.put("><stop offset=\"0\"");
+    document.attribute("stop-color", gradient.first);
+    document.put("/><stop offset=\"1\"");
+    document.attribute("stop-color", gradient.last);
+    document.put("/></linearGradient>\n");
+}
+
 // Colours of SVG 1.1 have no alpha.
 static void writeOpacity(SvgDocument &document, std::string_view name, uint8_t alpha)
 {
@@ -102,7 +121,9 @@ static void writeOpacity(SvgDocument &document, std::string_view name, uint8_t a
 static void writeReference(SvgDocument &document, std::string_view name, const Paint &paint)
 {
     document.put(' ', name, "=\"");
-    document.reference(paint.kind == Paint::Kind::Hatch ? Defined::Hatch : Defined::Pattern,
+    document.reference(paint.kind == Paint::Kind::Hatch             ? Defined::Hatch
+                               : paint.kind == Paint::Kind::Pattern ? Defined::Pattern
+                                                                    : Defined::Gradient,
                        paint.resource);
     document.put('"');
 }

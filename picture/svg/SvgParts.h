@@ -34,6 +34,7 @@ void writeTextEnd(SvgDocument &document, const Text &text);
 /// Notes what a paint needs in <defs>.
 void usePaint(SvgDocument &document, const Paint &paint);
 void defineHatch(SvgDocument &document, Index hatch);
+void defineGradient(SvgDocument &document, Index gradient);
 
 // Single attributes; nothing where they are the default.
 void writeFill(SvgDocument &document, Index fill);

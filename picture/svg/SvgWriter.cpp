@@ -111,6 +111,9 @@ namespace {
             case Defined::Pattern:
                 definePattern(document, resource);
                 break;
+            case Defined::Gradient:
+                defineGradient(document, resource);
+                break;
             case Defined::Image:
                 defineImage(document, resource);
                 break;
