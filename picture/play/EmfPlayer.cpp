@@ -3,8 +3,8 @@
 #include "core/base/Limits.h"
 #include "core/records/EmfRecordTypes.h"
 #include "core/records/MetafileFacts.h"
-#include "core/records/RecordIterator.h"
 #include "picture/play/EmfCalls.h"
+#include "picture/play/RecordRow.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,24 +13,11 @@ namespace svgtool::picture {
 
 namespace {
 
-    struct Row
-    {
-        uint32_t type;
-        Played (*play)(DeviceContext &context, ByteView record);
-        Played otherwise = kDone; ///< what becomes of it where there is no function
-    };
-
-    // Nothing in the picture depends on it.
-    Played neutral(DeviceContext &, ByteView)
-    {
-        return kNeutral;
-    }
-
     using enum emf::Width;
 
     // All types, by number.
     // clang-format off
-    constexpr Row kRows[] = {
+    constexpr RecordRow kRows[] = {
         { Emr::Header, neutral },
         { Emr::PolyBezier, emf::points<Long, &DeviceContext::polyBezier> },
         { Emr::Polygon, emf::points<Long, &DeviceContext::polygon> },
@@ -153,7 +140,8 @@ namespace {
         { Emr::CreateColorSpaceW, emf::createOther },
     };
     // clang-format on
-    static_assert(std::ranges::equal(kRows, kEmfRecordTypes, {}, &Row::type, &RecordType::number));
+    static_assert(std::ranges::equal(kRows, kEmfRecordTypes, {}, &RecordRow::type,
+                                     &RecordType::number));
 
 } // namespace
 
@@ -185,28 +173,14 @@ Played EmfPlayer::comment(ByteView record)
 
 Played EmfPlayer::play(uint32_t type, ByteView record)
 {
-    if (type == Emr::GdiComment)
-        return comment(record);
-    const auto *const row = std::ranges::lower_bound(kRows, type, {}, &Row::type);
-    if (row == std::end(kRows) || row->type != type)
-        return notDone("its type is not known");
-    return row->play != nullptr ? row->play(m_context, record) : row->otherwise;
+    return type == Emr::GdiComment ? comment(record) : playByRow(kRows, m_context, type, record);
 }
 
 void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
 {
-    RecordIterator records(MetafileFormat::Emf, file, firstRecord);
-    uint32_t number = 2; // the header is the first
-    if (tally != nullptr)
-        tally->begin(firstRecord, number);
-    while (const auto record = records.next()) {
-        m_context.setRecord(number++);
-        const Played played = play(record->type, record->bytes);
-        if (tally != nullptr)
-            tally->note(record->type, played.outcome, record->bytes.size, played.why);
-    }
-    if (tally != nullptr)
-        tally->end(records.stop());
+    constexpr uint32_t kFirst = 2; // the header is the first
+    playRecords(RecordIterator(MetafileFormat::Emf, file, firstRecord), kFirst, m_context, tally,
+                [this](const Record &record) { return play(record.type, record.bytes); });
 }
 
 } // namespace svgtool::picture

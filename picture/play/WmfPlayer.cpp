@@ -1,8 +1,8 @@
 #include "picture/play/WmfPlayer.h"
 
 #include "core/base/Numeric.h"
-#include "core/records/RecordIterator.h"
 #include "core/records/WmfRecordTypes.h"
+#include "picture/play/RecordRow.h"
 #include "picture/play/WmfCalls.h"
 
 #include <algorithm>
@@ -12,22 +12,9 @@ namespace svgtool::picture {
 
 namespace {
 
-    struct Row
-    {
-        uint32_t type;
-        Played (*play)(DeviceContext &context, ByteView record);
-        Played otherwise = kDone; ///< what becomes of it where there is no function
-    };
-
-    // Nothing in the picture depends on it.
-    Played neutral(DeviceContext &, ByteView)
-    {
-        return kNeutral;
-    }
-
     // All types, by number.
     // clang-format off
-    constexpr Row kRows[] = {
+    constexpr RecordRow kRows[] = {
         { Meta::Eof, neutral },
         { Meta::SaveDC, wmf::plain<&DeviceContext::saveState> },
         { Meta::RealizePalette, neutral },
@@ -104,7 +91,8 @@ namespace {
         { Meta::StretchDib, wmf::stretchDib },
     };
     // clang-format on
-    static_assert(std::ranges::equal(kRows, kWmfRecordTypes, {}, &Row::type, &RecordType::number));
+    static_assert(std::ranges::equal(kRows, kWmfRecordTypes, {}, &RecordRow::type,
+                                     &RecordType::number));
 
     struct Size
     {
@@ -179,26 +167,13 @@ WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context
 
 Played WmfPlayer::play(uint32_t type, ByteView record)
 {
-    const auto *const row = std::ranges::lower_bound(kRows, type, {}, &Row::type);
-    if (row == std::end(kRows) || row->type != type)
-        return notDone("its type is not known");
-    return row->play != nullptr ? row->play(m_context, record) : row->otherwise;
+    return playByRow(kRows, m_context, type, record);
 }
 
 void WmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)
 {
-    RecordIterator records(facts.format, file, facts.firstRecord);
-    uint32_t number = 1;
-    if (tally != nullptr)
-        tally->begin(facts.firstRecord, number);
-    while (const auto record = records.next()) {
-        m_context.setRecord(number++);
-        const Played played = play(record->type, record->bytes);
-        if (tally != nullptr)
-            tally->note(record->type, played.outcome, record->bytes.size, played.why);
-    }
-    if (tally != nullptr)
-        tally->end(records.stop());
+    playRecords(RecordIterator(facts.format, file, facts.firstRecord), 1, m_context, tally,
+                [this](const Record &record) { return play(record.type, record.bytes); });
 }
 
 } // namespace svgtool::picture

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/records/RecordIterator.h"
+#include "picture/gdi/DeviceContext.h"
+
+#include <algorithm>
+#include <span>
+
+namespace svgtool::picture {
+
+/// What is done with records of one type.
+struct RecordRow
+{
+    uint32_t type;
+    Played (*play)(DeviceContext &context, ByteView record);
+    Played otherwise = kDone; ///< what becomes of it where there is no function
+};
+
+/// Nothing in the picture depends on the record.
+inline Played neutral(DeviceContext &, ByteView)
+{
+    return kNeutral;
+}
+
+/// Plays a record by its row in a list that is sorted by type.
+inline Played playByRow(std::span<const RecordRow> rows, DeviceContext &context, uint32_t type,
+                        ByteView record)
+{
+    const auto row = std::ranges::lower_bound(rows, type, {}, &RecordRow::type);
+    if (row == rows.end() || row->type != type)
+        return notDone("its type is not known");
+    return row->play != nullptr ? row->play(context, record) : row->otherwise;
+}
+
+/// Plays the records that are left, up to the end record.
+/// @param number  of the first of them
+/// @param play    gives what became of a record
+/// @param tally   what became of each record is counted there, if not null
+template<class Play>
+void playRecords(RecordIterator records, uint32_t number, DeviceContext &context,
+                 RecordTally *tally, Play play)
+{
+    if (tally != nullptr)
+        tally->begin(records.offset(), number);
+    while (const auto record = records.next()) {
+        context.setRecord(number++);
+        const Played played = play(*record);
+        if (tally != nullptr)
+            tally->note(record->type, played.outcome, record->bytes.size, played.why);
+    }
+    if (tally != nullptr)
+        tally->end(records.stop());
+}
+
+} // namespace svgtool::picture
