@@ -62,7 +62,7 @@ inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
 /// Points that lines in the place of curves and outlines in the place of lines may have, together.
 inline constexpr size_t kPointsOfOutlines = size_t(1) << 23;
 
-// State.
+// Clips.
 
 /// Rectangles and corners that all changes of clips may go through: a short record may change a
 /// large clip, again and again.

@@ -2,7 +2,6 @@
 
 #include "core/base/ByteOrder.h"
 #include "core/records/EmfRecords.h"
-#include "core/records/Fields.h"
 #include "core/records/RecordIterator.h"
 #include "core/records/WmfRecords.h"
 
@@ -141,13 +140,6 @@ namespace {
         facts.deviceMillimeters[0] = fromLittleEndian(header.szlMillimeters.cx);
         facts.deviceMillimeters[1] = fromLittleEndian(header.szlMillimeters.cy);
         facts.namedFirstRecord = fromLittleEndian(header.nSize);
-        // HeaderExtension2, [MS-EMF] 2.2.11.
-        constexpr int64_t kMicrometers = 100, kLongHeader = 108;
-        if (facts.namedFirstRecord >= kLongHeader) {
-            Fields fields(file, kMicrometers);
-            facts.deviceMicrometers[0] = fields.longInt();
-            facts.deviceMicrometers[1] = fields.longInt();
-        }
         facts.firstRecord = findFirstRecord(file, facts.namedFirstRecord);
         walkRecords(file, facts);
     }

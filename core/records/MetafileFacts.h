@@ -26,7 +26,6 @@ struct MetafileFacts
     HeaderBox frame; ///< EMF: 0.01 mm
     int32_t devicePixels[2] = {}; ///< EMF: width and height of the reference device
     int32_t deviceMillimeters[2] = {};
-    int32_t deviceMicrometers[2] = {}; ///< EMF: the same again, where the header is long enough
     uint16_t unitsPerInch = 0; ///< placeable WMF
     int64_t headerLargestRecord = 0; ///< WMF: bytes of the largest record by the header
     int64_t largestRecord = 0; ///< of those there are, the end record left out

@@ -106,9 +106,14 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
         };
     }
     setSize(realized, font.height, scale, device);
-    if (font.width != 0 && realized.shape.tables.averageWidth > 0) {
-        const double average =
-                realized.em * realized.shape.tables.averageWidth / realized.shape.tables.unitsPerEm;
+    const FontTables &tables = realized.shape.tables;
+    if (font.width != 0 && tables.averageWidth > 0) {
+        // What stands in for a face that is not there may be of quite another width, and the
+        // average of a font without small letters says nothing.
+        constexpr double kUsual = 0.44, kLeast = 0.3; // of an em, the one as in Arial
+        const double known = double(tables.averageWidth) / tables.unitsPerEm;
+        const bool counts = realized.shape.isNamed && known >= kLeast;
+        const double average = realized.em * (counts ? known : kUsual);
         const double stretch =
                 std::abs(double(font.width)) * perLogical / (average * realized.axes.scaleX());
         realized.axes.a *= stretch;

@@ -14,16 +14,12 @@ static RectD boxOf(const HeaderBox &box)
     return { double(box.left), double(box.top), double(box.right), double(box.bottom) };
 }
 
-// Along one axis; nothing where it makes no sense. Whole millimetres are coarse, and micrometres
-// count where they say the same, for some recorders have something else in their place.
-static std::optional<double> pixelsPerMillimeter(int32_t pixels, int32_t millimeters,
-                                                 int32_t micrometers)
+// Along one axis; nothing where it makes no sense. Micrometres, which some headers have too, do not
+// count: recorders work the frame out with whole millimetres.
+static std::optional<double> pixelsPerMillimeter(int32_t pixels, int32_t millimeters)
 {
     constexpr double kLeast = 0.1, kMost = 1000; // of any device there is
-    double length = millimeters;
-    if (std::abs(micrometers / 1000.0 - length) < 1)
-        length = micrometers / 1000.0;
-    const double density = length > 0 ? pixels / length : 0;
+    const double density = millimeters > 0 ? double(pixels) / millimeters : 0;
     return density >= kLeast && density <= kMost ? std::optional(density) : std::nullopt;
 }
 
@@ -46,8 +42,8 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     Device &device = picture.device;
     double density[2] = {};
     for (size_t i = 0; i < 2; ++i) {
-        const auto known = pixelsPerMillimeter(facts.devicePixels[i], facts.deviceMillimeters[i],
-                                               facts.deviceMicrometers[i]);
+        const auto known =
+                pixelsPerMillimeter(facts.devicePixels[i], facts.deviceMillimeters[i]);
         density[i] = known.value_or(0);
         picture.isGuessed = picture.isGuessed || !known;
     }
