@@ -261,8 +261,8 @@ Played DeviceContext::fillTriangles(std::span<const Triangle3> corners)
         const auto along = [u = *direction](PointD p) { return p.x * u.x + p.y * u.y; };
         const auto [first, last] = std::minmax({ along(a), along(b), along(c) });
         const double at = along(a);
-        const auto pointAt = [&, u = *direction](double distance) {
-            return PointD{ a.x + (distance - at) * u.x, a.y + (distance - at) * u.y };
+        const auto pointAt = [at, start = a, u = *direction](double distance) {
+            return PointD{ start.x + (distance - at) * u.x, start.y + (distance - at) * u.y };
         };
         const PointD from = pointAt(first), to = pointAt(last);
         Node node = newNode();
