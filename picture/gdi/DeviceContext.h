@@ -295,6 +295,7 @@ private:
 
     // Text. Axes are from where letters lie, along the baseline and down, to the picture.
     using Placed = std::span<const PlacedCharacter>;
+    void moveBehind(double width, const RealizedFont &font, const Affine &axes);
     Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
     void fillQuad(const RectD &box, const Affine &axes, Color color);
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);

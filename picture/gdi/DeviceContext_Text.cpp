@@ -208,6 +208,18 @@ void DeviceContext::drawLines(std::span<const PlacedCharacter> characters, const
         line(shape.strikeOut, shape.strikeOutThickness);
 }
 
+// The next text goes on where this one ended; to the left of it where texts are right-aligned.
+void DeviceContext::moveBehind(double width, const RealizedFont &font, const Affine &axes)
+{
+    const uint32_t align = m_state.textAlign;
+    if ((align & kUpdatePosition) == 0 || (align & kCenter) == kCenter)
+        return;
+    const double down = alignedOffset(align, width, font).y;
+    const PointD end = axes.map({ (align & kRight) != 0 ? 0 : width, -down });
+    if (const auto toLogical = toPicture().inverse())
+        m_state.current = toLogical->map(end);
+}
+
 Played DeviceContext::textOut(const TextCall &call)
 {
     if ((call.options & TextOption::kOpaque) != 0 && !m_state.visible->isEmpty)
@@ -228,12 +240,7 @@ Played DeviceContext::textOut(const TextCall &call)
     }
     const TextLayout layout = layOut(resolved, m_state, *font);
     const Affine axes = textAxes(call, *font, layout.width);
-    if ((m_state.textAlign & kUpdatePosition) != 0) {
-        const PointD offset = alignedOffset(m_state.textAlign, layout.width, *font);
-        const PointD end = axes.map({ layout.width, -offset.y });
-        if (const auto toLogical = toPicture().inverse())
-            m_state.current = toLogical->map(end);
-    }
+    moveBehind(layout.width, *font, axes);
     const auto shown = shownCharacters(layout);
     if (m_isInPath) {
         addToPath(shown, *font, axes);
