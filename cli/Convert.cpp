@@ -81,8 +81,8 @@ namespace {
         if (result.facts.format == MetafileFormat::Unknown && !options.isExact)
             throw Failure{ result.input, reasonOf(SvgToolInvalidWmf, result.facts) };
         result.status = FileStatus::Converted;
-        const QByteArray document = options.isExact ? exactDocument(bytes, result)
-                                                    : pictureDocument(bytes, options, result);
+        QByteArray document = options.isExact ? exactDocument(bytes, result)
+                                              : pictureDocument(bytes, options, result);
         for (const RecordTally::Line &line : result.records.lines())
             result.skipped += line.outcome == RecordOutcome::Skipped ? line.count : 0;
         return document;
