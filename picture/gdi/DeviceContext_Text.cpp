@@ -12,8 +12,15 @@ static constexpr uint32_t kUpdatePosition = 1, kRight = 2, kCenter = 6, kBottom 
 // What XML has no character for, and what is not seen anyway.
 static bool isShown(char32_t character)
 {
-    const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
+    const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0)
+            || (character >= 0xF000 && character < 0xF020);
     return !isControl && (character & 0xFFFE) != 0xFFFE;
+}
+
+// A code of a symbol font, which means something in that font alone.
+static bool isPrivateCode(const PlacedCharacter &each)
+{
+    return each.character >= 0xF020 && each.character <= 0xF0FF;
 }
 
 static bool isBlank(char32_t character)
@@ -231,8 +238,9 @@ Played DeviceContext::textOut(const TextCall &call)
     std::u16string named;
     Played played = kDone;
     if ((call.options & TextOption::kGlyphs) != 0) {
-        named = charactersOfGlyphs(call.text, font->request);
-        if (!font->shape.isNamed)
+        const FontRequest face = namedFace(*m_state.font);
+        named = charactersOfGlyphs(call.text, face);
+        if (!fontShape(face).isNamed)
             named.assign(call.text.size(), u'\0');
         if (named.find(u'\0') != named.npos)
             played = approximated("it names glyphs of a font that is not installed");
@@ -242,6 +250,8 @@ Played DeviceContext::textOut(const TextCall &call)
     const Affine axes = textAxes(call, *font, layout.width);
     moveBehind(layout.width, *font, axes);
     const auto shown = shownCharacters(layout);
+    if (std::ranges::any_of(shown, isPrivateCode))
+        played = approximated("it has symbols that are no characters of Unicode");
     if (m_isInPath) {
         addToPath(shown, *font, axes);
         return played;

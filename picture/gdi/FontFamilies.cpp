@@ -92,6 +92,22 @@ static uint16_t weightOf(int32_t weight)
     return uint16_t(std::clamp((weight + 50) / 100, 1, 9) * 100);
 }
 
+// Symbols are written as the characters they are. Fonts that have these come before the one named,
+// in which the viewer would take some of them, × among them, for codes of other symbols; that one
+// is left what Unicode has no character for.
+static void nameSymbols(FontStyle &style, SymbolFont symbols)
+{
+    const bool isText = symbols == SymbolFont::Symbol || symbols == SymbolFont::MathExtra;
+    const std::u16string named = style.families.front();
+    if (isText)
+        style.families = { u"Times New Roman", u"Liberation Serif", u"Cambria Math",
+                           u"DejaVu Sans" };
+    else
+        style.families = { u"Segoe UI Symbol", u"Noto Sans Symbols2", u"DejaVu Sans" };
+    style.families.push_back(named);
+    style.generic = isText ? Generic::Serif : Generic::SansSerif;
+}
+
 FontStyle fontStyleOf(const Font &font)
 {
     FontStyle style;
@@ -105,6 +121,10 @@ FontStyle fontStyleOf(const Font &font)
         face.erase(0, 1);
     if (!face.empty())
         style.families.push_back(face);
+    if (const SymbolFont symbols = symbolFont(face); symbols != SymbolFont::None) {
+        nameSymbols(style, symbols);
+        return style;
+    }
     const auto *const twins = std::ranges::find(kTwins, lowered(face), &Twins::face);
     if (twins != std::end(kTwins)) {
         style.generic = twins->generic;

@@ -58,14 +58,22 @@ static void setSize(RealizedFont &realized, int32_t height, double scale, const 
     }
 }
 
-static FontRequest measuredFace(const Font &font, FontShape &shape)
+FontRequest namedFace(const Font &font)
 {
     FontRequest request{ font.face, font.weight, font.isItalic };
     if (!request.face.empty() && request.face.front() == u'@')
         request.face.erase(0, 1);
+    return request;
+}
+
+static FontRequest measuredFace(const Font &font, FontShape &shape)
+{
+    const FontStyle style = fontStyleOf(font);
+    FontRequest request = namedFace(font);
+    if (symbolFont(request.face) != SymbolFont::None)
+        request.face = style.families.front(); // its symbols are drawn as characters of another
     shape = fontShape(request);
     // Others of its kind stand in for a face that is not there.
-    const FontStyle style = fontStyleOf(font);
     for (size_t i = 0; i < style.families.size() && !shape.isNamed; ++i) {
         const FontRequest other{ style.families[i], font.weight, font.isItalic };
         const FontShape found = fontShape(other);
@@ -84,6 +92,7 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
     const Font &font = *state.font;
     RealizedFont realized;
     realized.request = measuredFace(font, realized.shape);
+    realized.symbols = symbolFont(namedFace(font).face);
 
     Affine map = state.toDevice.then(device.toPicture);
     map.e = map.f = 0;
@@ -141,6 +150,12 @@ static std::u32string decode(std::u16string_view text, std::vector<size_t> &unit
     return characters;
 }
 
+static char32_t meaning(char32_t code, SymbolFont symbols)
+{
+    constexpr char32_t kBlank = 0xF020; // of any symbol font
+    return code == kBlank ? U' ' : symbolCharacter(symbols, code);
+}
+
 // As wide as GDI makes a character whose advance is not recorded.
 static double ownAdvance(const CharacterShape &shape, const RealizedFont &font, int64_t scale)
 {
@@ -154,7 +169,9 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
 {
     TextLayout layout;
     std::vector<size_t> units;
-    const std::u32string text = decode(call.text, units);
+    std::u32string text = decode(call.text, units);
+    for (char32_t &character : text)
+        character = meaning(character, font.symbols);
     const auto shapes = characterShapes(text, font.request);
     const int64_t scale = fixedScale(font.shape.tables, font.isWhole ? int32_t(font.em) : 1);
     double y = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/fonts/FontShapes.h"
+#include "core/text/SymbolFonts.h"
 #include "picture/gdi/Device.h"
 #include "picture/gdi/State.h"
 
@@ -34,6 +35,7 @@ struct RealizedFont
 {
     FontRequest request;
     FontShape shape;
+    SymbolFont symbols = SymbolFont::None; ///< what its codes are, if they are not letters
     double em = 0; ///< units of the picture, as all lengths below; above 0
     bool isWhole = false; ///< the em, ascent, descent and advances are whole device units
     double ascent = 0, descent = 0;
@@ -59,6 +61,9 @@ struct TextLayout
 
 /// How names of faces are tried in a document, and the family to end with.
 FontStyle fontStyleOf(const Font &font);
+
+/// The face that a font names.
+FontRequest namedFace(const Font &font);
 
 /// @return nothing for letters without size
 std::optional<RealizedFont> realizeFont(const State &state, const Device &device, bool isAdvanced);

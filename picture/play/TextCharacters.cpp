@@ -2,6 +2,7 @@
 
 #include "core/base/Numeric.h"
 #include "core/text/CharacterSet.h"
+#include "core/text/SymbolFonts.h"
 
 #include <algorithm>
 
@@ -29,9 +30,13 @@ static void joinPairs(TextCharacters &text, ByteView bytes, uint8_t charSet)
 
 void decodeCharacters(TextCharacters &text, ByteView bytes, const Font &font)
 {
-    text.units = decodeText(bytes, font.charSet);
+    // The bytes of a symbol font are codes of its own, whatever character set is asked for.
+    constexpr uint8_t kSymbols = 2;
+    const bool isSymbols = symbolFont(font.face) != SymbolFont::None;
+    const uint8_t charSet = isSymbols ? kSymbols : font.charSet;
+    text.units = decodeText(bytes, charSet);
     if (int64_t(text.units.size()) != bytes.size)
-        joinPairs(text, bytes, font.charSet);
+        joinPairs(text, bytes, charSet);
 }
 
 } // namespace svgtool::picture
