@@ -37,7 +37,8 @@ fuzz() {
     mkdir -p "$build/inputs/$target" "$findings/$target"
     local inputs=("$build/inputs/$target" "fuzz/corpus/$target")
     mkdir -p "${inputs[0]}"
-    local samples=../shared/corpus/${target/#picture*/emf}
+    local format=${target#picture_}
+    local samples=../shared/corpus/${format/#picture/emf}
     if [ -d "$samples" ]; then
         inputs+=("$samples")
     fi
