@@ -31,8 +31,9 @@ inline constexpr size_t kObjects = size_t(1) << 16;
 inline constexpr size_t kRegionRects = size_t(1) << 18;
 /// Lines that a curve is flattened into: finer than a pixel of the longest picture.
 inline constexpr int kCurveLines = 1000;
-/// Points of a path that is cut at the picture's edge. There are few so large, and they are odd.
-inline constexpr size_t kCutPoints = 1'000'000;
+/// Points of all paths that are cut far outside the picture. There are few so large, and they are
+/// odd.
+inline constexpr size_t kCutPoints = 2'000'000;
 
 // Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.
 
@@ -53,6 +54,10 @@ inline constexpr int64_t kMixingSteps = int64_t(1) << 26;
 /// Thin lines of larger ones, plans of some metres, are as wide as a pixel of a view of that size;
 /// else the whole of them, looked at, would show nothing.
 inline constexpr double kViewedSide = 1600;
+
+/// Pixels of the boxes around all triangles of gradients that are drawn as images. It takes a few
+/// bytes to ask for a whole page of them, and each is compressed.
+inline constexpr double kGradientPixels = double(1 << 24);
 
 // Paths.
 

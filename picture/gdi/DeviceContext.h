@@ -319,7 +319,7 @@ private:
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
-    double m_gradientPixels = 1 << 26; ///< left for triangles of the document
+    double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.

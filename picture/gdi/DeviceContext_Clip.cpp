@@ -276,8 +276,17 @@ Played DeviceContext::offsetClip(PointD offset)
     const int32_t dx = wholeUnit(std::floor(by.x + 0.5)), dy = wholeUnit(std::floor(by.y + 0.5));
     ClipState clip{ m_state.meta.paths, nullptr };
     std::vector<Index> chain;
-    for (Index at = m_state.clip.paths; at != clip.paths; at = m_clipPaths[at].before)
+    size_t work = 0; // of all, since many short ones are much as well
+    for (Index at = m_state.clip.paths; at != clip.paths; at = m_clipPaths[at].before) {
         chain.push_back(at);
+        work += m_clipPaths[at].path.points().size();
+        if (work > m_clipWork)
+            break;
+    }
+    if (!spendClipWork(work)) {
+        m_clipWork = 0;
+        return kTooLarge;
+    }
     for (; !chain.empty(); chain.pop_back()) {
         Path path = m_clipPaths[chain.back()].path;
         path.transform(Affine::translation(dx, dy));

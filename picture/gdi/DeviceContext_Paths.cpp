@@ -1,6 +1,7 @@
 #include "core/base/Limits.h"
 #include "picture/gdi/DeviceContext.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace svgtool::picture {
@@ -80,13 +81,12 @@ Played DeviceContext::strokeAndFillPath()
     return paintPath(kFill | kStroke);
 }
 
-// Nothing is spent of what is not there.
+// What is asked for in vain takes what is left, so that the work is not done again and again.
 bool DeviceContext::spendPoints(size_t points)
 {
-    if (points > limits::kPointsOfOutlines - m_pointsOfOutlines)
-        return false;
-    m_pointsOfOutlines += points;
-    return true;
+    const size_t left = limits::kPointsOfOutlines - m_pointsOfOutlines;
+    m_pointsOfOutlines += std::min(points, left);
+    return points <= left;
 }
 
 Played DeviceContext::flattenPath()
@@ -96,7 +96,7 @@ Played DeviceContext::flattenPath()
     constexpr double kTolerance = 0.1; // of a pixel
     auto lines = m_state.path->path.flattened(kTolerance * m_device.unitsPerPixel,
                                               limits::kPointsOfOutlines - m_pointsOfOutlines);
-    if (!lines || !spendPoints(lines->points().size()))
+    if (!spendPoints(lines ? lines->points().size() : limits::kPointsOfOutlines))
         return kTooManyPoints;
     m_state.path =
             std::make_shared<GdiPath>(GdiPath{ std::move(*lines), m_state.path->isWidened, false });
@@ -109,6 +109,13 @@ Played DeviceContext::widenPath()
         return kNoPath;
     if (!hasPen())
         return notDone("the pen draws nothing");
+    // An outline has the more points the more lines it goes around, so they are paid for first.
+    constexpr size_t kPointsOfLine = 8;
+    const size_t left = limits::kPointsOfOutlines - m_pointsOfOutlines;
+    if (m_state.path->path.points().size() > left / kPointsOfLine) {
+        spendPoints(limits::kPointsOfOutlines);
+        return kTooManyPoints;
+    }
     const Nib nib = this->nib(kStroke);
     const Stroke stroke = m_builder.scene().strokes[penStroke(nib, false)];
     const Affine toNib = m_device.toPicture.then(Affine::translation(nib.offset.x, nib.offset.y))
@@ -117,10 +124,11 @@ Played DeviceContext::widenPath()
     constexpr double kTolerance = 0.05; // of a pixel
     Path placed = m_state.path->path;
     placed.transform(toNib);
-    const auto lines = placed.flattened(kTolerance * m_device.unitsPerPixel,
-                                        limits::kPointsOfOutlines - m_pointsOfOutlines);
-    if (!lines)
+    const auto lines = placed.flattened(kTolerance * m_device.unitsPerPixel, left / kPointsOfLine);
+    if (!lines) {
+        spendPoints(limits::kPointsOfOutlines);
         return kTooManyPoints;
+    }
     Path wide = outlineOf(*lines, { stroke.width, stroke.cap, stroke.join, stroke.miterLimit });
     if (!spendPoints(lines->points().size() + wide.points().size()))
         return kTooManyPoints;

@@ -119,6 +119,8 @@ void DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
     const auto outlines = characterOutlines(text, font.request);
     for (size_t i = 0; toDevice && i < characters.size(); ++i) {
+        if (!spendPoints(outlines[i].points().size()))
+            break;
         Path outline = outlines[i];
         outline.transform(Affine::scale(perUnit, perUnit)
                                   .then(Affine::translation(characters[i].x, characters[i].y))

@@ -83,10 +83,12 @@ namespace {
             out.close();
     }
 
-    Path cut(const Path &path, const RectD &box, double tolerance)
+    // Takes its points from those left; what needs more than there are leaves nothing.
+    Path cut(const Path &path, const RectD &box, double tolerance, size_t &pointsLeft)
     {
-        const auto lines = path.flattened(tolerance, limits::kCutPoints);
+        const auto lines = path.flattened(tolerance, pointsLeft);
         Path out;
+        pointsLeft -= lines ? std::min(lines->points().size(), pointsLeft) : pointsLeft;
         if (!lines)
             return out;
         std::vector<PointD> figure;
@@ -157,7 +159,7 @@ namespace {
             if (!isFinite(clip.path.points()))
                 clip.path.clear();
             else if (!areNear(clip.path.points(), m_limits))
-                clip.path = cut(clip.path, m_limits, m_unitsPerPixel / 10);
+                clip.path = cut(clip.path, m_limits, m_unitsPerPixel / 10, m_pointsLeft);
         }
         void mendStroke(Stroke &stroke)
         {
@@ -216,7 +218,7 @@ namespace {
         }
         bool replace(Node &node, const Path &path, const RectD &box, double unit)
         {
-            const Path left = cut(path, box, unit / 10);
+            const Path left = cut(path, box, unit / 10, m_pointsLeft);
             node.kind = Node::Kind::Path;
             node.geometry = Index(m_scene.paths.size());
             m_scene.paths.push_back({ uint32_t(m_scene.verbs.size()), uint32_t(left.verbs().size()),
@@ -262,6 +264,7 @@ namespace {
         Scene &m_scene;
         double m_unitsPerPixel;
         RectD m_limits;
+        size_t m_pointsLeft = limits::kCutPoints;
     };
 
 } // namespace
