@@ -299,7 +299,8 @@ private:
     Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
     void fillQuad(const RectD &box, const Affine &axes, Color color);
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
-    void addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
+    /// @return false where the letters have too many points, of which the first ones are in
+    bool addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
     void drawText(Placed characters, const TextCall &call, const RealizedFont &font,
                   const Affine &axes, Index clip);
     void drawLines(Placed characters, const RealizedFont &font, const Affine &axes);

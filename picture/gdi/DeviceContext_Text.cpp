@@ -109,7 +109,7 @@ Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affi
     return m_builder.clip({ inForce, path, false });
 }
 
-void DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
+bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
                               const Affine &axes)
 {
     std::u32string text;
@@ -120,7 +120,7 @@ void DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const
     const auto outlines = characterOutlines(text, font.request);
     for (size_t i = 0; toDevice && i < characters.size(); ++i) {
         if (!spendPoints(outlines[i].points().size()))
-            break;
+            return false;
         Path outline = outlines[i];
         outline.transform(Affine::scale(perUnit, perUnit)
                                   .then(Affine::translation(characters[i].x, characters[i].y))
@@ -128,6 +128,7 @@ void DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const
                                   .then(*toDevice));
         m_path.append(outline);
     }
+    return true;
 }
 
 // Letters that are neither stretched nor mirrored nor sheared need no more than a turn.
@@ -255,7 +256,8 @@ Played DeviceContext::textOut(const TextCall &call)
     if (std::ranges::any_of(shown, isPrivateCode))
         played = approximated("it has symbols that are no characters of Unicode");
     if (m_isInPath) {
-        addToPath(shown, *font, axes);
+        if (!addToPath(shown, *font, axes))
+            played = approximated("its path has too many points");
         return played;
     }
     if (m_state.visible->isEmpty)
