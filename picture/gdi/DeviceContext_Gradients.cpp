@@ -240,8 +240,7 @@ Played DeviceContext::fillTriangleImage(std::span<const Triangle3> corners)
     const size_t node = m_builder.mark().nodes;
     paintPixels(std::move(pixels), place, 1);
     if (isCut && m_builder.mark().nodes > node)
-        m_builder.scene().nodes[node].clip =
-                m_builder.clip({ visibleClip(), outline, false });
+        m_builder.scene().nodes[node].clip = m_builder.clip({ visibleClip(), outline, false });
     return kDone;
 }
 

@@ -42,8 +42,7 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     Device &device = picture.device;
     double density[2] = {};
     for (size_t i = 0; i < 2; ++i) {
-        const auto known =
-                pixelsPerMillimeter(facts.devicePixels[i], facts.deviceMillimeters[i]);
+        const auto known = pixelsPerMillimeter(facts.devicePixels[i], facts.deviceMillimeters[i]);
         density[i] = known.value_or(0);
         picture.isGuessed = picture.isGuessed || !known;
     }
