@@ -144,10 +144,13 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
 {
     constexpr double kTolerance = 0.2; // pixels that a character may be away from its place
     constexpr double kDegree = 57.29577951308232;
+    // Viewers count sizes in small parts of a unit, and break at very large ones: those are scaled.
+    constexpr double kLargestSize = 10000;
+    const double scale = std::max(font.em / kLargestSize, 1.0);
     Text run;
     std::vector<uint32_t> units; // the first of each character
     bool isShaped = false, isReversed = false;
-    run.width = std::abs(characters.back().x - characters.front().x) + font.em;
+    run.width = (std::abs(characters.back().x - characters.front().x) + font.em) / scale;
     for (const PlacedCharacter &each : characters) {
         units.push_back(uint32_t(run.characters.size()));
         appendUtf16(run.characters, each.character);
@@ -163,7 +166,7 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     else
         for (const TextRun &each :
              divided(characters, font, kTolerance * m_device.unitsPerPixel / axes.scaleX()))
-            run.pieces.push_back({ units[each.first], each.x - start, each.y });
+            run.pieces.push_back({ units[each.first], (each.x - start) / scale, each.y / scale });
     if (hasGlyphs && isReversed)
         run.order = Text::Order::AsItStands;
     else if ((call.options & TextOption::kRightToLeft) != 0
@@ -175,12 +178,12 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
     const PointD baseline = axes.map({ start, 0 });
     FontStyle style = fontStyleOf(*m_state.font);
-    style.size = font.em;
-    if (isTurn(axes)) {
+    style.size = font.em / scale;
+    if (isTurn(axes) && scale == 1) {
         run.baseline = baseline;
         run.turn = axes.b == 0 && axes.a > 0 ? 0 : std::atan2(-axes.b, axes.a) * kDegree;
     } else {
-        Affine placed = axes;
+        Affine placed = Affine::scale(scale, scale).then(axes);
         placed.e = baseline.x;
         placed.f = baseline.y;
         node.transform = m_builder.transform(placed);
