@@ -1,5 +1,6 @@
 #include "picture/play/WmfPlayer.h"
 
+#include "core/base/Limits.h"
 #include "core/base/Numeric.h"
 #include "core/records/WmfRecordTypes.h"
 #include "picture/play/RecordRow.h"
@@ -147,6 +148,8 @@ WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &fact
     device.millimetersX = picture.width * kMillimetersPerPixel;
     device.millimetersY = picture.height * kMillimetersPerPixel;
     device.view = { 0, 0, picture.width, picture.height };
+    device.unitsPerPixel =
+            std::max(1.0, std::max(picture.width, picture.height) / limits::kViewedSide);
     if (facts.format == MetafileFormat::PlaceableWmf) {
         const HeaderBox &box = facts.bounds;
         picture.windowOrigin = { box.left, box.top };
