@@ -101,7 +101,7 @@ void alignLineEnds(Scene &scene)
             continue;
         const Stroke &stroke = scene.strokes[node.stroke];
         const double pixels = std::fmin(stroke.width / pixel, 1e6);
-        if (stroke.cap != Cap::Butt || int64_t(pixels + 0.5) % 2 == 0)
+        if (stroke.cap != Cap::Butt || std::lround(pixels) % 2 == 0)
             continue;
         const auto points = pointsOf(scene, node);
         const size_t last = points.size() - 1;
