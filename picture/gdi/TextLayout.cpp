@@ -142,7 +142,7 @@ static std::u32string decode(std::u16string_view text, std::vector<size_t> &unit
         units.push_back(i);
         const char32_t unit = text[i];
         if ((unit & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00)
-            characters += 0x10000 + ((unit & 0x3FF) << 10 | (text[++i] & 0x3FF));
+            characters += char32_t(0x10000 + ((unit & 0x3FF) << 10 | (text[++i] & 0x3FF)));
         else
             characters += (unit & 0xF800) == 0xD800 ? U'\uFFFD' : unit;
     }
