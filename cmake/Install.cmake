@@ -20,7 +20,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/picture/api/picture.hpp
 if(SVGTOOL_BUILD_EXACT)
   # A logging library that a host brought in place of ours may be one that is installed already.
   get_target_property(logging_is_imported basic_logging IMPORTED)
-  set(installed_libraries svgtool svgtool_display)
+  set(installed_libraries svgtool)
   if(NOT logging_is_imported)
     list(APPEND installed_libraries basic_logging)
     if(EXISTS "${SVGTOOL_LOGGING_DIR}/CLogSystem.h")
@@ -38,8 +38,6 @@ if(SVGTOOL_BUILD_EXACT)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(FILES ${PROJECT_SOURCE_DIR}/exact/svgtool/SVGTool.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool)
-  install(FILES ${PROJECT_SOURCE_DIR}/exact/svg/SVGDisplay.h
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svg)
 endif()
 
 if(TARGET metafile2svg)
@@ -92,9 +90,6 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool-picture.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT picture_development)
 if(SVGTOOL_BUILD_EXACT)
   configure_file(cmake/svgtool.pc.in svgtool.pc @ONLY)
-  configure_file(cmake/svgtool-display.pc.in svgtool-display.pc @ONLY)
-  install(FILES
-    ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
-    ${CMAKE_CURRENT_BINARY_DIR}/svgtool-display.pc
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/svgtool.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endif()

@@ -13,7 +13,6 @@ host needs is there; the version is in the libraries' names.
   DATA/bash-completion/completions/metafile2svg
   DATA/thumbnailers/metafile2svg.thumbnailer
   INCLUDE/basic_logging/CLogSystem.h
-  INCLUDE/svg/SVGDisplay.h
   INCLUDE/svgtool/SVGTool.h
   INCLUDE/svgtool/picture.hpp
   LIB/cmake/SVGTool/SVGToolConfig.cmake
@@ -25,11 +24,9 @@ host needs is there; the version is in the libraries' names.
   LIB/cmake/SVGTool/SVGToolTargets-CONFIG.cmake
   LIB/cmake/SVGTool/SVGToolTargets.cmake
   LIB/libSVGTool.so
-  LIB/libSVGToolDisplay.a
   LIB/libSVGToolPicture.a
   LIB/libSVGToolPicture.so
   LIB/libbasic_logging.so
-  LIB/pkgconfig/svgtool-display.pc
   LIB/pkgconfig/svgtool-picture.pc
   LIB/pkgconfig/svgtool.pc
   MAN/man1/metafile2svg-thumbnailer.1
@@ -62,13 +59,8 @@ position-independent code; $CMAKE_CXX_FLAGS and what pkg-config says are lists o
   >         -o "$1" $("$SVGTOOL_PKG_CONFIG" --cflags --libs $2) $3 "-Wl,-rpath,$lib"
   > }
   $ build main svgtool
-  $ build display 'svgtool svgtool-display'
   $ build logging svgtool -lbasic_logging
   $ for host in host/svgtool_host ./main; do $host "$sample" host.svg && cmp exact.svg host.svg; done
-  $ for host in host/display_host ./display; do
-  >     $host "$sample" >display.svg && xmllint --noout display.svg && grep -o 'width="800"' display.svg; done
-  width="800"
-  width="800"
 
 Pictures: a host of the shared library and one of the static one, and the library itself, need no
 Qt.

@@ -13,7 +13,7 @@ import re
 import sys
 import tempfile
 
-INSTALLED = {"svgtool/SVGTool.h": "exact/svgtool/SVGTool.h", "svg/SVGDisplay.h": "exact/svg/SVGDisplay.h",
+INSTALLED = {"svgtool/SVGTool.h": "exact/svgtool/SVGTool.h",
              "svgtool/picture.hpp": "picture/api/picture.hpp"}
 NO_CODE = "docs|scripts|cmake|build.*|out"
 WINDOWS_H = "_Gdi.cpp"
@@ -97,7 +97,7 @@ GOOD_TREE = {"docs/architecture.md": """
              "exact/logging/CLogSystem.h": "#if 1", "exact/svg/QtText.h": "#if QT_VERSION >= 6",
              "exact/svg/Writer.h": '#include "core/base/Bytes.h"\n#include <CLogSystem.h>',
              "exact/emf/Emf.h": '#include "exact/svg/Writer.h"', "exact/wmf/Wmf.h": "",
-             "exact/emf/Good.cpp": '#include "Emf.h"', "exact/svg/SVGDisplay.h": "",
+             "exact/emf/Good.cpp": '#include "Emf.h"',
              "exact/svgtool/SVGTool.h": "#include <QString>", "exact/svgtool/SVGInspect.h": "",
              "cli/main.cpp":
              '#include <svgtool/SVGTool.h>\n#include "exact/svgtool/SVGInspect.h"'}

@@ -2,7 +2,6 @@
 // written: each one is a test.
 
 #include "core/records/MetafileFacts.h"
-#include "exact/svg/SVGDisplay.h"
 #include "exact/svgtool/SVGInspect.h"
 #include "exact/svgtool/SVGTool.h"
 #include "picture/api/picture.hpp"
@@ -75,8 +74,7 @@ struct Block
 };
 
 // A transcript, of a kind such as "emf svg", comes as pairs of blocks: its lines marked "> " are
-// records, and those behind them say what becomes of them. An arrow parts exact text from what is
-// shown of it.
+// records, and those behind them say what becomes of them.
 std::vector<Block> blocksOf(const QStringList &lines)
 {
     const QString mark = QStringLiteral("> ");
@@ -84,15 +82,10 @@ std::vector<Block> blocksOf(const QStringList &lines)
     for (int i = 0; i < lines.size(); ++i) {
         const bool isFence = lines[i].startsWith(QLatin1String("```"));
         const QString kinds = isFence ? lines[i].mid(3) : lines[i];
-        const bool isExact = kinds.startsWith(QLatin1String("exact"));
-        const bool isTranscript = isFence && !isExact && kinds.contains(QLatin1Char(' '));
+        const bool isTranscript = isFence && kinds.contains(QLatin1Char(' '));
         if ((isFence && !isTranscript) || lines[i].startsWith(QLatin1Char('#')))
             blocks.push_back({ kinds, i + 1 });
         for (QString last; isFence && ++i < lines.size() && lines[i] != QLatin1String("```");) {
-            if (isExact && lines[i] == QStringLiteral("⇒")) {
-                blocks.push_back({ QStringLiteral("shown"), i + 1 });
-                continue;
-            }
             const bool isMarked = isTranscript && lines[i].startsWith(mark);
             const int part = isMarked ? 0 : 1;
             const QString kind = kinds.section(QLatin1Char(' '), part, part);
@@ -115,10 +108,9 @@ std::vector<Example> examplesOf(const QString &path)
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
-    static const QStringList kAnswers{ QStringLiteral("svg"),     QStringLiteral("tally"),
-                                       QStringLiteral("dump"),    QStringLiteral("shown"),
-                                       QStringLiteral("picture"), QStringLiteral("report"),
-                                       QStringLiteral("pixels") };
+    static const QStringList kAnswers{ QStringLiteral("svg"),    QStringLiteral("tally"),
+                                       QStringLiteral("dump"),   QStringLiteral("picture"),
+                                       QStringLiteral("report"), QStringLiteral("pixels") };
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
@@ -344,32 +336,6 @@ std::string dumpOf(const QByteArray &file)
     return dump.readAll().toStdString();
 }
 
-// A backslash and two digits stand for a byte.
-QByteArray bytesOf(const QString &text)
-{
-    return QByteArray::fromPercentEncoding(text.toUtf8(), '\\');
-}
-
-// The document for display of an exact text; behind "exact" stands what is asked of it.
-std::string displayOf(const Example &example)
-{
-    static const std::map<QString, double DisplayOptions::*> kSizes{
-        { QStringLiteral("width"), &DisplayOptions::width },
-        { QStringLiteral("height"), &DisplayOptions::height },
-        { QStringLiteral("scale"), &DisplayOptions::scale },
-    };
-    DisplayOptions options;
-    for (const QString &option : example.kind.mid(6).split(QLatin1Char('&'))) {
-        const QString name = option.section(QLatin1Char('='), 0, 0);
-        const QString value = option.section(QLatin1Char('='), 1);
-        if (name == QLatin1String("comment"))
-            options.comment = bytesOf(value);
-        else if (!name.isEmpty())
-            options.*kSizes.at(name) = value.toDouble();
-    }
-    return displayableSvg(bytesOf(example.script), options).toStdString();
-}
-
 class Output : public testing::TestWithParam<Example>
 {
 };
@@ -378,14 +344,6 @@ TEST_P(Output, IsExact)
 {
     const Example &example = GetParam();
     SCOPED_TRACE(example.place);
-    if (example.kind.startsWith(QLatin1String("exact"))) {
-        ASSERT_EQ(example.expectedKind, QLatin1String("shown"));
-        QByteArray expected = bytesOf(QString::fromStdString(example.expected));
-        if (!expected.startsWith("<?xml"))
-            expected.prepend("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
-        EXPECT_EQ(displayOf(example), expected.toStdString());
-        return;
-    }
     const std::vector<QByteArray> files = filesOf(example);
     ASSERT_FALSE(files.empty()) << "a block out of place: " << example.kind.toStdString();
     ASSERT_FALSE(example.expectedKind.isEmpty()) << "nothing says what becomes of the block";
@@ -408,8 +366,6 @@ TEST_P(Output, IsExact)
 INSTANTIATE_TEST_SUITE_P(Documented, Output, testing::ValuesIn(documented()),
                          testing::PrintToStringParamName());
 INSTANTIATE_TEST_SUITE_P(Golden, Output, testing::ValuesIn(golden({})),
-                         testing::PrintToStringParamName());
-INSTANTIATE_TEST_SUITE_P(Display, Output, testing::ValuesIn(golden(QStringLiteral("/display"))),
                          testing::PrintToStringParamName());
 INSTANTIATE_TEST_SUITE_P(Picture, Output, testing::ValuesIn(golden(QStringLiteral("/picture"))),
                          testing::PrintToStringParamName());
