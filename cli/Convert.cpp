@@ -3,6 +3,7 @@
 #include "cli/Damage.h"
 #include "cli/Exact.h"
 #include "cli/Picture.h"
+#include "core/base/Gzip.h"
 #include "exact/svgtool/SVGTool.h"
 
 #include <new>
@@ -27,6 +28,23 @@ namespace {
         default:
             return QStringLiteral("the library gave the unknown result %1").arg(result);
         }
+    }
+
+    QByteArray unpacked(const QString &name, const QByteArray &bytes)
+    {
+        const ByteView file{ bytes.constData(), bytes.size() };
+        if (!isGzip(file))
+            return bytes;
+        std::string contents;
+        switch (unpackGzip(file, contents)) {
+        case Unpacking::Done:
+            return QByteArray::fromStdString(contents);
+        case Unpacking::TooLarge:
+            throw Failure{ name, QStringLiteral("its gzip data unpack to more than 1 GiB") };
+        case Unpacking::Damaged:
+            break;
+        }
+        throw Failure{ name, QStringLiteral("its gzip data are damaged") };
     }
 
     void checkSize(const QString &name, const QByteArray &bytes)
@@ -112,7 +130,8 @@ namespace {
             result.status = FileStatus::UpToDate;
             return;
         }
-        QByteArray document = convertBytes(readInput(job.input, streams.in), options, result);
+        const QByteArray metafile = unpacked(result.input, readInput(job.input, streams.in));
+        QByteArray document = convertBytes(metafile, options, result);
         if (document.isEmpty())
             throw Failure{ result.input, QStringLiteral("the document is empty") };
         if (!job.output.empty() && !isDone)

@@ -17,8 +17,8 @@ namespace {
 
     bool hasMetafileEnding(const std::string &name)
     {
-        const std::string ending = endingOf(name);
-        return ending == "emf" || ending == "wmf";
+        static constexpr std::string_view kEndings[] = { "emf", "emz", "wmf", "wmz" };
+        return std::count(std::begin(kEndings), std::end(kEndings), endingOf(name)) > 0;
     }
 
     std::string nameOf(const fs::directory_entry &entry)
@@ -273,10 +273,10 @@ namespace {
     // Names of what the tool does not write.
     bool hasForeignEnding(const std::string &path)
     {
-        static constexpr std::string_view kEndings[] = { "bmp",  "emf",  "eps",  "gif", "gz",
-                                                         "htm",  "html", "jpeg", "jpg", "pdf",
-                                                         "png",  "ps",   "svgz", "tif", "tiff",
-                                                         "webp", "wmf" };
+        static constexpr std::string_view kEndings[] = { "bmp",  "emf",  "emz",  "eps",  "gif",
+                                                         "gz",   "htm",  "html", "jpeg", "jpg",
+                                                         "pdf",  "png",  "ps",   "svgz", "tif",
+                                                         "tiff", "webp", "wmf",  "wmz" };
         return std::count(std::begin(kEndings), std::end(kEndings), endingOf(path)) > 0;
     }
 

@@ -19,7 +19,8 @@ namespace {
 
     const char kHead[] = R"(Usage: metafile2svg [options] FILE|FOLDER...
 Converts Windows metafiles (EMF and WMF) to SVG 1.1: the pictures that GDI would paint. FILE is a
-metafile, or - for standard input; of a FOLDER the .emf and .wmf files in it are taken.
+metafile, also one that gzip has packed, or - for standard input; of a FOLDER the .emf, .wmf, .emz
+and .wmz files in it are taken.
 
 Options:
 )";

@@ -36,7 +36,7 @@ _metafile2svg() {
     compopt -o filenames 2>/dev/null || : # fails when a test calls it
     local name
     while IFS= read -r name; do
-        if [ -d "$name" ] || [[ ${name,,} == *.@(emf|wmf) ]]; then
+        if [ -d "$name" ] || [[ ${name,,} == *.@(emf|emz|wmf|wmz) ]]; then
             COMPREPLY+=("$name")
         fi
     done < <(compgen -f -- "$current")

@@ -22,7 +22,7 @@ cp "$root/samples/archive/convert-one.sh" .
 # Names that a shell could stumble over.
 first=$(find in -iname '*.emf' -type f | sort | head -n 1)
 mkdir -p "in/a folder" && cp "$first" "in/a folder/it's \$HOME & more.EMF"
-find in -type f \( -iname '*.emf' -o -iname '*.wmf' \) -printf '%P\n' | sort >files.list
+find in -type f \( -iname '*.[ew]mf' -o -iname '*.[ew]mz' \) -printf '%P\n' | sort >files.list
 count=$(wc -l <files.list)
 echo ':' >hosts
 

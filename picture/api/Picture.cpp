@@ -2,6 +2,7 @@
 #include "picture/api/Options.h"
 #include "picture/api/Report.h"
 
+#include "core/base/Gzip.h"
 #include "core/records/EmfDescription.h"
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
@@ -108,6 +109,26 @@ namespace {
         return failure(PictureError::NotAMetafile);
     }
 
+    Picture drawBytes(ByteView file, const PictureOptions &options)
+    {
+        RecordTally tally;
+        return drawAny(file, inspectMetafile(file), options, {}, tally);
+    }
+
+    Picture drawPacked(ByteView file, const PictureOptions &options)
+    {
+        std::string bytes;
+        switch (unpackGzip(file, bytes)) {
+        case Unpacking::Done:
+            return drawBytes({ bytes.data(), int64_t(bytes.size()) }, options);
+        case Unpacking::TooLarge:
+            return failure(PictureError::TooLarge);
+        case Unpacking::Damaged:
+            break;
+        }
+        return failure(PictureError::DamagedGzip);
+    }
+
     // Nothing that is thrown passes this.
     template<class Draw>
     Picture guarded(const PictureOptions &options, Draw draw) noexcept
@@ -130,6 +151,10 @@ const char *describe(PictureError error) noexcept
         return "there is no error";
     case PictureError::NotAMetafile:
         return "this is not a metafile: it has neither an EMF nor a WMF header";
+    case PictureError::DamagedGzip:
+        return "its gzip data are damaged";
+    case PictureError::TooLarge:
+        return "its gzip data unpack to more than 1 GiB";
     case PictureError::BadOptions:
         return "the options ask for a size or a prefix that is not allowed";
     case PictureError::OutOfMemory:
@@ -152,8 +177,7 @@ Picture drawMetafile(std::span<const std::byte> metafile, const PictureOptions &
     const ByteView file{ reinterpret_cast<const char *>(metafile.data()),
                          int64_t(metafile.size()) };
     return guarded(options, [&] {
-        RecordTally tally;
-        return drawAny(file, inspectMetafile(file), options, {}, tally);
+        return isGzip(file) ? drawPacked(file, options) : drawBytes(file, options);
     });
 }
 

@@ -25,6 +25,8 @@ namespace svgtool {
 enum class PictureError {
     None, ///< there is one
     NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
+    DamagedGzip, ///< the bytes begin as gzip's, and cannot be unpacked
+    TooLarge, ///< unpacked, the bytes are more than 1 GiB
     BadOptions, ///< a size or a prefix that PictureOptions does not allow
     OutOfMemory,
     Internal, ///< a fault of this library; it should not happen
@@ -124,7 +126,8 @@ struct Picture
 /// Draws a Windows metafile (EMF or WMF) as GDI would and writes the picture as an SVG 1.1
 /// document.
 ///
-/// The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
+/// What gzip has packed, as .emz and .wmz files are, is unpacked first; all below is about what
+/// comes out. The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
 /// it, and the report says what cannot. The document holds no script, refers to nothing outside,
 /// and has the title and the maker that the metafile's description names as its title and desc.
 /// Equal bytes and options give equal documents on every machine that has the same fonts.
@@ -132,7 +135,8 @@ struct Picture
 /// @param options   nothing of them is kept
 /// @return a picture, or an error with nothing else set
 /// @note Throws nothing. May be called on any number of threads at once. Time and memory are in
-///       proportion to the metafile's size and that of the bitmaps in it.
+///       proportion to the metafile's size and that of the bitmaps in it. What is unpacked is no
+///       more than 1 GiB and 1100 times what came in.
 SVGTOOL_PICTURE_EXPORT Picture drawMetafile(std::span<const std::byte> metafile,
                                             const PictureOptions &options = {}) noexcept;
 

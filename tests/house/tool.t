@@ -22,6 +22,19 @@ Converted, to standard output, to a file, to a folder, from standard input, with
    height="20"
   $ metafile2svg --check chart.emf -o folder/x.svg && ls folder
 
+Packed by gzip, which is told by the contents.
+
+  $ mkdir packed && gzip <chart.emf >packed/a.EMZ && gzip <drawing.wmf >packed/b.wmz
+  $ gzip <chart.emf >packed/c.emf && metafile2svg -q packed && ls packed
+  a.EMZ
+  a.EMZ.svg
+  b.wmz
+  b.wmz.svg
+  c.emf
+  c.emf.svg
+  $ cmp packed/a.EMZ.svg chart.svg && cmp packed/b.wmz.svg drawing.svg && cmp packed/c.emf.svg chart.svg
+  $ metafile2svg --exact packed/a.EMZ >packed/exact && metafile2svg --exact chart.emf | cmp - packed/exact
+
 What is no plain file stays what it is.
 
   $ mkfifo pipe
@@ -80,6 +93,9 @@ Not converted: nothing on standard output, no new file, an existing one as it wa
   1 keep
   $ refused --exact cut.emf
   metafile2svg: cut.emf: its EMF header names 5456 bytes, but it has 5455
+  1 keep
+  $ head -c 200 packed/a.EMZ >cut.emz && refused cut.emz
+  metafile2svg: cut.emz: its gzip data are damaged
   1 keep
   $ metafile2svg - <&-
   metafile2svg: standard input: cannot be read: Bad file descriptor

@@ -4,6 +4,7 @@
 #include "support/WmfBuilder.h"
 
 #include <gtest/gtest.h>
+#include <libdeflate.h>
 
 #include <cmath>
 #include <thread>
@@ -173,10 +174,30 @@ namespace {
         EXPECT_EQ(guessed.width, 101); // its bounds, which are inclusive
     }
 
+    TEST(Gzip, IsUnpackedIfItIsWhole)
+    {
+        const QByteArray file = plain().build();
+        const auto size = int(file.size());
+        const QByteArray head("\x1F\x8B\x08\0\0\0\0\0\0\x03\x01", 11); // one block, stored
+        const uint32_t sum = libdeflate_crc32(0, file.constData(), size_t(size));
+        const QByteArray packed = ByteWriter()
+                                          .bytes(head)
+                                          .u16s({ size, ~size })
+                                          .bytes(file)
+                                          .u32s({ sum, size })
+                                          .result();
+        const std::string document = draw(file).document;
+        EXPECT_EQ(draw(packed).document, document);
+        EXPECT_EQ(draw(packed + "more").document, document);
+        EXPECT_EQ(draw(packed.left(packed.size() - 1)).error, PictureError::DamagedGzip);
+        EXPECT_EQ(draw(QByteArray(packed).replace(50, 1, "!")).error, PictureError::DamagedGzip);
+    }
+
     TEST(PictureError, SaysWhyThereIsNone)
     {
         EXPECT_EQ(draw({}).error, PictureError::NotAMetafile);
         EXPECT_EQ(draw(QByteArray(100, 'x')).error, PictureError::NotAMetafile);
+        EXPECT_EQ(draw("\x1F\x8B and no more of it").error, PictureError::DamagedGzip);
         EXPECT_STREQ(describe(PictureError::OutOfMemory), "there is not enough memory");
         EXPECT_NE(describe(static_cast<PictureError>(99)), nullptr);
     }

@@ -1,0 +1,64 @@
+#include "core/base/Gzip.h"
+
+#include "core/base/ByteOrder.h"
+
+#include <libdeflate.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+namespace svgtool {
+
+namespace {
+
+    // No more than what an input that is not packed may have, and a little more than the 1032 times
+    // that the packing can save.
+    constexpr int64_t kMostBytes = int64_t(1) << 30, kMostTimes = 1100;
+
+    struct FreeDecompressor
+    {
+        void operator()(libdeflate_decompressor *decompressor) const
+        {
+            libdeflate_free_decompressor(decompressor);
+        }
+    };
+
+} // namespace
+
+bool isGzip(ByteView file)
+{
+    constexpr uint16_t kMagic = 0x8B1F;
+    constexpr int64_t kHead = 10;
+    return file.size >= kHead && fromLittleEndian(readPadded<uint16_t>(file)) == kMagic;
+}
+
+Unpacking unpackGzip(ByteView file, std::string &bytes)
+{
+    const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor(
+            libdeflate_alloc_decompressor());
+    if (!decompressor)
+        throw std::bad_alloc();
+    const int64_t most = std::min(kMostBytes, file.size * kMostTimes);
+    // The last bytes tell the size, unless others stand behind them.
+    const uint32_t named = fromLittleEndian(readPadded<uint32_t>(tail(file, file.size - 4)));
+    for (int64_t room = std::clamp<int64_t>(named, 1, most);; room = std::min(room * 2, most)) {
+        bytes.resize(size_t(room));
+        size_t taken = 0;
+        size_t given = 0;
+        switch (libdeflate_gzip_decompress_ex(decompressor.get(), file.data, size_t(file.size),
+                                              bytes.data(), bytes.size(), &taken, &given)) {
+        case LIBDEFLATE_SUCCESS:
+            bytes.resize(given);
+            return Unpacking::Done;
+        case LIBDEFLATE_INSUFFICIENT_SPACE:
+            if (room == most)
+                return Unpacking::TooLarge;
+            break;
+        default:
+            return Unpacking::Damaged;
+        }
+    }
+}
+
+} // namespace svgtool

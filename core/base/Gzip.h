@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/base/Bytes.h"
+
+#include <string>
+
+namespace svgtool {
+
+/// Whether @p file begins as one that gzip has packed ([RFC 1952] 2.3): a .emz or .wmz.
+bool isGzip(ByteView file);
+
+enum class Unpacking {
+    Done,
+    Damaged, ///< they are no bytes that gzip wrote, or not all of them, or their checksum is wrong
+    TooLarge, ///< there is more in it than is taken
+};
+
+/// Unpacks what gzip has packed, as far as it is no more than 1 GiB and 1100 times @p file. Bytes
+/// behind its end are ignored.
+/// @param file        one for which isGzip() holds
+/// @param[out] bytes  what was packed; of no use unless done
+/// @note May throw std::bad_alloc.
+Unpacking unpackGzip(ByteView file, std::string &bytes);
+
+} // namespace svgtool
