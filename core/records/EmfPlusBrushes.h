@@ -76,11 +76,19 @@ namespace PixelFormatBit {
 struct PixelBitmap
 {
     int32_t width = 0, height = 0; ///< 1 or more
-    int32_t stride = 0; ///< bytes from one line to the next; negative: the bottom line is first
+    /// Bytes from one line to the next, as many as a line has or more; negative: the bottom line
+    /// is the first.
+    int32_t stride = 0;
     uint32_t format = 0;
     std::vector<Argb> palette;
-    std::string pixels; ///< |stride| * height bytes, or fewer in a file that was cut
+    /// |stride| bytes for each line; those behind the last pixel may be missing.
+    std::string pixels;
 };
+
+inline int bitsPerPixel(const PixelBitmap &bitmap)
+{
+    return int(bitmap.format >> 8 & 0xFF);
+}
 
 /// Bitmap as a whole file of PNG, JPEG, GIF, TIFF or BMP, and up to 3 bytes of padding.
 struct CompressedBitmap

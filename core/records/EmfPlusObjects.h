@@ -72,19 +72,19 @@ using CustomLineCap = std::variant<PathCap, ArrowCap>;
 struct Pen
 {
     Unit unit = Unit::World; ///< of the width
-    double width = 1; ///< 0 or more
-    Affine transform; ///< of the tip
-    LineCap startCap = LineCap::Flat, endCap = LineCap::Flat;
-    /// Count in the place of the above where there are some.
-    std::shared_ptr<const CustomLineCap> customStartCap, customEndCap;
-    LineJoin join = LineJoin::Miter;
-    double miterLimit = 10;
     DashStyle dashStyle = DashStyle::Solid;
     DashCap dashCap = DashCap::Flat;
-    double dashOffset = 0; ///< widths of the pen
-    std::vector<double> dashes; ///< of Custom alone: dash, gap, dash ... in widths of the pen, all
-                                ///< 0 or more and not all 0
+    LineCap startCap = LineCap::Flat, endCap = LineCap::Flat;
+    LineJoin join = LineJoin::Miter;
     PenAlignment alignment = PenAlignment::Center;
+    double width = 1; ///< 0 or more
+    Affine transform; ///< of the tip
+    /// Count in the place of the caps above where there are some.
+    std::shared_ptr<const CustomLineCap> customStartCap, customEndCap;
+    double miterLimit = 10;
+    double dashOffset = 0; ///< widths of the pen
+    /// Of Custom alone: dash, gap, dash ... in widths of the pen, all 0 or more and not all 0.
+    std::vector<double> dashes;
     /// Edges of stripes across the width, from 0 to 1 and ascending, two for each stripe; empty for
     /// a single one.
     std::vector<double> stripes;
