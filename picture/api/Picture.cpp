@@ -59,11 +59,13 @@ namespace {
                     std::string_view comment, RecordTally &tally)
     {
         const auto picture = picture::EmfPlayer::pictureOf(facts);
-        picture::DeviceContext context(picture.device,
-                                       Fields(file, offsetof(ENHMETAHEADER, nHandles)).word());
+        picture::SceneBuilder builder;
+        picture::DeviceContext context(
+                picture.device, Fields(file, offsetof(ENHMETAHEADER, nHandles)).word(), builder);
         RecordTally records;
         picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
-        picture::Scene scene = context.take();
+        picture::Scene scene = builder.take();
+        scene.view = picture.device.view;
         const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
         EmfDescription description = readDescription(header);
         scene.title = std::move(description.title);
@@ -81,10 +83,12 @@ namespace {
                     std::string_view comment, RecordTally &tally)
     {
         const auto picture = picture::WmfPlayer::pictureOf(file, facts);
-        picture::DeviceContext context(picture.device, 1);
+        picture::SceneBuilder builder;
+        picture::DeviceContext context(picture.device, 1, builder);
         RecordTally records;
         picture::WmfPlayer(context, picture).playAll(file, facts, &records);
-        picture::Scene scene = context.take();
+        picture::Scene scene = builder.take();
+        scene.view = picture.device.view;
         scene.comment = comment;
         Picture result =
                 finished(std::move(scene), file, { picture.width, picture.height }, options);

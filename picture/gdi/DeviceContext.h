@@ -28,11 +28,14 @@ class DeviceContext
 {
 public:
     /// @param handles  slots of the object table; number 0 is none
-    DeviceContext(const Device &device, size_t handles);
+    /// @param builder  of the scene, which others may paint in as well; outlives the context
+    /// @param clip     of the scene, which all is cut to
+    DeviceContext(const Device &device, size_t handles, SceneBuilder &builder, Index clip = kNone);
 
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
-    Scene take() { return m_builder.take(); }
+    /// Whether what is drawn is seen, or the state alone changes.
+    void setPainting(bool isOn) { m_isPainting = isOn; }
 
     // State.
     Played saveState();
@@ -197,6 +200,7 @@ private:
 
     // Painting: DeviceContext_Paint.cpp.
     bool isSeen() const;
+    bool isHidden() const { return !m_isPainting || m_state.visible->isEmpty; }
     Node newNode();
     Index fillPaint();
     Paint brushPaint(const Brush &brush);
@@ -309,7 +313,9 @@ private:
     Palette *palette(uint32_t handle);
 
     Device m_device;
-    SceneBuilder m_builder;
+    SceneBuilder &m_builder;
+    Index m_outerClip; ///< in the scene
+    bool m_isPainting = true;
     State m_state;
     std::vector<State> m_saved;
     uint64_t m_unsaved = 0; ///< states on top of those, for which there was no room

@@ -237,7 +237,7 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
                            RasterOperation operation)
 {
     const auto place = this->place(to, from, bitmap.size);
-    if (!place || m_state.visible->isEmpty)
+    if (!place || isHidden())
         return kDone;
     if (bitmap.isFile()) {
         const Played played = paintFile(bitmap, *place);

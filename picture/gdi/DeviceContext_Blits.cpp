@@ -69,7 +69,7 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
             : RectD{ double(mask->at.x), double(mask->at.y), double(mask->at.x) + to.extent.x,
                      double(mask->at.y) + to.extent.y };
     const auto place = this->place(to, from, bitmap->size);
-    if (!place || m_state.visible->isEmpty)
+    if (!place || isHidden())
         return kDone;
     const auto over = maskOver(maskBits->pixels, *place, from, mask->at);
     if (!over)
@@ -88,7 +88,7 @@ Played DeviceContext::transparentBlt(const BlitBox &to, const BlitSource &source
     if (!bitmap)
         return kBadBitmap;
     const auto place = this->place(to, source.pixelBox(), bitmap->size);
-    if (!place || m_state.visible->isEmpty)
+    if (!place || isHidden())
         return kDone;
     if (bitmap->isFile()) {
         paintFile(*bitmap, *place);
@@ -124,7 +124,7 @@ Played DeviceContext::alphaBlend(const BlitBox &to, const BlitSource &source, ui
     if (!bitmap)
         return kBadBitmap;
     const auto place = this->place(to, source.pixelBox(), bitmap->size);
-    if (!place || m_state.visible->isEmpty)
+    if (!place || isHidden())
         return kDone;
     const double opacity = constant / 255.0;
     if (bitmap->isFile()) {
@@ -165,7 +165,7 @@ Played DeviceContext::plgBlt(std::span<const PointL, 3> corners, const BlitSourc
     const RectD box{ std::fmin(from.left, from.right), std::fmin(from.top, from.bottom),
                      std::fmax(from.left, from.right), std::fmax(from.top, from.bottom) };
     const RectD part = intersection(box, whole);
-    if (part.isEmpty() || m_state.visible->isEmpty)
+    if (part.isEmpty() || isHidden())
         return kDone;
     BlitPlace place;
     place.part = { int32_t(part.left), int32_t(part.top), int32_t(part.width()),

@@ -85,7 +85,7 @@ Index DeviceContext::visibleClip()
     Visible &visible = *m_state.visible;
     if (!visible.clip) {
         const Index paths = m_state.clip.paths;
-        visible.clip = paths != kNone ? m_clipPaths[paths].inScene : kNone;
+        visible.clip = paths != kNone ? m_clipPaths[paths].inScene : m_outerClip;
         if (visible.region) {
             Path outline = visible.region->outline();
             outline.transform(m_device.toPicture);
@@ -106,7 +106,7 @@ bool DeviceContext::addPath(Index &paths, Path path, bool isEvenOdd)
     Path shown = path;
     shown.transform(m_device.toPicture);
     bool leavesNothing = intersection(shown.bounds(), m_device.view).isEmpty();
-    Index parent = kNone;
+    Index parent = m_outerClip;
     if (paths != kNone) {
         leavesNothing = leavesNothing || m_clipPaths[paths].leavesNothing;
         parent = m_clipPaths[paths].inScene;

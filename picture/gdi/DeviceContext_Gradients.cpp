@@ -287,7 +287,7 @@ Played DeviceContext::gradientFill(std::span<const GradientVertex> vertices,
     if (std::any_of(indices.begin(), indices.end(),
                     [&](uint32_t index) { return index >= vertices.size(); }))
         return notDone("it names points that it lacks");
-    if (m_state.visible->isEmpty)
+    if (isHidden())
         return kDone;
     std::vector<Triangle3> triangles;
     for (size_t i = 0; i + corners <= indices.size(); i += corners) {

@@ -82,7 +82,7 @@ Index DeviceContext::fillPaint()
 // No more is painted than its clip lets through, and nothing by an operation that does nothing.
 bool DeviceContext::isSeen() const
 {
-    return operationOfRop2(m_state.rop2) != kNoOperation && !m_state.visible->isEmpty;
+    return operationOfRop2(m_state.rop2) != kNoOperation && !isHidden();
 }
 
 Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
@@ -122,7 +122,7 @@ void DeviceContext::fillBox(const RectD &box, Color color)
 
 Played DeviceContext::setPixel(PointD point, Color color)
 {
-    if (m_state.visible->isEmpty)
+    if (isHidden())
         return kDone;
     const double pixel = m_device.unitsPerPixel;
     PointD at = toPicture().map(point);

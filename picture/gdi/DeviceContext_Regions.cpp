@@ -12,7 +12,7 @@ static constexpr Played kTooManyRects = notDone("its region has too many rectang
 Played DeviceContext::paintRects(std::span<const RectI> rects, const Brush &brush,
                                  RasterOperation operation)
 {
-    if (brush.kind == Brush::Kind::Null || m_state.visible->isEmpty)
+    if (brush.kind == Brush::Kind::Null || isHidden())
         return kDone;
     Node node = newNode();
     node.fill = m_builder.paint(brushPaint(brush));

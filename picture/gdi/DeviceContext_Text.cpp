@@ -235,7 +235,7 @@ void DeviceContext::moveBehind(double width, const RealizedFont &font, const Aff
 
 Played DeviceContext::textOut(const TextCall &call)
 {
-    if ((call.options & TextOption::kOpaque) != 0 && !m_state.visible->isEmpty)
+    if ((call.options & TextOption::kOpaque) != 0 && !isHidden())
         fillQuad(call.box, toPicture(), m_state.backgroundColor);
     const auto font = realizeFont(m_state, m_device, call.isAdvanced);
     if (!font || call.text.empty())
@@ -263,7 +263,7 @@ Played DeviceContext::textOut(const TextCall &call)
             played = approximated("its path has too many points");
         return played;
     }
-    if (m_state.visible->isEmpty)
+    if (isHidden())
         return played;
     const RectD box{ 0, -font->ascent, layout.width, font->descent };
     if (m_state.isOpaque)
