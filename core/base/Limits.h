@@ -67,6 +67,12 @@ inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
 /// Points that lines in the place of curves and outlines in the place of lines may have, together.
 inline constexpr size_t kPointsOfOutlines = size_t(1) << 23;
 
+// Areas that are combined: clips and regions of EMF+.
+
+/// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
+/// as many rows as their square.
+inline constexpr size_t kAreaWork = size_t(1) << 23;
+
 // Clips.
 
 /// Rectangles and corners that all changes of clips may go through: a short record may change a
