@@ -143,7 +143,10 @@ Paint DeviceContext::gradientPaint(PointD from, PointD to, Color first, Color la
 {
     if (first == last)
         return { Paint::Kind::Solid, first, kNone };
-    Gradient gradient{ from, to, first, last };
+    Gradient gradient;
+    gradient.from = from;
+    gradient.to = to;
+    gradient.stops = { { 0, first }, { 1, last } };
     // GDI gives each pixel the colour of its corner, viewers that of its centre.
     const double half = m_device.unitsPerPixel / 2;
     for (PointD *const end : { &gradient.from, &gradient.to })

@@ -23,7 +23,8 @@ namespace {
     // A stroke of one figure that is open.
     bool isOpenLine(Scene &scene, const Node &node)
     {
-        if (node.kind != Node::Kind::Path || node.fill != kNone || node.stroke == kNone)
+        if (node.kind != Node::Kind::Path || node.fill != kNone || node.stroke == kNone
+            || node.isExact)
             return false;
         const auto verbs = verbsOf(scene, node);
         return verbs.size() >= 2 && verbs.back() != Path::Verb::Close

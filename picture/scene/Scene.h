@@ -33,7 +33,7 @@ struct Hatch
     double tile = 0; ///< width and height
     PointD origin;
     Path lines;
-    double lineWidth = 0;
+    double lineWidth = 0; ///< 0: they are areas
     Color color;
     std::optional<Color> ground;
 
@@ -54,15 +54,34 @@ struct Pattern
 {
     Index image = kNone; ///< in Scene::images
     RectD tile;
+    Affine transform; ///< of the tile and its repetitions
+    /// Every other tile is mirrored, along a row or along a column.
+    bool mirrorsX = false, mirrorsY = false;
+    bool isSmooth = false; ///< pixels that are enlarged need not stay squares
 
     bool operator==(const Pattern &) const = default;
 };
 
-/// A colour that changes along a line from one place to another, and goes on behind its ends.
+/// A colour that changes along a line from one place to another, or from a focus to the unit
+/// circle.
 struct Gradient
 {
-    PointD from, to;
-    Color first, last;
+    struct Stop
+    {
+        double offset = 0; ///< rising from 0 to 1
+        Color color;
+
+        bool operator==(const Stop &) const = default;
+    };
+    /// What lies behind the ends.
+    enum class Spread : uint8_t { Pad, Reflect, Repeat };
+
+    PointD from; ///< where the first stop is: of a circle the focus, within it
+    PointD to; ///< of a line
+    std::vector<Stop> stops;
+    Spread spread = Spread::Pad;
+    bool isRadial = false;
+    Affine transform; ///< of the unit circle and the focus
 
     bool operator==(const Gradient &) const = default;
 };
@@ -194,6 +213,7 @@ struct Node
     bool isEvenOdd = true; ///< how a path is filled
     Blend blend = Blend::Normal;
     float opacity = 1; ///< of the whole node, from 0 to 1
+    bool isExact = false; ///< its ends lie where they are to be seen, and no other line goes on
     Index geometry = kNone; ///< in the list of its kind
     Index fill = kNone; ///< in Scene::paints
     Index stroke = kNone; ///< in Scene::strokes

@@ -23,6 +23,7 @@ namespace {
             return *this;
         }
         Key &operator<<(PointD p) { return *this << p.x << p.y; }
+        Key &operator<<(const Affine &m) { return *this << m.a << m.b << m.c << m.d << m.e << m.f; }
         Key &operator<<(const Color &c) { return *this << c.red << c.green << c.blue << c.alpha; }
         Key &operator<<(const Paint &p) { return *this << p.kind << p.color << p.resource; }
         Key &operator<<(const Path &path)
@@ -78,14 +79,18 @@ Index SceneBuilder::pattern(const Pattern &pattern)
 {
     Key key;
     key << pattern.image << pattern.tile.left << pattern.tile.top << pattern.tile.right
-        << pattern.tile.bottom;
+        << pattern.tile.bottom << pattern.transform << pattern.mirrorsX << pattern.mirrorsY
+        << pattern.isSmooth;
     return once(m_patterns, m_scene.patterns, pattern, key.take());
 }
 
 Index SceneBuilder::gradient(const Gradient &gradient)
 {
     Key key;
-    key << gradient.from << gradient.to << gradient.first << gradient.last;
+    key << gradient.from << gradient.to << gradient.spread << gradient.isRadial
+        << gradient.transform;
+    for (const Gradient::Stop &stop : gradient.stops)
+        key << stop.offset << stop.color;
     return once(m_gradients, m_scene.gradients, gradient, key.take());
 }
 
@@ -139,9 +144,7 @@ Index SceneBuilder::transform(const Affine &matrix)
 {
     if (matrix.isIdentity())
         return kNone;
-    Key key;
-    key << matrix.a << matrix.b << matrix.c << matrix.d << matrix.e << matrix.f;
-    return once(m_transforms, m_scene.transforms, matrix, key.take());
+    return once(m_transforms, m_scene.transforms, matrix, (Key() << matrix).take());
 }
 
 Index SceneBuilder::font(const FontStyle &font)

@@ -59,10 +59,10 @@ void SvgDocument::foreignAttribute(std::string_view name, std::u16string_view te
     m_text.append('"');
 }
 
-void SvgDocument::transform(const Affine &matrix)
+void SvgDocument::transform(const Affine &matrix, std::string_view name)
 {
-    const auto write = [this](std::string_view name, std::initializer_list<double> values) {
-        m_text.append(" transform=\"", name);
+    const auto write = [this, name](std::string_view kind, std::initializer_list<double> values) {
+        m_text.append(' ', name, "=\"", kind);
         char before = '(';
         for (const double value : values) {
             m_text.append(before);

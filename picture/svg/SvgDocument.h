@@ -47,7 +47,7 @@ public:
     void attribute(std::string_view name, std::string_view markup);
     void foreignAttribute(std::string_view name, std::u16string_view text);
     void attribute(std::string_view name, Color color);
-    void transform(const Affine &matrix);
+    void transform(const Affine &matrix, std::string_view name = "transform");
 
     // Definitions are numbered in the order of their use.
     /// @return whether this is the first use

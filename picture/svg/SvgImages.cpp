@@ -52,21 +52,60 @@ static void writeContents(SvgDocument &document, const Image &image, double widt
 static constexpr std::string_view kSharp =
         "image-rendering:optimizeSpeed;image-rendering:pixelated";
 
+// A tile beside its mirrored images is defined, and used so often.
+void usePattern(SvgDocument &document, Index number)
+{
+    const Pattern &pattern = document.scene().patterns[number];
+    if (document.use(Defined::Pattern, number) && (pattern.mirrorsX || pattern.mirrorsY))
+        document.use(Defined::Image, pattern.image);
+}
+
+static void writeMirrored(SvgDocument &document, const Pattern &pattern)
+{
+    const Image &image = document.scene().images[pattern.image];
+    const double width = pattern.tile.width() / image.size.width;
+    const double height = pattern.tile.height() / image.size.height;
+    for (const bool isBelow : { false, true }) {
+        for (const bool isRight : { false, true }) {
+            if ((isBelow && !pattern.mirrorsY) || (isRight && !pattern.mirrorsX))
+                continue;
+            document.put("<use");
+            document.transform({ isRight ? -width : width, 0, 0, isBelow ? -height : height,
+                                 isRight ? 2 * pattern.tile.width() : 0,
+                                 isBelow ? 2 * pattern.tile.height() : 0 });
+            document.link(Defined::Image, pattern.image);
+            if (!pattern.isSmooth)
+                document.attribute("style", kSharp);
+            document.put("/>");
+        }
+    }
+}
+
 void definePattern(SvgDocument &document, Index number)
 {
     const Pattern &pattern = document.scene().patterns[number];
+    const RectD &tile = pattern.tile;
     document.put("<pattern");
     document.id(Defined::Pattern, number);
     document.put(" patternUnits=\"userSpaceOnUse\"");
-    document.attribute("x", pattern.tile.left);
-    document.attribute("y", pattern.tile.top);
-    document.attribute("width", pattern.tile.width());
-    document.attribute("height", pattern.tile.height());
-    document.put("><image");
-    writeContents(document, document.scene().images[pattern.image], pattern.tile.width(),
-                  pattern.tile.height());
-    document.attribute("style", kSharp);
-    document.put("/></pattern>\n");
+    document.attribute("x", tile.left);
+    document.attribute("y", tile.top);
+    document.attribute("width", pattern.mirrorsX ? 2 * tile.width() : tile.width());
+    document.attribute("height", pattern.mirrorsY ? 2 * tile.height() : tile.height());
+    if (!pattern.transform.isIdentity())
+        document.transform(pattern.transform, "patternTransform");
+    document.put('>');
+    if (pattern.mirrorsX || pattern.mirrorsY) {
+        writeMirrored(document, pattern);
+    } else {
+        document.put("<image");
+        writeContents(document, document.scene().images[pattern.image], tile.width(),
+                      tile.height());
+        if (!pattern.isSmooth)
+            document.attribute("style", kSharp);
+        document.put("/>");
+    }
+    document.put("</pattern>\n");
 }
 
 void defineImage(SvgDocument &document, Index number)

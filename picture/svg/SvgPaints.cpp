@@ -53,12 +53,23 @@ void SvgDocument::attribute(std::string_view name, Color color)
     m_text.append('"');
 }
 
+// Colours of SVG 1.1 have no alpha.
+static void writeOpacity(SvgDocument &document, std::string_view name, uint8_t alpha)
+{
+    if (alpha == 255)
+        return;
+    constexpr Numbers kFine(3); // an alpha in bytes comes back from it
+    document.put(' ', name, "-opacity=\"");
+    kFine.append(document.text(), alpha / 255.0);
+    document.put('"');
+}
+
 void usePaint(SvgDocument &document, const Paint &paint)
 {
     if (paint.kind == Paint::Kind::Hatch)
         document.use(Defined::Hatch, paint.resource);
     else if (paint.kind == Paint::Kind::Pattern)
-        document.use(Defined::Pattern, paint.resource);
+        usePattern(document, paint.resource);
     else if (paint.kind == Paint::Kind::Gradient)
         document.use(Defined::Gradient, paint.resource);
 }
@@ -79,43 +90,74 @@ void defineHatch(SvgDocument &document, Index number)
         document.attribute("width", hatch.tile);
         document.attribute("height", hatch.tile);
         document.attribute("fill", *hatch.ground);
+        writeOpacity(document, "fill", hatch.ground->alpha);
         document.put("/>");
     }
-    document.put("<path fill=\"none\"");
-    document.attribute("stroke", hatch.color);
-    if (hatch.lineWidth != 1)
+    const bool isArea = hatch.lineWidth == 0;
+    document.put(isArea ? "<path" : "<path fill=\"none\"");
+    document.attribute(isArea ? "fill" : "stroke", hatch.color);
+    writeOpacity(document, isArea ? "fill" : "stroke", hatch.color.alpha);
+    if (!isArea && hatch.lineWidth != 1)
         document.attribute("stroke-width", hatch.lineWidth);
     document.put(" d=\"");
     writePathData(document, hatch.lines.verbs(), hatch.lines.points());
     document.put("\"/></pattern>\n");
 }
 
+// A circle that stays one is written where it lies.
+static void writeCircle(SvgDocument &document, const Gradient &gradient)
+{
+    const Affine &map = gradient.transform;
+    const bool isPlain = map.a == map.d && map.b == 0 && map.c == 0 && map.a > 0;
+    const PointD focus = isPlain ? map.map(gradient.from) : gradient.from;
+    const auto number = [&](std::string_view name, double value) {
+        document.put(' ', name, "=\"");
+        if (isPlain)
+            document.number(value);
+        else
+            document.exact(value);
+        document.put('"');
+    };
+    number("cx", isPlain ? map.e : 0);
+    number("cy", isPlain ? map.f : 0);
+    number("r", isPlain ? map.a : 1);
+    if (gradient.from != PointD{}) {
+        number("fx", focus.x);
+        number("fy", focus.y);
+    }
+    if (!isPlain)
+        document.transform(map, "gradientTransform");
+}
+
 void defineGradient(SvgDocument &document, Index number)
 {
     const Gradient &gradient = document.scene().gradients[number];
-    document.put("<linearGradient");
+    const std::string_view name = gradient.isRadial ? "radialGradient" : "linearGradient";
+    document.put('<', name);
     document.id(Defined::Gradient, number);
     document.put(" gradientUnits=\"userSpaceOnUse\"");
-    document.attribute("x1", gradient.from.x);
-    document.attribute("y1", gradient.from.y);
-    document.attribute("x2", gradient.to.x);
-    document.attribute("y2", gradient.to.y);
-    document.put("><stop offset=\"0\"");
-    document.attribute("stop-color", gradient.first);
-    document.put("/><stop offset=\"1\"");
-    document.attribute("stop-color", gradient.last);
-    document.put("/></linearGradient>\n");
-}
-
-// Colours of SVG 1.1 have no alpha.
-static void writeOpacity(SvgDocument &document, std::string_view name, uint8_t alpha)
-{
-    if (alpha == 255)
-        return;
-    constexpr Numbers kFine(3); // an alpha in bytes comes back from it
-    document.put(' ', name, "-opacity=\"");
-    kFine.append(document.text(), alpha / 255.0);
-    document.put('"');
+    if (gradient.isRadial) {
+        writeCircle(document, gradient);
+    } else {
+        document.attribute("x1", gradient.from.x);
+        document.attribute("y1", gradient.from.y);
+        document.attribute("x2", gradient.to.x);
+        document.attribute("y2", gradient.to.y);
+    }
+    if (gradient.spread != Gradient::Spread::Pad)
+        document.attribute("spreadMethod",
+                           gradient.spread == Gradient::Spread::Repeat ? "repeat" : "reflect");
+    document.put('>');
+    for (const Gradient::Stop &stop : gradient.stops) {
+        constexpr Numbers kFine(4);
+        document.put("<stop offset=\"");
+        kFine.append(document.text(), stop.offset);
+        document.put('"');
+        document.attribute("stop-color", stop.color);
+        writeOpacity(document, "stop", stop.color.alpha);
+        document.put("/>");
+    }
+    document.put("</", name, ">\n");
 }
 
 static void writeReference(SvgDocument &document, std::string_view name, const Paint &paint)

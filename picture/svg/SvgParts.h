@@ -54,6 +54,7 @@ void writeClipReference(SvgDocument &document, Index clip);
 /// Notes which images are shown more than once, and so are defined.
 void useImages(SvgDocument &document);
 void defineImage(SvgDocument &document, Index image);
+void usePattern(SvgDocument &document, Index pattern);
 void definePattern(SvgDocument &document, Index pattern);
 /// Up to the attributes that groups may say, with its transform.
 void writeImage(SvgDocument &document, const Node &node);
