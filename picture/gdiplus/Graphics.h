@@ -1,0 +1,160 @@
+#pragma once
+
+#include "core/base/Limits.h"
+#include "core/geometry/Areas.h"
+#include "core/records/EmfPlusObjects.h"
+#include "picture/gdi/Device.h"
+#include "picture/gdi/Played.h"
+#include "picture/gdiplus/GraphicsState.h"
+#include "picture/scene/SceneBuilder.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace svgtool::picture {
+
+/// What GDI+ paints on, as a part of a scene: one function a call.
+///
+/// Coordinates are world units, angles degrees from the x axis towards y. Boxes have their right
+/// and bottom edge where they are seen. Objects are those of core/records; an image is kept as long
+/// as there is a use of it. What a call refuses leaves the state as it was.
+/// @note One belongs to one play on one thread. Memory that runs out is std::bad_alloc.
+class Graphics
+{
+public:
+    using Image = std::shared_ptr<const plus::Image>;
+    using Points = std::span<const PointD>;
+
+    /// @param builder  of the scene, which others may paint as well; lives longer
+    Graphics(const Device &device, SceneBuilder &builder);
+
+    /// The number of the record that is played, for the nodes that come of it.
+    void setRecord(uint32_t number) { m_record = number; }
+    /// @param dots  an inch has of device units, for units that are lengths; above 0
+    void setResolution(PointD dots);
+
+    // State: Graphics_State.cpp. Numbers of saved states are the file's own.
+    Played save(uint32_t number);
+    /// Gives up the states saved after it, too.
+    Played restore(uint32_t number);
+    /// @param from  in @p unit, falls on @p to, in world units; kept inside is what is clipped now
+    Played beginContainer(const RectD &to, const RectD &from, plus::Unit unit, uint32_t number);
+    Played beginContainer(uint32_t number);
+    Played endContainer(uint32_t number) { return restore(number); }
+    /// Whether a matrix comes before the one in force, or after it.
+    enum class Order : uint8_t { Prepend, Append };
+    Played setWorldTransform(const Affine &matrix);
+    Played resetWorldTransform() { return setWorldTransform(Affine()); }
+    Played multiplyWorldTransform(const Affine &matrix, Order order);
+    Played translateWorldTransform(PointD by, Order order);
+    Played scaleWorldTransform(PointD by, Order order);
+    Played rotateWorldTransform(double degrees, Order order);
+    Played setPageTransform(plus::Unit unit, double scale);
+    Played setRenderingOrigin(PointD origin);
+    /// @param mode  CompositingMode, [MS-EMFPLUS] 2.1.1.5
+    Played setCompositingMode(uint8_t mode);
+    Played setInterpolationMode(uint8_t mode);
+    Played setTextRenderingHint(uint8_t hint);
+    const GraphicsState &state() const { return m_state; }
+    /// World units to those of the picture.
+    const Affine &toPicture() const { return m_state.toPicture; }
+
+    // Clips: Graphics_Clips.cpp.
+    Played resetClip();
+    Played setClipRectangle(const RectD &box, plus::CombineMode mode);
+    Played setClipPath(const plus::PathObject &path, plus::CombineMode mode);
+    Played setClipRegion(const plus::Region &region, plus::CombineMode mode);
+    Played offsetClip(PointD by);
+    /// The clip in force, in the scene.
+    Index clip() const;
+    /// Nothing that is painted can be seen.
+    bool isClippedAway() const;
+
+    // Figures: Graphics_Figures.cpp.
+    Played clear(plus::Argb color);
+    Played fillRectangles(const plus::Brush &brush, std::span<const RectD> boxes);
+    Played fillPolygon(const plus::Brush &brush, Points points);
+    Played fillEllipse(const plus::Brush &brush, const RectD &box);
+    Played fillPie(const plus::Brush &brush, const RectD &box, double start, double sweep);
+    Played fillClosedCurve(const plus::Brush &brush, Points points, double tension, bool isWinding);
+    Played fillPath(const plus::Brush &brush, const plus::PathObject &path);
+    Played fillRegion(const plus::Brush &brush, const plus::Region &region);
+    Played drawRectangles(const plus::Pen &pen, std::span<const RectD> boxes);
+    Played drawLines(const plus::Pen &pen, Points points, bool isClosed);
+    Played drawEllipse(const plus::Pen &pen, const RectD &box);
+    Played drawPie(const plus::Pen &pen, const RectD &box, double start, double sweep);
+    Played drawArc(const plus::Pen &pen, const RectD &box, double start, double sweep);
+    Played drawClosedCurve(const plus::Pen &pen, Points points, double tension);
+    /// @param first, segments  the part of the curve that is drawn
+    Played drawCurve(const plus::Pen &pen, Points points, double tension, size_t first,
+                     size_t segments);
+    /// @param points  a start, and three for each curve
+    Played drawBeziers(const plus::Pen &pen, Points points);
+    Played drawPath(const plus::Pen &pen, const plus::PathObject &path);
+
+    // Images: Graphics_Images.cpp. Those that are metafiles are not done here.
+    /// @param attributes  null for none
+    /// @param source      pixels of the image
+    Played drawImage(const Image &image, const plus::ImageAttributes *attributes,
+                     const RectD &source, const RectD &to);
+    /// @param corners  of the upper left, upper right and lower left corner of the source
+    Played drawImagePoints(const Image &image, const plus::ImageAttributes *attributes,
+                           const RectD &source, std::span<const PointD, 3> corners);
+
+    // For what is drawn elsewhere: text, and the metafiles that images are.
+    /// A node with clip and record, that others fill.
+    Node newNode() const;
+    /// What a brush paints with, in the scene; of path gradients that cannot be said so their
+    /// colour in the middle.
+    /// @param brushToNode  world units to those of the node that is painted, before its transform
+    Index fillPaint(const plus::Brush &brush, const Affine &brushToNode);
+
+private:
+    // A figure to be painted: what of it is known in simple terms is kept.
+    struct Figure
+    {
+        enum class Kind : uint8_t { Path, Box, Ellipse };
+
+        Kind kind = Kind::Path;
+        RectD box; ///< of Box and Ellipse
+        Path path; ///< of Path
+        bool isEvenOdd = true;
+    };
+
+    // State.
+    void updateTransform();
+    PointD pixelsOf(plus::Unit unit) const;
+    Played push(uint32_t number);
+
+    // Clips.
+    struct ClipPart
+    {
+        Index before; ///< of those that it is cut to; kNone for none
+        Area area; ///< in units of the picture
+        bool leavesNothing; ///< of the picture, with those before
+        Index inScene;
+    };
+    Played combineClip(Area area, plus::CombineMode mode);
+    Index addClip(Index before, Area area);
+    std::optional<Area> clipArea(Index clip);
+    std::optional<Area> areaOf(const plus::Region &region);
+    std::optional<Area> combinedAreas(const Area &a, const Area &b, AreaMode mode);
+    Area everything() const;
+    static Path pathOf(const Figure &figure);
+
+    Device m_device;
+    SceneBuilder &m_builder;
+    PointD m_dots{ 96, 96 };
+    GraphicsState m_state;
+    std::vector<std::pair<uint32_t, GraphicsState>> m_saved;
+    std::vector<ClipPart> m_clips;
+    size_t m_areaWork = limits::kAreaWork; ///< left for the document
+    uint32_t m_record = 0;
+};
+
+} // namespace svgtool::picture
