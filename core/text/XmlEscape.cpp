@@ -1,47 +1,13 @@
 #include "core/text/XmlEscape.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 
 namespace svgtool {
 
-std::string_view trimmedBlanks(std::string_view text)
-{
-    while (!text.empty() && isXmlBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isXmlBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 namespace {
 
-    // Whether a byte stands for itself wherever it is. Without branches, so that a loop over it
-    // becomes vector instructions.
-    bool isPlain(char character)
-    {
-        const auto byte = static_cast<unsigned char>(character);
-        return (byte >= 0x20) & (byte < 0x7F) & (byte != '&') & (byte != '<') & (byte != '>')
-                & (byte != '"');
-    }
-
-    // How many plain bytes are at the front; data URLs have megabytes of them.
-    size_t plainLength(std::string_view text)
-    {
-        constexpr size_t kBlock = 64;
-        size_t length = 0;
-        for (; text.size() - length >= kBlock; length += kBlock) {
-            unsigned char isAllPlain = 1;
-            for (size_t i = 0; i < kBlock; ++i)
-                isAllPlain &= static_cast<unsigned char>(isPlain(text[length + i]));
-            if (isAllPlain == 0)
-                break;
-        }
-        while (length < text.size() && isPlain(text[length]))
-            ++length;
-        return length;
-    }
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
     bool isXmlCharacter(uint32_t code)
     {
@@ -72,70 +38,58 @@ namespace {
         return code >= kSmallest[length] && isXmlCharacter(code) ? length : 0;
     }
 
-    // Whether a name between "&" and ";" is one that every XML reader knows.
-    bool isReference(std::string_view name)
+    // Appends text of which @p escaped tells what stands for a character of one byte; empty:
+    // itself.
+    template<class Escaped>
+    void append(TextBuffer &out, std::string_view text, const Escaped &escaped)
     {
-        if (name.substr(0, 1) != "#")
-            return name == "amp" || name == "lt" || name == "gt" || name == "quot"
-                    || name == "apos";
-        const bool isHexadecimal = name.substr(1, 1) == "x";
-        name.remove_prefix(isHexadecimal ? 2 : 1);
-        uint32_t code = 0;
-        const char *end = name.data() + name.size();
-        const auto read = std::from_chars(name.data(), end, code, isHexadecimal ? 16 : 10);
-        return read.ec == std::errc() && read.ptr == end && isXmlCharacter(code);
-    }
-
-    // The bytes of the reference at the front, from "&" to ";"; 0 when there is none.
-    size_t referenceLength(std::string_view text)
-    {
-        constexpr size_t kLongest = 16;
-        const size_t end = text.substr(0, kLongest).find(';');
-        return end != text.npos && isReference(text.substr(1, end - 1)) ? end + 1 : 0;
-    }
-
-    // Takes the character at the front, which is not plain.
-    std::string_view takeOdd(std::string_view &text, XmlPlace place)
-    {
-        const char front = text.front();
-        const bool isComment = place == XmlPlace::Comment;
-        size_t length = characterLength(text);
-        std::string_view written = text.substr(0, length);
-        if (length == 0) {
-            length = 1;
-            written = "\xEF\xBF\xBD";
-        } else if (front == '&' && !isComment) {
-            length = std::max<size_t>(1, referenceLength(text));
-            written = length == 1 ? "&amp;" : text.substr(0, length);
-        } else if (front == '<' && !isComment) {
-            written = "&lt;";
-        } else if (front == '>' && !isComment) {
-            written = "&gt;";
-        } else if (front == '"' && place == XmlPlace::Value) {
-            written = "&quot;";
+        while (!text.empty()) {
+            size_t kept = 0, length = 0;
+            std::string_view instead;
+            for (; kept < text.size(); kept += length) {
+                length = characterLength(text.substr(kept));
+                instead = length == 0 ? kReplacement : escaped(text[kept]);
+                if (!instead.empty())
+                    break;
+            }
+            out.append(text.substr(0, kept), instead);
+            text.remove_prefix(std::min(kept + 1, text.size()));
         }
-        text.remove_prefix(length);
-        return written;
-    }
-
-    std::string_view takeFront(std::string_view &text, size_t length)
-    {
-        const std::string_view front = text.substr(0, length);
-        text.remove_prefix(length);
-        return front;
     }
 
 } // namespace
 
-std::string_view takeEscaped(std::string_view &text, XmlPlace place)
+void appendEscaped(TextBuffer &out, std::string_view text, XmlPlace place)
 {
-    const size_t length = plainLength(text);
-    return length > 0 ? takeFront(text, length) : takeOdd(text, place);
+    append(out, text, [place](char character) -> std::string_view {
+        switch (character) {
+        case '&':
+            return "&amp;";
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '"':
+            return place == XmlPlace::Value ? "&quot;" : "";
+        default:
+            return {};
+        }
+    });
 }
 
-std::string_view takeUpToHyphen(std::string_view &text)
+void appendComment(TextBuffer &out, std::string_view text)
 {
-    return takeFront(text, std::min(text.find("--"), text.size() - 1) + 1);
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const size_t first = std::min(text.find_first_not_of(kBlanks), text.size());
+    text = text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+    out.append("<!-- ");
+    char before = '\0';
+    append(out, text, [&before](char character) -> std::string_view {
+        const bool isSecondHyphen = before == '-' && character == '-';
+        before = character;
+        return isSecondHyphen ? " -" : "";
+    });
+    out.append(" -->");
 }
 
 } // namespace svgtool

@@ -29,9 +29,6 @@ static std::string utf8Of(std::u16string_view text)
     }
     std::string utf8(kept.size() * kUtf8PerUnit, '\0');
     utf8.resize(size_t(putUtf8(utf8.data(), kept.data(), int64_t(kept.size())) - utf8.data()));
-    // An "&" stands for itself here, whatever follows.
-    for (size_t at = utf8.find('&'); at != std::string::npos; at = utf8.find('&', at + 1))
-        utf8.insert(at + 1, "amp;");
     return utf8;
 }
 
