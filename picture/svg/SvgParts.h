@@ -16,6 +16,9 @@ void writeStyle(SvgDocument &document, Blend blend, std::string_view properties)
 // SvgPathData.cpp
 void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points);
+/// The same on a grid of its own.
+void writePathData(SvgDocument &document, const Numbers &grid, std::span<const Path::Verb> verbs,
+                   std::span<const PointD> points);
 
 // SvgShapes.cpp
 // Elements up to the attributes that groups may say for them.

@@ -53,17 +53,25 @@ namespace {
     class PathData
     {
     public:
-        explicit PathData(SvgDocument &document) : m_document(document), m_grid(document.grid()) { }
+        PathData(SvgDocument &document, const Numbers &grid)
+            : m_document(document), m_grid(grid) { }
 
         void write(std::span<const Path::Verb> verbs, std::span<const PointD> points);
 
     private:
         Place place(PointD p) const { return { m_grid.steps(p.x), m_grid.steps(p.y) }; }
+        bool isNear(Place at, PointD p) const
+        {
+            return m_grid.isNear(at.x, p.x) && m_grid.isNear(at.y, p.y);
+        }
+        Place mirrored(bool isParabola) const;
         void line(Place to);
         void flushLine(bool isLast);
         void writeMove();
         void writeMoveAndLine(Place way);
-        void writeCurve(PointD control1, PointD control2, PointD end);
+        void writeCurve(PointD from, const PointD *points);
+        bool writeParabola(PointD from, const PointD *points);
+        void writeCubic(const PointD *points);
         void close();
 
         Command command(const Before &before, char letter,
@@ -79,7 +87,8 @@ namespace {
         bool m_hasMove = false; // to m_start, not written yet
         bool m_hasLine = false; // to m_lineEnd, not written yet
         Place m_lineEnd;
-        Place m_lastControl; // the second of the curve before; else where the written ends
+        Place m_lastControl; // of the curve before, its last one; else where the written ends
+        bool m_isParabola = false; // the curve before is one
     };
 
     Command PathData::command(const Before &before, char letter,
@@ -183,24 +192,63 @@ namespace {
         m_current = m_lastControl = to;
     }
 
-    void PathData::writeCurve(PointD control1, PointD control2, PointD end)
+    // Where a viewer puts a first control point that is left out: it mirrors the last one of the
+    // curve before, if that is of the same kind.
+    Place PathData::mirrored(bool isParabola) const
+    {
+        return m_isParabola == isParabola ? m_current + m_current - m_lastControl : m_current;
+    }
+
+    void PathData::writeCurve(PointD from, const PointD *points)
     {
         flushLine(false);
         writeMove();
-        const Place c2 = place(control2), to = place(end);
+        if (writeParabola(from, points)) {
+            m_isParabola = true;
+        } else {
+            writeCubic(points);
+            m_isParabola = false;
+        }
+        m_current = place(points[2]);
+    }
+
+    // Letters of many fonts are made of curves with one control point, which is less to write.
+    bool PathData::writeParabola(PointD from, const PointD *points)
+    {
+        const PointD first{ (3 * points[0].x - from.x) / 2, (3 * points[0].y - from.y) / 2 };
+        const PointD second{ (3 * points[1].x - points[2].x) / 2,
+                             (3 * points[1].y - points[2].y) / 2 };
+        const PointD middle{ (first.x + second.x) / 2, (first.y + second.y) / 2 };
+        const Place control = place(middle), to = place(points[2]);
+        if (!isNear(control, first) || !isNear(control, second))
+            return false;
+        const Place way = to - m_current, toControl = control - m_current;
+        const Place mirror = mirrored(true);
+        if (isNear(mirror, middle)) {
+            putShorter(command(m_before, 't', { way.x, way.y }),
+                       command(m_before, 'T', { to.x, to.y }));
+            m_lastControl = mirror; // where the next one is mirrored
+        } else {
+            putShorter(command(m_before, 'q', { toControl.x, toControl.y, way.x, way.y }),
+                       command(m_before, 'Q', { control.x, control.y, to.x, to.y }));
+            m_lastControl = control;
+        }
+        return true;
+    }
+
+    void PathData::writeCubic(const PointD *points)
+    {
+        const Place c2 = place(points[1]), to = place(points[2]);
         const Place r2 = c2 - m_current, way = to - m_current;
-        // The first control point may be left out where it mirrors the one before.
-        const Place mirrored = m_current + m_current - m_lastControl;
-        if (m_grid.isNear(mirrored.x, control1.x) && m_grid.isNear(mirrored.y, control1.y)) {
+        if (isNear(mirrored(false), points[0])) {
             putShorter(command(m_before, 's', { r2.x, r2.y, way.x, way.y }),
                        command(m_before, 'S', { c2.x, c2.y, to.x, to.y }));
         } else {
-            const Place c1 = place(control1), r1 = c1 - m_current;
+            const Place c1 = place(points[0]), r1 = c1 - m_current;
             putShorter(command(m_before, 'c', { r1.x, r1.y, r2.x, r2.y, way.x, way.y }),
                        command(m_before, 'C', { c1.x, c1.y, c2.x, c2.y, to.x, to.y }));
         }
         m_lastControl = c2;
-        m_current = to;
     }
 
     void PathData::close()
@@ -229,7 +277,7 @@ namespace {
                 line(place(points[next++]));
                 break;
             case Path::Verb::Curve:
-                writeCurve(points[next], points[next + 1], points[next + 2]);
+                writeCurve(points[next - 1], &points[next]);
                 next += 3;
                 break;
             case Path::Verb::Close:
@@ -245,7 +293,13 @@ namespace {
 void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points)
 {
-    PathData(document).write(verbs, points);
+    writePathData(document, document.grid(), verbs, points);
+}
+
+void writePathData(SvgDocument &document, const Numbers &grid, std::span<const Path::Verb> verbs,
+                   std::span<const PointD> points)
+{
+    PathData(document, grid).write(verbs, points);
 }
 
 } // namespace svgtool::picture
