@@ -62,6 +62,8 @@ namespace {
         picture::SceneBuilder builder;
         picture::DeviceContext context(
                 picture.device, Fields(file, offsetof(ENHMETAHEADER, nHandles)).word(), builder);
+        if (options.text == PictureText::Outlines)
+            context.drawOutlines();
         RecordTally records;
         picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
         picture::Scene scene = builder.take();
@@ -85,6 +87,8 @@ namespace {
         const auto picture = picture::WmfPlayer::pictureOf(file, facts);
         picture::SceneBuilder builder;
         picture::DeviceContext context(picture.device, 1, builder);
+        if (options.text == PictureText::Outlines)
+            context.drawOutlines();
         RecordTally records;
         picture::WmfPlayer(context, picture).playAll(file, facts, &records);
         picture::Scene scene = builder.take();

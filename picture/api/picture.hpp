@@ -35,6 +35,14 @@ enum class PictureError {
 /// An English sentence without its full stop: "there is not enough memory". For any value.
 SVGTOOL_PICTURE_EXPORT const char *describe(PictureError error) noexcept;
 
+/// What becomes of letters in a document.
+enum class PictureText {
+    Characters, ///< text, which a viewer shows in the fonts that it has
+    /// Shapes, which look the same everywhere; a run of letters that the fonts installed have no
+    /// outlines of stays text, and the report says so.
+    Outlines,
+};
+
 /// How a picture is asked for.
 struct PictureOptions
 {
@@ -51,6 +59,7 @@ struct PictureOptions
     /// "_". Where it is empty, the prefix is made of the metafile's bytes, so that documents of
     /// different metafiles may stand on one page.
     std::string idPrefix;
+    PictureText text = PictureText::Characters;
 };
 
 /// What became of records of one type.

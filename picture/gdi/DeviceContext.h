@@ -36,6 +36,8 @@ public:
     void setRecord(uint32_t number) { m_record = number; }
     /// Whether what is drawn is seen, or the state alone changes.
     void setPainting(bool isOn) { m_isPainting = isOn; }
+    /// From now on letters are drawn by their outlines, as far as there are any.
+    void drawOutlines() { m_drawsOutlines = true; }
 
     // State.
     Played saveState();
@@ -305,8 +307,13 @@ private:
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
     /// @return false where the letters have too many points, of which the first ones are in
     bool addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
+    /// In the way that is asked for.
+    Played drawLetters(Placed characters, const TextCall &call, const RealizedFont &font,
+                       const Affine &axes, Index clip);
     void drawText(Placed characters, const TextCall &call, const RealizedFont &font,
                   const Affine &axes, Index clip);
+    void drawGlyphs(Placed characters, std::span<const Path> outlines, const RealizedFont &font,
+                    const Affine &axes, Index clip);
     void drawLines(Placed characters, const RealizedFont &font, const Affine &axes);
 
     const GdiObject *object(uint32_t handle) const;
@@ -323,6 +330,7 @@ private:
     /// Slots whose object was deleted, the lowest on top: where an object goes that names none.
     std::priority_queue<uint32_t, std::vector<uint32_t>, std::greater<>> m_freed;
     uint32_t m_record = 0;
+    bool m_drawsOutlines = false;
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document

@@ -109,15 +109,21 @@ Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affi
     return m_builder.clip({ inForce, path, false });
 }
 
-bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
-                              const Affine &axes)
+static std::vector<Path> outlinesOf(std::span<const PlacedCharacter> characters,
+                                    const RealizedFont &font)
 {
     std::u32string text;
     for (const PlacedCharacter &each : characters)
         text += each.character;
+    return characterOutlines(text, font.request);
+}
+
+bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
+                              const Affine &axes)
+{
     const auto toDevice = m_device.toPicture.inverse();
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
-    const auto outlines = characterOutlines(text, font.request);
+    const auto outlines = outlinesOf(characters, font);
     for (size_t i = 0; toDevice && i < characters.size(); ++i) {
         if (!spendPoints(outlines[i].points().size()))
             return false;
@@ -198,6 +204,68 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
         drawLines(characters, font, axes);
 }
 
+Played DeviceContext::drawLetters(std::span<const PlacedCharacter> characters, const TextCall &call,
+                                  const RealizedFont &font, const Affine &axes, Index clip)
+{
+    const char *obstacle = nullptr;
+    std::vector<Path> outlines;
+    if (m_drawsOutlines) {
+        const bool hasGlyphs = (call.options & TextOption::kGlyphs) != 0;
+        outlines = outlinesOf(characters, font);
+        if (!hasGlyphs
+            && std::ranges::any_of(characters, needsShaping, &PlacedCharacter::character))
+            obstacle = "its letters join or change places, so that it stays text";
+        else if (std::ranges::any_of(characters, [](const PlacedCharacter &each) {
+                     return !each.shape.hasGlyph && !isBlank(each.character);
+                 }))
+            obstacle = "its font lacks a letter, so that it stays text";
+        else if (std::ranges::all_of(outlines, &Path::isEmpty))
+            obstacle = "its font has no outlines, so that it stays text";
+    }
+    if (!m_drawsOutlines || obstacle != nullptr) {
+        drawText(characters, call, font, axes, clip);
+        return obstacle != nullptr ? approximated(obstacle) : kDone;
+    }
+    drawGlyphs(characters, outlines, font, axes, clip);
+    return fontShape(font.request).isNamed
+            ? kDone
+            : approximated("its font is not installed, and the outlines are another one's");
+}
+
+// A text whose units are those of its font.
+void DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
+                               std::span<const Path> outlines, const RealizedFont &font,
+                               const Affine &axes, Index clip)
+{
+    const double unitsPerEm = font.shape.tables.unitsPerEm, perUnit = font.em / unitsPerEm;
+    Affine map = Affine::scale(perUnit, perUnit).then(axes);
+    map.e = map.f = 0;
+    const auto back = map.inverse();
+    if (!back)
+        return;
+    Text run;
+    run.baseline = back->map({ axes.e, axes.f });
+    run.width = (std::abs(characters.back().x - characters.front().x) + font.em) / perUnit;
+    for (size_t i = 0; i < characters.size(); ++i) {
+        if (outlines[i].isEmpty())
+            continue;
+        const PlacedCharacter &each = characters[i];
+        run.pieces.push_back(
+                { uint32_t(run.characters.size()), each.x / perUnit, each.y / perUnit });
+        run.glyphs.push_back(m_builder.glyph(outlines[i]));
+        appendUtf16(run.characters, each.character);
+    }
+    FontStyle style;
+    style.size = unitsPerEm;
+    run.font = m_builder.font(style);
+    Node node = newNode();
+    node.clip = clip;
+    node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
+    node.transform = m_builder.transform(map);
+    m_builder.add(node, std::move(run));
+    drawLines(characters, font, axes);
+}
+
 // Lines under and through letters that a viewer would break where letters are told their places.
 void DeviceContext::drawLines(std::span<const PlacedCharacter> characters, const RealizedFont &font,
                               const Affine &axes)
@@ -271,7 +339,9 @@ Played DeviceContext::textOut(const TextCall &call)
     if (!shown.empty()) {
         const double reach = font->em / 4; // what letters may stick out of their boxes by
         const RectD ink{ shown.front().x - reach, box.top, shown.back().x + font->em, box.bottom };
-        drawText(shown, resolved, *font, axes, textClip(call, ink, axes));
+        const Played drawn = drawLetters(shown, resolved, *font, axes, textClip(call, ink, axes));
+        if (!drawn.isDone())
+            played = drawn;
     }
     return played;
 }

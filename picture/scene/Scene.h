@@ -166,6 +166,9 @@ struct Text
     PointD baseline; ///< left end, before the turn
     double turn = 0; ///< degrees against the clock, around that
     std::vector<Piece> pieces; ///< one or more
+    /// Of each piece, in Scene::glyphs, the letter that is drawn in the place of its characters;
+    /// empty where the characters are written.
+    std::vector<Index> glyphs;
     double width = 0; ///< of the whole run
     Order order = Order::Natural;
     Index font = kNone; ///< in Scene::fonts
@@ -258,7 +261,14 @@ struct Scene
     std::vector<Clip> clips;
     std::vector<Affine> transforms;
     std::vector<FontStyle> fonts;
+    std::vector<Path> glyphs; ///< letters around their origins
 };
+
+/// Where a piece of a text stands, before the turn.
+inline PointD placeOf(const Text &text, const Text::Piece &piece)
+{
+    return { text.baseline.x + piece.x, text.baseline.y + piece.y };
+}
 
 /// No letter of a text reaches further from its left end than this, in its own units.
 inline double reachOf(const Scene &scene, const Text &text)

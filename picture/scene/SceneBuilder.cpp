@@ -160,6 +160,11 @@ Index SceneBuilder::font(const FontStyle &font)
     return once(m_fonts, m_scene.fonts, font, key.take());
 }
 
+Index SceneBuilder::glyph(const Path &outline)
+{
+    return once(m_glyphs, m_scene.glyphs, outline, (Key() << outline).take());
+}
+
 void SceneBuilder::add(Node node, const Path &path, const Affine &place)
 {
     node.kind = Node::Kind::Path;

@@ -26,6 +26,7 @@ public:
     /// kNone for the identity.
     Index transform(const Affine &matrix);
     Index font(const FontStyle &font);
+    Index glyph(const Path &outline);
 
     /// The geometry of the node is added with it, the rest of it taken as it stands.
     /// @param place  to the units of the node, which lie in front of its transform
@@ -53,7 +54,7 @@ private:
 
     Scene m_scene;
     Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_clips, m_transforms;
-    Known m_fonts;
+    Known m_fonts, m_glyphs;
     std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
 };
 

@@ -16,8 +16,8 @@ class SvgDocument
 {
 public:
     /// What is written in <defs> and named from elsewhere.
-    enum class Defined : uint8_t { Clip, Hatch, Image, Pattern, Gradient };
-    static constexpr size_t kDefinedKinds = 5;
+    enum class Defined : uint8_t { Clip, Hatch, Image, Pattern, Gradient, Glyph };
+    static constexpr size_t kDefinedKinds = 6;
 
     /// @param prefix  of all ids; lives as long as the document
     SvgDocument(const Scene &scene, std::string_view prefix);

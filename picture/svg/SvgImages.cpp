@@ -2,6 +2,7 @@
 
 #include "core/base/Base64.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -9,9 +10,13 @@ namespace svgtool::picture {
 
 using Defined = SvgDocument::Defined;
 
-bool needsLinks(const Scene &scene)
+bool needsLinks(const SvgDocument &document)
 {
-    return !scene.imagePlaces.empty() || !scene.patterns.empty();
+    const Scene &scene = document.scene();
+    return !scene.imagePlaces.empty() || !scene.patterns.empty()
+            || std::ranges::any_of(document.definitions(), [](const auto &definition) {
+                   return definition.kind == Defined::Glyph;
+               });
 }
 
 // Images inside of patterns stand there, and are not counted.

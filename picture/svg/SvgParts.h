@@ -33,6 +33,13 @@ void writeFont(SvgDocument &document, const FontStyle &font, Property property);
 /// From behind the last attribute.
 void writeTextEnd(SvgDocument &document, const Text &text);
 
+// SvgGlyphs.cpp
+/// Notes which letters are drawn more than once, and so are defined.
+void useGlyphs(SvgDocument &document);
+void defineGlyph(SvgDocument &document, Index glyph);
+/// @param attributes  of the whole text
+void writeGlyphs(SvgDocument &document, const Node &node, std::string_view attributes);
+
 // SvgPaints.cpp
 /// Notes what a paint needs in <defs>.
 void usePaint(SvgDocument &document, const Paint &paint);
@@ -64,6 +71,7 @@ void writeImage(SvgDocument &document, const Node &node);
 /// Its properties of CSS.
 std::string_view imageStyle(const ImagePlace &place);
 /// Whether the document has to know links.
-bool needsLinks(const Scene &scene);
+/// @param document  which knows the glyphs that it defines
+bool needsLinks(const SvgDocument &document);
 
 } // namespace svgtool::picture

@@ -194,7 +194,9 @@ Style SvgStyles::styleOf(const Node &node)
             valueOf(style, Property::FillRule) = take(start);
         }
     }
-    if (node.kind == Node::Kind::Text) {
+    if (node.kind == Node::Kind::Text && !scene.texts[node.geometry].glyphs.empty()) {
+        valueOf(style, Property::FillRule) = kDefault;
+    } else if (node.kind == Node::Kind::Text) {
         if (node.transform == kNone) // its turn, if it has one, is its own
             valueOf(style, Property::Transform) = kOwn;
         addFont(style, scene.fonts[scene.texts[node.geometry].font]);

@@ -100,11 +100,6 @@ static void writePlace(SvgDocument &document, PointD place, PointD before)
         document.attribute("y", place.y);
 }
 
-static PointD placeOf(const Text &text, const Text::Piece &piece)
-{
-    return { text.baseline.x + piece.x, text.baseline.y + piece.y };
-}
-
 void writeText(SvgDocument &document, const Text &text)
 {
     document.put("<text");

@@ -37,7 +37,8 @@ namespace {
             writeEllipse(document, scene.ellipses[node.geometry]);
             break;
         case Node::Kind::Text:
-            writeText(document, scene.texts[node.geometry]);
+            if (scene.texts[node.geometry].glyphs.empty())
+                writeText(document, scene.texts[node.geometry]);
             break;
         case Node::Kind::Image:
             writeImage(document, node);
@@ -55,6 +56,14 @@ namespace {
         }
     }
 
+    // Takes back what has been written since.
+    std::string takeText(SvgDocument &document, int64_t start)
+    {
+        std::string text(document.text().view().substr(size_t(start)));
+        document.text().truncate(start);
+        return text;
+    }
+
     void writeNode(SvgDocument &document, const Node &node, const SvgStyles &styles,
                    const Style &style, const Style &outer)
     {
@@ -69,6 +78,7 @@ namespace {
         }
         const Scene &scene = document.scene();
         writeElement(document, node);
+        const int64_t attributes = document.text().size();
         writeValues(document, styles, style, outer);
         if (node.opacity < 1) {
             document.put(" opacity=\"");
@@ -78,10 +88,12 @@ namespace {
         writeStyle(document, isWrapped ? Blend::Normal : node.blend,
                    node.kind == Node::Kind::Image ? imageStyle(scene.imagePlaces[node.geometry])
                                                   : std::string_view());
-        if (node.kind == Node::Kind::Text)
+        if (node.kind != Node::Kind::Text)
+            document.put("/>\n");
+        else if (scene.texts[node.geometry].glyphs.empty())
             writeTextEnd(document, scene.texts[node.geometry]);
         else
-            document.put("/>\n");
+            writeGlyphs(document, node, takeText(document, attributes));
         if (isWrapped)
             document.put("</g>\n");
     }
@@ -116,6 +128,9 @@ namespace {
                 break;
             case Defined::Image:
                 defineImage(document, resource);
+                break;
+            case Defined::Glyph:
+                defineGlyph(document, resource);
                 break;
             }
         }
@@ -177,7 +192,7 @@ namespace {
             document.put('\n');
         }
         document.put("<svg xmlns=\"http://www.w3.org/2000/svg\"");
-        if (needsLinks(scene))
+        if (needsLinks(document))
             document.put(" xmlns:xlink=\"http://www.w3.org/1999/xlink\"");
         document.put(" version=\"1.1\" width=\"");
         kPixels.append(document.text(), scene.width);
@@ -201,6 +216,7 @@ namespace {
 std::string writeSvg(const Scene &scene, std::string_view idPrefix)
 {
     SvgDocument document(scene, idPrefix);
+    useGlyphs(document);
     writeHead(document);
     writeDefinitions(document);
     writeNodes(document);

@@ -193,6 +193,20 @@ namespace {
         EXPECT_EQ(draw(QByteArray(packed).replace(50, 1, "!")).error, PictureError::DamagedGzip);
     }
 
+    TEST(PictureText, StaysTextWhereItHasNoOutlines)
+    {
+        PictureOptions options;
+        options.text = PictureText::Outlines;
+        // Two letters of Hebrew.
+        const TextRecord text{ 10, 50, QStringLiteral("\u05D0\u05D1") };
+        const Picture picture = draw(plain().record(84, text.body()).build(), options);
+        EXPECT_NE(picture.document.find("<text"), std::string::npos);
+        ASSERT_EQ(picture.report.records.size(), 2U);
+        const RecordLine &line = picture.report.records[1];
+        EXPECT_EQ(line.fate, RecordFate::Approximated);
+        EXPECT_EQ(line.reason, "its letters join or change places, so that it stays text");
+    }
+
     TEST(PictureError, SaysWhyThereIsNone)
     {
         EXPECT_EQ(draw({}).error, PictureError::NotAMetafile);

@@ -108,9 +108,10 @@ std::vector<Example> examplesOf(const QString &path)
     const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
     const QString page = path.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
-    static const QStringList kAnswers{ QStringLiteral("svg"),    QStringLiteral("tally"),
-                                       QStringLiteral("dump"),   QStringLiteral("picture"),
-                                       QStringLiteral("report"), QStringLiteral("pixels") };
+    static const QStringList kAnswers{ QStringLiteral("svg"),     QStringLiteral("tally"),
+                                       QStringLiteral("dump"),    QStringLiteral("picture"),
+                                       QStringLiteral("report"),  QStringLiteral("pixels"),
+                                       QStringLiteral("outlines") };
     std::vector<Example> examples;
     std::map<QString, int> names;
     QString heading;
@@ -185,6 +186,7 @@ EmfBuilder screen()
 bool isOfPicture(const Example &example)
 {
     return example.expectedKind == QLatin1String("picture")
+            || example.expectedKind == QLatin1String("outlines")
             || example.expectedKind == QLatin1String("report")
             || example.expectedKind == QLatin1String("pixels");
 }
@@ -259,10 +261,11 @@ std::string tallyOf(const QByteArray &file)
     return text.str();
 }
 
-Picture pictureOf(const QByteArray &file)
+Picture pictureOf(const QByteArray &file, PictureText text = PictureText::Characters)
 {
     PictureOptions options;
     options.idPrefix = "p";
+    options.text = text;
     Picture picture =
             drawMetafile(std::as_bytes(std::span(file.constData(), size_t(file.size()))), options);
     EXPECT_EQ(picture.error, PictureError::None);
@@ -270,9 +273,9 @@ Picture pictureOf(const QByteArray &file)
 }
 
 // The picture's document, whole or without its first line and its last.
-std::string pictureText(const QByteArray &file, bool isWhole)
+std::string pictureText(const QByteArray &file, PictureText text, bool isWhole)
 {
-    const std::string document = withPixels(pictureOf(file).document);
+    const std::string document = withPixels(pictureOf(file, text).document);
     const size_t start = document.find('\n') + 1;
     const std::string end = "</svg>\n";
     EXPECT_TRUE(document.starts_with("<svg ") && document.ends_with(end)) << document;
@@ -353,7 +356,13 @@ TEST_P(Output, IsExact)
         else if (example.expectedKind == QLatin1String("dump"))
             EXPECT_EQ(dumpOf(file), example.expected);
         else if (example.expectedKind == QLatin1String("picture"))
-            EXPECT_EQ(pictureText(file, example.expected.starts_with("<svg ")), example.expected);
+            EXPECT_EQ(pictureText(file, PictureText::Characters,
+                                  example.expected.starts_with("<svg ")),
+                      example.expected);
+        else if (example.expectedKind == QLatin1String("outlines"))
+            EXPECT_EQ(
+                    pictureText(file, PictureText::Outlines, example.expected.starts_with("<svg ")),
+                    example.expected);
         else if (example.expectedKind == QLatin1String("report"))
             EXPECT_EQ(reportOf(file), example.expected);
         else if (example.expectedKind == QLatin1String("pixels"))
