@@ -71,6 +71,9 @@ Exit status:
         { ' ', "width", "W", "Width of the document, in pixels." },
         { ' ', "height", "H", "Height of the document, in pixels." },
         { ' ', "scale", "S", "Size of the document, as a multiple of its own." },
+        { ' ', "text", "HOW",
+          "What letters become: characters, which is the default, or outlines, which look "
+          "the same everywhere." },
         { ' ', "check", "", "Do everything but write documents." },
         { ' ', "info", "",
           "Tell format, size, bounds and records of each file; write no documents." },
@@ -245,6 +248,14 @@ Exit status:
         return value;
     }
 
+    bool isOutlined(const Arguments &arguments)
+    {
+        const std::string text = arguments.value("text");
+        if (!text.empty() && text != "characters" && text != "outlines")
+            throw UsageError{ "--text needs characters or outlines" };
+        return text == "outlines";
+    }
+
     int threadCount(const Arguments &arguments)
     {
         constexpr int kMostThreads = 1024;
@@ -280,6 +291,7 @@ Exit status:
               "- is standard input and cannot be one of several inputs" },
             { options.isExact && (given("width") || given("height") || given("scale")),
               "--exact leaves the size as it is" },
+            { options.isExact && given("text"), "--exact leaves text as it is" },
             { options.isJson && options.report == Options::Report::None,
               "--json needs --info or --report" },
             { given("info") && given("report"), "--info and --report exclude each other" },
@@ -321,6 +333,7 @@ Exit status:
         options.width = positiveNumber(arguments, "width", 0);
         options.height = positiveNumber(arguments, "height", 0);
         options.scale = positiveNumber(arguments, "scale", 1);
+        options.isOutlined = isOutlined(arguments);
         rejectContradictions(arguments, options);
         return options;
     }

@@ -42,6 +42,7 @@ struct Options
     double width = 0; ///< of the root element, as height; 0 leaves it
     double height = 0;
     double scale = 1;
+    bool isOutlined = false; ///< letters are drawn as shapes
 };
 
 /// Reads the arguments, without the program's name.

@@ -16,6 +16,7 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     wanted.width = options.width > 0 ? std::max(options.width, kLeastSide) : 0;
     wanted.height = options.height > 0 ? std::max(options.height, kLeastSide) : 0;
     wanted.scale = std::max(options.scale, kLeastScale);
+    wanted.text = options.isOutlined ? PictureText::Outlines : PictureText::Characters;
     RecordTally records;
     const Picture picture = drawInspected({ metafile.constData(), metafile.size() }, result.facts,
                                           wanted, comment.toStdString(), records);

@@ -150,6 +150,7 @@ Wrong usage.
   > --width=-1 a.emf
   > --scale nan a.emf
   > --height 1e7 a.emf
+  > --text pictures a.emf
   > --log-level loud a.emf
   > --json a.emf
   > --info --report a.emf
@@ -170,6 +171,7 @@ Wrong usage.
   metafile2svg: --width needs a number above 0 and up to 1000000
   metafile2svg: --scale needs a number above 0 and up to 1000000
   metafile2svg: --height needs a number above 0 and up to 1000000
+  metafile2svg: --text needs characters or outlines
   metafile2svg: there is no log level loud
   metafile2svg: --json needs --info or --report
   metafile2svg: --info and --report exclude each other
@@ -180,7 +182,7 @@ Wrong usage.
   metafile2svg: chart.svg is no metafile; to write it, say -o chart.svg
   metafile2svg: Unknown option 'x'
   $ echo $statuses
-  2222222222222222222
+  22222222222222222222
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
   [2]
