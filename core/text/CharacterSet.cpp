@@ -1,5 +1,7 @@
 #include "core/text/CharacterSet.h"
 
+#include "core/text/FaceNames.h"
+
 #include <iconv.h>
 
 #include <algorithm>
@@ -15,16 +17,7 @@ namespace svgtool {
 
 namespace {
 
-    // Character sets that are spoken of below.
-    constexpr uint8_t kAnsi = 0;
-    constexpr uint8_t kSymbol = 2;
-    constexpr uint8_t kMac = 77;
-    constexpr uint8_t kShiftJis = 128;
-    constexpr uint8_t kHangul = 129;
-    constexpr uint8_t kGb2312 = 134;
-    constexpr uint8_t kChineseBig5 = 136;
-    constexpr uint8_t kGreek = 161;
-    constexpr uint8_t kThai = 222;
+    using namespace CharSet;
 
     struct Encoding
     {
@@ -32,15 +25,12 @@ namespace {
         const char *name; ///< as iconv knows it
     };
     constexpr Encoding kEncodings[] = {
-        { kAnsi, "CP1252" },  { kMac, "MACINTOSH" }, { kShiftJis, "CP932" },
-        { kHangul, "CP949" }, { kGb2312, "CP936" },  { kChineseBig5, "CP950" },
-        { kGreek, "CP1253" }, { 162, "CP1254" }, // TURKISH_CHARSET
-        { 163, "CP1258" }, // VIETNAMESE_CHARSET
-        { 177, "CP1255" }, // HEBREW_CHARSET
-        { 178, "CP1256" }, // ARABIC_CHARSET
-        { 186, "CP1257" }, // BALTIC_CHARSET
-        { 204, "CP1251" }, // RUSSIAN_CHARSET
-        { kThai, "CP874" },   { 238, "CP1250" }, // EASTEUROPE_CHARSET
+        { kAnsi, "CP1252" },       { kMac, "MACINTOSH" },  { kShiftJis, "CP932" },
+        { kHangul, "CP949" },      { kJohab, "JOHAB" },    { kGb2312, "CP936" },
+        { kChineseBig5, "CP950" }, { kGreek, "CP1253" },   { kTurkish, "CP1254" },
+        { kVietnamese, "CP1258" }, { kHebrew, "CP1255" },  { kArabic, "CP1256" },
+        { kBaltic, "CP1257" },     { kRussian, "CP1251" }, { kThai, "CP874" },
+        { kEastEurope, "CP1250" }, { kOem, "CP437" }, // that of most systems
     };
 
     // Documents were made with ICU's tables before iconv's were used, and must not change. They
@@ -228,12 +218,15 @@ static bool isLeadByte(uint8_t byte, uint8_t charSet)
 {
     if (charSet == kShiftJis)
         return isIn(byte, 0x81, 0x9F) || isIn(byte, 0xE0, 0xFC);
+    if (charSet == kJohab)
+        return isIn(byte, 0x84, 0xD3) || isIn(byte, 0xD8, 0xDE) || isIn(byte, 0xE0, 0xF9);
     return hasPairs(charSet) && isIn(byte, 0x81, 0xFE);
 }
 
 static bool isTrailByte(uint8_t byte, uint8_t charSet)
 {
-    return isIn(byte, 0x40, charSet == kShiftJis ? 0xFC : 0xFE) && byte != 0x7F;
+    const uint8_t first = charSet == kJohab ? 0x31 : 0x40;
+    return isIn(byte, first, charSet == kShiftJis ? 0xFC : 0xFE) && byte != 0x7F;
 }
 
 int64_t characterLength(ByteView bytes, uint8_t charSet)
@@ -352,7 +345,7 @@ static Decoders &decoders()
     return instance;
 }
 
-std::u16string decodeText(ByteView bytes, uint8_t charSet)
+static std::u16string decode(ByteView bytes, uint8_t charSet)
 {
     const std::string_view text(bytes.data, static_cast<size_t>(bytes.size));
     std::u16string plain(text.size(), u'\0');
@@ -373,6 +366,40 @@ std::u16string decodeText(ByteView bytes, uint8_t charSet)
     const std::lock_guard lock(shared.mutex);
     Decoder &decoder = shared.all[static_cast<size_t>(entry - std::begin(kEncodings))];
     return decoder.open(*entry) ? decoder.decode(text) : plain;
+}
+
+std::u16string decodeText(ByteView bytes, uint8_t charSet)
+{
+    return decode(bytes, charSet == kJohab || charSet == kOem ? kAnsi : charSet);
+}
+
+// What the tables at the top make of a byte that is no character, which is none to GDI either.
+static char16_t characterOf(uint8_t byte, char16_t unit, uint8_t charSet)
+{
+    if (charSet == kSymbol)
+        return unit;
+    if (byte < 0x80 || (charSet == kShiftJis && byte == 0xA0))
+        return byte;
+    const bool isPlaced = std::any_of(std::begin(kBytes), std::end(kBytes), [&](const Byte &each) {
+        return each.charSet == charSet && each.byte == byte;
+    });
+    const bool isSubstitute = charSet == kShiftJis && unit == 0x001A;
+    return (isPlaced && charSet != kMac) || isSubstitute ? kNoCharacter : unit;
+}
+
+std::u16string decodeAsGdi(ByteView bytes, uint8_t charSet)
+{
+    std::u16string text = decode(bytes, charSet);
+    int64_t i = 0;
+    for (size_t at = 0; i < bytes.size && at < text.size(); ++at) {
+        const int64_t length = characterLength(tail(bytes, i), charSet);
+        if (length == 1)
+            text[at] = characterOf(byteOf(bytes.data[i]), text[at], charSet);
+        i += length;
+    }
+    if (i < bytes.size) // half a character
+        text += kNoCharacter;
+    return text;
 }
 
 } // namespace svgtool

@@ -17,6 +17,11 @@ namespace svgtool {
 /// @note May be called from any thread; one decodes at a time, but for texts in ASCII.
 std::u16string decodeText(ByteView bytes, uint8_t charSet);
 
+/// The same as GDI shows them: with the sets that decodeText counts as ANSI, OEM and Johab, and
+/// with U+FFFD for whatever is no character, a half one at the end among them.
+/// @return one unit for each of what characterLength tells apart
+std::u16string decodeAsGdi(ByteView bytes, uint8_t charSet);
+
 /// How many of the bytes, 1 or 2, are the first character. There must be one.
 int64_t characterLength(ByteView bytes, uint8_t charSet);
 

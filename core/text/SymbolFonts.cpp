@@ -1,5 +1,7 @@
 #include "core/text/SymbolFonts.h"
 
+#include "core/text/FaceNames.h"
+
 #include <algorithm>
 #include <iterator>
 #include <span>
@@ -13,7 +15,8 @@ namespace {
     // with the letters, not the signs that look like them, and with the pieces of brackets that
     // have become characters since. Those of the Wingdings and Webdings are the ones that Unicode 7
     // took in for these fonts; where fonts hardly have those, for common marks, their elder twins:
-    // plain arrows, ticks, bullets and triangles. MathExtra and Webdings are known in part.
+    // plain arrows, ticks, bullets and triangles. Of
+    // MathExtra what formulas commonly use is known, arrows and hats over letters by their parts.
     constexpr char32_t kSymbol[] = {
         0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x0025, 0x0026, 0x220B, 0x0028, 0x0029, 0x2217,
         0x002B, 0x002C, 0x2212, 0x002E, 0x002F, 0x0030, 0x0031, 0x0032, 0x0033, 0x0034, 0x0035,
@@ -119,7 +122,20 @@ namespace {
         0x1F67D, 0x1F5ED, 0x1F5EA, 0x1F5EB, 0x2B94,  0x2714,  0x1F6B2, 0x25A1,  0x1F6E1, 0x1F4E6,
         0x1F6F1, 0x25A0,  0x1F691, 0x1F6C8, 0x1F6E9, 0x1F6F0, 0x1F7C8, 0x1F574, 0x25CF,  0x1F6E5,
         0x1F694, 0x1F5D8, 0x1F5D9, 0x2753,  0x1F6F2, 0x1F687, 0x1F68D, 0x26F3,  0x1F6C7, 0x2296,
-        0x1F6AD, 0x1F5EE, 0x23D0,  0x1F5EF, 0x1F5F2
+        0x1F6AD, 0x1F5EE, 0x23D0,  0x1F5EF, 0x1F5F2, 0,       0x1F6B9, 0x1F6BA, 0x1F6C9, 0x1F6CA,
+        0x1F6BC, 0x1F47D, 0x1F3CB, 0x26F7,  0x1F3C2, 0x1F3CC, 0x1F3CA, 0x1F3C4, 0x1F3CD, 0x1F3CE,
+        0x1F698, 0x1F5E0, 0x1F6E2, 0x1F4B0, 0x1F3F7, 0x1F4B3, 0x1F46A, 0x1F5E1, 0x1F5E2, 0x1F5E3,
+        0x272F,  0x1F584, 0x1F585, 0x1F583, 0x1F586, 0x1F5B9, 0x1F5BA, 0x1F5BB, 0x1F575, 0x1F570,
+        0x1F5BD, 0x1F5BE, 0x1F4CB, 0x1F5D2, 0x1F5D3, 0x1F4D6, 0x1F4DA, 0x1F5DE, 0x1F5DF, 0x1F5C3,
+        0x1F5C2, 0x1F5BC, 0x1F3AD, 0x1F39C, 0x1F398, 0x1F399, 0x1F3A7, 0x1F4BF, 0x1F39E, 0x1F4F7,
+        0x1F39F, 0x1F3AC, 0x1F4FD, 0x1F4F9, 0x1F4FE, 0x1F4FB, 0x1F39A, 0x1F39B, 0x1F4FA, 0x1F4BB,
+        0x1F5A5, 0x1F5A6, 0x1F5A7, 0x1F579, 0x1F3AE, 0x1F57B, 0x1F57C, 0x1F4DF, 0x1F581, 0x1F580,
+        0x1F5A8, 0x1F5A9, 0x1F5BF, 0x1F5AA, 0x1F5DC, 0x1F512, 0x1F513, 0x1F5DD, 0x1F4E5, 0x1F4E4,
+        0x1F573, 0x1F323, 0x1F324, 0x1F325, 0x1F326, 0x2601,  0x1F328, 0x1F327, 0x1F329, 0x1F32A,
+        0x1F32C, 0x1F32B, 0x1F31C, 0x1F321, 0x1F6CB, 0x1F6CF, 0x1F37D, 0x1F378, 0x1F6CE, 0x1F6CD,
+        0x24C5,  0x267F,  0x1F6C6, 0x1F588, 0x1F393, 0x1F5E4, 0x1F5E5, 0x1F5E6, 0x1F5E7, 0x1F6EA,
+        0x1F43F, 0x1F426, 0x1F41F, 0x1F415, 0x1F408, 0x1F66C, 0x1F66E, 0x1F66D, 0x1F66F, 0x1F5FA,
+        0x1F30D, 0x1F30F, 0x1F30E, 0x1F54A
     };
     constexpr char32_t kDingbats[] = {
         0x0020, 0x2701, 0x2702, 0x2703, 0x2704, 0x260E, 0x2706, 0x2707, 0x2708, 0x2709, 0x261B,
@@ -145,12 +161,20 @@ namespace {
         0x27BC, 0x27BD, 0x27BE
     };
     constexpr char32_t kMathExtra[] = {
-        0x0020, 0,      0,      0, 0,      0,      0,      0,      0,      0,      0, 0,      0,
-        0,      0,      0,      0, 0,      0,      0,      0,      0,      0,      0, 0,      0,
-        0,      0,      0,      0, 0,      0,      0,      0,      0,      0x2210, 0, 0,      0,
-        0,      0,      0x22C2, 0, 0x2026, 0x22EF, 0x22EE, 0x22F0, 0x22F1, 0,      0, 0,      0,
-        0,      0x22C3, 0,      0, 0,      0,      0,      0,      0,      0,      0, 0,      0,
-        0,      0,      0,      0, 0,      0,      0,      0x210F, 0,      0,      0, 0x2113, 0x2213
+        0x0020, 0,      0, 0, 0x02C6, 0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0x2210,
+        0,      0,      0, 0, 0,      0x22C2, 0,      0x2026, 0x22EF, 0x22EE, 0x22F0, 0x22F1,
+        0,      0,      0, 0, 0,      0x22C3, 0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0x210F, 0,      0, 0, 0x2113, 0x2213, 0,      0,      0,      0,      0x2192, 0x2190,
+        0,      0x23AF, 0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0,      0,      0,      0,      0,      0,      0,
+        0,      0,      0, 0, 0,      0x02C6, 0x2303, 0x2303, 0,      0,      0,      0x2312,
+        0x2312
     };
 
     struct Face
@@ -205,13 +229,7 @@ static std::span<const char32_t> tableOf(SymbolFont font)
 
 SymbolFont symbolFont(std::u16string_view face)
 {
-    const auto isSame = [face](const Face &each) {
-        return std::equal(face.begin(), face.end(), each.name.begin(), each.name.end(),
-                          [](char16_t a, char16_t b) {
-                              return (a >= u'A' && a <= u'Z' ? char16_t(a + 32) : a) == b;
-                          });
-    };
-    const auto *const found = std::find_if(std::begin(kFaces), std::end(kFaces), isSame);
+    const auto *const found = std::ranges::find(kFaces, foldedFace(face), &Face::name);
     return found != std::end(kFaces) ? found->font : SymbolFont::None;
 }
 
@@ -220,9 +238,10 @@ char32_t symbolCharacter(SymbolFont font, char32_t code)
     constexpr char32_t kFirst = 0x20, kPrivate = 0xF000;
     const char32_t byte = code >= kPrivate && code <= kPrivate + 0xFF ? code - kPrivate : code;
     const auto table = tableOf(font);
-    if (byte < kFirst || byte - kFirst >= table.size() || table[byte - kFirst] == 0)
+    if (table.empty() || byte < kFirst || byte > 0xFF)
         return code;
-    return table[byte - kFirst];
+    const bool isKnown = byte - kFirst < table.size() && table[byte - kFirst] != 0;
+    return isKnown ? table[byte - kFirst] : kPrivate + byte;
 }
 
 } // namespace svgtool

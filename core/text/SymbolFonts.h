@@ -21,7 +21,8 @@ enum class SymbolFont : uint8_t {
 SymbolFont symbolFont(std::u16string_view face);
 
 /// What a code of such a font, or its place in the private use area from U+F020 to U+F0FF, means.
-/// @return @p code itself where Unicode has no such character, and where it is neither of these
+/// @return its place in the private use area where Unicode has no such character; @p code itself
+///         where it is neither of these
 char32_t symbolCharacter(SymbolFont font, char32_t code);
 
 } // namespace svgtool

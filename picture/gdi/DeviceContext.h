@@ -38,6 +38,9 @@ public:
     void setPainting(bool isOn) { m_isPainting = isOn; }
     /// From now on letters are drawn by their outlines, as far as there are any.
     void drawOutlines() { m_drawsOutlines = true; }
+    /// The character set of texts whose fonts leave it to the system.
+    void setSystemCharSet(uint8_t charSet) { m_systemCharSet = charSet; }
+    uint8_t systemCharSet() const { return m_systemCharSet; }
 
     // State.
     Played saveState();
@@ -331,6 +334,7 @@ private:
     std::priority_queue<uint32_t, std::vector<uint32_t>, std::greater<>> m_freed;
     uint32_t m_record = 0;
     bool m_drawsOutlines = false;
+    uint8_t m_systemCharSet = 0;
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document

@@ -326,6 +326,8 @@ Played DeviceContext::textOut(const TextCall &call)
     const auto shown = shownCharacters(layout);
     if (std::ranges::any_of(shown, isPrivateCode))
         played = approximated("it has symbols that are no characters of Unicode");
+    if (std::ranges::find(shown, U'\uFFFD', &PlacedCharacter::character) != shown.end())
+        played = approximated("it has codes that are no characters");
     if (m_isInPath) {
         if (!addToPath(shown, *font, axes))
             played = approximated("its path has too many points");

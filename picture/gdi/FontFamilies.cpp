@@ -1,5 +1,7 @@
 #include "picture/gdi/TextLayout.h"
 
+#include "core/text/FaceNames.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -26,7 +28,14 @@ namespace {
         { u"ms shell dlg", u"Arial", u"Liberation Sans", Generic::SansSerif },
         { u"ms shell dlg 2", u"Tahoma", {}, Generic::SansSerif },
         { u"system", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"small fonts", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"arial unicode ms", u"Arial", u"Liberation Sans", Generic::SansSerif },
+        { u"arimo", u"Arial", u"Liberation Sans", Generic::SansSerif },
         { u"arial narrow", u"Liberation Sans Narrow", {}, Generic::SansSerif },
+        { u"liberation sans narrow", u"Arial Narrow", {}, Generic::SansSerif },
+        { u"helvetica narrow", u"Arial Narrow", u"Liberation Sans Narrow", Generic::SansSerif },
+        { u"segoe ui", u"Selawik", {}, Generic::SansSerif },
+        { u"century gothic", u"URW Gothic", {}, Generic::SansSerif },
         { u"tahoma", u"Verdana", u"DejaVu Sans", Generic::SansSerif },
         { u"verdana", u"DejaVu Sans", {}, Generic::SansSerif },
         { u"calibri", u"Carlito", {}, Generic::SansSerif },
@@ -37,10 +46,17 @@ namespace {
         { u"tms rmn", u"Times New Roman", u"Liberation Serif", Generic::Serif },
         { u"ms serif", u"Times New Roman", u"Liberation Serif", Generic::Serif },
         { u"roman", u"Times New Roman", u"Liberation Serif", Generic::Serif },
+        { u"tinos", u"Times New Roman", u"Liberation Serif", Generic::Serif },
         { u"cambria", u"Caladea", {}, Generic::Serif },
         { u"cambria math", u"Cambria", u"Caladea", Generic::Serif },
         { u"caladea", u"Cambria", {}, Generic::Serif },
         { u"georgia", u"Gelasio", {}, Generic::Serif },
+        { u"gelasio", u"Georgia", {}, Generic::Serif },
+        { u"palatino linotype", u"Palatino", u"P052", Generic::Serif },
+        { u"book antiqua", u"Palatino Linotype", u"P052", Generic::Serif },
+        { u"bookman old style", u"Bookman", u"URW Bookman", Generic::Serif },
+        { u"century schoolbook", u"New Century Schoolbook", u"C059", Generic::Serif },
+        { u"cousine", u"Courier New", u"Liberation Mono", Generic::Monospace },
         { u"courier new", u"Liberation Mono", {}, Generic::Monospace },
         { u"liberation mono", u"Courier New", {}, Generic::Monospace },
         { u"courier", u"Courier New", u"Liberation Mono", Generic::Monospace },
@@ -48,7 +64,7 @@ namespace {
         { u"terminal", u"Courier New", u"Liberation Mono", Generic::Monospace },
         { u"consolas", u"Inconsolata", {}, Generic::Monospace },
         { u"lucida console", u"DejaVu Sans Mono", {}, Generic::Monospace },
-        { u"comic sans ms", u"Comic Neue", {}, Generic::Cursive },
+        { u"comic sans ms", u"Comic Relief", u"Comic Neue", Generic::Cursive },
     };
 
     // Families, [MS-WMF] 2.2.2.14 and 2.1.1.24.
@@ -56,14 +72,6 @@ namespace {
                       kDecorative = 0x50;
 
 } // namespace
-
-static std::u16string lowered(std::u16string_view name)
-{
-    std::u16string lower(name);
-    for (char16_t &unit : lower)
-        unit = unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit;
-    return lower;
-}
 
 static Generic genericOf(const Font &font)
 {
@@ -125,7 +133,12 @@ FontStyle fontStyleOf(const Font &font)
         nameSymbols(style, symbols);
         return style;
     }
-    const auto *const twins = std::ranges::find(kTwins, lowered(face), &Twins::face);
+    const FaceName name = readFaceName(face);
+    if (!name.twin.empty())
+        style.families.emplace_back(name.twin);
+    if (name.family.size() < face.size())
+        style.families.emplace_back(name.family);
+    const auto *const twins = std::ranges::find(kTwins, foldedFace(name.family), &Twins::face);
     if (twins != std::end(kTwins)) {
         style.generic = twins->generic;
         for (const std::u16string_view other : { twins->first, twins->second }) {

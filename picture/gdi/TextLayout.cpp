@@ -1,5 +1,7 @@
 #include "picture/gdi/TextLayout.h"
 
+#include "core/text/FaceNames.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -60,10 +62,10 @@ static void setSize(RealizedFont &realized, int32_t height, double scale, const 
 
 FontRequest namedFace(const Font &font)
 {
-    FontRequest request{ font.face, font.weight, font.isItalic };
-    if (!request.face.empty() && request.face.front() == u'@')
-        request.face.erase(0, 1);
-    return request;
+    std::u16string_view face = font.face;
+    if (face.starts_with(u'@')) // letters for vertical lines
+        face.remove_prefix(1);
+    return { std::u16string(readFaceName(face).family), font.weight, font.isItalic };
 }
 
 static FontRequest measuredFace(const Font &font, FontShape &shape)

@@ -74,7 +74,7 @@ namespace {
             if (!bytes)
                 return kTooShort;
             readAdvances(text, record, fields);
-            decodeCharacters(text, *bytes, *dc.state().font);
+            decodeCharacters(text, *bytes, dc);
         }
         return dc.textOut({ text.units, fields.reference, fields.options, fields.box, text.advances,
                             text.rises, isAdvanced });

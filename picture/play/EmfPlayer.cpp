@@ -5,6 +5,7 @@
 #include "core/records/MetafileFacts.h"
 #include "picture/play/EmfCalls.h"
 #include "picture/play/RecordRow.h"
+#include "picture/play/TextCharacters.h"
 
 #include <algorithm>
 #include <cmath>
@@ -179,7 +180,9 @@ Played EmfPlayer::play(uint32_t type, ByteView record)
 void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
 {
     constexpr uint32_t kFirst = 2; // the header is the first
-    playRecords(RecordIterator(MetafileFormat::Emf, file, firstRecord), kFirst, m_context, tally,
+    const RecordIterator records(MetafileFormat::Emf, file, firstRecord);
+    m_context.setSystemCharSet(systemCharSet(records, MetafileFormat::Emf));
+    playRecords(records, kFirst, m_context, tally,
                 [this](const Record &record) { return play(record.type, record.bytes); });
 }
 

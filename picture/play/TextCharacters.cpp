@@ -1,7 +1,10 @@
 #include "picture/play/TextCharacters.h"
 
 #include "core/base/Numeric.h"
+#include "core/records/EmfRecordTypes.h"
+#include "core/records/WmfRecordTypes.h"
 #include "core/text/CharacterSet.h"
+#include "core/text/FaceNames.h"
 #include "core/text/SymbolFonts.h"
 
 #include <algorithm>
@@ -28,15 +31,55 @@ static void joinPairs(TextCharacters &text, ByteView bytes, uint8_t charSet)
         values->resize(std::min(values->size(), to));
 }
 
-void decodeCharacters(TextCharacters &text, ByteView bytes, const Font &font)
+// Fonts that do not tell have the character set of the system; but what they are called may tell,
+// also where an old program calls any set ANSI. The bytes of a symbol font are codes of its own,
+// whatever set is asked for.
+static uint8_t textCharSet(const Font &font, uint8_t ofSystem)
 {
-    // The bytes of a symbol font are codes of its own, whatever character set is asked for.
-    constexpr uint8_t kSymbols = 2;
-    const bool isSymbols = symbolFont(font.face) != SymbolFont::None;
-    const uint8_t charSet = isSymbols ? kSymbols : font.charSet;
-    text.units = decodeText(bytes, charSet);
+    if (symbolFont(font.face) != SymbolFont::None)
+        return CharSet::kSymbol;
+    const FaceName name = readFaceName(font.face);
+    const bool isOneScript = name.family.size() < font.face.size();
+    if (font.charSet == CharSet::kDefault)
+        return name.charSet != CharSet::kDefault ? name.charSet : ofSystem;
+    return font.charSet == CharSet::kAnsi && isOneScript ? name.charSet : font.charSet;
+}
+
+void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc)
+{
+    const uint8_t charSet = textCharSet(*dc.state().font, dc.systemCharSet());
+    text.units = decodeAsGdi(bytes, charSet);
     if (int64_t(text.units.size()) != bytes.size)
         joinPairs(text, bytes, charSet);
+}
+
+std::u16string decodeFace(ByteView bytes, uint8_t charSet)
+{
+    constexpr uint8_t kEastern[] = { CharSet::kShiftJis, CharSet::kHangul, CharSet::kGb2312,
+                                     CharSet::kChineseBig5 };
+    for (const uint8_t each : kEastern) {
+        std::u16string name = decodeAsGdi(bytes, each);
+        if (readFaceName(name).charSet == each)
+            return name;
+    }
+    return decodeAsGdi(bytes, charSet == CharSet::kSymbol ? CharSet::kAnsi : charSet);
+}
+
+uint8_t systemCharSet(RecordIterator records, MetafileFormat format)
+{
+    const bool isEmf = format == MetafileFormat::Emf;
+    const uint32_t createsFont =
+            isEmf ? uint32_t(Emr::ExtCreateFontIndirectW) : uint32_t(Meta::CreateFontIndirect);
+    const int64_t offset = isEmf ? 12 + 23 : 6 + 13; // of the character set
+    while (const auto record = records.next()) {
+        const auto byte = slice(record->bytes, offset, 1);
+        if (record->type != createsFont || !byte)
+            continue;
+        const auto charSet = uint8_t(byte->data[0]);
+        if (charSet >= CharSet::kShiftJis && charSet != CharSet::kOem)
+            return charSet;
+    }
+    return CharSet::kAnsi;
 }
 
 } // namespace svgtool::picture

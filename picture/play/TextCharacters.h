@@ -1,7 +1,8 @@
 #pragma once
 
 #include "core/base/Bytes.h"
-#include "picture/gdi/State.h"
+#include "core/records/RecordIterator.h"
+#include "picture/gdi/DeviceContext.h"
 
 #include <cstdint>
 #include <string>
@@ -17,8 +18,15 @@ struct TextCharacters
     std::vector<int32_t> rises; ///< likewise
 };
 
-/// Text of 8-bit characters as the font reads it.
+/// Text of 8-bit characters as the selected font reads it.
 /// @param text  with one advance for each byte, or none; its units are replaced
-void decodeCharacters(TextCharacters &text, ByteView bytes, const Font &font);
+void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc);
+
+/// The name of a face in bytes, of which a font's character set does not always tell.
+std::u16string decodeFace(ByteView bytes, uint8_t charSet);
+
+/// The character set of the system that a file was made on, by its fonts; CharSet::kAnsi where
+/// those do not tell.
+uint8_t systemCharSet(RecordIterator records, MetafileFormat format);
 
 } // namespace svgtool::picture

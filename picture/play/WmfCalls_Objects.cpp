@@ -1,7 +1,11 @@
 #include "picture/play/WmfCalls.h"
 
+#include "core/text/FaceNames.h"
+#include "picture/play/TextCharacters.h"
+
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 namespace svgtool::picture::wmf {
@@ -51,12 +55,16 @@ Played createFont(DeviceContext &dc, ByteView record)
     font.charSet = fields.byte();
     fields.skip(3); // precisions and quality
     font.pitchAndFamily = fields.byte();
+    std::string face;
     for (int i = 0; i < kFaceBytes; ++i) {
         const uint8_t byte = fields.byte();
         if (byte == 0)
             break;
-        font.face += char16_t(byte);
+        face += char(byte);
     }
+    const bool isSystems = font.charSet == CharSet::kDefault;
+    font.face = decodeFace({ face.data(), int64_t(face.size()) },
+                           isSystems ? dc.systemCharSet() : font.charSet);
     return dc.createInFreeSlot(font);
 }
 

@@ -20,7 +20,7 @@ Played textOut(DeviceContext &dc, ByteView record)
         return kTooFewCharacters;
     fields.skip(padded(count));
     TextCharacters characters;
-    decodeCharacters(characters, *text, *dc.state().font);
+    decodeCharacters(characters, *text, dc);
     return dc.textOut({ characters.units, takePoint(fields), 0, {}, {}, {}, false });
 }
 
@@ -51,7 +51,7 @@ Played extTextOut(DeviceContext &dc, ByteView record)
                 characters.rises.push_back(fields.shortInt());
         }
     }
-    decodeCharacters(characters, *text, *dc.state().font);
+    decodeCharacters(characters, *text, dc);
     return dc.textOut({ characters.units, reference, options, box, characters.advances,
                         characters.rises, false });
 }

@@ -4,6 +4,7 @@
 #include "core/base/Numeric.h"
 #include "core/records/WmfRecordTypes.h"
 #include "picture/play/RecordRow.h"
+#include "picture/play/TextCharacters.h"
 #include "picture/play/WmfCalls.h"
 
 #include <algorithm>
@@ -175,7 +176,9 @@ Played WmfPlayer::play(uint32_t type, ByteView record)
 
 void WmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)
 {
-    playRecords(RecordIterator(facts.format, file, facts.firstRecord), 1, m_context, tally,
+    const RecordIterator records(facts.format, file, facts.firstRecord);
+    m_context.setSystemCharSet(systemCharSet(records, facts.format));
+    playRecords(records, 1, m_context, tally,
                 [this](const Record &record) { return play(record.type, record.bytes); });
 }
 
