@@ -44,9 +44,13 @@ std::shared_ptr<FontFace> FontCatalog::face(std::u16string_view faceName, int32_
     return recall(cutName(faceName), { isBold(weight), isItalic });
 }
 
-bool FontCatalog::has(std::u16string_view faceName, int32_t weight, bool isItalic)
+FontCatalog::Presence FontCatalog::presence(std::u16string_view faceName, int32_t weight,
+                                            bool isItalic)
 {
-    return locate(cutName(faceName), { isBold(weight), isItalic }).has_value();
+    const auto found = locate(cutName(faceName), { isBold(weight), isItalic });
+    if (!found)
+        return Presence::Missing;
+    return found->isTwin ? Presence::Twin : Presence::Installed;
 }
 
 std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style style)
@@ -68,8 +72,8 @@ std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style st
 
 std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, Style style)
 {
-    if (const auto file = locate(name, style)) {
-        if (auto face = open(*file))
+    if (const auto found = locate(name, style)) {
+        if (auto face = open(found->file))
             return face;
     }
     return name == kSubstituteFace ? nullptr : recall(kSubstituteFace, style);
@@ -77,7 +81,7 @@ std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, Style styl
 
 // fontconfig takes a quarter of a millisecond for a name, and a file may use more names in turn
 // than faces are kept open. Their number is bounded too.
-std::optional<FontFile> FontCatalog::locate(std::u16string_view name, Style style)
+std::optional<FontCatalog::Found> FontCatalog::locate(std::u16string_view name, Style style)
 {
     constexpr size_t kMostNames = 4096;
     const std::pair key(std::u16string(name), style);
@@ -102,6 +106,16 @@ std::shared_ptr<FontFace> FontCatalog::open(const FontFile &file)
     return std::make_shared<FontFace>(file, OpenFace(opened));
 }
 
+static bool hasFamily(FcPattern *font, const FcChar8 *family)
+{
+    FcChar8 *name = nullptr;
+    for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+        if (FcStrCmpIgnoreCase(family, name) == 0)
+            return true;
+    }
+    return false;
+}
+
 // Whether the font that was found has the family name asked for, or one that the configuration
 // puts in its place for having the same metrics. Such names are bound as strongly as the one
 // asked for; the families that fontconfig falls back to for want of better are bound weakly.
@@ -111,28 +125,24 @@ static bool answersTo(FcPattern *font, FcPattern *asked)
     FcValueBinding binding{};
     for (int i = 0;
          FcPatternGetWithBinding(asked, FC_FAMILY, i, &family, &binding) == FcResultMatch; ++i) {
-        FcChar8 *name = nullptr;
-        for (int j = 0; binding != FcValueBindingWeak && family.type == FcTypeString
-             && FcPatternGetString(font, FC_FAMILY, j, &name) == FcResultMatch;
-             ++j) {
-            if (FcStrCmpIgnoreCase(family.u.s, name) == 0)
-                return true;
-        }
+        if (binding != FcValueBindingWeak && family.type == FcTypeString
+            && hasFamily(font, family.u.s))
+            return true;
     }
     return false;
 }
 
 // As GDI takes the substitute face for any name it does not know, whatever fontconfig would
 // offer for it, only a font that answers to the name will do; for the substitute itself any will.
-std::optional<FontFile> FontCatalog::match(std::u16string_view name, Style style) const
+std::optional<FontCatalog::Found> FontCatalog::match(std::u16string_view name, Style style) const
 {
     const Pattern asked(FcPatternCreate());
     if (!m_config || !asked)
         return std::nullopt;
     TextBuffer family;
     family.append(name, '\0'); // which fontconfig reads up to
-    FcPatternAddString(asked.get(), FC_FAMILY,
-                       reinterpret_cast<const FcChar8 *>(family.view().data()));
+    const auto *const plainName = reinterpret_cast<const FcChar8 *>(family.view().data());
+    FcPatternAddString(asked.get(), FC_FAMILY, plainName);
     FcPatternAddInteger(asked.get(), FC_WEIGHT, style.isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
     FcPatternAddInteger(asked.get(), FC_SLANT, style.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
     FcPatternAddInteger(asked.get(), FC_WIDTH, FC_WIDTH_NORMAL);
@@ -153,7 +163,7 @@ std::optional<FontFile> FontCatalog::match(std::u16string_view name, Style style
         return std::nullopt;
     file.index &= 0x7FFFFFFF; // above the number of the face is that of a variable font's instance
     file.path = reinterpret_cast<const char *>(path);
-    return file;
+    return Found{ file, !hasFamily(font.get(), plainName) };
 }
 
 } // namespace svgtool

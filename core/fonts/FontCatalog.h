@@ -25,8 +25,12 @@ public:
     /// arguments are those of fontMetrics.
     std::shared_ptr<FontFace> face(std::u16string_view faceName, int32_t weight,
                                    bool isItalic = false);
-    /// Whether the face of that name is installed, or one with its metrics.
-    bool has(std::u16string_view faceName, int32_t weight, bool isItalic);
+    enum class Presence : uint8_t {
+        Missing,
+        Twin, ///< one with its metrics is installed
+        Installed,
+    };
+    Presence presence(std::u16string_view faceName, int32_t weight, bool isItalic);
 
 private:
     /// What is asked of fontconfig.
@@ -35,6 +39,11 @@ private:
         bool isBold = false, isItalic = false;
 
         auto operator<=>(const Style &) const = default;
+    };
+    struct Found
+    {
+        FontFile file;
+        bool isTwin = false; ///< not of the name asked for, but with the same metrics
     };
     struct Entry
     {
@@ -48,14 +57,14 @@ private:
     std::shared_ptr<FontFace> recall(std::u16string_view name, Style style);
     std::shared_ptr<FontFace> find(std::u16string_view name, Style style);
     std::shared_ptr<FontFace> open(const FontFile &file);
-    std::optional<FontFile> locate(std::u16string_view name, Style style);
-    std::optional<FontFile> match(std::u16string_view name, Style style) const;
+    std::optional<Found> locate(std::u16string_view name, Style style);
+    std::optional<Found> match(std::u16string_view name, Style style) const;
 
     Library m_library; // goes last: it would free the faces
     Config m_config; // our own: the host's may be finalised at any time
     std::vector<Entry> m_entries; // latest first
     /// By name and style.
-    std::map<std::pair<std::u16string, Style>, std::optional<FontFile>> m_files;
+    std::map<std::pair<std::u16string, Style>, std::optional<Found>> m_files;
 };
 
 /// The one catalog and the lock that every use of it takes: neither FreeType's library object nor

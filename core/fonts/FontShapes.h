@@ -57,7 +57,8 @@ std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest 
 
 /// The characters that the glyphs of a font stand for.
 /// @param glyphs  a glyph number in each unit
-/// @return as many units; 0 for a glyph that no character below U+10000 maps to
+/// @return as many units; 0 for a glyph that no character below U+10000 maps to, and where the
+///         font is not there and its order is not known
 std::u16string charactersOfGlyphs(std::u16string_view glyphs, const FontRequest &request);
 
 } // namespace svgtool

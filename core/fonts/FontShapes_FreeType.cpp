@@ -1,6 +1,7 @@
 #include "core/fonts/FontShapes.h"
 
 #include "core/fonts/FontCatalog.h"
+#include "core/fonts/GlyphOrder.h"
 
 namespace svgtool {
 
@@ -19,7 +20,8 @@ FontShape fontShape(const FontRequest &request)
         return none;
     }
     FontShape shape = face->shape();
-    shape.isNamed = engine.catalog.has(request.face, request.weight, request.isItalic);
+    shape.isNamed = engine.catalog.presence(request.face, request.weight, request.isItalic)
+            != FontCatalog::Presence::Missing;
     return shape;
 }
 
@@ -53,8 +55,12 @@ std::u16string charactersOfGlyphs(std::u16string_view glyphs, const FontRequest 
 {
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
+    // Twins have the same metrics, but an order of their own.
+    const bool isInstalled = engine.catalog.presence(request.face, request.weight, request.isItalic)
+            == FontCatalog::Presence::Installed;
     const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
-    return face ? face->charactersOfGlyphs(glyphs) : std::u16string(glyphs.size(), u'\0');
+    return isInstalled && face ? face->charactersOfGlyphs(glyphs)
+                               : charactersInKnownOrder(glyphs, request.face);
 }
 
 } // namespace svgtool

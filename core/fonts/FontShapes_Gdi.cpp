@@ -1,5 +1,7 @@
 #include "core/fonts/FontShapes.h"
 
+#include "core/fonts/GlyphOrder.h"
+
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -23,10 +25,10 @@ namespace {
     {
     public:
         explicit Selected(const FontRequest &request)
-            : m_context(CreateCompatibleDC(nullptr)),
+            : m_asked(request.face.begin(), request.face.end()),
+              m_context(CreateCompatibleDC(nullptr)),
               m_font(CreateFontW(-kUnitsPerEm, 0, 0, 0, request.weight, request.isItalic ? 1 : 0, 0,
-                                 0, DEFAULT_CHARSET, 0, 0, 0, 0,
-                                 std::wstring(request.face.begin(), request.face.end()).c_str())),
+                                 0, DEFAULT_CHARSET, 0, 0, 0, 0, m_asked.c_str())),
               m_previous(SelectObject(m_context, m_font))
         {
         }
@@ -40,8 +42,16 @@ namespace {
         Selected &operator=(const Selected &) = delete;
 
         HDC handle() const { return m_context; }
+        /// Whether it is the face that was asked for.
+        bool isNamed() const
+        {
+            wchar_t face[LF_FACESIZE] = {};
+            GetTextFaceW(m_context, LF_FACESIZE, face);
+            return lstrcmpiW(face, m_asked.c_str()) == 0;
+        }
 
     private:
+        std::wstring m_asked;
         HDC m_context;
         HFONT m_font;
         HGDIOBJ m_previous;
@@ -69,10 +79,7 @@ FontShape fontShape(const FontRequest &request)
         shape.strikeOut = lines.otmsStrikeoutPosition;
         shape.strikeOutThickness = int(lines.otmsStrikeoutSize);
     }
-    wchar_t face[LF_FACESIZE] = {};
-    GetTextFaceW(font.handle(), LF_FACESIZE, face);
-    const std::wstring asked(request.face.begin(), request.face.end());
-    shape.isNamed = lstrcmpiW(face, asked.c_str()) == 0;
+    shape.isNamed = font.isNamed();
     return shape;
 }
 
@@ -177,6 +184,8 @@ std::u16string charactersOfGlyphs(std::u16string_view glyphs, const FontRequest 
 {
     constexpr size_t kUnits = 0x10000;
     const Selected font(request);
+    if (!font.isNamed())
+        return charactersInKnownOrder(glyphs, request.face);
     // GDI maps characters to glyphs only, so all of them are mapped.
     std::wstring characters(kUnits, L'\0');
     std::iota(characters.begin(), characters.end(), L'\0');

@@ -312,10 +312,7 @@ Played DeviceContext::textOut(const TextCall &call)
     std::u16string named;
     Played played = kDone;
     if ((call.options & TextOption::kGlyphs) != 0) {
-        const FontRequest face = namedFace(*m_state.font);
-        named = charactersOfGlyphs(call.text, face);
-        if (!fontShape(face).isNamed)
-            named.assign(call.text.size(), u'\0');
+        named = charactersOfGlyphs(call.text, namedFace(*m_state.font));
         if (named.find(u'\0') != named.npos)
             played = approximated("it names glyphs of a font that is not installed");
         resolved.text = named;

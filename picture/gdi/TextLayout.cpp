@@ -174,7 +174,12 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
     std::u32string text = decode(call.text, units);
     for (char32_t &character : text)
         character = meaning(character, font.symbols);
-    const auto shapes = characterShapes(text, font.request);
+    auto shapes = characterShapes(text, font.request);
+    const bool hasGlyphs = (call.options & TextOption::kGlyphs) != 0;
+    for (size_t i = 0; hasGlyphs && i < text.size(); ++i) {
+        if (text[i] == 0) // it is not known what the glyph shows
+            shapes[i] = { font.shape.tables.averageWidth, 0, false };
+    }
     const int64_t scale = fixedScale(font.shape.tables, font.isWhole ? int32_t(font.em) : 1);
     double y = 0;
     layout.characters.reserve(text.size());

@@ -52,11 +52,12 @@ std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest 
     return outlines;
 }
 
-std::u16string charactersOfGlyphs(std::u16string_view glyphs, const FontRequest & /*font*/)
+std::u16string charactersOfGlyphs(std::u16string_view glyphs, const FontRequest &font)
 {
+    const bool isThere = font.face != u"Missing";
     std::u16string text(glyphs);
     for (char16_t &unit : text)
-        unit = unit >= 1 && unit <= 26 ? char16_t(u'@' + unit) : u'\0';
+        unit = isThere && unit >= 1 && unit <= 26 ? char16_t(u'@' + unit) : u'\0';
     return text;
 }
 
