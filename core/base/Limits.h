@@ -50,6 +50,9 @@ inline constexpr size_t kGroundParts = 64;
 inline constexpr int64_t kGroundSteps = int64_t(1) << 25;
 inline constexpr int64_t kMixingSteps = int64_t(1) << 26;
 
+/// Nodes and points that all floods of a document may look at.
+inline constexpr int64_t kFloodSteps = int64_t(1) << 24;
+
 /// Pixels of the longer side of pictures that are looked at in their own size: A3 at 96 an inch.
 /// Thin lines of larger ones, plans of some metres, are as wide as a pixel of a view of that size;
 /// else the whole of them, looked at, would show nothing.

@@ -133,6 +133,10 @@ public:
     Played paintRegion(std::span<const RectI> rects);
     Played invertRegion(std::span<const RectI> rects);
 
+    /// FloodFill and ExtFloodFill.
+    /// @param mode  0 fills up to the colour, 1 what is of the colour
+    Played floodFill(PointD from, Color color, uint32_t mode);
+
     // Bitmaps. Bits and headers are untrusted; what cannot be decoded is not done.
     // The two that follow count the lines from the bottom one, whichever comes first in the bits.
     Played stretchDibits(const BlitBox &to, const BlitBox &from, const DibBytes &dib,
@@ -339,6 +343,7 @@ private:
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
     double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document
+    int64_t m_floodSteps = limits::kFloodSteps; ///< left for the document
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.

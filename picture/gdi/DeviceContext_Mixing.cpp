@@ -2,6 +2,7 @@
 
 #include "core/base/Limits.h"
 #include "core/raster/Mixture.h"
+#include "picture/scene/Extents.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,8 @@
 #include "picture/gdi/DeviceContext.h"
 
 #include "core/raster/Mixture.h"
+#include "picture/scene/Floods.h"
+#include "picture/scene/Passes.h"
 
 #include <cmath>
 
@@ -80,6 +82,39 @@ Played DeviceContext::frameRegion(std::span<const RectI> rects, uint32_t handle,
     const auto near = Region::of(grown);
     const auto frame = near ? Region::combined(*region, *near, Region::Mode::And) : std::nullopt;
     return frame ? fillRegion(frame->rects(), handle) : kTooManyRects;
+}
+
+// A figure is filled by giving it another filling, so that its line stays smooth and on top.
+Played DeviceContext::floodFill(PointD from, Color color, uint32_t mode)
+{
+    constexpr uint32_t kToColor = 0, kOfColor = 1;
+    if (mode > kOfColor)
+        return notDone("its mode is not known");
+    if (m_state.brush.kind == Brush::Kind::Null || m_state.visible->isEmpty)
+        return kDone;
+    Scene &scene = m_builder.scene();
+    if (m_floodSteps > 0) { // lines that go round an area are a figure
+        joinLines(scene);
+        m_floodSteps -= int64_t(scene.nodes.size() + scene.verbs.size());
+        m_grounds.forget(0);
+        m_transferred = {};
+    }
+    const double half = m_device.unitsPerPixel / 2;
+    const PointD at = toPicture().map(from);
+    const Flood flood{ { at.x + half, at.y + half }, color, mode == kToColor };
+    const auto flooded = picture::flooded(scene, flood, m_floodSteps);
+    if (!flooded)
+        return notDone("it begins in no figure of one colour");
+    if (flooded->node == kNone)
+        return kDone;
+    Node &figure = scene.nodes[flooded->node];
+    const Paint paint = brushPaint(m_state.brush);
+    const bool isWhole = figure.fill == kNone || paint.kind == Paint::Kind::Solid
+            || m_state.brush.kind == Brush::Kind::Pattern || m_state.isOpaque;
+    if (figure.clip != visibleClip() || !isWhole)
+        return notDone("it fills only a part of its figure");
+    figure.fill = m_builder.paint(paint);
+    return flooded->isSure ? kDone : approximated("it leaves what was painted in its figure");
 }
 
 } // namespace svgtool::picture

@@ -111,6 +111,7 @@ Played polyDraw(DeviceContext &dc, ByteView record)
 Played setPixel(DeviceContext &dc, ByteView record);
 Played roundRectangle(DeviceContext &dc, ByteView record);
 Played angleArc(DeviceContext &dc, ByteView record);
+Played floodFill(DeviceContext &dc, ByteView record);
 Played fillRegion(DeviceContext &dc, ByteView record);
 Played frameRegion(DeviceContext &dc, ByteView record);
 Played paintRegion(DeviceContext &dc, ByteView record);

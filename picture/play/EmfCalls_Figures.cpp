@@ -82,6 +82,14 @@ Played angleArc(DeviceContext &dc, ByteView record)
     return dc.angleArc(center, radius, start, double(fields.real()));
 }
 
+Played floodFill(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const PointD from = takePoint(fields);
+    const Color color = takeColor(dc, fields);
+    return dc.floodFill(from, color, fields.dword());
+}
+
 static constexpr Played kNoRegion = notDone("its region makes no sense");
 
 Played fillRegion(DeviceContext &dc, ByteView record)

@@ -71,7 +71,7 @@ namespace {
         { Emr::SetPaletteEntries, emf::setPaletteEntries },
         { Emr::ResizePalette, emf::resizePalette },
         { Emr::RealizePalette, neutral },
-        { Emr::ExtFloodFill, nullptr, notDone("flood fills are not drawn yet") },
+        { Emr::ExtFloodFill, emf::floodFill },
         { Emr::LineTo, emf::point<&DeviceContext::lineTo> },
         { Emr::ArcTo, emf::arc<&DeviceContext::arcTo> },
         { Emr::PolyDraw, emf::polyDraw<Long> },

@@ -103,6 +103,8 @@ Played polygon(DeviceContext &dc, ByteView record);
 Played polyPolygon(DeviceContext &dc, ByteView record);
 Played roundRectangle(DeviceContext &dc, ByteView record);
 Played setPixel(DeviceContext &dc, ByteView record);
+Played floodFill(DeviceContext &dc, ByteView record);
+Played extFloodFill(DeviceContext &dc, ByteView record);
 
 // Regions of the object table.
 Played selectObject(DeviceContext &dc, ByteView record);

@@ -80,6 +80,25 @@ Played setPixel(DeviceContext &dc, ByteView record)
     return dc.setPixel(takePoint(fields), color);
 }
 
+static Played takeFlood(DeviceContext &dc, Fields &fields, uint16_t mode)
+{
+    const Color color = dc.colorOfReference(fields.dword());
+    return dc.floodFill(takePoint(fields), color, mode);
+}
+
+Played floodFill(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    return takeFlood(dc, fields, 0);
+}
+
+Played extFloodFill(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint16_t mode = fields.word();
+    return takeFlood(dc, fields, mode);
+}
+
 static constexpr Played kNoRegion = notDone("there is no such region");
 static constexpr uint32_t kReplace = 5; // RGN_COPY
 

@@ -1,6 +1,7 @@
 #include "picture/scene/Passes.h"
 
 #include "core/base/Limits.h"
+#include "picture/scene/Extents.h"
 
 #include <algorithm>
 #include <cmath>
@@ -107,30 +108,6 @@ namespace {
         }
         addCut(out, std::move(figure), false, box);
         return out;
-    }
-
-    Path pathOf(std::span<const Path::Verb> verbs, std::span<const PointD> points)
-    {
-        Path path;
-        size_t next = 0;
-        for (const Path::Verb verb : verbs) {
-            switch (verb) {
-            case Path::Verb::Move:
-                path.moveTo(points[next++]);
-                break;
-            case Path::Verb::Line:
-                path.lineTo(points[next++]);
-                break;
-            case Path::Verb::Curve:
-                path.curveTo(points[next], points[next + 1], points[next + 2]);
-                next += 3;
-                break;
-            case Path::Verb::Close:
-                path.close();
-                break;
-            }
-        }
-        return path;
     }
 
     class Cutter

@@ -1,4 +1,4 @@
-#include "picture/scene/Grounds.h"
+#include "picture/scene/Extents.h"
 #include "picture/scene/Passes.h"
 
 #include <algorithm>

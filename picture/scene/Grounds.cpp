@@ -1,6 +1,7 @@
 #include "picture/scene/Grounds.h"
 
 #include "core/base/Limits.h"
+#include "picture/scene/Extents.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,52 +11,6 @@ namespace svgtool::picture {
 namespace {
 
     constexpr Color kPaper{ 255, 255, 255, 255 };
-
-    // How far a stroke reaches beyond its path.
-    double reachOf(const Scene &scene, const Node &node)
-    {
-        if (node.stroke == kNone)
-            return 0;
-        const Stroke &stroke = scene.strokes[node.stroke];
-        const double miter = stroke.join == Join::Miter ? std::fmax(stroke.miterLimit, 1.5) : 1.5;
-        return stroke.width / 2 * (node.kind == Node::Kind::Path ? miter : 1);
-    }
-
-    RectD grown(const RectD &box, double by)
-    {
-        return { box.left - by, box.top - by, box.right + by, box.bottom + by };
-    }
-
-    RectD geometryBounds(const Scene &scene, const Node &node)
-    {
-        switch (node.kind) {
-        case Node::Kind::Rect:
-            return scene.rects[node.geometry].box;
-        case Node::Kind::Image:
-            return scene.imagePlaces[node.geometry].box;
-        case Node::Kind::Ellipse: {
-            const Ellipse &ellipse = scene.ellipses[node.geometry];
-            return { ellipse.center.x - ellipse.radii.x, ellipse.center.y - ellipse.radii.y,
-                     ellipse.center.x + ellipse.radii.x, ellipse.center.y + ellipse.radii.y };
-        }
-        case Node::Kind::Text: {
-            const Text &text = scene.texts[node.geometry];
-            return grown({ text.baseline.x, text.baseline.y, text.baseline.x, text.baseline.y },
-                         reachOf(scene, text));
-        }
-        case Node::Kind::Path:
-            break;
-        }
-        const PathRange &range = scene.paths[node.geometry];
-        const std::span points(scene.points.data() + range.firstPoint, range.points);
-        if (points.empty())
-            return {};
-        RectD box{ points[0].x, points[0].y, points[0].x, points[0].y };
-        for (const PointD &p : points)
-            box = { std::fmin(box.left, p.x), std::fmin(box.top, p.y), std::fmax(box.right, p.x),
-                    std::fmax(box.bottom, p.y) };
-        return box;
-    }
 
     // The rectangle that a node is, if it is one.
     std::optional<RectD> plainRect(const Scene &scene, const Node &node)
@@ -68,9 +23,8 @@ namespace {
         }
         if (node.kind != Node::Kind::Path)
             return std::nullopt;
-        const PathRange &range = scene.paths[node.geometry];
-        const std::span p(scene.points.data() + range.firstPoint, range.points);
-        const std::span verbs(scene.verbs.data() + range.firstVerb, range.verbs);
+        const auto p = scene.pointsOf(node);
+        const auto verbs = scene.verbsOf(node);
         const auto lines = std::count(verbs.begin(), verbs.end(), Path::Verb::Line);
         if (verbs.empty() || verbs.back() != Path::Verb::Close || verbs.size() != p.size() + 1
             || size_t(lines) + 1 != p.size() || (p.size() != 4 && !(p.size() == 5 && p[4] == p[0])))
@@ -81,7 +35,7 @@ namespace {
                 p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y;
         if (!isFlatFirst && !isSteepFirst)
             return std::nullopt;
-        return geometryBounds(scene, node);
+        return boundsOf(p);
     }
 
     std::optional<Color> solid(const Paint &paint)
@@ -159,19 +113,19 @@ namespace {
         const auto rect = coversAll ? plainRect(scene, node) : std::nullopt;
         if (!rect)
             return rest.take(bounds, std::nullopt, to);
-        RectD inner = *rect;
+        RectD inner = *rect, outer = *rect;
         std::optional<Color> frame;
         if (node.stroke != kNone) {
             const Stroke &stroke = scene.strokes[node.stroke];
-            inner = grown(inner, -stroke.width / 2);
+            inner = grown(*rect, -stroke.width / 2);
+            outer = grown(*rect, stroke.width / 2);
             const bool isWhole = stroke.dashes.empty() && stroke.join == Join::Miter;
             frame = isWhole ? solid(stroke.paint) : std::nullopt;
         }
         if (node.fill != kNone) {
             rest.take(inner, solid(scene.paints[node.fill]), to);
-            return rest.take(bounds, frame, to);
+            return rest.take(outer, frame, to);
         }
-        const RectD outer = grown(*rect, reachOf(scene, node));
         rest.take({ outer.left, outer.top, outer.right, inner.top }, frame, to);
         rest.take({ outer.left, inner.bottom, outer.right, outer.bottom }, frame, to);
         rest.take({ outer.left, inner.top, inner.left, inner.bottom }, frame, to);
@@ -180,13 +134,7 @@ namespace {
 
 } // namespace
 
-RectD paintedBounds(const Scene &scene, const Node &node)
-{
-    const RectD box = grown(geometryBounds(scene, node), reachOf(scene, node));
-    return node.transform != kNone ? mapBounds(scene.transforms[node.transform], box) : box;
-}
-
-const RectD &Grounds::boundsOf(const Scene &scene, size_t node)
+const RectD &Grounds::boundsOfNode(const Scene &scene, size_t node)
 {
     while (m_bounds.size() <= node)
         m_bounds.push_back(paintedBounds(scene, scene.nodes[m_bounds.size()]));
@@ -205,7 +153,7 @@ std::vector<Ground> Grounds::under(const Scene &scene, const RectD &area, Index 
     for (size_t i = scene.nodes.size(); i > 0 && !rest.isEmpty(); --i) {
         if (++m_steps > limits::kGroundSteps || rest.parts() > limits::kGroundParts)
             return { Ground{ std::nullopt, { area } } };
-        const RectD &bounds = boundsOf(scene, i - 1);
+        const RectD &bounds = boundsOfNode(scene, i - 1);
         if (rest.touches(bounds))
             takeNode(scene, scene.nodes[i - 1], bounds, clip, rest, grounds);
     }

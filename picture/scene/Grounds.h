@@ -28,14 +28,11 @@ public:
     void forget(size_t node);
 
 private:
-    const RectD &boundsOf(const Scene &scene, size_t node);
+    const RectD &boundsOfNode(const Scene &scene, size_t node);
 
     std::vector<RectD> m_bounds; ///< of what each node covers
     int64_t m_steps = 0; ///< taken for all areas, which has a bound
 };
-
-/// The rectangle around all that a node paints, its stroke included; somewhat more for text.
-RectD paintedBounds(const Scene &scene, const Node &node);
 
 /// Lays white paper under a picture that is mixed with it: viewers mix with what they have there.
 void layPaper(Scene &scene);

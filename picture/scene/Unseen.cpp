@@ -1,3 +1,4 @@
+#include "picture/scene/Extents.h"
 #include "picture/scene/Passes.h"
 
 #include <algorithm>
@@ -6,20 +7,6 @@
 namespace svgtool::picture {
 
 namespace {
-
-    RectD boundsOf(std::span<const PointD> points)
-    {
-        RectD box{ points[0].x, points[0].y, points[0].x, points[0].y };
-        for (const PointD &point : points)
-            box = { std::fmin(box.left, point.x), std::fmin(box.top, point.y),
-                    std::fmax(box.right, point.x), std::fmax(box.bottom, point.y) };
-        return box;
-    }
-
-    RectD grown(const RectD &box, double by)
-    {
-        return { box.left - by, box.top - by, box.right + by, box.bottom + by };
-    }
 
     // What a clip lets through at most, for each one. A clip comes after its parent.
     std::vector<RectD> clipBounds(const Scene &scene)
@@ -42,44 +29,6 @@ namespace {
                        constexpr char16_t kNoBreakSpace = 0xA0;
                        return unit <= u' ' || unit == kNoBreakSpace;
                    });
-    }
-
-    // How far a stroke reaches beyond its line.
-    double reachOf(const Stroke &stroke)
-    {
-        constexpr double kDiagonal = 1.4143; // of square caps
-        return stroke.width / 2
-                * (stroke.join == Join::Miter ? std::fmax(stroke.miterLimit, kDiagonal)
-                                              : kDiagonal);
-    }
-
-    // The box around what a node paints, in its own units; an area without width is there for its
-    // stroke only.
-    RectD inkOf(const Scene &scene, const Node &node)
-    {
-        RectD box;
-        switch (node.kind) {
-        case Node::Kind::Path:
-            box = boundsOf(scene.pointsOf(node));
-            break;
-        case Node::Kind::Rect:
-            box = scene.rects[node.geometry].box;
-            break;
-        case Node::Kind::Ellipse: {
-            const auto &[center, radii] = scene.ellipses[node.geometry];
-            box = { center.x - radii.x, center.y - radii.y, center.x + radii.x,
-                    center.y + radii.y };
-            break;
-        }
-        case Node::Kind::Text: {
-            const Text &text = scene.texts[node.geometry];
-            return grown({ text.baseline.x, text.baseline.y, text.baseline.x, text.baseline.y },
-                         reachOf(scene, text));
-        }
-        case Node::Kind::Image:
-            return scene.imagePlaces[node.geometry].box;
-        }
-        return node.stroke != kNone ? grown(box, reachOf(scene.strokes[node.stroke])) : box;
     }
 
     bool isSeen(const Scene &scene, const Node &node, const RectD &window)

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "picture/scene/Scene.h"
+
+#include <span>
+
+namespace svgtool::picture {
+
+// How far things of a scene reach.
+
+/// The rectangle around points, of which there is at least one.
+RectD boundsOf(std::span<const PointD> points);
+
+/// A rectangle with its sides moved outwards.
+RectD grown(const RectD &box, double by);
+
+/// The rectangle around all that a node paints, its stroke included, before its transform; somewhat
+/// more for text. One without width or height is of an area that leaves no mark.
+RectD inkOf(const Scene &scene, const Node &node);
+
+/// The same as the picture has it.
+RectD paintedBounds(const Scene &scene, const Node &node);
+
+/// A path of its parts.
+Path pathOf(std::span<const Path::Verb> verbs, std::span<const PointD> points);
+
+/// The outline of a shape or an image, before the node's transform; empty for text.
+Path outlineOf(const Scene &scene, const Node &node);
+
+} // namespace svgtool::picture
