@@ -38,6 +38,7 @@ namespace {
         scene.height = natural.height;
         picture::ensureSize(scene);
         picture::joinLines(scene);
+        picture::joinPixels(scene);
         picture::alignLineEnds(scene);
         const PictureSize size = sizeOf(natural, options);
         scene.width = size.width;

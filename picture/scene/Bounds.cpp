@@ -2,6 +2,7 @@
 
 #include "core/base/Limits.h"
 #include "picture/scene/Extents.h"
+#include "picture/scene/SceneBuilder.h"
 
 #include <algorithm>
 #include <cmath>
@@ -197,12 +198,7 @@ namespace {
         {
             const Path left = cut(path, box, unit / 10, m_pointsLeft);
             node.kind = Node::Kind::Path;
-            node.geometry = Index(m_scene.paths.size());
-            m_scene.paths.push_back({ uint32_t(m_scene.verbs.size()), uint32_t(left.verbs().size()),
-                                      uint32_t(m_scene.points.size()),
-                                      uint32_t(left.points().size()) });
-            m_scene.verbs.insert(m_scene.verbs.end(), left.verbs().begin(), left.verbs().end());
-            m_scene.points.insert(m_scene.points.end(), left.points().begin(), left.points().end());
+            node.geometry = addPath(m_scene, left);
             return !left.isEmpty();
         }
         static bool cutRect(Rect &rect, const RectD &box)

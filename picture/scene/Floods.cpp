@@ -76,10 +76,7 @@ namespace {
     {
     public:
         Search(const Scene &scene, const Flood &flood, int64_t &steps)
-            : m_scene(scene),
-              m_flood(flood),
-              m_steps(steps),
-              m_tolerance(scene.view.width() / 4096)
+            : m_scene(scene), m_flood(flood), m_steps(steps), m_tolerance(scene.view.width() / 4096)
         {
         }
 
@@ -105,8 +102,8 @@ namespace {
             const Node &node = m_scene.nodes[number];
             const RectD box = paintedBounds(m_scene, node);
             const PointD at = m_flood.at;
-            const bool isNear = box.left <= at.x && at.x <= box.right && box.top <= at.y
-                    && at.y <= box.bottom;
+            const bool isNear =
+                    box.left <= at.x && at.x <= box.right && box.top <= at.y && at.y <= box.bottom;
             if (--m_steps < 0)
                 return finish(std::nullopt);
             if (!isNear || node.kind == Node::Kind::Text || !isVisible(node.clip))
@@ -181,8 +178,8 @@ namespace {
             m_box = box;
         }
 
-        // The figure that was found. What came later is left as it is, though a flood that ends at a
-        // colour would go over what has another.
+        // The figure that was found. What came later is left as it is, though a flood that ends at
+        // a colour would go over what has another.
         std::optional<Flooded> figure() const
         {
             if (m_around == kNone)
@@ -191,8 +188,7 @@ namespace {
                 return !intersection(paintedBounds(m_scene, node), m_box).isEmpty();
             };
             const auto later = std::span(m_scene.nodes).subspan(m_around + size_t(1));
-            return Flooded{ m_around,
-                            !m_flood.endsAtColor || std::ranges::none_of(later, stands) };
+            return Flooded{ m_around, !m_flood.endsAtColor || std::ranges::none_of(later, stands) };
         }
 
         static constexpr std::optional<Flooded> kNothing = Flooded{};

@@ -12,6 +12,10 @@ void ensureSize(Scene &scene);
 /// Makes one polyline of lines with one stroke that go on where the one before ended.
 void joinLines(Scene &scene);
 
+/// Makes one path of single pixels of a colour that follow one another, and an image of those of
+/// many colours that lie together. At the natural size, and after joinLines.
+void joinPixels(Scene &scene);
+
 /// Lays the ends of thin flat lines on the edges of pixels. GDI's lines cover whole pixels from
 /// that of their start to the one before their end; the points stand in the centres of pixels, so
 /// both ends go back by half a pixel. After joinLines, which compares ends.

@@ -165,15 +165,23 @@ Index SceneBuilder::glyph(const Path &outline)
     return once(m_glyphs, m_scene.glyphs, outline, (Key() << outline).take());
 }
 
+Index addPath(Scene &scene, const Path &path)
+{
+    scene.paths.push_back({ uint32_t(scene.verbs.size()), uint32_t(path.verbs().size()),
+                            uint32_t(scene.points.size()), uint32_t(path.points().size()) });
+    scene.verbs.insert(scene.verbs.end(), path.verbs().begin(), path.verbs().end());
+    scene.points.insert(scene.points.end(), path.points().begin(), path.points().end());
+    return Index(scene.paths.size() - 1);
+}
+
 void SceneBuilder::add(Node node, const Path &path, const Affine &place)
 {
     node.kind = Node::Kind::Path;
-    node.geometry = Index(m_scene.paths.size());
-    m_scene.paths.push_back({ uint32_t(m_scene.verbs.size()), uint32_t(path.verbs().size()),
-                              uint32_t(m_scene.points.size()), uint32_t(path.points().size()) });
-    m_scene.verbs.insert(m_scene.verbs.end(), path.verbs().begin(), path.verbs().end());
-    for (const PointD &point : path.points())
-        m_scene.points.push_back(place.map(point));
+    node.geometry = addPath(m_scene, path);
+    if (!place.isIdentity()) {
+        for (PointD &point : std::span(m_scene.points).last(path.points().size()))
+            point = place.map(point);
+    }
     m_scene.nodes.push_back(node);
 }
 

@@ -8,6 +8,10 @@
 
 namespace svgtool::picture {
 
+/// Puts a path into the blocks of a scene.
+/// @return what a node names it by
+Index addPath(Scene &scene, const Path &path);
+
 /// Puts nodes into a scene, and equal resources only once.
 class SceneBuilder
 {
