@@ -60,7 +60,7 @@ inline constexpr double kViewedSide = 1600;
 
 /// Pixels of the boxes around all triangles of gradients that are drawn as images. It takes a few
 /// bytes to ask for a whole page of them, and each is compressed.
-inline constexpr double kGradientPixels = double(1 << 24);
+inline constexpr double kGradientPixels = double(1 << 23);
 
 // Paths.
 
@@ -68,7 +68,7 @@ inline constexpr double kGradientPixels = double(1 << 24);
 /// a path back, so that a short record can ask for a long one again and again.
 inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
 /// Points that lines in the place of curves and outlines in the place of lines may have, together.
-inline constexpr size_t kPointsOfOutlines = size_t(1) << 23;
+inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 
 // Areas that are combined: clips and regions of EMF+.
 
@@ -80,7 +80,9 @@ inline constexpr size_t kAreaWork = size_t(1) << 23;
 
 /// Rectangles and corners that all changes of clips may go through: a short record may change a
 /// large clip, again and again.
-inline constexpr size_t kClipWork = size_t(1) << 23;
+inline constexpr size_t kClipWork = size_t(1) << 21;
+/// What a path among the clips takes beside its corners: it is a definition of the document.
+inline constexpr size_t kClipPathWork = 32;
 /// Rows of pixels that the lines of one path may cross where it becomes a region.
 inline constexpr size_t kClipCrossings = size_t(1) << 20;
 

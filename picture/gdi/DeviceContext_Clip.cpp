@@ -279,7 +279,7 @@ Played DeviceContext::offsetClip(PointD offset)
     size_t work = 0; // of all, since many short ones are much as well
     for (Index at = m_state.clip.paths; at != clip.paths; at = m_clipPaths[at].before) {
         chain.push_back(at);
-        work += m_clipPaths[at].path.points().size();
+        work += limits::kClipPathWork + m_clipPaths[at].path.points().size();
         if (work > m_clipWork)
             break;
     }
