@@ -76,6 +76,13 @@ inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 /// as many rows as their square.
 inline constexpr size_t kAreaWork = size_t(1) << 23;
 
+// Pens and brushes of EMF+.
+
+/// Dashes that are drawn as figures, of all of a document; the others are strokes.
+inline constexpr size_t kDashes = 20'000;
+/// Pieces that a gradient of a path is made of, and all of a document's.
+inline constexpr size_t kMeshPieces = 4096, kAllMeshPieces = size_t(1) << 16;
+
 // Clips.
 
 /// Rectangles and corners that all changes of clips may go through: a short record may change a

@@ -85,4 +85,16 @@ struct Affine
 /// The rectangle around the mapped corners.
 RectD mapBounds(const Affine &transform, const RectD &rect);
 
+/// The ellipse that becomes of a circle with radius 1.
+struct Stretch
+{
+    double most, least; ///< half axes
+    PointD along; ///< the direction of the longer one, of length 1
+};
+Stretch stretchOf(const Affine &map);
+
+/// Leaves lengths along a direction as they are, and makes those across it so many times as long.
+/// @param along  of length 1
+Affine squeezed(PointD along, double times);
+
 } // namespace svgtool

@@ -16,6 +16,27 @@ RectD mapBounds(const Affine &transform, const RectD &rect)
     return path.bounds();
 }
 
+Stretch stretchOf(const Affine &map)
+{
+    const double xx = map.a * map.a + map.c * map.c, yy = map.b * map.b + map.d * map.d;
+    const double xy = map.a * map.b + map.c * map.d;
+    const double most =
+            (std::hypot(map.a + map.d, map.b - map.c) + std::hypot(map.a - map.d, map.b + map.c))
+            / 2;
+    const double least = most > 0 ? std::abs(map.determinant()) / most : 0;
+    if (xy == 0)
+        return { most, least, xx >= yy ? PointD{ 1, 0 } : PointD{ 0, 1 } };
+    const double angle = std::atan2(2 * xy, xx - yy) / 2;
+    return { most, least, { std::cos(angle), std::sin(angle) } };
+}
+
+Affine squeezed(PointD along, double times)
+{
+    const double cross = (1 - times) * along.x * along.y;
+    return { times + (1 - times) * along.x * along.x, cross, cross,
+             times + (1 - times) * along.y * along.y, 0,     0 };
+}
+
 void Path::open()
 {
     if (m_isOpen)

@@ -12,31 +12,6 @@ static double middleOf(double pixels)
     return int64_t(std::floor(std::fmin(pixels, 1e6) + 0.5)) % 2 != 0 ? 0.5 : 0;
 }
 
-namespace {
-
-    /// What becomes of a circle.
-    struct Stretch
-    {
-        double most, least; ///< half axes for a radius of 1
-        PointD along; ///< the direction of the longer one
-    };
-
-} // namespace
-
-static Stretch stretchOf(const Affine &map)
-{
-    const double xx = map.a * map.a + map.c * map.c, yy = map.b * map.b + map.d * map.d;
-    const double xy = map.a * map.b + map.c * map.d;
-    const double most =
-            (std::hypot(map.a + map.d, map.b - map.c) + std::hypot(map.a - map.d, map.b + map.c))
-            / 2;
-    const double least = most > 0 ? std::abs(map.determinant()) / most : 0;
-    if (xy == 0)
-        return { most, least, xx >= yy ? PointD{ 1, 0 } : PointD{ 0, 1 } };
-    const double angle = std::atan2(2 * xy, xx - yy) / 2;
-    return { most, least, { std::cos(angle), std::sin(angle) } };
-}
-
 DeviceContext::Nib DeviceContext::nib(uint8_t parts) const
 {
     const Pen &pen = m_state.pen;
@@ -50,11 +25,7 @@ DeviceContext::Nib DeviceContext::nib(uint8_t parts) const
         const double least = std::max(pen.width * stretch.least, pixel);
         // Ends that are a quarter of a pixel from round are drawn round.
         if (most - least > std::max(pixel / 4, most / 500)) {
-            const double squeeze = least / most;
-            const PointD by = stretch.along;
-            const double cross = (1 - squeeze) * by.x * by.y;
-            nib.shape = { squeeze + (1 - squeeze) * by.x * by.x, cross, cross,
-                          squeeze + (1 - squeeze) * by.y * by.y, 0,     0 };
+            nib.shape = squeezed(stretch.along, least / most);
             nib.width = most;
         } else {
             nib.width = most > pixel ? std::sqrt(most * least) : pixel;

@@ -126,10 +126,17 @@ private:
         bool isEvenOdd = true;
     };
 
+    static Figure boxFigure(const RectD &box);
+    static Figure ellipseFigure(const RectD &box);
+    static Figure pathFigure(Path path, bool isEvenOdd);
+    static Path pathOf(const Figure &figure);
+    /// Takes work from what is left: objects that are used again and again.
+    bool spend(size_t points);
+
     // State.
     void updateTransform();
     PointD pixelsOf(plus::Unit unit) const;
-    Played push(uint32_t number);
+    void enterContainer(const Affine &toOuter);
 
     // Clips.
     struct ClipPart
@@ -145,7 +152,56 @@ private:
     std::optional<Area> areaOf(const plus::Region &region);
     std::optional<Area> combinedAreas(const Area &a, const Area &b, AreaMode mode);
     Area everything() const;
-    static Path pathOf(const Figure &figure);
+    Index clipTo(const Figure &figure);
+
+    // Painting: Graphics_Paint.cpp.
+    struct KnownImage
+    {
+        Index number = kNone; ///< in the scene; kNone for what cannot be read
+        IntSize size;
+    };
+    Played fill(const plus::Brush &brush, const Figure &figure);
+    Played fillOnce(const plus::TextureBrush &brush, const Figure &figure);
+    void addFigure(Node node, const Figure &figure);
+    bool hasStops(const plus::Brush &brush);
+    /// @param figure  in world units, where it is known what is painted
+    Paint paintOf(const plus::Brush &brush, const Affine &toNode, const Path *figure);
+    Paint hatchPaint(const plus::HatchBrush &brush);
+    Paint linearPaint(const plus::LinearGradientBrush &brush, const Affine &toNode,
+                      const Path *figure);
+    std::optional<Paint> patternPaint(const KnownImage &image, plus::WrapMode wrapMode,
+                                      const Affine &place);
+
+    // Gradients of paths: Graphics_PathGradients.cpp.
+    std::optional<Paint> radialPaint(const plus::PathGradientBrush &brush, const Affine &toNode);
+    Played fillPathGradient(const plus::PathGradientBrush &brush, const Figure &figure);
+    Played fillFlat(const plus::PathGradientBrush &brush, const Figure &figure);
+    bool fillTile(const plus::PathGradientBrush &brush, const Affine &place, Index clip);
+
+    // Pens: Graphics_Pens.cpp, Graphics_PenParts.cpp.
+    /// The end of a pen as it meets the picture.
+    struct Tip
+    {
+        double width = 1; ///< in units of the picture, before the shape
+        Affine shape; ///< makes an ellipse of the round end
+        bool isThin = false; ///< of about one pixel
+    };
+    class StrokeParts;
+    Played stroke(const plus::Pen &pen, const Figure &figure);
+    Tip tipOf(const plus::Pen &pen) const;
+    Stroke strokeOf(const plus::Pen &pen, const Tip &tip, const Path *figure);
+    Played strokeParts(const plus::Pen &pen, const Tip &tip, const Figure &figure,
+                       const Path &inWorld);
+    void addBody(Node node, const plus::Pen &pen, const Path &body, const Stroke &whole);
+    Played fillStroke(const plus::PathGradientBrush &brush, const StrokeParts &parts,
+                      const Stroke &stroke, const Tip &tip);
+
+    // Images.
+    std::optional<KnownImage> imageOf(const Image &image);
+    bool keepsPixels() const;
+    void fillAround(const KnownImage &image, const plus::ImageAttributes &attributes,
+                    const Affine &place, const RectD &source);
+    std::optional<Index> cutTo(const RectD &part, const Affine &place);
 
     Device m_device;
     SceneBuilder &m_builder;
@@ -153,7 +209,13 @@ private:
     GraphicsState m_state;
     std::vector<std::pair<uint32_t, GraphicsState>> m_saved;
     std::vector<ClipPart> m_clips;
-    size_t m_areaWork = limits::kAreaWork; ///< left for the document
+    std::map<Image, KnownImage> m_images; ///< kept, so that no other takes the place of one
+    // What is left of the limits, for the document.
+    size_t m_areaWork = limits::kAreaWork;
+    size_t m_pointsLeft = limits::kPointsUsedAgain;
+    size_t m_meshPieces = limits::kAllMeshPieces;
+    size_t m_dashes = limits::kDashes;
+    int64_t m_runLengthPixels = limits::kRunLengthPixels;
     uint32_t m_record = 0;
 };
 
