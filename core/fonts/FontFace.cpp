@@ -1,6 +1,7 @@
 #include "core/fonts/FontFace.h"
 
 #include FT_ADVANCES_H
+#include FT_GASP_H
 #include FT_OUTLINE_H
 #include FT_TRUETYPE_TABLES_H
 
@@ -93,6 +94,37 @@ int32_t FontFace::advance(char32_t character)
     KnownAdvance &place = m_advances[character % m_advances.size()];
     if (!place.isKnown || place.character != character)
         place = { true, character, readAdvance(character) };
+    return place.advance;
+}
+
+bool FontFace::isHintedAt(int32_t pixels) const
+{
+    constexpr int32_t kLargest = 100; // larger letters are as wide hinted as not
+    if (pixels < 1 || pixels > kLargest || !FT_IS_SCALABLE(m_face.get()))
+        return false;
+    const FT_Int flags = FT_Get_Gasp(m_face.get(), FT_UInt(pixels));
+    return flags != FT_GASP_NO_TABLE && (flags & FT_GASP_DO_GRIDFIT) != 0
+            && (flags & FT_GASP_DO_GRAY) == 0;
+}
+
+uint16_t FontFace::readHintedAdvance(char32_t character) const
+{
+    if (FT_Load_Glyph(m_face.get(), glyphIndex(character), FT_LOAD_TARGET_MONO) != 0)
+        return 0;
+    const FT_Pos pixels = (m_face->glyph->advance.x + 32) >> 6;
+    return static_cast<uint16_t>(std::clamp<FT_Pos>(pixels, 0, 0xFFFF));
+}
+
+int32_t FontFace::hintedAdvance(char32_t character, int32_t pixels)
+{
+    if (pixels != m_hintedPixels) {
+        m_hintedPixels = FT_Set_Pixel_Sizes(m_face.get(), 0, FT_UInt(pixels)) == 0 ? pixels : 0;
+        m_hintedAdvances = {};
+    }
+    KnownAdvance &place = m_hintedAdvances[character % m_hintedAdvances.size()];
+    if (!place.isKnown || place.character != character)
+        place = { true, character,
+                  m_hintedPixels > 0 ? readHintedAdvance(character) : uint16_t(0) };
     return place.advance;
 }
 

@@ -47,6 +47,11 @@ public:
     const FontTables &tables() const { return m_tables; }
     /// In font units, 0 to 65535.
     int32_t advance(char32_t character);
+    /// Whether the font asks for sharp edges, to which its outlines are hinted.
+    /// @param pixels  of the em
+    bool isHintedAt(int32_t pixels) const;
+    /// In pixels, at a size at which it is hinted.
+    int32_t hintedAdvance(char32_t character, int32_t pixels);
     bool hasGlyph(char32_t character) const { return glyphIndex(character) != 0; }
     /// By which viewers move @p right towards @p left, in font units.
     int32_t kerning(char32_t left, char32_t right) const;
@@ -69,12 +74,16 @@ private:
 
     FT_UInt glyphIndex(char32_t character) const;
     uint16_t readAdvance(char32_t character) const;
+    uint16_t readHintedAdvance(char32_t character) const;
     void readCharacters();
 
     FontFile m_file;
     OpenFace m_face;
     FontTables m_tables;
-    std::array<KnownAdvance, 1024> m_advances; // a character's place is its remainder
+    using Advances = std::array<KnownAdvance, 1024>; // a character's place is its remainder
+    Advances m_advances;
+    int32_t m_hintedPixels = 0; // of the size that is set, 0 for none
+    Advances m_hintedAdvances;
     std::vector<char16_t> m_characters; // by glyph number, 0 for none; filled when first needed
 };
 

@@ -51,6 +51,13 @@ FontShape fontShape(const FontRequest &request);
 /// What fontShape has to say of each character; no glyph anywhere where there is no font.
 std::vector<CharacterShape> characterShapes(std::u32string_view text, const FontRequest &request);
 
+/// The advances in whole pixels to which GDI hints characters at a size at which the font's 'gasp'
+/// table asks for sharp edges.
+/// @param pixels  of the em, 1 or more
+/// @return nothing at other sizes, where an advance is the unhinted one, rounded
+std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest &request,
+                                    int32_t pixels);
+
 /// The outline of each character in font units, y downwards from the baseline; empty for those
 /// that have none.
 std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest &request);

@@ -40,6 +40,20 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
     return shapes;
 }
 
+std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest &request,
+                                    int32_t pixels)
+{
+    FontEngine &engine = fontEngine();
+    const std::lock_guard lock(engine.mutex);
+    const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
+    std::vector<int32_t> advances;
+    if (!face || !face->isHintedAt(pixels))
+        return advances;
+    for (const char32_t character : text)
+        advances.push_back(face->hintedAdvance(character, pixels));
+    return advances;
+}
+
 std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest &request)
 {
     FontEngine &engine = fontEngine();

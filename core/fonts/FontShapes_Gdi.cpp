@@ -24,11 +24,11 @@ namespace {
     class Selected
     {
     public:
-        explicit Selected(const FontRequest &request)
+        explicit Selected(const FontRequest &request, int pixels = kUnitsPerEm)
             : m_asked(request.face.begin(), request.face.end()),
               m_context(CreateCompatibleDC(nullptr)),
-              m_font(CreateFontW(-kUnitsPerEm, 0, 0, 0, request.weight, request.isItalic ? 1 : 0, 0,
-                                 0, DEFAULT_CHARSET, 0, 0, 0, 0, m_asked.c_str())),
+              m_font(CreateFontW(-pixels, 0, 0, 0, request.weight, request.isItalic ? 1 : 0, 0, 0,
+                                 DEFAULT_CHARSET, 0, 0, 0, 0, m_asked.c_str())),
               m_previous(SelectObject(m_context, m_font))
         {
         }
@@ -103,6 +103,24 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
         shapes[i].advance = std::clamp(int(size.cx), 0, 0xFFFF);
     }
     return shapes;
+}
+
+// What GDI says at any size is what it hints to.
+std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest &request,
+                                    int32_t pixels)
+{
+    constexpr int32_t kLargest = 100; // larger letters are as wide hinted as not
+    std::vector<int32_t> advances;
+    if (pixels < 1 || pixels > kLargest)
+        return advances;
+    const Selected font(request, pixels);
+    for (const char32_t character : text) {
+        const wchar_t unit = unitOf(character);
+        int advance = 0;
+        GetCharWidth32W(font.handle(), unit, unit, &advance);
+        advances.push_back(std::max(0, advance));
+    }
+    return advances;
 }
 
 static PointD pointOf(const POINTFX &point)

@@ -167,6 +167,18 @@ static double ownAdvance(const CharacterShape &shape, const RealizedFont &font, 
                         : font.em * shape.advance / font.shape.tables.unitsPerEm;
 }
 
+// GDI hints letters where they are neither turned nor stretched; but what it takes for the width
+// of a whole text, by which it is aligned, has no hints.
+static std::vector<int32_t> hintedAdvances(std::u32string_view text, const RealizedFont &font)
+{
+    constexpr double kClose = 1e-6;
+    const Affine &axes = font.axes;
+    const bool isPlain = std::abs(axes.a - 1) < kClose && std::abs(axes.d - 1) < kClose
+            && std::abs(axes.b) < kClose && std::abs(axes.c) < kClose;
+    return isPlain && font.isWhole ? hintedAdvances(text, font.request, int32_t(font.em))
+                                   : std::vector<int32_t>();
+}
+
 TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &font)
 {
     TextLayout layout;
@@ -181,22 +193,26 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
             shapes[i] = { font.shape.tables.averageWidth, 0, false };
     }
     const int64_t scale = fixedScale(font.shape.tables, font.isWhole ? int32_t(font.em) : 1);
-    double y = 0;
+    const auto hinted = call.advances.empty() ? hintedAdvances(text, font) : std::vector<int32_t>();
+    double x = 0, y = 0;
     layout.characters.reserve(text.size());
     for (size_t i = 0; i < text.size(); ++i) {
-        layout.characters.push_back({ text[i], layout.width, -y * font.perLogical, shapes[i] });
+        layout.characters.push_back({ text[i], x, -y * font.perLogical, shapes[i] });
+        double extra = 0;
         if (call.advances.empty()) {
-            layout.width +=
-                    ownAdvance(shapes[i], font, scale) + state.characterExtra * font.perLogical;
+            extra = state.characterExtra;
             if (text[i] == U' ' && state.breakCount > 0)
-                layout.width += double(state.breakExtra) / state.breakCount * font.perLogical;
+                extra += double(state.breakExtra) / state.breakCount;
         }
         for (size_t unit = units[i]; unit < units[i + 1]; ++unit) {
             if (unit < call.advances.size())
-                layout.width += call.advances[unit] * font.perLogical;
+                extra += call.advances[unit];
             if (unit < call.rises.size())
                 y += call.rises[unit];
         }
+        const double own = call.advances.empty() ? ownAdvance(shapes[i], font, scale) : 0;
+        x += extra * font.perLogical + (hinted.empty() ? own : hinted[i]);
+        layout.width += extra * font.perLogical + own;
     }
     return layout;
 }

@@ -56,7 +56,7 @@ struct PlacedCharacter
 struct TextLayout
 {
     std::vector<PlacedCharacter> characters;
-    double width = 0; ///< of all advances
+    double width = 0; ///< of the whole line, which need not be where the characters end
 };
 
 /// How names of faces are tried in a document, and the family to end with.

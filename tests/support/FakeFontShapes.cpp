@@ -31,6 +31,13 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
     return shapes;
 }
 
+std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest &font,
+                                    int32_t pixels)
+{
+    const bool isHinted = font.face == u"Hinted" && pixels < 18;
+    return std::vector<int32_t>(isHinted ? text.size() : 0, pixels / 2 - 1);
+}
+
 std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest & /*font*/)
 {
     Path box;
