@@ -31,7 +31,8 @@ public:
     using Points = std::span<const PointD>;
 
     /// @param builder  of the scene, which others may paint as well; lives longer
-    Graphics(const Device &device, SceneBuilder &builder);
+    /// @param clip     of the scene, which all is cut to
+    Graphics(const Device &device, SceneBuilder &builder, Index clip = kNone);
 
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
@@ -59,8 +60,11 @@ public:
     /// @param mode  CompositingMode, [MS-EMFPLUS] 2.1.1.5
     Played setCompositingMode(uint8_t mode);
     Played setInterpolationMode(uint8_t mode);
+    Played setPixelOffsetMode(uint8_t mode);
     Played setTextRenderingHint(uint8_t hint);
     const GraphicsState &state() const { return m_state; }
+    /// A length in a unit, as the page has it, in world units of the page alone.
+    double lengthInWorld(double length, plus::Unit unit) const;
     /// World units to those of the picture.
     const Affine &toPicture() const { return m_state.toPicture; }
 
@@ -72,6 +76,9 @@ public:
     Played offsetClip(PointD by);
     /// The clip in force, in the scene.
     Index clip() const;
+    /// The same, cut to an area in units of the picture. Viewers that know nothing of clips that
+    /// are cut to others are served by areas that are combined.
+    Index clipTo(const Area &area);
     /// Nothing that is painted can be seen.
     bool isClippedAway() const;
 
@@ -143,10 +150,13 @@ private:
     {
         Index before; ///< of those that it is cut to; kNone for none
         Area area; ///< in units of the picture
+        Area left; ///< of all that there is, with those before
         bool leavesNothing; ///< of the picture, with those before
         Index inScene;
     };
     Played combineClip(Area area, plus::CombineMode mode);
+    const Area *areaAt(Index clip) const;
+    Area cutTo(const Area &area, Index clip, Index &parent);
     Index addClip(Index before, Area area);
     std::optional<Area> clipArea(Index clip);
     std::optional<Area> areaOf(const plus::Region &region);
@@ -199,12 +209,15 @@ private:
     // Images.
     std::optional<KnownImage> imageOf(const Image &image);
     bool keepsPixels() const;
+    PointD sampleOffset(const Affine &place) const;
     void fillAround(const KnownImage &image, const plus::ImageAttributes &attributes,
                     const Affine &place, const RectD &source);
     std::optional<Index> cutTo(const RectD &part, const Affine &place);
 
     Device m_device;
     SceneBuilder &m_builder;
+    Index m_outerClip; ///< in the scene
+    Area m_outerArea; ///< of that
     PointD m_dots{ 96, 96 };
     GraphicsState m_state;
     std::vector<std::pair<uint32_t, GraphicsState>> m_saved;

@@ -20,6 +20,7 @@ struct GraphicsState
     PointD renderingOrigin; ///< of hatches, pixels
     bool isCopying = false; ///< colours take the place of what is beneath, alpha and all
     uint8_t interpolation = 0; ///< InterpolationMode, [MS-EMFPLUS] 2.1.1.16
+    uint8_t pixelOffset = 0; ///< PixelOffsetMode, 2.1.1.26
     uint8_t textRenderingHint = 0; ///< TextRenderingHint, 2.1.1.32
 };
 

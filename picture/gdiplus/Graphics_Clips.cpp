@@ -24,20 +24,73 @@ std::optional<Area> Graphics::combinedAreas(const Area &a, const Area &b, AreaMo
     return combined(a, b, mode, kTolerance * m_device.unitsPerPixel, m_areaWork);
 }
 
+// The upright rectangle that an area is.
+static std::optional<RectD> boxOf(const Area &area)
+{
+    const auto p = area.path.points();
+    const auto verbs = area.path.verbs();
+    if (p.size() != 4 || verbs.size() != 5 || verbs.back() != Path::Verb::Close)
+        return std::nullopt;
+    const bool isUpright =
+            (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x)
+            || (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y);
+    return isUpright ? std::optional(area.path.bounds()) : std::nullopt;
+}
+
+// What there is of a clip; null where nothing is clipped.
+const Area *Graphics::areaAt(Index clip) const
+{
+    if (clip != kNone)
+        return &m_clips[clip].left;
+    return m_outerClip != kNone ? &m_outerArea : nullptr;
+}
+
+// What an area and a clip have in common.
+/// @param[out] parent  the clip in the scene that is to cut it, where that was too much work
+Area Graphics::cutTo(const Area &area, Index clip, Index &parent)
+{
+    parent = kNone;
+    const Area *const outer = areaAt(clip);
+    if (outer == nullptr)
+        return area;
+    const auto box = boxOf(area), outerBox = boxOf(*outer);
+    if (outerBox && outerBox->contains(area.path.bounds()))
+        return area;
+    if (box && box->contains(outer->path.bounds()))
+        return *outer;
+    if (box && outerBox) {
+        const RectD common = intersection(*box, *outerBox);
+        Area both;
+        if (!common.isEmpty())
+            both.path.addRect(common);
+        return both;
+    }
+    if (auto both = combinedAreas(area, *outer, AreaMode::And))
+        return std::move(*both);
+    parent = clip != kNone ? m_clips[clip].inScene : m_outerClip;
+    return area;
+}
+
+Index Graphics::clipTo(const Area &area)
+{
+    Index parent = kNone;
+    Area left = cutTo(area, m_state.clip, parent);
+    return m_builder.clip({ parent, std::move(left.path), left.isEvenOdd });
+}
+
 // Cuts a chain to one more area.
 Index Graphics::addClip(Index before, Area area)
 {
-    bool leavesNothing = intersection(area.path.bounds(), m_device.view).isEmpty();
+    if (before != kNone && m_clips[before].area == area)
+        return before; // the last one over again
     Index parent = kNone;
-    if (before != kNone) {
-        const ClipPart &part = m_clips[before];
-        if (part.area == area)
-            return before; // the last one over again
-        leavesNothing = leavesNothing || part.leavesNothing;
-        parent = part.inScene;
-    }
-    const Index inScene = m_builder.clip({ parent, area.path, area.isEvenOdd });
-    m_clips.push_back({ before, std::move(area), leavesNothing, inScene });
+    Area left = cutTo(area, before, parent);
+    const bool leavesNothing = (before != kNone && m_clips[before].leavesNothing)
+            || intersection(left.path.bounds(), m_device.view).isEmpty();
+    const auto box = boxOf(left);
+    const bool isWhole = parent == kNone && box && box->contains(m_device.view);
+    const Index inScene = isWhole ? kNone : m_builder.clip({ parent, left.path, left.isEvenOdd });
+    m_clips.push_back({ before, std::move(area), std::move(left), leavesNothing, inScene });
     return Index(m_clips.size() - 1);
 }
 
@@ -58,7 +111,7 @@ std::optional<Area> Graphics::clipArea(Index clip)
 
 Index Graphics::clip() const
 {
-    return m_state.clip != kNone ? m_clips[m_state.clip].inScene : kNone;
+    return m_state.clip != kNone ? m_clips[m_state.clip].inScene : m_outerClip;
 }
 
 bool Graphics::isClippedAway() const

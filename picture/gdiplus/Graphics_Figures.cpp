@@ -38,8 +38,8 @@ static double angleOnCircle(double degrees, PointD radii)
 {
     constexpr double kTurn = 2 * std::numbers::pi;
     const double angle = degrees / 360 * kTurn;
-    const double turns = std::floor(angle / kTurn + 0.5) * kTurn;
-    return turns + std::atan2(radii.x * std::sin(angle), radii.y * std::cos(angle));
+    const double within = std::remainder(angle, kTurn);
+    return angle - within + std::atan2(radii.x * std::sin(within), radii.y * std::cos(within));
 }
 
 static Path arcOf(const RectD &given, double start, double sweep, bool isPie)

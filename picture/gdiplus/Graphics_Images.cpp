@@ -123,21 +123,36 @@ Played Graphics::drawImagePoints(const Image &given, const plus::ImageAttributes
                        std::max(source.left, source.right), std::max(source.top, source.bottom) };
     if (!whole.contains(asked) && attributes != nullptr)
         fillAround(*image, *attributes, place, asked);
+    const PointD offset = sampleOffset(place);
     Node node = newNode();
-    if (!asked.contains(whole)) {
+    if (!asked.contains(whole) || offset != PointD{}) {
         const auto clip = cutTo(intersection(asked, whole), place);
         if (!clip)
             return kDone;
         node.clip = *clip;
     }
+    const Affine shown = Affine::translation(-offset.x, -offset.y).then(place);
     ImagePlace placed{ image->number, whole, keepsPixels() };
     // Where no turn is left the place says it all.
-    if (place.b == 0 && place.c == 0 && place.a > 0 && place.d > 0)
-        placed.box = mapBounds(place, whole);
+    if (shown.b == 0 && shown.c == 0 && shown.a > 0 && shown.d > 0)
+        placed.box = mapBounds(shown, whole);
     else
-        node.transform = m_builder.transform(place);
+        node.transform = m_builder.transform(shown);
     m_builder.add(node, placed);
     return kDone;
+}
+
+// Pixels of the picture look for theirs at their corners, so that an image that is enlarged lies
+// further to the left and the top, but not where they look at their centres.
+PointD Graphics::sampleOffset(const Affine &place) const
+{
+    constexpr uint8_t kHighQuality = 2, kHalf = 4;
+    if (m_state.pixelOffset == kHighQuality || m_state.pixelOffset == kHalf)
+        return {};
+    const double x = place.scaleX() / m_device.unitsPerPixel;
+    const double y = place.scaleY() / m_device.unitsPerPixel;
+    constexpr double kEnlarged = 1.05;
+    return { x > kEnlarged ? (1 - 1 / x) / 2 : 0, y > kEnlarged ? (1 - 1 / y) / 2 : 0 };
 }
 
 // The clip in force, cut to a part of an image; nothing where that has no area.
@@ -145,10 +160,10 @@ std::optional<Index> Graphics::cutTo(const RectD &part, const Affine &place)
 {
     if (part.isEmpty())
         return std::nullopt;
-    Clip clip{ this->clip(), {}, false };
-    clip.path.addRect(part);
-    clip.path.transform(place);
-    return m_builder.clip(clip);
+    Area area;
+    area.path.addRect(part);
+    area.path.transform(place);
+    return clipTo(area);
 }
 
 } // namespace svgtool::picture

@@ -169,9 +169,9 @@ Played Graphics::fill(const plus::Brush &brush, const Figure &figure)
 // The clip in force, cut to a figure.
 Index Graphics::clipTo(const Figure &figure)
 {
-    Clip clip{ this->clip(), pathOf(figure), figure.isEvenOdd };
-    clip.path.transform(m_state.toPicture);
-    return m_builder.clip(clip);
+    Area area{ pathOf(figure), figure.isEvenOdd };
+    area.path.transform(m_state.toPicture);
+    return clipTo(area);
 }
 
 // A texture that is not repeated is an image.

@@ -18,15 +18,15 @@ public:
     StrokeParts(const plus::Pen &pen, double width, double pixel)
         : m_pen(pen), m_width(width), m_pixel(pixel)
     {
-        m_start = pen.customStartCap ? lineEnd(*pen.customStartCap) : lineEnd(pen.startCap);
-        m_end = pen.customEndCap ? lineEnd(*pen.customEndCap) : lineEnd(pen.endCap);
-        m_dash = dashEnd(pen.dashCap);
+        // What hides it may lie a little over the line, so that nothing shows between them.
+        const double over = isOpaque(pen.brush) ? 0.05 : 0;
+        m_start = pen.customStartCap ? lineEnd(*pen.customStartCap, over)
+                                     : lineEnd(pen.startCap, over);
+        m_end = pen.customEndCap ? lineEnd(*pen.customEndCap, over) : lineEnd(pen.endCap, over);
+        m_dash = dashEnd(pen.dashCap, over);
         const bool hasRoundLine = !pen.customStartCap && !pen.customEndCap
                 && pen.startCap == plus::LineCap::Round && pen.endCap == plus::LineCap::Round;
         isRound = hasRoundLine && pen.dashCap == plus::DashCap::Round;
-        // What hides it may lie a little over the line, so that nothing shows between them.
-        constexpr double kOver = 0.05;
-        m_over = isOpaque(pen.brush) ? kOver : 0;
     }
 
     /// @param dashes  to cut the figure at; none where the stroke of the body has them
@@ -46,7 +46,6 @@ private:
 
     const plus::Pen &m_pen;
     double m_width, m_pixel;
-    double m_over = 0;
     LineEnd m_start, m_end, m_dash;
 };
 
@@ -79,12 +78,6 @@ Path Graphics::StrokeParts::cut(const Path &figure, const LineEnd &end)
         mapped.transform(map);
         lines.emplace_back(end, std::move(mapped));
     }
-    if (end.fill.isEmpty() || m_over == 0 || left.isEmpty())
-        return left;
-    if (inset > m_over * size)
-        return withoutEnd(figure, inset - m_over * size);
-    left.lineTo({ left.points().back().x + along.x * m_over * size,
-                  left.points().back().y + along.y * m_over * size });
     return left;
 }
 

@@ -10,9 +10,13 @@ namespace svgtool::picture {
 
 static constexpr Played kNoNumbers = notDone("its numbers make no sense");
 
-Graphics::Graphics(const Device &device, SceneBuilder &builder)
-    : m_device(device), m_builder(builder)
+Graphics::Graphics(const Device &device, SceneBuilder &builder, Index clip)
+    : m_device(device), m_builder(builder), m_outerClip(clip)
 {
+    if (clip != kNone) {
+        const Clip &outer = builder.scene().clips[clip];
+        m_outerArea = { outer.path, outer.isEvenOdd };
+    }
     m_state.base = device.toPicture;
     updateTransform();
 }
@@ -42,6 +46,13 @@ PointD Graphics::pixelsOf(plus::Unit unit) const
         return { m_dots.x / kMillimeters, m_dots.y / kMillimeters };
     }
     return { 1, 1 };
+}
+
+double Graphics::lengthInWorld(double length, plus::Unit unit) const
+{
+    if (unit == plus::Unit::World)
+        return length;
+    return length * pixelsOf(unit).y / (pixelsOf(m_state.pageUnit).y * m_state.pageScale);
 }
 
 void Graphics::updateTransform()
@@ -167,6 +178,12 @@ Played Graphics::setCompositingMode(uint8_t mode)
 Played Graphics::setInterpolationMode(uint8_t mode)
 {
     m_state.interpolation = mode;
+    return kDone;
+}
+
+Played Graphics::setPixelOffsetMode(uint8_t mode)
+{
+    m_state.pixelOffset = mode;
     return kDone;
 }
 

@@ -61,7 +61,7 @@ Join joinOf(plus::LineJoin join)
 }
 
 // Anchors take the place of the line as far as they are wider, so that nothing lies twice.
-LineEnd lineEnd(LineCap cap)
+LineEnd lineEnd(LineCap cap, double over)
 {
     LineEnd end;
     const double half = std::numbers::sqrt2 / 2;
@@ -70,31 +70,36 @@ LineEnd lineEnd(LineCap cap)
     case LineCap::NoAnchor:
         break;
     case LineCap::Square:
-        end.fill = polygon({ { -0.5, 0 }, { 0.5, 0 }, { 0.5, 0.5 }, { -0.5, 0.5 } });
+        end.fill = polygon({ { -0.5, -over }, { 0.5, -over }, { 0.5, 0.5 }, { -0.5, 0.5 } });
         break;
     case LineCap::Round:
-        end.fill.addArc(Affine::scale(0.5, 0.5), 0, std::numbers::pi);
-        end.fill.close();
+        if (over > 0) {
+            end.fill.addEllipse(Affine::scale(0.5, 0.5));
+        } else {
+            end.fill.addArc(Affine::scale(0.5, 0.5), 0, std::numbers::pi);
+            end.fill.close();
+        }
         break;
     case LineCap::Triangle:
-        end.fill = polygon({ { -0.5, 0 }, { 0.5, 0 }, { 0, 0.5 } });
+        end.fill =
+                polygon({ { -0.5, -over }, { 0.5, -over }, { 0.5, 0 }, { 0, 0.5 }, { -0.5, 0 } });
         break;
     case LineCap::SquareAnchor:
         end.fill = polygon({ { -half, -half }, { half, -half }, { half, half }, { -half, half } });
-        end.inset = half;
+        end.inset = half - over;
         break;
     case LineCap::RoundAnchor:
         end.fill.addEllipse(Affine());
-        end.inset = std::sqrt(3) / 2;
+        end.inset = std::sqrt(3) / 2 - over;
         break;
     case LineCap::DiamondAnchor:
         end.fill = polygon({ { 0, -1 }, { 1, 0 }, { 0, 1 }, { -1, 0 } });
-        end.inset = 0.5;
+        end.inset = 0.5 - over;
         break;
     case LineCap::ArrowAnchor: {
         const double wide = 2 / std::sqrt(3);
         end.fill = polygon({ { 0, 0 }, { -wide, -2 }, { wide, -2 } });
-        end.inset = 2;
+        end.inset = 2 - over;
         break;
     }
     }
@@ -102,21 +107,21 @@ LineEnd lineEnd(LineCap cap)
     return end;
 }
 
-LineEnd dashEnd(plus::DashCap cap)
+LineEnd dashEnd(plus::DashCap cap, double over)
 {
     LineEnd end;
     if (cap == plus::DashCap::Flat)
         return end;
-    end = lineEnd(cap == plus::DashCap::Round ? LineCap::Round : LineCap::Triangle);
+    end = lineEnd(cap == plus::DashCap::Round ? LineCap::Round : LineCap::Triangle, over);
     end.inset = 0.5;
     end.fill.transform(Affine::translation(0, -end.inset));
     return end;
 }
 
-static LineEnd figureEnd(const plus::PathCap &cap)
+static LineEnd figureEnd(const plus::PathCap &cap, double over)
 {
     const Affine scale = Affine::scale(cap.widthScale, cap.widthScale);
-    LineEnd end = lineEnd(cap.baseCap); // of what is left of the line
+    LineEnd end = lineEnd(cap.baseCap, over); // of what is left of the line
     end.inset = cap.baseInset * cap.widthScale;
     end.fill.transform(Affine::translation(0, -end.inset));
     if (cap.fill) {
@@ -134,7 +139,7 @@ static LineEnd figureEnd(const plus::PathCap &cap)
     return end;
 }
 
-static LineEnd arrowEnd(const plus::ArrowCap &cap)
+static LineEnd arrowEnd(const plus::ArrowCap &cap, double over)
 {
     const double width = cap.width * cap.widthScale, height = cap.height * cap.widthScale;
     const double middle = height - cap.middleInset * cap.widthScale;
@@ -142,7 +147,7 @@ static LineEnd arrowEnd(const plus::ArrowCap &cap)
     if (cap.isFilled) {
         end.fill = polygon(
                 { { 0, 0 }, { -width / 2, -height }, { 0, -middle }, { width / 2, -height } });
-        end.inset = std::fmax(middle, 0);
+        end.inset = std::fmax(middle - over, 0);
         return end;
     }
     end.line.moveTo({ -width / 2, -height });
@@ -154,14 +159,14 @@ static LineEnd arrowEnd(const plus::ArrowCap &cap)
     return end;
 }
 
-LineEnd lineEnd(const plus::CustomLineCap &cap)
+LineEnd lineEnd(const plus::CustomLineCap &cap, double over)
 {
     return std::visit(
-            [](const auto &kind) {
+            [over](const auto &kind) {
                 if constexpr (std::is_same_v<std::decay_t<decltype(kind)>, plus::ArrowCap>)
-                    return arrowEnd(kind);
+                    return arrowEnd(kind, over);
                 else
-                    return figureEnd(kind);
+                    return figureEnd(kind, over);
             },
             cap);
 }

@@ -25,9 +25,10 @@ std::optional<Cap> plainCap(plus::LineCap cap);
 std::optional<Cap> plainCap(plus::DashCap cap);
 Join joinOf(plus::LineJoin join);
 
-LineEnd lineEnd(plus::LineCap cap);
-LineEnd lineEnd(const plus::CustomLineCap &cap);
+/// @param over  how far it lies over the line, so that nothing shows between them
+LineEnd lineEnd(plus::LineCap cap, double over);
+LineEnd lineEnd(const plus::CustomLineCap &cap, double over);
 /// It lies within the length of the dash.
-LineEnd dashEnd(plus::DashCap cap);
+LineEnd dashEnd(plus::DashCap cap, double over);
 
 } // namespace svgtool::picture
