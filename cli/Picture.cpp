@@ -25,7 +25,7 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     result.records = records;
     result.width = picture.width;
     result.height = picture.height;
-    result.isSizeGuessed = picture.report.isSizeGuessed;
+    result.sizeGuess = QString::fromStdString(picture.report.sizeGuess);
     return QByteArray::fromStdString(picture.document);
 }
 

@@ -85,7 +85,8 @@ namespace {
         constexpr int kDigits = 9;
         return QByteArray::number(rounded(result.width), 'g', kDigits) + " x "
                 + QByteArray::number(rounded(result.height), 'g', kDigits) + " pixels"
-                + (result.isSizeGuessed ? ", a guess: the header gives no size" : "");
+                + (result.sizeGuess.isEmpty() ? QByteArray()
+                                              : ", a guess: " + result.sizeGuess.toUtf8());
     }
 
     QByteArray factsText(const FileResult &result)
@@ -219,7 +220,8 @@ namespace {
         if (result.width > 0) {
             object.insert(QStringLiteral("width"), rounded(result.width));
             object.insert(QStringLiteral("height"), rounded(result.height));
-            object.insert(QStringLiteral("sizeIsGuessed"), result.isSizeGuessed);
+            if (!result.sizeGuess.isEmpty())
+                object.insert(QStringLiteral("sizeGuess"), result.sizeGuess);
         }
         if (hasRecords(result)) {
             object.insert(QStringLiteral("skipped"), qint64(result.skipped));

@@ -36,7 +36,7 @@ struct FileResult
     RecordTally records; ///< what became of them
     double width = 0; ///< of a picture, in CSS pixels; 0 for none
     double height = 0;
-    bool isSizeGuessed = false; ///< the header does not give the picture's size
+    QString sizeGuess; ///< why the picture's size is one; empty where the header gives it
     QByteArray document; ///< what was written or would have been, if Options::keepsDocuments
 };
 

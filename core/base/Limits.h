@@ -13,8 +13,9 @@ namespace svgtool::limits {
 /// Pixels of a side that is not asked for by its length. Longer pictures are not opened by viewers:
 /// one of the usual libraries ends at 32,767, browsers at as many or fewer.
 inline constexpr double kNaturalSide = 16384;
-/// Pixels in all of such a picture. At four bytes each they are 256 MiB, and drawn in seconds.
-inline constexpr double kNaturalArea = double(1 << 26);
+/// Pixels in all of such a picture: an A0 page at 96 an inch has a little less. At four bytes each
+/// they are 64 MiB, and drawn in a second or two.
+inline constexpr double kNaturalArea = double(1 << 24);
 /// A side and a scale that are asked for: what lies outside is a slip of whoever asks.
 inline constexpr double kLeastSide = 0.001, kMostSide = 1e6;
 inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;

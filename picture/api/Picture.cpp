@@ -77,28 +77,41 @@ namespace {
         Picture result =
                 finished(std::move(scene), file, { picture.width, picture.height }, options);
         result.report = reportOf(facts, records);
-        result.report.isSizeGuessed = picture.isGuessed;
+        result.report.sizeGuess = picture.guess;
         tally = std::move(records);
         return result;
+    }
+
+    picture::Scene playWmf(ByteView file, const MetafileFacts &facts,
+                           const picture::WmfPlayer::Picture &picture,
+                           const PictureOptions &options, RecordTally *tally)
+    {
+        picture::SceneBuilder builder;
+        picture::DeviceContext context(picture.device, 1, builder);
+        if (options.text == PictureText::Outlines)
+            context.drawOutlines();
+        picture::WmfPlayer(context, picture).playAll(file, facts, tally);
+        picture::Scene scene = builder.take();
+        scene.view = picture.device.view;
+        return scene;
     }
 
     Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
                     std::string_view comment, RecordTally &tally)
     {
-        const auto picture = picture::WmfPlayer::pictureOf(file, facts);
-        picture::SceneBuilder builder;
-        picture::DeviceContext context(picture.device, 1, builder);
-        if (options.text == PictureText::Outlines)
-            context.drawOutlines();
+        auto picture = picture::WmfPlayer::pictureOf(file, facts);
+        if (picture.showsAll) {
+            picture::Scene all = playWmf(file, facts, picture, options, nullptr);
+            picture::ensureSize(all);
+            picture.show(picture::drawnBounds(all));
+        }
         RecordTally records;
-        picture::WmfPlayer(context, picture).playAll(file, facts, &records);
-        picture::Scene scene = builder.take();
-        scene.view = picture.device.view;
+        picture::Scene scene = playWmf(file, facts, picture, options, &records);
         scene.comment = comment;
         Picture result =
                 finished(std::move(scene), file, { picture.width, picture.height }, options);
         result.report = reportOf(facts, records);
-        result.report.isSizeGuessed = picture.isGuessed;
+        result.report.sizeGuess = picture.guess;
         tally = std::move(records);
         return result;
     }

@@ -53,7 +53,7 @@ struct PictureOptions
     double height = 0;
     /// The document's size as a multiple of its natural one, from 0.000001 to 1,000,000; not used
     /// where width or height is given. What comes of it has sides of 1 to 16,384 pixels and no
-    /// more than 67,108,864 (2^26) pixels in all, as has the natural size.
+    /// more than 16,777,216 (2^24) pixels in all, as has the natural size.
     double scale = 1;
     /// What the document's ids begin with: a letter of ASCII, and up to 63 letters, digits, "-" and
     /// "_". Where it is empty, the prefix is made of the metafile's bytes, so that documents of
@@ -118,8 +118,9 @@ struct PictureReport
     /// metafile has; of a WMF, a size that records lie beyond. The records were read where they
     /// are, up to their end.
     bool isHeaderWrong = false;
-    /// The header names no size that makes sense, so it is a guess from what else is known.
-    bool isSizeGuessed = false;
+    /// Why the picture's size is a guess: the header names none that makes sense, and it follows
+    /// from what else is known. Empty where it is no guess.
+    std::string sizeGuess;
 };
 
 /// A document, and what is known of it.

@@ -19,7 +19,7 @@ public:
     {
         Device device;
         double width = 0, height = 0; ///< CSS pixels
-        bool isGuessed = false; ///< the header made no sense, and the bounds count
+        const char *guess = ""; ///< why the size is one; empty where the header tells it
     };
     static Picture pictureOf(const MetafileFacts &facts);
 

@@ -44,7 +44,8 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     for (size_t i = 0; i < 2; ++i) {
         const auto known = pixelsPerMillimeter(facts.devicePixels[i], facts.deviceMillimeters[i]);
         density[i] = known.value_or(0);
-        picture.isGuessed = picture.isGuessed || !known;
+        if (!known)
+            picture.guess = "the header's device makes no sense";
     }
     // One axis goes by the other, or both by a screen.
     const double usual = std::max(density[0], density[1]) > 0
@@ -61,7 +62,8 @@ EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
     device.toPicture =
             Affine::scale(1, std::abs(perX / perY - 1) < kAlmostSquare ? 1 : perX / perY);
     const auto view = viewOf(facts, device);
-    picture.isGuessed = picture.isGuessed || !view;
+    if (!view)
+        picture.guess = "the header's frame is empty, so its bounds are shown";
     device.view = view.value_or(RectD());
     if (!view) {
         // Bounds name the last pixels that are painted.

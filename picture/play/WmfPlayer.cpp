@@ -1,14 +1,11 @@
 #include "picture/play/WmfPlayer.h"
 
-#include "core/base/Limits.h"
-#include "core/base/Numeric.h"
 #include "core/records/WmfRecordTypes.h"
 #include "picture/play/RecordRow.h"
 #include "picture/play/TextCharacters.h"
 #include "picture/play/WmfCalls.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace svgtool::picture {
 
@@ -96,75 +93,12 @@ namespace {
     static_assert(std::ranges::equal(kRows, kWmfRecordTypes, {}, &RecordRow::type,
                                      &RecordType::number));
 
-    struct Size
-    {
-        double width = 0, height = 0;
-    };
-
-    // The extent of the first window, which is what a file without a placeable header has.
-    std::optional<Size> firstWindow(ByteView file, const MetafileFacts &facts)
-    {
-        RecordIterator records(facts.format, file, facts.firstRecord);
-        while (const auto record = records.next()) {
-            if (record->type != Meta::SetWindowExt)
-                continue;
-            Fields fields(record->bytes, wmf::kBody);
-            const PointL extent = wmf::takePair(fields);
-            if (extent.x != 0 && extent.y != 0)
-                return Size{ std::abs(double(extent.x)), std::abs(double(extent.y)) };
-        }
-        return std::nullopt;
-    }
-
-    PointL viewportOf(const WmfPlayer::Picture &picture)
-    {
-        return { truncateToInt32(picture.width), truncateToInt32(picture.height) };
-    }
-
 } // namespace
-
-WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &facts)
-{
-    constexpr double kPixelsPerInch = 96, kTwipsPerInch = 1440;
-    Picture picture;
-    Size size{ std::abs(double(facts.bounds.right) - facts.bounds.left),
-               std::abs(double(facts.bounds.bottom) - facts.bounds.top) };
-    double unitsPerInch = facts.unitsPerInch != 0 ? facts.unitsPerInch : kTwipsPerInch;
-    if (facts.format == MetafileFormat::Wmf || size.width == 0 || size.height == 0) {
-        const auto window = firstWindow(file, facts);
-        constexpr Size kScreen{ 1024 * 15, 768 * 15 };
-        picture.isGuessed = !window;
-        size = window.value_or(kScreen);
-        unitsPerInch = kTwipsPerInch;
-    }
-    const auto pixels = [unitsPerInch](double units) {
-        return std::max(1.0, std::floor(units / unitsPerInch * kPixelsPerInch + 0.5));
-    };
-    picture.width = pixels(size.width);
-    picture.height = pixels(size.height);
-    constexpr double kMillimetersPerPixel = 25.4 / kPixelsPerInch;
-    Device &device = picture.device;
-    device.pixelsX = picture.width;
-    device.pixelsY = picture.height;
-    device.millimetersX = picture.width * kMillimetersPerPixel;
-    device.millimetersY = picture.height * kMillimetersPerPixel;
-    device.view = { 0, 0, picture.width, picture.height };
-    device.unitsPerPixel =
-            std::max(1.0, std::max(picture.width, picture.height) / limits::kViewedSide);
-    if (facts.format == MetafileFormat::PlaceableWmf) {
-        const HeaderBox &box = facts.bounds;
-        picture.windowOrigin = { box.left, box.top };
-        picture.windowExtent = { wrapSub(box.right, box.left), wrapSub(box.bottom, box.top) };
-    } else {
-        picture.windowExtent = viewportOf(picture);
-    }
-    return picture;
-}
 
 WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context(context)
 {
     m_context.setMapMode(uint32_t(MapMode::Anisotropic));
-    m_context.setViewportExtent(viewportOf(picture));
+    m_context.setViewportExtent(picture.viewport);
     m_context.setWindowOrigin(picture.windowOrigin);
     m_context.setWindowExtent(picture.windowExtent);
 }

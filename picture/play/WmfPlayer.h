@@ -17,9 +17,14 @@ public:
     struct Picture
     {
         Device device;
+        PointL viewport; ///< extent that a player sets
         PointL windowOrigin, windowExtent; ///< until the file sets its own
         double width = 0, height = 0; ///< CSS pixels
-        bool isGuessed = false; ///< nothing tells the size
+        const char *guess = ""; ///< why the size is one; empty where the file tells it
+        bool showsAll = false; ///< nothing tells the size: the view is all that can be reached
+
+        /// Makes the size that of what was drawn, as far as anything was.
+        void show(const RectD &drawn);
     };
     static Picture pictureOf(ByteView file, const MetafileFacts &facts);
 

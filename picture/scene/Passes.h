@@ -25,6 +25,9 @@ void alignLineEnds(Scene &scene);
 /// keep their way, so nothing that can be seen changes. After the passes above.
 void cutFar(Scene &scene);
 
+/// The box around all that can be seen; empty where that is nothing.
+RectD drawnBounds(const Scene &scene);
+
 /// Drops nodes that leave no mark: outside the picture or their clip, without area, blank.
 void dropUnseen(Scene &scene);
 

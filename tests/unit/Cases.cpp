@@ -17,8 +17,8 @@ namespace {
     // Short names of records, each with its number in an EMF and, if it has one, in a WMF.
     constexpr char kRecords[] =
             "bezier:2 polygon:3:0x0324 polyline:4:0x0325 bezierTo:5 polylineTo:6 polyPolyline:7 "
-            "polyPolygon:8:0x0538 windowExt:9:0x020C windowOrg:10:0x020B viewportExt:11 "
-            "viewportOrg:12 mapMode:17:0x0103 bkMode:18:0x0102 textAlign:22 textColor:24 "
+            "polyPolygon:8:0x0538 windowExt:9:0x020C windowOrg:10:0x020B viewportExt:11:0x020E "
+            "viewportOrg:12:0x020D mapMode:17:0x0103 bkMode:18:0x0102 textAlign:22 textColor:24 "
             "bkColor:25 "
             "move:27:0x0214 transform:35 modify:36 select:37:0x012D pen:38:0x02FA brush:39:0x02FC "
             "delete:40:0x01F0 angleArc:41 ellipse:42:0x0418 rect:43:0x041B roundRect:44 "
