@@ -13,6 +13,10 @@ namespace {
 
     // Pixels around the view beyond which nothing is to be seen, and viewers may lose count.
     constexpr double kFar = 100'000;
+    // Long ways of lines are cut nearer: renderers look for the crossings of all of them, which are
+    // as many as the square, out of sight as well.
+    constexpr double kNear = 2'000;
+    constexpr size_t kLongWay = 256; // points
     // Dashes that are shorter in all cannot be told from a whole line, but take a viewer long.
     constexpr double kShortestDashes = 0.1;
 
@@ -116,10 +120,7 @@ namespace {
     public:
         explicit Cutter(Scene &scene) : m_scene(scene), m_unitsPerPixel(unitsPerPixelOf(scene))
         {
-            const double reach = kFar * m_unitsPerPixel;
-            const RectD &view = scene.view;
-            m_limits = { view.left - reach, view.top - reach, view.right + reach,
-                         view.bottom + reach };
+            m_limits = around(kFar * m_unitsPerPixel);
         }
 
         void cutAll()
@@ -132,6 +133,27 @@ namespace {
         }
 
     private:
+        RectD around(double reach) const
+        {
+            const RectD &view = m_scene.view;
+            return { view.left - reach, view.top - reach, view.right + reach, view.bottom + reach };
+        }
+        // How far what is left of a node may reach. Dashes count from where a line begins, and
+        // curves are to stay curves.
+        RectD limitsOf(const Node &node) const
+        {
+            if (node.kind != Node::Kind::Path || m_scene.paths[node.geometry].points < kLongWay
+                || std::ranges::count(m_scene.verbsOf(node), Path::Verb::Curve) > 0)
+                return m_limits;
+            double reach = kNear * m_unitsPerPixel;
+            if (node.stroke != kNone) {
+                const Stroke &stroke = m_scene.strokes[node.stroke];
+                reach += stroke.width * std::fmax(stroke.miterLimit, 1);
+                if (!stroke.dashes.empty() || node.transform != kNone)
+                    return m_limits;
+            }
+            return reach < kFar * m_unitsPerPixel ? around(reach) : m_limits;
+        }
         void cutClip(Clip &clip)
         {
             if (!isFinite(clip.path.points()))
@@ -159,7 +181,7 @@ namespace {
         // False for what is nowhere, or too far off to be told.
         bool cutNode(Node &node)
         {
-            RectD box = m_limits;
+            RectD box = limitsOf(node);
             double unit = m_unitsPerPixel;
             if (node.transform != kNone) {
                 const Affine &matrix = m_scene.transforms[node.transform];

@@ -198,6 +198,16 @@ TEST_F(SceneTest, WhatIsFarOffIsCutAlongItsWay)
               "<rect x=\"-100000\" y=\"10\" width=\"200100\" height=\"10\"/>\n");
 }
 
+TEST_F(SceneTest, LongWaysAreCutNearer)
+{
+    std::vector<PointD> way(256, { 50, 50 });
+    way[1] = { 50, 50'000 };
+    Path path;
+    for (size_t i = 0; i < way.size(); ++i)
+        i == 0 ? path.moveTo(way[i]) : path.lineTo(way[i]);
+    EXPECT_EQ(pathData(path), "M50 50v2060V50"); // the view, the limit, and room for corners
+}
+
 TEST_F(SceneTest, WhatLeavesNoMarkIsDropped)
 {
     Node clipped = filled({});
