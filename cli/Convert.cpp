@@ -98,6 +98,7 @@ namespace {
         result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
         if (result.facts.format == MetafileFormat::Unknown && !options.isExact)
             throw Failure{ result.input, reasonOf(SvgToolInvalidWmf, result.facts) };
+        result.drawnFormat = result.facts.format;
         result.status = FileStatus::Converted;
         QByteArray document = options.isExact ? exactDocument(bytes, result)
                                               : pictureDocument(bytes, options, result);

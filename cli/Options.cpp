@@ -74,6 +74,8 @@ Exit status:
         { ' ', "text", "HOW",
           "What letters become: characters, which is the default, or outlines, which look "
           "the same everywhere." },
+        { ' ', "prefer", "KIND",
+          "wmf: draw the records of a WMF also where it holds an EMF of the same picture." },
         { ' ', "check", "", "Do everything but write documents." },
         { ' ', "info", "",
           "Tell format, size, bounds and records of each file; write no documents." },
@@ -256,6 +258,16 @@ Exit status:
         return text == "outlines";
     }
 
+    PictureSource source(const Arguments &arguments)
+    {
+        const std::string text = arguments.value("prefer");
+        if (text.empty())
+            return PictureSource::Best;
+        if (text != "wmf")
+            throw UsageError{ "--prefer can be wmf" };
+        return PictureSource::Wmf;
+    }
+
     int threadCount(const Arguments &arguments)
     {
         constexpr int kMostThreads = 1024;
@@ -292,6 +304,7 @@ Exit status:
             { options.isExact && (given("width") || given("height") || given("scale")),
               "--exact leaves the size as it is" },
             { options.isExact && given("text"), "--exact leaves text as it is" },
+            { options.isExact && given("prefer"), "--exact always takes the file's own records" },
             { options.isJson && options.report == Options::Report::None,
               "--json needs --info or --report" },
             { given("info") && given("report"), "--info and --report exclude each other" },
@@ -334,6 +347,7 @@ Exit status:
         options.height = positiveNumber(arguments, "height", 0);
         options.scale = positiveNumber(arguments, "scale", 1);
         options.isOutlined = isOutlined(arguments);
+        options.source = source(arguments);
         rejectContradictions(arguments, options);
         return options;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "picture/api/picture.hpp"
+
 #include <string>
 #include <vector>
 
@@ -43,6 +45,7 @@ struct Options
     double height = 0;
     double scale = 1;
     bool isOutlined = false; ///< letters are drawn as shapes
+    PictureSource source = PictureSource::Best; ///< of a picture
 };
 
 /// Reads the arguments, without the program's name.

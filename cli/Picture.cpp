@@ -17,12 +17,15 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     wanted.height = options.height > 0 ? std::max(options.height, kLeastSide) : 0;
     wanted.scale = std::max(options.scale, kLeastScale);
     wanted.text = options.isOutlined ? PictureText::Outlines : PictureText::Characters;
+    wanted.source = options.source;
     RecordTally records;
     const Picture picture = drawInspected({ metafile.constData(), metafile.size() }, result.facts,
                                           wanted, comment.toStdString(), records);
     if (picture.error != PictureError::None)
         throw Failure{ result.input, QString::fromUtf8(describe(picture.error)) };
     result.records = records;
+    if (picture.report.isOfEmbeddedEmf)
+        result.drawnFormat = MetafileFormat::Emf;
     result.width = picture.width;
     result.height = picture.height;
     result.sizeGuess = QString::fromStdString(picture.report.sizeGuess);

@@ -74,6 +74,11 @@ namespace {
         return QByteArray::number(size[0]) + " x " + QByteArray::number(size[1]) + ' ' + unit;
     }
 
+    bool isOfEmbeddedEmf(const FileResult &result)
+    {
+        return result.drawnFormat != result.facts.format;
+    }
+
     // As the document writes it.
     double rounded(double pixels)
     {
@@ -133,13 +138,13 @@ namespace {
         for (const RecordTally::Line &line : sortedLines(result.records)) {
             sums[size_t(line.outcome)] += line.count;
             lines += "  " + QByteArray(word(line.outcome)).leftJustified(13)
-                    + QByteArray::fromStdString(recordName(result.facts.format, line.type))
+                    + QByteArray::fromStdString(recordName(result.drawnFormat, line.type))
                               .leftJustified(26)
                     + QByteArray::number(quint64(line.count)).rightJustified(8)
                     + "  first at offset " + QByteArray::number(qint64(line.firstOffset))
                     + (*line.why != '\0' ? ": " : "") + line.why + '\n';
         }
-        QByteArray head = "  records: ";
+        QByteArray head = isOfEmbeddedEmf(result) ? "  records of the EMF in it: " : "  records: ";
         for (size_t i = 0; i < sums.size(); ++i)
             head += QByteArray::number(sums[i]) + ' ' + word(static_cast<RecordOutcome>(i))
                     + (i + 1 < sums.size() ? ", " : "");
@@ -161,13 +166,12 @@ namespace {
                  { QStringLiteral("offset"), qint64(stop.offset) } };
     }
 
-    QJsonArray recordsJson(const FileResult &result, const RecordTally &records, bool hasOutcomes)
+    QJsonArray recordsJson(MetafileFormat format, const RecordTally &records, bool hasOutcomes)
     {
         QJsonArray list;
         for (const RecordTally::Line &line : records.lines()) {
             QJsonObject row{
-                { QStringLiteral("name"),
-                  QString::fromStdString(recordName(result.facts.format, line.type)) },
+                { QStringLiteral("name"), QString::fromStdString(recordName(format, line.type)) },
                 { QStringLiteral("type"), qint64(line.type) },
                 { QStringLiteral("count"), qint64(line.count) },
                 { QStringLiteral("firstOffset"), qint64(line.firstOffset) },
@@ -181,13 +185,14 @@ namespace {
         return list;
     }
 
-    void addFacts(const MetafileFacts &facts, const FileResult &result, QJsonObject &object)
+    void addFacts(const MetafileFacts &facts, QJsonObject &object)
     {
         object.insert(QStringLiteral("bytes"), qint64(facts.fileBytes));
         if (facts.format == MetafileFormat::Unknown)
             return;
         object.insert(QStringLiteral("headerBytes"), qint64(facts.headerBytes));
-        object.insert(QStringLiteral("recordTypes"), recordsJson(result, facts.records, false));
+        object.insert(QStringLiteral("recordTypes"),
+                      recordsJson(facts.format, facts.records, false));
         object.insert(QStringLiteral("recordsEnd"), stopJson(facts.records.stop()));
         if (facts.format == MetafileFormat::Wmf)
             return;
@@ -216,7 +221,7 @@ namespace {
         if (!result.message.isEmpty())
             object.insert(QStringLiteral("message"), result.message);
         if (options.report == Options::Report::Facts)
-            addFacts(result.facts, result, object);
+            addFacts(result.facts, object);
         if (result.width > 0) {
             object.insert(QStringLiteral("width"), rounded(result.width));
             object.insert(QStringLiteral("height"), rounded(result.height));
@@ -225,7 +230,10 @@ namespace {
         }
         if (hasRecords(result)) {
             object.insert(QStringLiteral("skipped"), qint64(result.skipped));
-            object.insert(QStringLiteral("records"), recordsJson(result, result.records, true));
+            if (isOfEmbeddedEmf(result))
+                object.insert(QStringLiteral("isOfEmbeddedEmf"), true);
+            object.insert(QStringLiteral("records"),
+                          recordsJson(result.drawnFormat, result.records, true));
             object.insert(QStringLiteral("end"), stopJson(result.records.stop()));
         }
         return QJsonDocument(object).toJson(QJsonDocument::Compact);

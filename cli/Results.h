@@ -33,7 +33,9 @@ struct FileResult
     QString message; ///< Damaged and Failed: one line with the file's name and the reason
     quint64 skipped = 0; ///< records that the document lacks
     MetafileFacts facts;
-    RecordTally records; ///< what became of them
+    MetafileFormat drawnFormat =
+            MetafileFormat::Unknown; ///< that of an EMF within a WMF, or its own
+    RecordTally records; ///< what became of those of that format
     double width = 0; ///< of a picture, in CSS pixels; 0 for none
     double height = 0;
     QString sizeGuess; ///< why the picture's size is one; empty where the header gives it

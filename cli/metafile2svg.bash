@@ -24,13 +24,17 @@ _metafile2svg() {
             mapfile -t COMPREPLY < <(compgen -W 'characters outlines' -- "$current")
             return
             ;;
+        --prefer)
+            mapfile -t COMPREPLY < <(compgen -W 'wmf' -- "$current")
+            return
+            ;;
         -j | --jobs | --width | --height | --scale)
             return
             ;;
         esac
         if [[ $current == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W '-o --output -r --recursive -j --jobs --force --exact
-                --width --height --scale --text --check --info --report --json --gallery --fail-fast -q --quiet
+                --width --height --scale --text --prefer --check --info --report --json --gallery --fail-fast -q --quiet
                 --dump-skipped --log-level -h --help -v --version' -- "$current")
             return
         fi

@@ -6,6 +6,7 @@
 #include "core/records/EmfDescription.h"
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
+#include "core/records/WmfEscapes.h"
 #include "picture/play/EmfPlayer.h"
 #include "picture/play/WmfPlayer.h"
 #include "picture/scene/Grounds.h"
@@ -83,14 +84,14 @@ namespace {
     }
 
     picture::Scene playWmf(ByteView file, const MetafileFacts &facts,
-                           const picture::WmfPlayer::Picture &picture,
+                           const picture::WmfPlayer::Picture &picture, const WmfEscapes &escapes,
                            const PictureOptions &options, RecordTally *tally)
     {
         picture::SceneBuilder builder;
         picture::DeviceContext context(picture.device, 1, builder);
         if (options.text == PictureText::Outlines)
             context.drawOutlines();
-        picture::WmfPlayer(context, picture).playAll(file, facts, tally);
+        picture::WmfPlayer(context, picture, escapes).playAll(file, facts, tally);
         picture::Scene scene = builder.take();
         scene.view = picture.device.view;
         return scene;
@@ -99,14 +100,26 @@ namespace {
     Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
                     std::string_view comment, RecordTally &tally)
     {
+        WmfEscapes escapes = readEscapes(file, facts);
+        if (options.source == PictureSource::Best && !escapes.emf.empty()) {
+            const ByteView emf{ escapes.emf.data(), int64_t(escapes.emf.size()) };
+            const MetafileFacts inner = inspectMetafile(emf);
+            escapes.isEmfDamaged = inner.format != MetafileFormat::Emf
+                    || inner.records.stop().reason != StopReason::EndRecord;
+            if (!escapes.isEmfDamaged) {
+                Picture result = drawEmf(emf, inner, options, comment, tally);
+                result.report.isOfEmbeddedEmf = true;
+                return result;
+            }
+        }
         auto picture = picture::WmfPlayer::pictureOf(file, facts);
         if (picture.showsAll) {
-            picture::Scene all = playWmf(file, facts, picture, options, nullptr);
+            picture::Scene all = playWmf(file, facts, picture, escapes, options, nullptr);
             picture::ensureSize(all);
             picture.show(picture::drawnBounds(all));
         }
         RecordTally records;
-        picture::Scene scene = playWmf(file, facts, picture, options, &records);
+        picture::Scene scene = playWmf(file, facts, picture, escapes, options, &records);
         scene.comment = comment;
         Picture result =
                 finished(std::move(scene), file, { picture.width, picture.height }, options);

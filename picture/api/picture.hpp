@@ -43,6 +43,12 @@ enum class PictureText {
     Outlines,
 };
 
+/// Which of the pictures is drawn that a metafile holds of the same thing.
+enum class PictureSource {
+    Best, ///< an EMF within a WMF, if it is whole, rather than the WMF
+    Wmf, ///< the WMF's own records
+};
+
 /// How a picture is asked for.
 struct PictureOptions
 {
@@ -60,6 +66,7 @@ struct PictureOptions
     /// different metafiles may stand on one page.
     std::string idPrefix;
     PictureText text = PictureText::Characters;
+    PictureSource source = PictureSource::Best;
 };
 
 /// What became of records of one type.
@@ -118,6 +125,9 @@ struct PictureReport
     /// metafile has; of a WMF, a size that records lie beyond. The records were read where they
     /// are, up to their end.
     bool isHeaderWrong = false;
+    /// A WMF has an EMF of the same picture in its comments, and that was drawn: records, their
+    /// offsets and their end are those of the EMF.
+    bool isOfEmbeddedEmf = false;
     /// Why the picture's size is a guess: the header names none that makes sense, and it follows
     /// from what else is known. Empty where it is no guess.
     std::string sizeGuess;

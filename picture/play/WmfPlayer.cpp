@@ -95,7 +95,8 @@ namespace {
 
 } // namespace
 
-WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context(context)
+WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture, const WmfEscapes &escapes)
+    : m_context(context), m_escapes(escapes)
 {
     m_context.setMapMode(uint32_t(MapMode::Anisotropic));
     m_context.setViewportExtent(picture.viewport);
@@ -103,9 +104,27 @@ WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture) : m_context
     m_context.setWindowExtent(picture.windowExtent);
 }
 
+// What a device may do beyond GDI; a screen does nothing of it.
+Played WmfPlayer::escape(ByteView record) const
+{
+    if (isPartOfEmf(record))
+        return m_escapes.isEmfDamaged ? notDone("the EMF that it is a part of is damaged")
+                                      : kNeutral;
+    switch (Fields(record, wmf::kBody).word()) {
+    case WmfEscape::PassThrough:
+    case WmfEscape::PostScriptData:
+    case WmfEscape::PostScriptPassThrough:
+    case WmfEscape::EncapsulatedPostScript:
+        return m_escapes.replacesPostScript ? kNeutral
+                                            : notDone("it holds PostScript, which is for printers");
+    default:
+        return kNeutral;
+    }
+}
+
 Played WmfPlayer::play(uint32_t type, ByteView record)
 {
-    return playByRow(kRows, m_context, type, record);
+    return type == Meta::Escape ? escape(record) : playByRow(kRows, m_context, type, record);
 }
 
 void WmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)

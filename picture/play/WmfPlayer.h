@@ -2,6 +2,7 @@
 
 #include "core/base/Bytes.h"
 #include "core/records/MetafileFacts.h"
+#include "core/records/WmfEscapes.h"
 #include "picture/gdi/DeviceContext.h"
 
 #include <cstdint>
@@ -29,7 +30,8 @@ public:
     static Picture pictureOf(ByteView file, const MetafileFacts &facts);
 
     /// Makes what is shown the viewport of the context, as who plays a metafile does.
-    WmfPlayer(DeviceContext &context, const Picture &picture);
+    /// @param escapes  of the same file; they outlive the player
+    WmfPlayer(DeviceContext &context, const Picture &picture, const WmfEscapes &escapes);
 
     /// Plays one record, its head included. Nothing of the record is trusted.
     Played play(uint32_t type, ByteView record);
@@ -38,7 +40,10 @@ public:
     void playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally);
 
 private:
+    Played escape(ByteView record) const;
+
     DeviceContext &m_context;
+    const WmfEscapes &m_escapes;
 };
 
 } // namespace svgtool::picture

@@ -152,6 +152,8 @@ Wrong usage.
   > --height 1e7 a.emf
   > --text pictures a.emf
   > --log-level loud a.emf
+  > --prefer emf a.emf
+  > --exact --prefer wmf a.emf
   > --json a.emf
   > --info --report a.emf
   > --info a.emf -o a.svg
@@ -173,6 +175,8 @@ Wrong usage.
   metafile2svg: --height needs a number above 0 and up to 1000000
   metafile2svg: --text needs characters or outlines
   metafile2svg: there is no log level loud
+  metafile2svg: --prefer can be wmf
+  metafile2svg: --exact always takes the file's own records
   metafile2svg: --json needs --info or --report
   metafile2svg: --info and --report exclude each other
   metafile2svg: --info writes no documents, so -o has no use
@@ -182,7 +186,7 @@ Wrong usage.
   metafile2svg: chart.svg is no metafile; to write it, say -o chart.svg
   metafile2svg: Unknown option 'x'
   $ echo $statuses
-  22222222222222222222
+  2222222222222222222222
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
   [2]

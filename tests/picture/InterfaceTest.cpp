@@ -207,6 +207,60 @@ namespace {
         EXPECT_EQ(line.reason, "its letters join or change places, so that it stays text");
     }
 
+    // A WMF of a line, with an EMF in two parts of which the second has @p cut bytes less.
+    QByteArray withEmf(const QByteArray &emf, int checksum, int cut = 0)
+    {
+        const auto half = int(emf.size() / 2), rest = int(emf.size()) - half - cut;
+        const auto part = [&](int first, int size, int left) {
+            return ByteWriter()
+                    .u16s({ 15, 34 + size })
+                    .bytes("WMFC")
+                    .u32s({ 1, 0x10000 })
+                    .u16(checksum)
+                    .u32s({ 0, 2, size, left, emf.size() })
+                    .bytes(emf.mid(first, size))
+                    .result();
+        };
+        return WmfBuilder()
+                .placeable(0, 0, 96, 48, 96)
+                .record(0x0626, part(0, half, half + cut))
+                .record(0x0626, part(half, rest, 0))
+                .record(0x0213, { 9, 9 })
+                .build();
+    }
+
+    TEST(EmbeddedEmf, IsDrawnIfItIsWhole)
+    {
+        const QByteArray emf = plain().build();
+        int mixed = 0;
+        for (int i = 0; i < emf.size(); i += 2)
+            mixed ^= (emf[i] & 0xFF) | (emf[i + 1] & 0xFF) << 8;
+        const std::string alone = draw(emf).document;
+        const Picture picture = draw(withEmf(emf, ~mixed));
+        EXPECT_TRUE(picture.report.isOfEmbeddedEmf);
+        EXPECT_EQ(picture.document, alone);
+
+        // GDI's way: the words of the whole file, without the placeable header, make 0.
+        int sum = 0;
+        const QByteArray unchecked = withEmf(emf, 0);
+        for (int i = 22; i < unchecked.size(); i += 2)
+            sum += (unchecked[i] & 0xFF) | (unchecked[i + 1] & 0xFF) << 8;
+        QByteArray summed = unchecked; // of which the first part counts
+        summed.replace(22 + 18 + 22, 2, ByteWriter().u16(-sum).result());
+        EXPECT_EQ(draw(summed).document, alone);
+
+        PictureOptions asWmf;
+        asWmf.source = PictureSource::Wmf;
+        EXPECT_EQ(draw(withEmf(emf, ~mixed), asWmf).width, 96);
+        for (const Picture &damaged :
+             { draw(unchecked), draw(withEmf(emf, ~mixed, 2)), draw(withEmf(emf.left(100), 0)) }) {
+            EXPECT_FALSE(damaged.report.isOfEmbeddedEmf);
+            EXPECT_EQ(damaged.width, 96);
+            ASSERT_EQ(damaged.report.records.size(), 2U);
+            EXPECT_EQ(damaged.report.records[1].reason, "the EMF that it is a part of is damaged");
+        }
+    }
+
     TEST(PictureError, SaysWhyThereIsNone)
     {
         EXPECT_EQ(draw({}).error, PictureError::NotAMetafile);
