@@ -321,7 +321,10 @@ private:
                   const Affine &axes, Index clip);
     void drawGlyphs(Placed characters, std::span<const Path> outlines, const RealizedFont &font,
                     const Affine &axes, Index clip);
-    void drawLines(Placed characters, const RealizedFont &font, const Affine &axes);
+    /// Whether lines under and through letters are told with them, for the letters are a viewer's
+    /// to place.
+    bool leavesLines(Placed characters) const;
+    void drawLines(double width, const RealizedFont &font, const Affine &axes);
 
     const GdiObject *object(uint32_t handle) const;
     Palette *palette(uint32_t handle);

@@ -194,14 +194,10 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
         placed.f = baseline.y;
         node.transform = m_builder.transform(placed);
     }
-    const bool isDecorated = style.isUnderlined || style.isStruckOut;
-    if (isDecorated && run.pieces.size() > 1)
+    if (!leavesLines(characters))
         style.isUnderlined = style.isStruckOut = false;
     run.font = m_builder.font(style);
-    const bool drawsLines = isDecorated && !style.isUnderlined && !style.isStruckOut;
     m_builder.add(node, std::move(run));
-    if (drawsLines)
-        drawLines(characters, font, axes);
 }
 
 Played DeviceContext::drawLetters(std::span<const PlacedCharacter> characters, const TextCall &call,
@@ -263,25 +259,27 @@ void DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
     node.transform = m_builder.transform(map);
     m_builder.add(node, std::move(run));
-    drawLines(characters, font, axes);
 }
 
-// Lines under and through letters that a viewer would break where letters are told their places.
-void DeviceContext::drawLines(std::span<const PlacedCharacter> characters, const RealizedFont &font,
-                              const Affine &axes)
+bool DeviceContext::leavesLines(std::span<const PlacedCharacter> characters) const
+{
+    return !m_drawsOutlines
+            && std::ranges::any_of(characters, needsShaping, &PlacedCharacter::character);
+}
+
+// Lines under and through letters, and the blanks at their ends. Viewers would draw them in other
+// places, of other widths, and break them where letters are told their places.
+void DeviceContext::drawLines(double width, const RealizedFont &font, const Affine &axes)
 {
     const FontShape &shape = font.shape;
     const double perUnit = font.em / shape.tables.unitsPerEm;
-    const PlacedCharacter &last = characters.back();
     const auto line = [&](double top, double thickness) {
         double above = top * perUnit, high = thickness * perUnit;
         if (font.isWhole) {
             above = std::floor(above + 0.5);
             high = std::max(1.0, std::floor(high + 0.5));
         }
-        fillQuad({ characters.front().x, -above, last.x + last.shape.advance * perUnit,
-                   -above + high },
-                 axes, m_state.textColor);
+        fillQuad({ 0, -above, width, -above + high }, axes, m_state.textColor);
     };
     if (m_state.font->isUnderlined)
         line(shape.underline + shape.underlineThickness / 2.0, shape.underlineThickness);
@@ -342,6 +340,8 @@ Played DeviceContext::textOut(const TextCall &call)
         if (!drawn.isDone())
             played = drawn;
     }
+    if (!leavesLines(shown))
+        drawLines(layout.width, *font, axes);
     return played;
 }
 
