@@ -133,8 +133,9 @@ namespace {
                 if (top < y && y < bottom)
                     rows.push_back(y);
                 m_active[place] = m_active[place - 1];
-                if (work-- <= 1)
+                if (work <= 1)
                     return false;
+                --work;
             }
             m_active[place] = moved;
         }

@@ -21,8 +21,7 @@ struct Area
 /// What of two areas is in their combination.
 enum class AreaMode : uint8_t { And, Or, Xor, Difference };
 
-/// Two areas as one, of lines, by the even-odd rule. No line of it crosses another one but where
-/// rounding makes it.
+/// Two areas as one, of lines, by the even-odd rule.
 /// @param tolerance  how far lines in the place of curves may be off
 /// @param[in,out] work  of lines times rows that begin where lines end or cross: how much there may
 ///                      be, and how much is left

@@ -36,6 +36,8 @@ public:
 
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
+    /// Lets objects of so many more bytes be used; a bound holds for what is used again and again.
+    void grant(size_t bytes) { m_pointsLeft += bytes; }
     /// @param dots  an inch has of device units, for units that are lengths; above 0
     void setResolution(PointD dots);
 

@@ -56,7 +56,7 @@ Area Graphics::cutTo(const Area &area, Index clip, Index &parent)
     const auto box = boxOf(area), outerBox = boxOf(*outer);
     if (outerBox && outerBox->contains(area.path.bounds()))
         return area;
-    if (box && box->contains(outer->path.bounds()))
+    if (box && box->contains(outer->path.bounds()) && spend(outer->path.points().size()))
         return *outer;
     if (box && outerBox) {
         const RectD common = intersection(*box, *outerBox);
@@ -158,6 +158,8 @@ Played Graphics::setClipRectangle(const RectD &box, CombineMode mode)
 
 Played Graphics::setClipPath(const plus::PathObject &path, CombineMode mode)
 {
+    if (!spend(path.outline.points().size()))
+        return kTooLarge;
     Area area{ path.outline, !path.isWinding };
     area.path.transform(m_state.toPicture);
     return combineClip(std::move(area), mode);
@@ -203,6 +205,8 @@ std::optional<Area> Graphics::areaOf(const plus::Region &region)
 {
     using Kind = plus::RegionNode::Kind;
     std::vector<Area> stack;
+    if (!spend(region.nodes.size()))
+        return std::nullopt;
     for (auto node = region.nodes.rbegin(); node != region.nodes.rend(); ++node) {
         Area area;
         if (node->isCombination()) {
@@ -228,6 +232,8 @@ std::optional<Area> Graphics::areaOf(const plus::Region &region)
             area.path.addRect(node->box);
             area.path.transform(m_state.toPicture);
         } else if (node->kind == Kind::Path && node->path) {
+            if (!spend(node->path->outline.points().size()))
+                return std::nullopt;
             area = { node->path->outline, !node->path->isWinding };
             area.path.transform(m_state.toPicture);
         }

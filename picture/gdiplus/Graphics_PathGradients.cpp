@@ -211,8 +211,9 @@ Played Graphics::fillPathGradient(const plus::PathGradientBrush &brush, const Fi
             brush.wrapMode == plus::WrapMode::FlipX || brush.wrapMode == plus::WrapMode::FlipXY;
     const bool flipsY =
             brush.wrapMode == plus::WrapMode::FlipY || brush.wrapMode == plus::WrapMode::FlipXY;
-    for (double y = top; y < bottom; ++y) {
-        for (double x = left; x < right; ++x) {
+    for (double row = 0; row < bottom - top; ++row) {
+        for (double column = 0; column < right - left; ++column) {
+            const double x = left + column, y = top + row;
             Affine place = Affine::translation(x * width, y * height);
             if (flipsX && std::fmod(x, 2) != 0)
                 place = Affine{ -1, 0, 0, 1, tile.left + tile.right, 0 }.then(place);
@@ -242,7 +243,10 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     node.clip = clip;
     node.isEvenOdd = !brush.boundary.isWinding;
     const auto back = brush.transform.inverse();
+    if (m_meshPieces == 0)
+        return false;
     if (const auto radial = radialPaint(brush, back->then(place))) {
+        --m_meshPieces;
         node.fill = m_builder.paint(*radial);
         m_builder.add(node, brush.boundary.outline, place);
         return true;
@@ -250,7 +254,8 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     const double pixel = m_device.unitsPerPixel / std::sqrt(std::abs(place.determinant()));
     const size_t most = std::min(m_meshPieces, limits::kMeshPieces);
     const auto edges = edgesOf(brush, pixel, most);
-    if (edges.empty() || edges.size() > most)
+    const size_t stops = brush.colors.size() + brush.factors.size();
+    if (edges.empty() || edges.size() > most || !spend(edges.size() * stops))
         return false;
     m_meshPieces -= edges.size();
     const PointD center = brush.center, scale = brush.focusScales;
@@ -260,6 +265,15 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     };
     const bool hasFocus = scale.x > 0 && scale.y > 0;
     const bool isWhole = isOpaque(brush);
+    const Color inside = stopsOf(brush, surroundAt(brush, 0)).back().color;
+    if (isWhole) {
+        // Where the pieces get narrow, what shows between them has nearly their colour.
+        const Affine half = Affine::translation(-center.x, -center.y)
+                                    .then(Affine::scale(0.5, 0.5))
+                                    .then(Affine::translation(center.x, center.y));
+        node.fill = m_builder.paint({ Paint::Kind::Solid, inside, kNone });
+        m_builder.add(node, brush.boundary.outline, half.then(place));
+    }
     Path middle; // which has the colour of the centre
     for (size_t i = 0; i < edges.size(); ++i) {
         const Edge &edge = edges[i];
@@ -292,8 +306,7 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     }
     middle.close();
     if (hasFocus) {
-        const Stops stops = stopsOf(brush, surroundAt(brush, 0));
-        node.fill = m_builder.paint({ Paint::Kind::Solid, stops.back().color, kNone });
+        node.fill = m_builder.paint({ Paint::Kind::Solid, inside, kNone });
         m_builder.add(node, middle, place);
     }
     return true;

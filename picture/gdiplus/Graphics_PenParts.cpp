@@ -15,8 +15,9 @@ namespace svgtool::picture {
 class Graphics::StrokeParts
 {
 public:
-    StrokeParts(const plus::Pen &pen, double width, double pixel)
-        : m_pen(pen), m_width(width), m_pixel(pixel)
+    /// @param points  that ends may have in all; what is left of them
+    StrokeParts(const plus::Pen &pen, double width, double pixel, size_t &points)
+        : m_width(width), m_pixel(pixel), m_points(points)
     {
         // What hides it may lie a little over the line, so that nothing shows between them.
         const double over = isOpaque(pen.brush) ? 0.05 : 0;
@@ -44,8 +45,8 @@ private:
     void addOpen(const Path &figure, const LineEnd &start, const LineEnd &end);
     Path cut(const Path &figure, const LineEnd &end);
 
-    const plus::Pen &m_pen;
     double m_width, m_pixel;
+    size_t &m_points;
     LineEnd m_start, m_end, m_dash;
 };
 
@@ -68,6 +69,10 @@ Path Graphics::StrokeParts::cut(const Path &figure, const LineEnd &end)
     const PointD &along = place.direction;
     const Affine map{ along.y * size, -along.x * size, along.x * size,
                       along.y * size, place.point.x,   place.point.y };
+    const size_t points = end.fill.points().size() + end.line.points().size();
+    if (points > m_points)
+        return left;
+    m_points -= points;
     if (!end.fill.isEmpty()) {
         Path mapped = end.fill;
         mapped.transform(map);
@@ -107,7 +112,7 @@ bool Graphics::StrokeParts::add(const Path &figure, const std::vector<double> &d
         }
         return true;
     }
-    const auto flat = figure.flattened(tolerance, most);
+    const auto flat = figure.flattened(tolerance, limits::kPointsUsedAgain);
     const auto pieces = flat ? dashed(*flat, dashes, offset, most) : std::nullopt;
     if (!pieces)
         return false;
@@ -131,7 +136,7 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
     const bool isMesh = gradient != nullptr && !radialPaint(*gradient, Affine());
     const bool cutsDashes =
             !stroke.dashes.empty() && (pen.dashCap != plus::DashCap::Flat || isMesh);
-    StrokeParts parts(pen, tip.width, m_device.unitsPerPixel);
+    StrokeParts parts(pen, tip.width, m_device.unitsPerPixel, m_pointsLeft);
     for (const Path &one : figuresOf(path)) {
         if (!parts.add(one, cutsDashes ? stroke.dashes : std::vector<double>(), stroke.dashOffset,
                        tolerance, m_dashes))
