@@ -32,12 +32,6 @@ static std::u16string_view cutName(std::u16string_view faceName)
     return name.empty() ? kSubstituteFace : name;
 }
 
-static bool isBold(int32_t weight)
-{
-    constexpr int32_t kLastRegularWeight = 550;
-    return weight > kLastRegularWeight;
-}
-
 std::shared_ptr<FontFace> FontCatalog::face(std::u16string_view faceName, int32_t weight,
                                             bool isItalic)
 {
@@ -48,9 +42,7 @@ FontCatalog::Presence FontCatalog::presence(std::u16string_view faceName, int32_
                                             bool isItalic)
 {
     const auto found = locate(cutName(faceName), { isBold(weight), isItalic });
-    if (!found)
-        return Presence::Missing;
-    return found->isTwin ? Presence::Twin : Presence::Installed;
+    return found ? found->presence : Presence::Missing;
 }
 
 std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style style)
@@ -159,11 +151,16 @@ std::optional<FontCatalog::Found> FontCatalog::match(std::u16string_view name, S
     if (!font || FcPatternGetString(font.get(), FC_FILE, 0, &path) != FcResultMatch
         || FcPatternGetInteger(font.get(), FC_INDEX, 0, &file.index) != FcResultMatch)
         return std::nullopt;
-    if (name != kSubstituteFace && !answersTo(font.get(), asked.get()))
+    Presence presence = Presence::Missing;
+    if (hasFamily(font.get(), plainName))
+        presence = Presence::Installed;
+    else if (answersTo(font.get(), asked.get()))
+        presence = Presence::Twin;
+    else if (name != kSubstituteFace)
         return std::nullopt;
     file.index &= 0x7FFFFFFF; // above the number of the face is that of a variable font's instance
     file.path = reinterpret_cast<const char *>(path);
-    return Found{ file, !hasFamily(font.get(), plainName) };
+    return Found{ file, presence };
 }
 
 } // namespace svgtool

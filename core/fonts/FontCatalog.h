@@ -26,7 +26,7 @@ public:
     std::shared_ptr<FontFace> face(std::u16string_view faceName, int32_t weight,
                                    bool isItalic = false);
     enum class Presence : uint8_t {
-        Missing,
+        Missing, ///< another may stand in for it
         Twin, ///< one with its metrics is installed
         Installed,
     };
@@ -43,7 +43,7 @@ private:
     struct Found
     {
         FontFile file;
-        bool isTwin = false; ///< not of the name asked for, but with the same metrics
+        Presence presence = Presence::Missing; ///< of the face asked for
     };
     struct Entry
     {

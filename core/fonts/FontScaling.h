@@ -23,6 +23,13 @@ struct FontTables
     int32_t averageWidth = 0; ///< OS/2
 };
 
+/// Whether a weight asks for the bold face of a family, which has no third.
+constexpr bool isBold(int32_t weight)
+{
+    constexpr int32_t kLastRegularWeight = 550;
+    return weight > kLastRegularWeight;
+}
+
 /// @p value, or the nearest 32-bit integer to it.
 constexpr int32_t clampToInt32(int64_t value)
 {

@@ -2,23 +2,34 @@
 
 #include "core/fonts/FontCatalog.h"
 #include "core/fonts/GlyphOrder.h"
+#include "core/fonts/KnownFaces.h"
+
+#include <optional>
 
 namespace svgtool {
+
+// What is known of a face whose font is not installed; nothing if a font tells more.
+static std::optional<KnownFace> knownFace(FontCatalog &catalog, const FontRequest &request)
+{
+    using Presence = FontCatalog::Presence;
+    const auto isMissing = [&](std::u16string_view face) {
+        return catalog.presence(face, request.weight, request.isItalic) == Presence::Missing;
+    };
+    if (!isMissing(request.face))
+        return std::nullopt;
+    const auto known = KnownFace::find(request);
+    return !known && isMissing(u"Arial") ? KnownFace::substitute(request) : known;
+}
 
 FontShape fontShape(const FontRequest &request)
 {
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
+    if (const auto known = knownFace(engine.catalog, request))
+        return known->shape();
     const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
-    if (!face) {
-        FontShape none;
-        none.tables = { 1000, 905, 212, 905, -212, 33, 441 }; // of the usual letters without serifs
-        none.underline = -106;
-        none.underlineThickness = 73;
-        none.strikeOut = 259;
-        none.strikeOutThickness = 50;
-        return none;
-    }
+    if (!face) // its file is gone
+        return KnownFace::substitute(request).shape();
     FontShape shape = face->shape();
     shape.isNamed = engine.catalog.presence(request.face, request.weight, request.isItalic)
             != FontCatalog::Presence::Missing;
@@ -29,9 +40,12 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
 {
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
+    const auto known = knownFace(engine.catalog, request);
     const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
+    if (known || !face)
+        return known.value_or(KnownFace::substitute(request)).characters(text);
     std::vector<CharacterShape> shapes(text.size());
-    for (size_t i = 0; face && i < text.size(); ++i) {
+    for (size_t i = 0; i < text.size(); ++i) {
         shapes[i].advance = face->advance(text[i]);
         shapes[i].hasGlyph = face->hasGlyph(text[i]);
         if (i > 0)
