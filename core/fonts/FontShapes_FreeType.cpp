@@ -61,7 +61,7 @@ std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest 
     const std::lock_guard lock(engine.mutex);
     const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
     std::vector<int32_t> advances;
-    if (!face || !face->isHintedAt(pixels))
+    if (knownFace(engine.catalog, request) || !face || !face->isHintedAt(pixels))
         return advances;
     for (const char32_t character : text)
         advances.push_back(face->hintedAdvance(character, pixels));

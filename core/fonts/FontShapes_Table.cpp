@@ -22,6 +22,11 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
     return faceOf(request).characters(text);
 }
 
+std::vector<int32_t> hintedAdvances(std::u32string_view, const FontRequest &, int32_t)
+{
+    return {};
+}
+
 std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest &)
 {
     return std::vector<Path>(text.size());
