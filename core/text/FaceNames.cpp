@@ -72,26 +72,35 @@ namespace {
 
 } // namespace
 
+static char16_t folded(char16_t unit)
+{
+    return unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit;
+}
+
+static bool isSameFace(std::u16string_view a, std::u16string_view b)
+{
+    return std::ranges::equal(a, b, {}, folded, folded);
+}
+
 std::u16string foldedFace(std::u16string_view face)
 {
-    std::u16string folded(face);
-    for (char16_t &unit : folded)
-        unit = unit >= u'A' && unit <= u'Z' ? char16_t(unit + 32) : unit;
-    return folded;
+    std::u16string name(face);
+    std::ranges::transform(name, name.begin(), folded);
+    return name;
 }
 
 FaceName readFaceName(std::u16string_view face)
 {
-    const std::u16string folded = foldedFace(face);
     for (const Script &each : kScripts) {
-        if (folded.ends_with(each.suffix) && folded.size() > each.suffix.size())
-            return { face.substr(0, face.size() - each.suffix.size()), {}, each.charSet };
+        const size_t length = each.suffix.size();
+        if (face.size() > length && isSameFace(face.substr(face.size() - length), each.suffix))
+            return { face.substr(0, face.size() - length), {}, each.charSet };
     }
     for (const OneSetFace &each : kOneSetFaces) {
-        if (face == each.own)
-            return { face, each.name, each.charSet };
-        if (folded == foldedFace(each.name))
+        if (isSameFace(face, each.name))
             return { face, each.own, each.charSet };
+        if (!face.empty() && face == each.own)
+            return { face, each.name, each.charSet };
     }
     return { face, {}, CharSet::kDefault };
 }
