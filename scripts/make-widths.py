@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Writes core/fonts/KnownFaces_Data.cpp from the Liberation fonts that are installed.
+"""Writes core/fonts/KnownFaces_Data.cpp from the Liberation and URW fonts that are installed.
 usage: scripts/make-widths.py >core/fonts/KnownFaces_Data.cpp (needs python3-fonttools)"""
 
 import subprocess
 
+from fontTools.afmLib import AFM
 from fontTools.ttLib import TTFont
 
 STYLES = ("Regular", "Bold", "Italic", "Bold Italic")
@@ -51,6 +52,13 @@ def pairs(font):
             for left in codes.get(glyphs[0], ()) for right in codes.get(glyphs[1], ())}
 
 
+def symbols(name):
+    """Of the codes from 20 on. Those of URW are as wide as those that every system has."""
+    afm = AFM(f"/usr/share/fonts/type1/urw-base35/{name}.afm")
+    widths = {code: width for code, width, _ in map(afm.__getitem__, afm.chars())}
+    return [str(widths.get(code, 0)) for code in range(0x20, 0xFF)]
+
+
 def put(kind, name, items, width=100):
     """An array, and what lets others see it, of which they need not know the length."""
     print(f"\nstatic constexpr {kind} {name}[] = {{")
@@ -89,6 +97,8 @@ namespace svgtool::known {""")
         put("Pair", f"{family}Pairs",
             [row((*pair, row(each.get(pair, 0) for each in styles)))
              for pair in sorted(set().union(*styles))])
+    put("uint16_t", "symbolWidths", symbols("StandardSymbolsPS"))
+    put("uint16_t", "dingbatsWidths", symbols("D050000L"))
     print("\n} // namespace svgtool::known")
 
 

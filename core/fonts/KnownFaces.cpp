@@ -103,4 +103,16 @@ std::vector<CharacterShape> KnownFace::characters(std::u32string_view text) cons
     return shapes;
 }
 
+int32_t symbolAdvance(SymbolFont font, char32_t code)
+{
+    constexpr char32_t kFirst = 0x20, kPrivate = 0xF000;
+    const size_t place = (code >= kPrivate ? code - kPrivate : code) - kFirst;
+    std::span<const uint16_t> widths;
+    if (font == SymbolFont::Symbol)
+        widths = known::kSymbolWidths;
+    else if (font == SymbolFont::Dingbats)
+        widths = known::kDingbatsWidths;
+    return place < widths.size() ? widths[place] : 0;
+}
+
 } // namespace svgtool

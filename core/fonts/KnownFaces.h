@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/fonts/FontShapes.h"
+#include "core/text/SymbolFonts.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -31,5 +33,9 @@ private:
     size_t m_style; ///< 0 regular, 1 bold, 2 italic, 3 both
     bool m_isNamed;
 };
+
+/// The advance of a code of a symbol font, alone or in the private use area, in thousandths of an
+/// em; 0 where it is not known.
+int32_t symbolAdvance(SymbolFont font, char32_t code);
 
 } // namespace svgtool

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-// Numbers of the Liberation fonts, in font units: KnownFaces_Data.cpp, which
+// Numbers of the Liberation fonts, in font units, and of symbol fonts: KnownFaces_Data.cpp, which
 // scripts/make-widths.py writes. Styles are regular, bold, italic and bold italic.
 
 namespace svgtool::known {
@@ -34,5 +34,7 @@ extern const std::span<const uint8_t> kWidthOf; ///< which of the widths each ch
 extern const std::span<const Widths> kWidths;
 extern const std::span<const Pair> kSansPairs; ///< by both characters
 extern const std::span<const Pair> kSerifPairs;
+/// Of symbol fonts, of the codes from 20 on, in thousandths of an em; 0 where there is none.
+extern const std::span<const uint16_t> kSymbolWidths, kDingbatsWidths;
 
 } // namespace svgtool::known

@@ -1,5 +1,6 @@
 #include "picture/gdi/TextLayout.h"
 
+#include "core/fonts/KnownFaces.h"
 #include "core/text/FaceNames.h"
 
 #include <algorithm>
@@ -158,13 +159,32 @@ static char32_t meaning(char32_t code, SymbolFont symbols)
     return code == kBlank ? U' ' : symbolCharacter(symbols, code);
 }
 
-// As wide as GDI makes a character whose advance is not recorded.
-static double ownAdvance(const CharacterShape &shape, const RealizedFont &font, int64_t scale)
+// As wide as they are high, in fonts that have them.
+static bool isWide(char32_t character)
 {
-    if (shape.advance == 0 && !shape.hasGlyph)
-        return font.em / 2;
-    return font.isWhole ? scaledAdvance(shape.advance, scale)
-                        : font.em * shape.advance / font.shape.tables.unitsPerEm;
+    return (character >= 0x1100 && character < 0x1160)
+            || (character >= 0x2E80 && character < 0xA4D0)
+            || (character >= 0xAC00 && character < 0xD7A4)
+            || (character >= 0xF900 && character < 0xFB00)
+            || (character >= 0xFE30 && character < 0xFE50)
+            || (character >= 0xFF00 && character < 0xFF61) || character >= 0x1F000;
+}
+
+// As wide as GDI makes a character whose advance is not recorded: as in the font of symbols that
+// it is a code of, not as in what stands in for that, and never as a mark for a missing glyph,
+// since GDI takes such characters from other fonts.
+static double ownAdvance(char32_t code, const PlacedCharacter &placed, const RealizedFont &font,
+                         int64_t scale)
+{
+    const int32_t em = font.shape.tables.unitsPerEm;
+    int32_t advance = placed.shape.advance;
+    if (const int32_t known = symbolAdvance(font.symbols, code); known != 0)
+        advance = known * em / 1000;
+    else if (!placed.shape.hasGlyph && isWide(placed.character))
+        advance = em;
+    else if (!placed.shape.hasGlyph && advance == 0)
+        advance = em / 2;
+    return font.isWhole ? scaledAdvance(advance, scale) : font.em * advance / em;
 }
 
 // GDI hints letters where they are neither turned nor stretched; but what it takes for the width
@@ -183,7 +203,8 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
 {
     TextLayout layout;
     std::vector<size_t> units;
-    std::u32string text = decode(call.text, units);
+    const std::u32string codes = decode(call.text, units);
+    std::u32string text = codes;
     for (char32_t &character : text)
         character = meaning(character, font.symbols);
     auto shapes = characterShapes(text, font.request);
@@ -193,7 +214,8 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
             shapes[i] = { font.shape.tables.averageWidth, 0, false };
     }
     const int64_t scale = fixedScale(font.shape.tables, font.isWhole ? int32_t(font.em) : 1);
-    const auto hinted = call.advances.empty() ? hintedAdvances(text, font) : std::vector<int32_t>();
+    const bool isOwn = call.advances.empty() && font.symbols == SymbolFont::None;
+    const auto hinted = isOwn ? hintedAdvances(text, font) : std::vector<int32_t>();
     double x = 0, y = 0;
     layout.characters.reserve(text.size());
     for (size_t i = 0; i < text.size(); ++i) {
@@ -210,8 +232,11 @@ TextLayout layOut(const TextCall &call, const State &state, const RealizedFont &
             if (unit < call.rises.size())
                 y += call.rises[unit];
         }
-        const double own = call.advances.empty() ? ownAdvance(shapes[i], font, scale) : 0;
-        x += extra * font.perLogical + (hinted.empty() ? own : hinted[i]);
+        const double own = call.advances.empty()
+                ? ownAdvance(codes[i], layout.characters.back(), font, scale)
+                : 0;
+        const bool isHinted = !hinted.empty() && shapes[i].hasGlyph;
+        x += extra * font.perLogical + (isHinted ? hinted[i] : own);
         layout.width += extra * font.perLogical + own;
     }
     return layout;
