@@ -36,6 +36,13 @@ inline constexpr int kCurveLines = 1000;
 /// odd.
 inline constexpr size_t kCutPoints = 2'000'000;
 
+// Metafiles within metafiles.
+
+/// Metafiles around one that is played.
+inline constexpr int kNestedMetafiles = 8;
+/// Bytes of all that are played: a short record may ask for a long one, again and again.
+inline constexpr int64_t kNestedBytes = int64_t(32) << 20;
+
 // Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.
 
 /// Pixels that the run-length encoded bitmaps of a document have beyond those that their bytes

@@ -66,13 +66,19 @@ public:
     /// @param why  a literal: why it has this outcome
     void note(uint32_t type, RecordOutcome outcome, int64_t bytes, const char *why = "")
     {
-        Count &count = countsOf(type)[size_t(outcome)];
-        if (count.count++ == 0) {
-            count.firstOffset = m_stop.offset;
-            count.why = why;
-        }
+        noteWithin(type, outcome, m_stop.offset, why);
         m_stop.offset += bytes;
         ++m_stop.record;
+    }
+    /// Counts a record that lies within the next one. May throw std::bad_alloc.
+    /// @param offset  in the file
+    void noteWithin(uint32_t type, RecordOutcome outcome, int64_t offset, const char *why)
+    {
+        Count &count = countsOf(type)[size_t(outcome)];
+        if (count.count++ == 0) {
+            count.firstOffset = offset;
+            count.why = why;
+        }
     }
     /// The walk ends before the next record.
     void end(StopReason reason) { m_stop.reason = reason; }

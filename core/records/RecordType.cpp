@@ -1,5 +1,6 @@
 #include "core/records/RecordType.h"
 
+#include "core/records/EmfPlusRecordTypes.h"
 #include "core/records/EmfRecordTypes.h"
 #include "core/records/RecordTally.h"
 #include "core/records/WmfRecordTypes.h"
@@ -29,11 +30,19 @@ const RecordType *findRecordType(std::span<const RecordType> types, uint32_t num
     return type != types.end() && type->number == number ? &*type : nullptr;
 }
 
+const RecordType *findRecordType(MetafileFormat format, uint32_t number)
+{
+    const RecordType *const type = findRecordType(recordTypes(format), number);
+    return type == nullptr && format == MetafileFormat::Emf
+            ? findRecordType(kEmfPlusRecordTypes, number)
+            : type;
+}
+
 std::string recordName(MetafileFormat format, uint32_t number)
 {
     if (number == RecordTally::kOtherTypes)
         return "other types";
-    if (const RecordType *type = findRecordType(recordTypes(format), number))
+    if (const RecordType *type = findRecordType(format, number))
         return type->name;
     const bool isEmf = format == MetafileFormat::Emf;
     std::array<char, 16> digits{};

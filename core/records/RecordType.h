@@ -35,6 +35,10 @@ std::span<const RecordType> recordTypes(MetafileFormat format);
 /// The type with @p number in a list sorted by number; null where it has none.
 const RecordType *findRecordType(std::span<const RecordType> types, uint32_t number);
 
+/// The type with @p number of a format; that of a record within comments of an EMF too, which are
+/// those of EmfPlusRecordTypes.h. Null where it has none.
+const RecordType *findRecordType(MetafileFormat format, uint32_t number);
+
 /// What reports call the records of a type: "EMR_POLYLINE16"; its number where it has no name.
 std::string recordName(MetafileFormat format, uint32_t number);
 
