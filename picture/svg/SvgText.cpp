@@ -141,7 +141,7 @@ void writeTextEnd(SvgDocument &document, const Text &text)
             const PointD place = placeOf(text, text.pieces[i]);
             document.put("<tspan");
             document.attribute("x", place.x);
-            writePlace(document, place, { place.x, placeOf(text, text.pieces.front()).y });
+            writePlace(document, place, { place.x, placeOf(text, text.pieces[i - 1]).y });
             document.put('>');
         }
         document.content(characters.substr(first, end - first));
