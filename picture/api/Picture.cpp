@@ -62,12 +62,12 @@ namespace {
     {
         const auto picture = picture::EmfPlayer::pictureOf(facts);
         picture::SceneBuilder builder;
-        picture::DeviceContext context(
-                picture.device, Fields(file, offsetof(ENHMETAHEADER, nHandles)).word(), builder);
-        if (options.text == PictureText::Outlines)
-            context.drawOutlines();
+        picture::Playing playing;
+        playing.prefersEmf = options.source == PictureSource::Emf;
+        playing.drawsOutlines = options.text == PictureText::Outlines;
         RecordTally records;
-        picture::EmfPlayer(context).playAll(file, facts.firstRecord, &records);
+        picture::EmfPlayer::playFile(file, facts, picture.device, builder, picture::kNone, playing,
+                                     &records);
         picture::Scene scene = builder.take();
         scene.view = picture.device.view;
         const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
@@ -101,7 +101,7 @@ namespace {
                     std::string_view comment, RecordTally &tally)
     {
         WmfEscapes escapes = readEscapes(file, facts);
-        if (options.source == PictureSource::Best && !escapes.emf.empty()) {
+        if (options.source != PictureSource::Wmf && !escapes.emf.empty()) {
             const ByteView emf{ escapes.emf.data(), int64_t(escapes.emf.size()) };
             const MetafileFacts inner = inspectMetafile(emf);
             escapes.isEmfDamaged = inner.format != MetafileFormat::Emf

@@ -51,11 +51,11 @@ PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
 {
     static_assert(RecordLine::kOtherTypes == RecordTally::kOtherTypes);
     PictureReport report;
-    const auto types = recordTypes(facts.format);
     for (const RecordTally::Line &line : tally.lines())
         report.records.push_back({ line.type, recordName(facts.format, line.type),
-                                   fateOf(line.outcome), lossOf(findRecordType(types, line.type)),
-                                   line.count, line.firstOffset, line.why });
+                                   fateOf(line.outcome),
+                                   lossOf(findRecordType(facts.format, line.type)), line.count,
+                                   line.firstOffset, line.why });
     const RecordTally::Stop &stop = tally.stop();
     report.end = endOf(stop.reason);
     report.endRecord = stop.record;

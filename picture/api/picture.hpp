@@ -45,8 +45,11 @@ enum class PictureText {
 
 /// Which of the pictures is drawn that a metafile holds of the same thing.
 enum class PictureSource {
-    Best, ///< an EMF within a WMF, if it is whole, rather than the WMF
+    /// An EMF within a WMF, if it is whole, rather than the WMF; the EMF+ records of an EMF, if they
+    /// are sound, rather than its others.
+    Best,
     Wmf, ///< the WMF's own records
+    Emf, ///< the EMF records beside EMF+ ones
 };
 
 /// How a picture is asked for.
@@ -147,10 +150,10 @@ struct Picture
 /// document.
 ///
 /// What gzip has packed, as .emz and .wmz files are, is unpacked first; all below is about what
-/// comes out. The bytes are taken as they come: a damaged metafile gives the picture of what can be read of
-/// it, and the report says what cannot. The document holds no script, refers to nothing outside,
-/// and has the title and the maker that the metafile's description names as its title and desc.
-/// Equal bytes and options give equal documents on every machine that has the same fonts.
+/// comes out. The bytes are taken as they come: a damaged metafile gives the picture of what can be
+/// read of it, and the report says what cannot. The document holds no script, refers to nothing
+/// outside, and has the title and the maker that the metafile's description names as its title and
+/// desc. Equal bytes and options give equal documents on every machine that has the same fonts.
 /// @param metafile  the whole file; nothing of it is kept
 /// @param options   nothing of them is kept
 /// @return a picture, or an error with nothing else set

@@ -34,6 +34,9 @@ public:
 
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
+    const Device &device() const { return m_device; }
+    SceneBuilder &builder() { return m_builder; }
+    Index outerClip() const { return m_outerClip; }
     /// Whether what is drawn is seen, or the state alone changes.
     void setPainting(bool isOn) { m_isPainting = isOn; }
     /// From now on letters are drawn by their outlines, as far as there are any.
@@ -169,6 +172,14 @@ public:
 
     // Text.
     Played textOut(const TextCall &call);
+    /// Paints letters that have their places already, which the state has no say in.
+    /// @param named    says how the letters are named and what lines they have
+    /// @param axes     from where the letters lie, along the baseline and down, to the picture
+    /// @param clip     of the scene
+    /// @param options  of TextOption: glyphs, right to left
+    Played paintLetters(const std::vector<PlacedCharacter> &characters, const Font &named,
+                        const RealizedFont &font, const Affine &axes, Color color, Index clip,
+                        uint32_t options);
 
 private:
     // The mapping.

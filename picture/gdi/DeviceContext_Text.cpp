@@ -29,10 +29,10 @@ static bool isBlank(char32_t character)
 }
 
 // Without the blanks at its ends and the controls.
-static std::vector<PlacedCharacter> shownCharacters(const TextLayout &layout)
+static std::vector<PlacedCharacter> shownCharacters(const std::vector<PlacedCharacter> &characters)
 {
     std::vector<PlacedCharacter> shown;
-    for (PlacedCharacter each : layout.characters) {
+    for (PlacedCharacter each : characters) {
         constexpr char32_t kSoftHyphen = 0xAD; // drawn by GDI, but by no viewer within a line
         if (each.character == kSoftHyphen)
             each.character = U'-';
@@ -299,6 +299,25 @@ void DeviceContext::moveBehind(double width, const RealizedFont &font, const Aff
         m_state.current = toLogical->map(end);
 }
 
+Played DeviceContext::paintLetters(const std::vector<PlacedCharacter> &characters,
+                                   const Font &named, const RealizedFont &font, const Affine &axes,
+                                   Color color, Index clip, uint32_t options)
+{
+    const auto shown = shownCharacters(characters);
+    if (shown.empty())
+        return kDone;
+    State own = m_state;
+    m_state.font = std::make_shared<const Font>(named);
+    m_state.textColor = color;
+    m_state.textAlign = 0;
+    m_state.visible = std::make_shared<Visible>(Visible{ nullptr, false, clip });
+    TextCall call;
+    call.options = options;
+    const Played played = drawLetters(shown, call, font, axes, clip);
+    m_state = std::move(own);
+    return played;
+}
+
 Played DeviceContext::textOut(const TextCall &call)
 {
     if ((call.options & TextOption::kOpaque) != 0 && !isHidden())
@@ -318,7 +337,7 @@ Played DeviceContext::textOut(const TextCall &call)
     const TextLayout layout = layOut(resolved, m_state, *font);
     const Affine axes = textAxes(call, *font, layout.width);
     moveBehind(layout.width, *font, axes);
-    const auto shown = shownCharacters(layout);
+    const auto shown = shownCharacters(layout.characters);
     if (std::ranges::any_of(shown, isPrivateCode))
         played = approximated("it has symbols that are no characters of Unicode");
     if (std::ranges::find(shown, U'\uFFFD', &PlacedCharacter::character) != shown.end())

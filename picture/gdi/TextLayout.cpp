@@ -69,7 +69,7 @@ FontRequest namedFace(const Font &font)
     return { std::u16string(readFaceName(face).family), font.weight, font.isItalic };
 }
 
-static FontRequest measuredFace(const Font &font, FontShape &shape)
+FontRequest measuredFace(const Font &font, FontShape &shape)
 {
     const FontStyle style = fontStyleOf(font);
     FontRequest request = namedFace(font);
@@ -137,8 +137,7 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
     return isSound ? std::optional(realized) : std::nullopt;
 }
 
-// The characters of UTF-16 with the number of their first unit; a surrogate alone is none.
-static std::u32string decode(std::u16string_view text, std::vector<size_t> &units)
+std::u32string decode(std::u16string_view text, std::vector<size_t> &units)
 {
     std::u32string characters;
     for (size_t i = 0; i < text.size(); ++i) {
@@ -153,7 +152,7 @@ static std::u32string decode(std::u16string_view text, std::vector<size_t> &unit
     return characters;
 }
 
-static char32_t meaning(char32_t code, SymbolFont symbols)
+char32_t meaning(char32_t code, SymbolFont symbols)
 {
     constexpr char32_t kBlank = 0xF020; // of any symbol font
     return code == kBlank ? U' ' : symbolCharacter(symbols, code);

@@ -65,6 +65,17 @@ FontStyle fontStyleOf(const Font &font);
 /// The face that a font names.
 FontRequest namedFace(const Font &font);
 
+/// The face whose widths stand for those of a font: the named one, or another of its kind.
+/// @param[out] shape  of that face
+FontRequest measuredFace(const Font &font, FontShape &shape);
+
+/// The characters of UTF-16; a surrogate alone is none.
+/// @param[out] units  the number of the first unit of each, and of all units at the end
+std::u32string decode(std::u16string_view text, std::vector<size_t> &units);
+
+/// The character that a code of a font shows.
+char32_t meaning(char32_t code, SymbolFont symbols);
+
 /// @return nothing for letters without size
 std::optional<RealizedFont> realizeFont(const State &state, const Device &device, bool isAdvanced);
 

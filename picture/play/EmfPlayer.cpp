@@ -1,14 +1,16 @@
 #include "picture/play/EmfPlayer.h"
 
 #include "core/base/Limits.h"
+#include "core/records/EmfPlusRecordTypes.h"
 #include "core/records/EmfRecordTypes.h"
+#include "core/records/EmfRecords.h"
 #include "core/records/MetafileFacts.h"
 #include "picture/play/EmfCalls.h"
 #include "picture/play/RecordRow.h"
 #include "picture/play/TextCharacters.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstddef>
 
 namespace svgtool::picture {
 
@@ -146,44 +148,78 @@ namespace {
 
 } // namespace
 
-// A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are drawn a second time by EMF records
-// unless the EMF+ header ([MS-EMFPLUS] 2.3.3.3) says otherwise.
-Played EmfPlayer::comment(ByteView record)
+// A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are played from their header
+// ([MS-EMFPLUS] 2.3.3.3) on, unless the file is to be played by its EMF records and has these.
+Played EmfPlayer::comment(const Record &record, uint32_t number, RecordTally *tally)
 {
-    constexpr int64_t kIdentifier = 12, kLeast = 12;
-    constexpr uint32_t kEmfPlus = 0x2B464D45, kDual = 1;
-    constexpr uint32_t kHeader = 0x4001, kFirstDrawing = 0x4009, kLastDrawing = 0x401C;
-    constexpr uint32_t kDrawDriverString = 0x4036, kStrokeFillPath = 0x4037;
-    Fields fields(record, kIdentifier);
+    constexpr int64_t kSize = 8, kIdentifier = 12, kRecords = 16;
+    constexpr uint32_t kEmfPlus = 0x2B464D45;
+    constexpr uint16_t kDual = 1;
+    Fields fields(record.bytes, kSize);
+    const int64_t size = int64_t(fields.dword()) - (kRecords - kIdentifier);
     if (fields.dword() != kEmfPlus)
         return kNeutral;
-    bool draws = false;
-    while (slice(record, fields.offset(), kLeast)) {
-        const uint32_t type = fields.word(), flags = fields.word();
-        const int64_t size = fields.dword();
-        if (size < kLeast)
-            break;
-        if (type == kHeader)
-            m_isEmfPlusOnly = (flags & kDual) == 0;
-        draws = draws || (type >= kFirstDrawing && type <= kLastDrawing)
-                || type == kDrawDriverString || type == kStrokeFillPath;
-        fields.skip(size - 8); // of which the fields above were read
+    const ByteView rest = tail(record.bytes, kRecords);
+    const ByteView records = slice(rest, 0, size).value_or(rest);
+    Fields first(records);
+    if (m_plus == nullptr && first.word() == EmfPlus::Header) {
+        m_isDual = (first.word() & kDual) != 0;
+        if (!m_isDual || m_dual == Dual::EmfPlus)
+            m_plus = std::make_unique<EmfPlusPlayer>(m_context, m_playing);
     }
-    return draws && m_isEmfPlusOnly ? notDone("EMF+ records are not drawn yet") : kNeutral;
+    if (m_plus != nullptr)
+        m_plus->playAll(records, record.offset + kRecords, number, tally);
+    else if (m_isDual && m_dual == Dual::Damaged)
+        return notDone("its EMF+ records are damaged, and the EMF ones are drawn");
+    return kNeutral;
 }
 
-Played EmfPlayer::play(uint32_t type, ByteView record)
+// Where EMF+ records draw the picture, others are a part of it only where those say so. Their state
+// counts, since that is what the next ones begin with.
+Played EmfPlayer::play(const Record &record, uint32_t number, RecordTally *tally)
 {
-    return type == Emr::GdiComment ? comment(record) : playByRow(kRows, m_context, type, record);
+    if (record.type == Emr::GdiComment)
+        return comment(record, number, tally);
+    const bool isSeen = m_plus == nullptr || m_plus->isLeftToGdi();
+    m_context.setPainting(isSeen);
+    const Played played = playByRow(kRows, m_context, record.type, record.bytes);
+    if (isSeen)
+        return played;
+    const RecordType *const type = findRecordType(kEmfRecordTypes, record.type);
+    return type != nullptr && type->loss == Loss::State ? played : kNeutral;
+}
+
+void EmfPlayer::playFile(ByteView file, const MetafileFacts &facts, const Device &device,
+                         SceneBuilder &builder, Index clip, Playing &playing, RecordTally *tally)
+{
+    const size_t handles = Fields(file, offsetof(ENHMETAHEADER, nHandles)).word();
+    const SceneBuilder::Mark mark = builder.mark();
+    const auto isSound = [&](Dual dual) {
+        DeviceContext context(device, handles, builder, clip);
+        if (playing.drawsOutlines)
+            context.drawOutlines();
+        EmfPlayer player(context, playing, dual);
+        RecordTally records;
+        player.playAll(file, facts.firstRecord, tally != nullptr ? &records : nullptr);
+        if (player.hasBetterEmf())
+            return false;
+        if (tally != nullptr)
+            *tally = std::move(records);
+        return true;
+    };
+    if (isSound(playing.prefersEmf ? Dual::Emf : Dual::EmfPlus))
+        return;
+    builder.takeBack(mark);
+    isSound(Dual::Damaged);
 }
 
 void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
 {
-    constexpr uint32_t kFirst = 2; // the header is the first
+    uint32_t number = 2; // the header is the first
     const RecordIterator records(MetafileFormat::Emf, file, firstRecord);
     m_context.setSystemCharSet(systemCharSet(records, MetafileFormat::Emf));
-    playRecords(records, kFirst, m_context, tally,
-                [this](const Record &record) { return play(record.type, record.bytes); });
+    playRecords(records, number, m_context, tally,
+                [&](const Record &record) { return play(record, number++, tally); });
 }
 
 } // namespace svgtool::picture

@@ -2,9 +2,12 @@
 
 #include "core/base/Bytes.h"
 #include "core/records/MetafileFacts.h"
+#include "core/records/RecordIterator.h"
 #include "picture/gdi/DeviceContext.h"
+#include "picture/play/EmfPlusPlayer.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace svgtool::picture {
 
@@ -23,20 +26,41 @@ public:
     };
     static Picture pictureOf(const MetafileFacts &facts);
 
-    explicit EmfPlayer(DeviceContext &context) : m_context(context) { }
+    /// What is done with EMF+ records where a file holds its picture in those of both kinds.
+    enum class Dual : uint8_t {
+        EmfPlus, ///< they are played
+        Emf, ///< those of the other kind are
+        Damaged, ///< the same, since they make no sense
+    };
+    /// Plays a whole file in a scene: by its EMF records where its EMF+ ones turn out to be
+    /// damaged, as far as it holds its picture in both.
+    /// @param clip   of the scene, which all is cut to
+    /// @param tally  as of playAll
+    static void playFile(ByteView file, const MetafileFacts &facts, const Device &device,
+                         SceneBuilder &builder, Index clip, Playing &playing, RecordTally *tally);
 
-    /// Plays one record, its head included. Nothing of the record is trusted.
-    Played play(uint32_t type, ByteView record);
-    /// Plays all records of a file up to the end record.
+    /// @param playing  of the document; lives longer
+    EmfPlayer(DeviceContext &context, Playing &playing, Dual dual)
+        : m_context(context), m_playing(playing), m_dual(dual)
+    {
+    }
+
+    /// Plays all records of a file up to the end record. Nothing of them is trusted.
     /// @param firstRecord  where the one behind the header lies
     /// @param tally        what became of each record is counted there, if not null
     void playAll(ByteView file, int64_t firstRecord, RecordTally *tally);
+    /// It played EMF+ records that are damaged, of a file that holds its picture in EMF ones, too.
+    bool hasBetterEmf() const { return m_isDual && m_plus && m_plus->isDamaged(); }
 
 private:
-    Played comment(ByteView record);
+    Played play(const Record &record, uint32_t number, RecordTally *tally);
+    Played comment(const Record &record, uint32_t number, RecordTally *tally);
 
     DeviceContext &m_context;
-    bool m_isEmfPlusOnly = false; ///< the file has no EMF records of what its EMF+ ones draw
+    Playing &m_playing;
+    Dual m_dual;
+    bool m_isDual = false;
+    std::unique_ptr<EmfPlusPlayer> m_plus; ///< once EMF+ records are played
 };
 
 } // namespace svgtool::picture

@@ -1,0 +1,145 @@
+#include "picture/play/EmfPlusPlayer.h"
+
+#include "core/records/EmfPlusRecordTypes.h"
+
+#include <algorithm>
+
+namespace svgtool::picture {
+
+namespace {
+
+    using emfplus::PlusRecord;
+
+    /// What is done with records of one type.
+    struct PlusRow
+    {
+        uint32_t type;
+        Played (*play)(emfplus::Play &play, const PlusRecord &record);
+        Played otherwise = kDone; ///< what becomes of it where there is no function
+    };
+
+    Played neutral(emfplus::Play &, const PlusRecord &)
+    {
+        return kNeutral;
+    }
+
+    constexpr Played kNotDescribed = notDone("its layout is not documented");
+
+    using namespace emfplus;
+    using plus::PathObject;
+    using plus::Region;
+
+    // All types, by number.
+    // clang-format off
+    constexpr PlusRow kRows[] = {
+        { EmfPlus::Header, header },
+        { EmfPlus::EndOfFile, neutral },
+        { EmfPlus::Comment, neutral },
+        { EmfPlus::GetDC, neutral },
+        { EmfPlus::MultiFormatStart, nullptr, kNotDescribed },
+        { EmfPlus::MultiFormatSection, nullptr, kNotDescribed },
+        { EmfPlus::MultiFormatEnd, nullptr, kNotDescribed },
+        { EmfPlus::Object, object },
+        { EmfPlus::Clear, set<&Graphics::clear, number> },
+        { EmfPlus::FillRects, fill<&Graphics::fillRectangles, boxes> },
+        { EmfPlus::DrawRects, draw<&Graphics::drawRectangles, boxes> },
+        { EmfPlus::FillPolygon, fill<&Graphics::fillPolygon, points> },
+        { EmfPlus::DrawLines, draw<&Graphics::drawLines, points, isSet> },
+        { EmfPlus::FillEllipse, fill<&Graphics::fillEllipse, box> },
+        { EmfPlus::DrawEllipse, draw<&Graphics::drawEllipse, box> },
+        { EmfPlus::FillPie, fill<&emfplus::fillPie, real, real, box> },
+        { EmfPlus::DrawPie, draw<&emfplus::drawPie, real, real, box> },
+        { EmfPlus::DrawArc, draw<&emfplus::drawArc, real, real, box> },
+        { EmfPlus::FillRegion, fillObject<Region, &Graphics::fillRegion> },
+        { EmfPlus::FillPath, fillObject<PathObject, &Graphics::fillPath> },
+        { EmfPlus::DrawPath, drawPath },
+        { EmfPlus::FillClosedCurve, fill<&emfplus::fillClosedCurve, real, points, isSet> },
+        { EmfPlus::DrawClosedCurve, draw<&emfplus::drawClosedCurve, real, points> },
+        { EmfPlus::DrawCurve, draw<&emfplus::drawCurve, real, number, number, points> },
+        { EmfPlus::DrawBeziers, draw<&Graphics::drawBeziers, points> },
+        { EmfPlus::DrawImage, drawImage },
+        { EmfPlus::DrawImagePoints, drawImagePoints },
+        { EmfPlus::DrawString, drawString },
+        { EmfPlus::SetRenderingOrigin, set<&Graphics::setRenderingOrigin, wholePoint> },
+        { EmfPlus::SetAntiAliasMode, neutral },
+        { EmfPlus::SetTextRenderingHint, set<&Graphics::setTextRenderingHint, lowByte> },
+        { EmfPlus::SetTextContrast, neutral },
+        { EmfPlus::SetInterpolationMode, set<&Graphics::setInterpolationMode, lowByte> },
+        { EmfPlus::SetPixelOffsetMode, set<&Graphics::setPixelOffsetMode, lowByte> },
+        { EmfPlus::SetCompositingMode, set<&Graphics::setCompositingMode, lowByte> },
+        { EmfPlus::SetCompositingQuality, neutral },
+        { EmfPlus::Save, set<&Graphics::save, number> },
+        { EmfPlus::Restore, set<&Graphics::restore, number> },
+        { EmfPlus::BeginContainer, set<&emfplus::beginContainer, realBox, realBox, number, unit> },
+        { EmfPlus::BeginContainerNoParams, set<&emfplus::beginContainerNoParams, number> },
+        { EmfPlus::EndContainer, set<&Graphics::endContainer, number> },
+        { EmfPlus::SetWorldTransform, set<&Graphics::setWorldTransform, matrix> },
+        { EmfPlus::ResetWorldTransform, set<&Graphics::resetWorldTransform> },
+        { EmfPlus::MultiplyWorldTransform, set<&Graphics::multiplyWorldTransform, matrix, order> },
+        { EmfPlus::TranslateWorldTransform, set<&Graphics::translateWorldTransform, point, order> },
+        { EmfPlus::ScaleWorldTransform, set<&Graphics::scaleWorldTransform, point, order> },
+        { EmfPlus::RotateWorldTransform, set<&Graphics::rotateWorldTransform, real, order> },
+        { EmfPlus::SetPageTransform, set<&emfplus::setPageTransform, real, unit> },
+        { EmfPlus::ResetClip, set<&Graphics::resetClip> },
+        { EmfPlus::SetClipRect, set<&Graphics::setClipRectangle, realBox, combineMode> },
+        { EmfPlus::SetClipPath, setObject<PathObject, &Graphics::setClipPath, combineMode> },
+        { EmfPlus::SetClipRegion, setObject<Region, &Graphics::setClipRegion, combineMode> },
+        { EmfPlus::OffsetClip, set<&Graphics::offsetClip, point> },
+        { EmfPlus::DrawDriverString, drawDriverString },
+        { EmfPlus::StrokeFillPath, nullptr, kNotDescribed },
+        { EmfPlus::SerializableObject, nullptr, notDone("effects of images are not drawn") },
+        { EmfPlus::SetTSGraphics, setTsGraphics },
+        { EmfPlus::SetTSClip, setTsClip },
+    };
+    // clang-format on
+    static_assert(std::ranges::equal(kRows, kEmfPlusRecordTypes, {}, &PlusRow::type,
+                                     &RecordType::number));
+
+} // namespace
+
+EmfPlusPlayer::EmfPlusPlayer(DeviceContext &context, Playing &playing)
+    : m_play{ context,
+              Graphics(context.device(), context.builder(), context.outerClip()),
+              playing,
+              {},
+              {} }
+{
+}
+
+Played EmfPlusPlayer::playOne(uint32_t type, const PlusRecord &record)
+{
+    if (type != EmfPlus::Object)
+        m_play.parts.drop();
+    const auto row = std::ranges::lower_bound(kRows, type, {}, &PlusRow::type);
+    if (row == std::end(kRows) || row->type != type)
+        return notDone("its type is not known");
+    return row->play != nullptr ? row->play(m_play, record) : row->otherwise;
+}
+
+void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, RecordTally *tally)
+{
+    constexpr uint32_t kHead = 12;
+    m_play.graphics.setRecord(number);
+    while (records.size > 0) {
+        Fields head(records);
+        const uint32_t type = head.word();
+        const uint16_t flags = head.word();
+        const uint32_t size = head.dword(), dataSize = head.dword();
+        const auto record = slice(records, 0, size);
+        if (!record || size < kHead || dataSize > size - kHead) {
+            m_isDamaged = true;
+            return;
+        }
+        const PlusRecord taken{ flags, { record->data + kHead, int64_t(dataSize) } };
+        const Played played = playOne(type, taken);
+        m_isDamaged =
+                m_isDamaged || played.why == kDamagedRecord.why || played.why == kNoObject.why;
+        m_isLeftToGdi = type == EmfPlus::GetDC;
+        if (tally != nullptr)
+            tally->noteWithin(type, played.outcome, offset, played.why);
+        offset += size;
+        records = tail(records, size);
+    }
+}
+
+} // namespace svgtool::picture

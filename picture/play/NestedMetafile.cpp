@@ -1,0 +1,88 @@
+#include "picture/play/EmfPlayer.h"
+#include "picture/play/EmfPlusCalls.h"
+#include "picture/play/WmfPlayer.h"
+
+#include <string>
+
+namespace svgtool::picture::emfplus {
+
+namespace {
+
+    /// The device and the view of a metafile, in its own pixels.
+    struct Frame
+    {
+        Device device;
+        RectD view;
+
+        explicit Frame(const Device &own) : device(own)
+        {
+            const auto toPixels = own.toPicture.inverse();
+            view = toPixels ? mapBounds(*toPixels, own.view) : own.view;
+        }
+    };
+
+    /// From a rectangle to the parallelogram of three of its corners.
+    Affine onto(const RectD &from, std::span<const PointD, 3> corners)
+    {
+        const PointD &start = corners[0];
+        const Affine unit{ corners[1].x - start.x,
+                           corners[1].y - start.y,
+                           corners[2].x - start.x,
+                           corners[2].y - start.y,
+                           start.x,
+                           start.y };
+        return Affine::translation(-from.left, -from.top)
+                .then(Affine::scale(1 / from.width(), 1 / from.height()))
+                .then(unit);
+    }
+
+} // namespace
+
+Played drawMetafile(Play &play, const std::string &file, RectD source,
+                    std::span<const PointD, 3> corners)
+{
+    Playing &playing = play.playing;
+    const ByteView bytes{ file.data(), int64_t(file.size()) };
+    if (playing.depth >= limits::kNestedMetafiles)
+        return notDone("metafiles are nested too deep");
+    if (playing.bytes < bytes.size)
+        return notDone("there is too much in the metafiles within this one");
+    const MetafileFacts facts = inspectMetafile(bytes);
+    if (facts.format == MetafileFormat::Unknown)
+        return notDone("its metafile is none");
+    playing.bytes -= bytes.size;
+
+    const bool isEmf = facts.format == MetafileFormat::Emf;
+    std::optional<WmfPlayer::Picture> wmf;
+    if (!isEmf)
+        wmf = WmfPlayer::pictureOf(bytes, facts);
+    Frame frame(isEmf ? EmfPlayer::pictureOf(facts).device : wmf->device);
+    if (source.isEmpty())
+        source = frame.view;
+    Graphics &graphics = play.graphics;
+    Device &device = frame.device;
+    device.toPicture = onto(source, corners).then(graphics.toPicture());
+    device.view = mapBounds(device.toPicture, frame.view);
+    device.unitsPerPixel = play.context.device().unitsPerPixel;
+    if (!device.toPicture.isFinite() || graphics.isClippedAway())
+        return kDone;
+    Area shown;
+    shown.path.addRect(source);
+    shown.path.transform(device.toPicture);
+    const Index clip = graphics.clipTo(shown);
+    SceneBuilder &builder = play.context.builder();
+    ++playing.depth;
+    if (isEmf) {
+        EmfPlayer::playFile(bytes, facts, device, builder, clip, playing, nullptr);
+    } else {
+        DeviceContext context(device, 1, builder, clip);
+        if (playing.drawsOutlines)
+            context.drawOutlines();
+        const WmfEscapes escapes = readEscapes(bytes, facts);
+        WmfPlayer(context, *wmf, escapes).playAll(bytes, facts, nullptr);
+    }
+    --playing.depth;
+    return kDone;
+}
+
+} // namespace svgtool::picture::emfplus

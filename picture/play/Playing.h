@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/base/Limits.h"
+
+#include <cstdint>
+
+namespace svgtool::picture {
+
+/// What all players of a document share: those of metafiles within metafiles, too.
+struct Playing
+{
+    bool prefersEmf = false; ///< to EMF+ records of the same picture
+    bool drawsOutlines = false; ///< in the place of text
+    int depth = 0; ///< of the one that is played
+    int64_t bytes = limits::kNestedBytes; ///< of metafiles that may still be played
+};
+
+} // namespace svgtool::picture
