@@ -89,7 +89,10 @@ static void mendCounts(const Format &format, Record &record, Random &random)
     const size_t width = format.countWidth;
     std::string &body = record.body;
     for (const Count &count : format.counts) {
-        if (record.type < count.firstType || record.type > count.lastType)
+        // Of what a type alone does not tell, flags are a part of the numbers.
+        const bool hasFlags = count.firstType > format.typeBits;
+        const uint32_t type = hasFlags ? record.type : record.type & format.typeBits;
+        if (type < count.firstType || type > count.lastType)
             continue;
         if (count.thingSize == 0) {
             setNumberAt(body, count.at, width, uint32_t(headSize(format) + count.from));
@@ -185,8 +188,11 @@ static std::string changed(const Format &format, const std::string &bytes, size_
         changeList(format, records, at, random);
     } else {
         changeBytes(records[at].body, room, random);
+        uint32_t &type = records[at].type;
         if (oneIn(random, 8))
-            records[at].type = randomType(format, random);
+            type = (type & ~format.typeBits) | randomType(format, random);
+        if (oneIn(random, 8))
+            type ^= (1U << below(random, 32)) & ~format.typeBits;
         if (!oneIn(random, 8))
             mendCounts(format, records[at], random);
     }
@@ -198,9 +204,14 @@ static std::string changed(const Format &format, const std::string &bytes, size_
 size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsigned int seed)
 {
     svgtool::fuzz::Random random(seed);
-    const std::string result = svgtool::fuzz::changed(
-            SVGTOOL_FUZZ_FORMAT(), { reinterpret_cast<const char *>(data), size },
-            maxSize - std::min(size, maxSize), random);
+    const svgtool::fuzz::Format &format = SVGTOOL_FUZZ_FORMAT();
+    std::string bytes(reinterpret_cast<const char *>(data), size);
+    if (format.unpack != nullptr)
+        bytes = format.unpack(bytes);
+    std::string result =
+            svgtool::fuzz::changed(format, bytes, maxSize - std::min(size, maxSize), random);
+    if (format.pack != nullptr)
+        result = format.pack(result);
     const size_t length = std::min(result.size(), maxSize);
     std::copy_n(result.data(), length, data);
     return length;

@@ -45,9 +45,14 @@ struct Format
     size_t (*headerSize)(const std::string &bytes);
     /// Makes the lengths and counts of the header fit the file.
     void (*mendHeader)(std::string &bytes, size_t records);
+    uint32_t typeBits = 0xFFFFFFFF; ///< of a record's type, the rest of which are flags
+    /// Where records lie within others: the file with them in one chain, and the other way round.
+    std::string (*unpack)(const std::string &bytes) = nullptr;
+    std::string (*pack)(const std::string &bytes) = nullptr;
 };
 
 const Format &emfFormat();
 const Format &wmfFormat();
+const Format &emfPlusFormat();
 
 } // namespace svgtool::fuzz
