@@ -75,7 +75,8 @@ Exit status:
           "What letters become: characters, which is the default, or outlines, which look "
           "the same everywhere." },
         { ' ', "prefer", "KIND",
-          "wmf: draw the records of a WMF also where it holds an EMF of the same picture." },
+          "wmf: draw the records of a WMF also where it holds an EMF of the same picture; "
+          "emf: the EMF records of an EMF that holds it in EMF+ records, too." },
         { ' ', "check", "", "Do everything but write documents." },
         { ' ', "info", "",
           "Tell format, size, bounds and records of each file; write no documents." },
@@ -263,9 +264,9 @@ Exit status:
         const std::string text = arguments.value("prefer");
         if (text.empty())
             return PictureSource::Best;
-        if (text != "wmf")
-            throw UsageError{ "--prefer can be wmf" };
-        return PictureSource::Wmf;
+        if (text != "wmf" && text != "emf")
+            throw UsageError{ "--prefer can be wmf or emf" };
+        return text == "emf" ? PictureSource::Emf : PictureSource::Wmf;
     }
 
     int threadCount(const Arguments &arguments)

@@ -25,7 +25,7 @@ _metafile2svg() {
             return
             ;;
         --prefer)
-            mapfile -t COMPREPLY < <(compgen -W 'wmf' -- "$current")
+            mapfile -t COMPREPLY < <(compgen -W 'wmf emf' -- "$current")
             return
             ;;
         -j | --jobs | --width | --height | --scale)

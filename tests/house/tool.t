@@ -152,7 +152,7 @@ Wrong usage.
   > --height 1e7 a.emf
   > --text pictures a.emf
   > --log-level loud a.emf
-  > --prefer emf a.emf
+  > --prefer best a.emf
   > --exact --prefer wmf a.emf
   > --json a.emf
   > --info --report a.emf
@@ -175,7 +175,7 @@ Wrong usage.
   metafile2svg: --height needs a number above 0 and up to 1000000
   metafile2svg: --text needs characters or outlines
   metafile2svg: there is no log level loud
-  metafile2svg: --prefer can be wmf
+  metafile2svg: --prefer can be wmf or emf
   metafile2svg: --exact always takes the file's own records
   metafile2svg: --json needs --info or --report
   metafile2svg: --info and --report exclude each other
