@@ -120,6 +120,7 @@ void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, R
 {
     constexpr uint32_t kHead = 12;
     m_play.graphics.setRecord(number);
+    m_play.graphics.grant(size_t(records.size));
     while (records.size > 0) {
         Fields head(records);
         const uint32_t type = head.word();
