@@ -86,6 +86,8 @@ public:
     Played selectObject(uint32_t handle);
     Played deleteObject(uint32_t handle);
     Played selectPalette(uint32_t handle);
+    /// In place of a handle in the two that follow.
+    static constexpr uint32_t kSelectedPalette = 0xFFFFFFFF;
     Played setPaletteEntries(uint32_t handle, uint32_t first, const Palette &entries);
     Played resizePalette(uint32_t handle, uint32_t size);
     /// The colour of a COLORREF ([MS-WMF] 2.2.2.8), which may be one of the selected palette.

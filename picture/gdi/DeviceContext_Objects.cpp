@@ -172,6 +172,8 @@ static constexpr Played kNoPalette = notDone("its object is no palette");
 
 Palette *DeviceContext::palette(uint32_t handle)
 {
+    if (handle == kSelectedPalette)
+        return m_state.palette.get();
     if (object(handle) == nullptr)
         return nullptr;
     const auto *const found = std::get_if<std::shared_ptr<Palette>>(&m_objects[handle]);

@@ -142,7 +142,7 @@ struct State
     int32_t characterExtra = 0; ///< logical, behind each character
     int32_t breakExtra = 0, breakCount = 0; ///< logical units to share among so many blanks
     uint32_t stretchMode = 1; ///< StretchMode, [MS-EMF] 2.1.32
-    std::shared_ptr<const Palette> palette; ///< null for that of the device
+    std::shared_ptr<Palette> palette; ///< null for that of the device
     double miterLimit = 10;
     bool isClockwise = false;
     PointL brushOrigin;

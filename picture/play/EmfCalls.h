@@ -3,6 +3,7 @@
 #include "core/base/Bytes.h"
 #include "picture/gdi/DeviceContext.h"
 #include "picture/play/EmfFields.h"
+#include "picture/play/RecordCalls.h"
 
 namespace svgtool::picture::emf {
 
@@ -10,48 +11,18 @@ namespace svgtool::picture::emf {
 // a record that is too short reads as if zeros followed, and one whose counts do not fit is
 // refused.
 
-/// A record without fields that matter.
 template<auto Call>
-Played plain(DeviceContext &dc, ByteView)
-{
-    return (dc.*Call)();
-}
-
-/// A record of one number.
+inline constexpr RecordCall plain = playPlain<Call>;
 template<auto Call>
-Played number(DeviceContext &dc, ByteView record)
-{
-    return (dc.*Call)(Fields(record, kBody).dword());
-}
-
+inline constexpr RecordCall number = playNumber<Format, Call>;
 template<auto Call>
-Played color(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takeColor(dc, fields));
-}
-
-/// A record of two whole numbers.
+inline constexpr RecordCall color = playColor<Format, Call>;
 template<auto Call>
-Played pair(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takePair(fields));
-}
-
+inline constexpr RecordCall pair = playPair<Format, Call>;
 template<auto Call>
-Played point(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takePoint(fields));
-}
-
+inline constexpr RecordCall point = playPoint<Format, Call>;
 template<auto Call>
-Played box(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takeBox(fields));
-}
+inline constexpr RecordCall box = playBox<Format, Call>;
 
 /// A box and two points that end an arc of its ellipse.
 template<auto Call>
@@ -64,7 +35,7 @@ Played arc(DeviceContext &dc, ByteView record)
 }
 
 // State: EmfCalls_State.cpp.
-Played restoreState(DeviceContext &dc, ByteView record);
+inline constexpr RecordCall restoreState = playInt<Format, &DeviceContext::restoreState>;
 Played setTextJustification(DeviceContext &dc, ByteView record);
 Played scaleWindowExtent(DeviceContext &dc, ByteView record);
 Played scaleViewportExtent(DeviceContext &dc, ByteView record);

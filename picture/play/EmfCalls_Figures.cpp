@@ -2,21 +2,12 @@
 
 namespace svgtool::picture::emf {
 
-// As many points as the record says, or nothing when they do not fit. The cursor moves behind them.
 static std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count,
                                                      Width width)
 {
-    const int64_t stride = width == Width::Short ? 4 : 8;
-    if (!slice(record, fields.offset(), count * stride))
-        return std::nullopt;
-    std::vector<PointD> points;
-    points.reserve(size_t(count));
-    for (int64_t i = 0; i < count; ++i)
-        points.push_back(width == Width::Short ? takeShortPoint(fields) : takePoint(fields));
-    return points;
+    return width == Width::Short ? picture::takePoints(record, fields, count, 4, takeShortPoint)
+                                 : picture::takePoints(record, fields, count, 8, takePoint);
 }
-
-static constexpr Played kTooFewPoints = notDone("it names more points than it has");
 
 Played playPoints(DeviceContext &dc, ByteView record, Width width, PointsCall call)
 {

@@ -28,18 +28,9 @@ Played createPen(DeviceContext &dc, ByteView record)
 
 Played createBrush(DeviceContext &dc, ByteView record)
 {
-    constexpr uint32_t kNull = 1, kHatched = 2, kHatches = 6;
     Fields fields(record, kBody);
-    const uint32_t handle = fields.dword(), style = fields.dword();
-    Brush brush;
-    brush.color = takeColor(dc, fields);
-    const uint32_t hatch = fields.dword();
-    if (style == kNull)
-        brush.kind = Brush::Kind::Null;
-    else if (style == kHatched && hatch < kHatches)
-        brush.kind = Brush::Kind::Hatched;
-    brush.hatch = uint8_t(hatch);
-    return dc.createObject(handle, brush);
+    const uint32_t handle = fields.dword();
+    return dc.createObject(handle, takeBrush<Format>(dc, fields));
 }
 
 Played extCreatePen(DeviceContext &dc, ByteView record)
@@ -76,18 +67,7 @@ Played createFont(DeviceContext &dc, ByteView record)
     constexpr int kFaceUnits = 32;
     Fields fields(record, kBody);
     const uint32_t handle = fields.dword();
-    Font font;
-    font.height = fields.longInt();
-    font.width = fields.longInt();
-    font.escapement = fields.longInt();
-    fields.skip(4); // the orientation
-    font.weight = fields.longInt();
-    font.isItalic = fields.byte() != 0;
-    font.isUnderlined = fields.byte() != 0;
-    font.isStruckOut = fields.byte() != 0;
-    font.charSet = fields.byte();
-    fields.skip(3); // precisions and quality
-    font.pitchAndFamily = fields.byte();
+    Font font = takeFont<Format>(fields);
     for (int i = 0; i < kFaceUnits; ++i) {
         const char16_t unit = fields.word();
         if (unit == 0)

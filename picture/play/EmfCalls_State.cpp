@@ -2,32 +2,12 @@
 
 namespace svgtool::picture::emf {
 
-Played restoreState(DeviceContext &dc, ByteView record)
-{
-    return dc.restoreState(Fields(record, kBody).longInt());
-}
-
 Played setTextJustification(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
     const PointL pair = takePair(fields);
     return dc.setTextJustification(pair.x, pair.y);
 }
-
-// Entries of a palette, four bytes each; nothing when they do not fit.
-static std::optional<Palette> takePalette(ByteView record, Fields &fields, int64_t count)
-{
-    if (!slice(record, fields.offset(), count * 4))
-        return std::nullopt;
-    Palette palette;
-    for (int64_t i = 0; i < count; ++i) {
-        const uint32_t entry = fields.dword();
-        palette.push_back({ uint8_t(entry), uint8_t(entry >> 8), uint8_t(entry >> 16), 255 });
-    }
-    return palette;
-}
-
-static constexpr Played kTooFewEntries = notDone("it names more entries than it has");
 
 Played createPalette(DeviceContext &dc, ByteView record)
 {

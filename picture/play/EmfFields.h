@@ -44,6 +44,17 @@ inline RectD takeBox(Fields &fields)
     return { first.x, first.y, second.x, second.y };
 }
 
+/// How fields lie, for what both formats have in common.
+struct Format
+{
+    static constexpr int64_t kBody = emf::kBody;
+    static int32_t takeInt(Fields &fields) { return fields.longInt(); }
+    static uint32_t takeNumber(Fields &fields) { return fields.dword(); }
+    static PointL takePair(Fields &fields) { return emf::takePair(fields); }
+    static PointD takePoint(Fields &fields) { return emf::takePoint(fields); }
+    static RectD takeBox(Fields &fields) { return emf::takeBox(fields); }
+};
+
 /// XFORM, [MS-EMF] 2.2.28.
 inline Affine takeAffine(Fields &fields)
 {

@@ -2,6 +2,7 @@
 
 #include "core/base/Bytes.h"
 #include "picture/gdi/DeviceContext.h"
+#include "picture/play/RecordCalls.h"
 #include "picture/play/WmfFields.h"
 
 namespace svgtool::picture::wmf {
@@ -9,52 +10,23 @@ namespace svgtool::picture::wmf {
 // One function a record, as for EMF: it reads the fields and makes the call. Numbers of objects
 // are those of the file, which count from 0; the device context's are one more.
 
-/// A record without fields.
 template<auto Call>
-Played plain(DeviceContext &dc, ByteView)
-{
-    return (dc.*Call)();
-}
-
-/// A record of one number.
+inline constexpr RecordCall plain = playPlain<Call>;
 template<auto Call>
-Played number(DeviceContext &dc, ByteView record)
-{
-    return (dc.*Call)(Fields(record, kBody).word());
-}
-
+inline constexpr RecordCall number = playNumber<Format, Call>;
 template<auto Call>
-Played color(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(dc.colorOfReference(fields.dword()));
-}
+inline constexpr RecordCall color = playColor<Format, Call>;
+template<auto Call>
+inline constexpr RecordCall pair = playPair<Format, Call>;
+template<auto Call>
+inline constexpr RecordCall point = playPoint<Format, Call>;
+template<auto Call>
+inline constexpr RecordCall box = playBox<Format, Call>;
 
 template<auto Call>
 Played object(DeviceContext &dc, ByteView record)
 {
     return (dc.*Call)(Fields(record, kBody).word() + 1u);
-}
-
-template<auto Call>
-Played pair(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takePair(fields));
-}
-
-template<auto Call>
-Played point(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takePoint(fields));
-}
-
-template<auto Call>
-Played box(DeviceContext &dc, ByteView record)
-{
-    Fields fields(record, kBody);
-    return (dc.*Call)(takeBox(fields));
 }
 
 /// The box of a figure whose right and lower edge the call leaves out, as the device context takes
@@ -81,12 +53,12 @@ Played arc(DeviceContext &dc, ByteView record)
 }
 
 // State: WmfCalls_State.cpp.
-Played restoreState(DeviceContext &dc, ByteView record);
+inline constexpr RecordCall restoreState = playInt<Format, &DeviceContext::restoreState>;
 Played offsetWindowOrigin(DeviceContext &dc, ByteView record);
 Played offsetViewportOrigin(DeviceContext &dc, ByteView record);
 Played scaleWindowExtent(DeviceContext &dc, ByteView record);
 Played scaleViewportExtent(DeviceContext &dc, ByteView record);
-Played setCharacterExtra(DeviceContext &dc, ByteView record);
+inline constexpr RecordCall setCharacterExtra = playInt<Format, &DeviceContext::setCharacterExtra>;
 Played setJustification(DeviceContext &dc, ByteView record);
 
 // Objects: WmfCalls_Objects.cpp.
@@ -94,6 +66,8 @@ Played createPen(DeviceContext &dc, ByteView record);
 Played createBrush(DeviceContext &dc, ByteView record);
 Played createFont(DeviceContext &dc, ByteView record);
 Played createPalette(DeviceContext &dc, ByteView record);
+Played setPaletteEntries(DeviceContext &dc, ByteView record);
+Played resizePalette(DeviceContext &dc, ByteView record);
 Played createRegion(DeviceContext &dc, ByteView record);
 Played createOther(DeviceContext &dc, ByteView record);
 

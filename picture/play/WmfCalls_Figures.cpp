@@ -19,18 +19,9 @@ std::optional<RectD> outlined(const DeviceContext &dc, const RectD &box)
     return mapBounds(*toLogical, pixels);
 }
 
-static constexpr Played kTooFewPoints = notDone("it names more points than it has");
-
-// As many points as the record says, or nothing when they do not fit.
 static std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count)
 {
-    if (!slice(record, fields.offset(), count * 4))
-        return std::nullopt;
-    std::vector<PointD> points;
-    points.reserve(size_t(count));
-    for (int64_t i = 0; i < count; ++i)
-        points.push_back(takeArrayPoint(fields));
-    return points;
+    return picture::takePoints(record, fields, count, 4, takeArrayPoint);
 }
 
 Played polyline(DeviceContext &dc, ByteView record)

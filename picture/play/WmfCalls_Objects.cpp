@@ -25,36 +25,15 @@ Played createPen(DeviceContext &dc, ByteView record)
 
 Played createBrush(DeviceContext &dc, ByteView record)
 {
-    constexpr uint16_t kNull = 1, kHatched = 2, kHatches = 6;
     Fields fields(record, kBody);
-    const uint16_t style = fields.word();
-    Brush brush;
-    brush.color = dc.colorOfReference(fields.dword());
-    const uint16_t hatch = fields.word();
-    if (style == kNull)
-        brush.kind = Brush::Kind::Null;
-    else if (style == kHatched && hatch < kHatches)
-        brush.kind = Brush::Kind::Hatched;
-    brush.hatch = uint8_t(hatch);
-    return dc.createInFreeSlot(brush);
+    return dc.createInFreeSlot(takeBrush<Format>(dc, fields));
 }
 
 Played createFont(DeviceContext &dc, ByteView record)
 {
     constexpr int kFaceBytes = 32;
     Fields fields(record, kBody);
-    Font font;
-    font.height = fields.shortInt();
-    font.width = fields.shortInt();
-    font.escapement = fields.shortInt();
-    fields.skip(2); // the orientation
-    font.weight = fields.shortInt();
-    font.isItalic = fields.byte() != 0;
-    font.isUnderlined = fields.byte() != 0;
-    font.isStruckOut = fields.byte() != 0;
-    font.charSet = fields.byte();
-    fields.skip(3); // precisions and quality
-    font.pitchAndFamily = fields.byte();
+    Font font = takeFont<Format>(fields);
     std::string face;
     for (int i = 0; i < kFaceBytes; ++i) {
         const uint8_t byte = fields.byte();
@@ -100,15 +79,24 @@ Played createPalette(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody + 2);
     const int64_t count = fields.word();
-    Palette palette;
-    if (slice(record, fields.offset(), count * 4)) {
-        for (int64_t i = 0; i < count; ++i) {
-            const uint8_t red = fields.byte(), green = fields.byte();
-            palette.push_back({ red, green, fields.byte(), 255 });
-            fields.skip(1);
-        }
-    }
-    return dc.createInFreeSlot(std::make_shared<Palette>(std::move(palette)));
+    auto palette = takePalette(record, fields, count);
+    return dc.createInFreeSlot(std::make_shared<Palette>(std::move(palette).value_or(Palette())));
+}
+
+// Changes the palette that is selected.
+Played setPaletteEntries(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, kBody);
+    const uint32_t first = fields.word();
+    const int64_t count = fields.word();
+    const auto palette = takePalette(record, fields, count);
+    return palette ? dc.setPaletteEntries(DeviceContext::kSelectedPalette, first, *palette)
+                   : kTooFewEntries;
+}
+
+Played resizePalette(DeviceContext &dc, ByteView record)
+{
+    return dc.resizePalette(DeviceContext::kSelectedPalette, Fields(record, kBody).word());
 }
 
 } // namespace svgtool::picture::wmf

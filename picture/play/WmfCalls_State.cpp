@@ -4,11 +4,6 @@
 
 namespace svgtool::picture::wmf {
 
-Played restoreState(DeviceContext &dc, ByteView record)
-{
-    return dc.restoreState(Fields(record, kBody).shortInt());
-}
-
 static PointL sum(PointL a, PointL b)
 {
     return { wrapAdd(a.x, b.x), wrapAdd(a.y, b.y) };
@@ -43,11 +38,6 @@ Played scaleWindowExtent(DeviceContext &dc, ByteView record)
 Played scaleViewportExtent(DeviceContext &dc, ByteView record)
 {
     return scale<&DeviceContext::scaleViewportExtent>(dc, record);
-}
-
-Played setCharacterExtra(DeviceContext &dc, ByteView record)
-{
-    return dc.setCharacterExtra(Fields(record, kBody).shortInt());
 }
 
 Played setJustification(DeviceContext &dc, ByteView record)

@@ -28,6 +28,17 @@ inline RectD takeBox(Fields &fields)
     return { start.x, start.y, end.x, end.y };
 }
 
+/// How fields lie, for what both formats have in common.
+struct Format
+{
+    static constexpr int64_t kBody = wmf::kBody;
+    static int16_t takeInt(Fields &fields) { return fields.shortInt(); }
+    static uint16_t takeNumber(Fields &fields) { return fields.word(); }
+    static PointL takePair(Fields &fields) { return wmf::takePair(fields); }
+    static PointD takePoint(Fields &fields) { return wmf::takePoint(fields); }
+    static RectD takeBox(Fields &fields) { return wmf::takeBox(fields); }
+};
+
 /// A point of an array, which has x first.
 inline PointD takeArrayPoint(Fields &fields)
 {

@@ -1,0 +1,142 @@
+#pragma once
+
+#include "core/records/Fields.h"
+#include "picture/gdi/DeviceContext.h"
+
+#include <optional>
+#include <vector>
+
+namespace svgtool::picture {
+
+// What records of both formats have in common: the calls they make, and the structures in them. A
+// Format says where the fields of a record begin (kBody) and how they lie: takeInt, takeNumber,
+// takePair, takePoint
+// and takeBox.
+
+using RecordCall = Played (*)(DeviceContext &dc, ByteView record);
+
+/// A record without fields that matter.
+template<auto Call>
+Played playPlain(DeviceContext &dc, ByteView)
+{
+    return (dc.*Call)();
+}
+
+/// A record of one number.
+template<class Format, auto Call>
+Played playNumber(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(Format::takeNumber(fields));
+}
+
+/// A record of one number with a sign.
+template<class Format, auto Call>
+Played playInt(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(Format::takeInt(fields));
+}
+
+/// A record of a COLORREF, [MS-WMF] 2.2.2.8.
+template<class Format, auto Call>
+Played playColor(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(dc.colorOfReference(fields.dword()));
+}
+
+/// A record of two whole numbers.
+template<class Format, auto Call>
+Played playPair(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(Format::takePair(fields));
+}
+
+template<class Format, auto Call>
+Played playPoint(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(Format::takePoint(fields));
+}
+
+template<class Format, auto Call>
+Played playBox(DeviceContext &dc, ByteView record)
+{
+    Fields fields(record, Format::kBody);
+    return (dc.*Call)(Format::takeBox(fields));
+}
+
+inline constexpr Played kTooFewPoints = notDone("it names more points than it has");
+
+/// As many points as a record says, or nothing when they do not fit.
+/// @param bytes  that each has
+/// @param take   gives the next one
+template<class Take>
+std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count,
+                                              int64_t bytes, Take take)
+{
+    if (!slice(record, fields.offset(), count * bytes))
+        return std::nullopt;
+    std::vector<PointD> points;
+    points.reserve(size_t(count));
+    for (int64_t i = 0; i < count; ++i)
+        points.push_back(take(fields));
+    return points;
+}
+
+/// LogBrush, [MS-WMF] 2.2.1.10 and [MS-EMF] 2.2.12. Styles that need a bitmap are solid.
+template<class Format>
+Brush takeBrush(const DeviceContext &dc, Fields &fields)
+{
+    constexpr uint32_t kNull = 1, kHatched = 2, kHatches = 6;
+    const uint32_t style = Format::takeNumber(fields);
+    Brush brush;
+    brush.color = dc.colorOfReference(fields.dword());
+    const uint32_t hatch = Format::takeNumber(fields);
+    if (style == kNull)
+        brush.kind = Brush::Kind::Null;
+    else if (style == kHatched && hatch < kHatches)
+        brush.kind = Brush::Kind::Hatched;
+    brush.hatch = uint8_t(hatch);
+    return brush;
+}
+
+/// Font, [MS-WMF] 2.2.1.2, and LogFont, [MS-EMF] 2.2.13, up to the name.
+template<class Format>
+Font takeFont(Fields &fields)
+{
+    Font font;
+    font.height = Format::takeInt(fields);
+    font.width = Format::takeInt(fields);
+    font.escapement = Format::takeInt(fields);
+    Format::takeInt(fields); // the orientation
+    font.weight = Format::takeInt(fields);
+    font.isItalic = fields.byte() != 0;
+    font.isUnderlined = fields.byte() != 0;
+    font.isStruckOut = fields.byte() != 0;
+    font.charSet = fields.byte();
+    fields.skip(3); // precisions and quality
+    font.pitchAndFamily = fields.byte();
+    return font;
+}
+
+/// Entries of a palette, four bytes each; nothing when they do not fit.
+inline std::optional<Palette> takePalette(ByteView record, Fields &fields, int64_t count)
+{
+    if (!slice(record, fields.offset(), count * 4))
+        return std::nullopt;
+    Palette palette;
+    palette.reserve(size_t(count));
+    for (int64_t i = 0; i < count; ++i) {
+        const uint8_t red = fields.byte(), green = fields.byte(), blue = fields.byte();
+        fields.skip(1);
+        palette.push_back({ red, green, blue, 255 });
+    }
+    return palette;
+}
+
+inline constexpr Played kTooFewEntries = notDone("it names more entries than it has");
+
+} // namespace svgtool::picture
