@@ -27,6 +27,16 @@ struct Color
     bool operator==(const Color &) const = default;
 };
 
+constexpr Color colorOf(Argb pixel)
+{
+    return { redOf(pixel), greenOf(pixel), blueOf(pixel), alphaOf(pixel) };
+}
+
+constexpr Argb argbOf(const Color &color)
+{
+    return argb(color.red, color.green, color.blue, color.alpha);
+}
+
 /// A tile of lines on nothing or on a ground, repeated from its origin.
 struct Hatch
 {
@@ -36,6 +46,7 @@ struct Hatch
     double lineWidth = 0; ///< 0: they are areas
     Color color;
     std::optional<Color> ground;
+    Affine transform; ///< of the tile and its repetitions
 
     bool operator==(const Hatch &) const = default;
 };

@@ -71,7 +71,7 @@ Index SceneBuilder::hatch(const Hatch &hatch)
 {
     Key key;
     key << hatch.tile << hatch.origin << hatch.lineWidth << hatch.color << hatch.ground.has_value()
-        << hatch.ground.value_or(Color()) << hatch.lines;
+        << hatch.ground.value_or(Color()) << hatch.transform << hatch.lines;
     return once(m_hatches, m_scene.hatches, hatch, key.take());
 }
 

@@ -34,13 +34,12 @@ void useImages(SvgDocument &document)
     }
 }
 
-// Width, height and what is to be seen.
-static void writeContents(SvgDocument &document, const Image &image, double width, double height)
+// Place and size, and what is to be seen.
+static void writeContents(SvgDocument &document, const Image &image, const RectD &box)
 {
-    document.attribute("width", width);
-    document.attribute("height", height);
-    const double skew = width * image.size.height - height * image.size.width;
-    if (std::abs(skew) > 1e-9 * width * image.size.height)
+    writeBox(document, box);
+    const double skew = box.width() * image.size.height - box.height() * image.size.width;
+    if (std::abs(skew) > 1e-9 * box.width() * image.size.height)
         document.attribute("preserveAspectRatio", "none");
     document.put(" xlink:href=\"data:");
     if (image.pixels.isNull()) {
@@ -90,22 +89,15 @@ void definePattern(SvgDocument &document, Index number)
 {
     const Pattern &pattern = document.scene().patterns[number];
     const RectD &tile = pattern.tile;
-    document.put("<pattern");
-    document.id(Defined::Pattern, number);
-    document.put(" patternUnits=\"userSpaceOnUse\"");
-    document.attribute("x", tile.left);
-    document.attribute("y", tile.top);
-    document.attribute("width", pattern.mirrorsX ? 2 * tile.width() : tile.width());
-    document.attribute("height", pattern.mirrorsY ? 2 * tile.height() : tile.height());
-    if (!pattern.transform.isIdentity())
-        document.transform(pattern.transform, "patternTransform");
-    document.put('>');
+    const RectD all{ tile.left, tile.top, tile.right + (pattern.mirrorsX ? tile.width() : 0),
+                     tile.bottom + (pattern.mirrorsY ? tile.height() : 0) };
+    beginPattern(document, Defined::Pattern, number, all, pattern.transform);
     if (pattern.mirrorsX || pattern.mirrorsY) {
         writeMirrored(document, pattern);
     } else {
         document.put("<image");
-        writeContents(document, document.scene().images[pattern.image], tile.width(),
-                      tile.height());
+        writeContents(document, document.scene().images[pattern.image],
+                      { 0, 0, tile.width(), tile.height() });
         if (!pattern.isSmooth)
             document.attribute("style", kSharp);
         document.put("/>");
@@ -118,7 +110,7 @@ void defineImage(SvgDocument &document, Index number)
     const Image &image = document.scene().images[number];
     document.put("<image");
     document.id(Defined::Image, number);
-    writeContents(document, image, image.size.width, image.size.height);
+    writeContents(document, image, { 0, 0, double(image.size.width), double(image.size.height) });
     document.put("/>\n");
 }
 
@@ -139,17 +131,14 @@ void writeImage(SvgDocument &document, const Node &node)
                            box.height() / image.size.height, box.left, box.top };
         document.put("<use");
         if (size.a == 1 && size.d == 1 && node.transform == kNone) {
-            document.attribute("x", box.left);
-            document.attribute("y", box.top);
+            writeCorner(document, box);
         } else {
             document.transform(size.then(outer));
         }
         document.link(Defined::Image, place.image);
     } else {
         document.put("<image");
-        document.attribute("x", box.left);
-        document.attribute("y", box.top);
-        writeContents(document, image, box.width(), box.height());
+        writeContents(document, image, box);
         if (node.transform != kNone)
             document.transform(outer);
     }

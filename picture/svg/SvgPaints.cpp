@@ -74,21 +74,28 @@ void usePaint(SvgDocument &document, const Paint &paint)
         document.use(Defined::Gradient, paint.resource);
 }
 
+void beginPattern(SvgDocument &document, Defined kind, Index number, const RectD &tile,
+                  const Affine &transform)
+{
+    document.put("<pattern");
+    document.id(kind, number);
+    document.put(" patternUnits=\"userSpaceOnUse\"");
+    writeBox(document, tile);
+    if (!transform.isIdentity())
+        document.transform(transform, "patternTransform");
+    document.put('>');
+}
+
 void defineHatch(SvgDocument &document, Index number)
 {
     const Hatch &hatch = document.scene().hatches[number];
-    document.put("<pattern");
-    document.id(Defined::Hatch, number);
-    document.put(" patternUnits=\"userSpaceOnUse\"");
-    document.attribute("x", hatch.origin.x);
-    document.attribute("y", hatch.origin.y);
-    document.attribute("width", hatch.tile);
-    document.attribute("height", hatch.tile);
-    document.put('>');
+    const RectD tile{ 0, 0, hatch.tile, hatch.tile };
+    const PointD at = hatch.origin;
+    beginPattern(document, Defined::Hatch, number,
+                 { at.x, at.y, at.x + hatch.tile, at.y + hatch.tile }, hatch.transform);
     if (hatch.ground) {
         document.put("<rect");
-        document.attribute("width", hatch.tile);
-        document.attribute("height", hatch.tile);
+        writeBox(document, tile);
         document.attribute("fill", *hatch.ground);
         writeOpacity(document, "fill", hatch.ground->alpha);
         document.put("/>");

@@ -23,6 +23,9 @@ void writePathData(SvgDocument &document, const Numbers &grid, std::span<const P
 // SvgShapes.cpp
 // Elements up to the attributes that groups may say for them.
 void writePath(SvgDocument &document, const Node &node);
+/// Attributes: the left upper corner where it is not 0,0; the same, and the size.
+void writeCorner(SvgDocument &document, const RectD &box);
+void writeBox(SvgDocument &document, const RectD &box);
 void writeRect(SvgDocument &document, const Rect &rect);
 void writeEllipse(SvgDocument &document, const Ellipse &ellipse);
 
@@ -43,6 +46,9 @@ void writeGlyphs(SvgDocument &document, const Node &node, std::string_view attri
 // SvgPaints.cpp
 /// Notes what a paint needs in <defs>.
 void usePaint(SvgDocument &document, const Paint &paint);
+/// Up to the contents of a pattern.
+void beginPattern(SvgDocument &document, SvgDocument::Defined kind, Index number, const RectD &tile,
+                  const Affine &transform);
 void defineHatch(SvgDocument &document, Index hatch);
 void defineGradient(SvgDocument &document, Index gradient);
 

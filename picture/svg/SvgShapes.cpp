@@ -12,15 +12,25 @@ void writePath(SvgDocument &document, const Node &node)
     document.put('"');
 }
 
+void writeCorner(SvgDocument &document, const RectD &box)
+{
+    if (box.left != 0)
+        document.attribute("x", box.left);
+    if (box.top != 0)
+        document.attribute("y", box.top);
+}
+
+void writeBox(SvgDocument &document, const RectD &box)
+{
+    writeCorner(document, box);
+    document.attribute("width", box.width());
+    document.attribute("height", box.height());
+}
+
 void writeRect(SvgDocument &document, const Rect &rect)
 {
     document.put("<rect");
-    if (rect.box.left != 0)
-        document.attribute("x", rect.box.left);
-    if (rect.box.top != 0)
-        document.attribute("y", rect.box.top);
-    document.attribute("width", rect.box.width());
-    document.attribute("height", rect.box.height());
+    writeBox(document, rect.box);
     if (rect.rx > 0)
         document.attribute("rx", rect.rx);
     if (rect.ry > 0 && rect.ry != rect.rx)
