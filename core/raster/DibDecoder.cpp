@@ -16,10 +16,13 @@ namespace {
 
     // A colour table for every index of the depth. Entries that are not there are black, and
     // without a palette to look them up in, indices are shades of grey.
-    std::vector<Argb> colourTable(const DibHeader &header, ByteView info)
+    std::vector<Argb> colourTable(const DibHeader &header, ByteView info,
+                                  std::span<const Argb> palette = {})
     {
         const uint32_t count = 1U << header.depth;
-        const auto greyOf = [count](uint32_t index) {
+        const auto ofPalette = [count, palette](uint32_t index) {
+            if (!palette.empty())
+                return index < palette.size() ? palette[index] : kBlack;
             const uint32_t grey = std::min(index, count - 1) * 255 / (count - 1);
             return argb(grey, grey, grey);
         };
@@ -27,7 +30,7 @@ namespace {
         std::vector<Argb> colours(count, kBlack);
         for (uint32_t i = 0; i < count; ++i) {
             if (header.tableEntryBytes == 0) {
-                colours[i] = greyOf(i);
+                colours[i] = ofPalette(i);
                 continue;
             }
             const auto entry = i < header.tableEntries
@@ -37,7 +40,7 @@ namespace {
                 continue;
             const auto *bytes = entry->data;
             colours[i] = header.tableEntryBytes == 2
-                    ? greyOf(fromLittleEndian(readPadded<uint16_t>(*entry)))
+                    ? ofPalette(fromLittleEndian(readPadded<uint16_t>(*entry)))
                     : argb(uint8_t(bytes[2]), uint8_t(bytes[1]), uint8_t(bytes[0]));
         }
         return colours;
@@ -206,7 +209,7 @@ namespace {
         DecodedBitmap bitmap;
         bitmap.pixels = fromPlainBits(header, dib.bits);
         if (header.depth <= 8)
-            bitmap.pixels.colours() = colourTable(header, dib.info);
+            bitmap.pixels.colours() = colourTable(header, dib.info, dib.palette);
         return bitmap;
     }
 
@@ -224,7 +227,7 @@ namespace {
         pixelsLeft -= charged;
         DecodedBitmap bitmap;
         bitmap.pixels = emptyBitmap(header, PixelFormat::Indexed8);
-        bitmap.pixels.colours() = colourTable(header, dib.info);
+        bitmap.pixels.colours() = colourTable(header, dib.info, dib.palette);
         decodeRuns(dib.bits, header.depth == 4 ? RunDepth::Bits4 : RunDepth::Bits8, bitmap.pixels);
         return bitmap;
     }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 
 namespace svgtool {
 
@@ -16,6 +17,8 @@ struct DibBytes
     ByteView bits;
     uint32_t usage =
             0; ///< of the colour table: 0 colours, 1 palette indices, 2 none; [MS-EMF] 2.1.9
+    /// What indices of a palette mean; empty where that is not known: shades of grey.
+    std::span<const Argb> palette = {};
 };
 
 /// What a record's bitmap holds: pixels, or a whole PNG or JPEG file.

@@ -49,7 +49,8 @@ Mixture::Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
         if (!pattern.isNull())
             pattern.readLine(y, patterns.data());
         for (size_t x = 0; x < flip.size(); ++x) {
-            if (alphaOf(flip[x]) == 0) { // what run lengths skip
+            // What run lengths skip, and what a hatch leaves alone.
+            if (alphaOf(flip[x]) == 0 || (!pattern.isNull() && alphaOf(patterns[x]) == 0)) {
                 keep[x] = kColourBits;
                 flip[x] = 0;
                 continue;

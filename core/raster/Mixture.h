@@ -53,7 +53,9 @@ class Mixture
 {
 public:
     /// @param source   not null
-    /// @param pattern  of the size of the source, or null to take @p colour for all pixels
+    /// @param pattern  of the size of the source, or null to take @p colour for all pixels; where
+    /// it
+    ///                 is transparent, nothing is changed
     /// @throws std::bad_alloc
     Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
             const Bitmap &pattern = {});

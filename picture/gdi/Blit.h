@@ -15,6 +15,9 @@ namespace svgtool::picture {
 inline constexpr Played kTooLargeToMix =
         notDone("its bitmap is too large to be mixed with what lies beneath");
 
+/// What is said of brushes whose pixels cannot be told where they are mixed.
+inline constexpr Played kTakenForOneColour = approximated("its brush is taken for one colour");
+
 /// A rectangle by a corner and its extent, which mirrors where it is negative.
 struct BlitBox
 {

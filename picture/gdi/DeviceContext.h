@@ -170,7 +170,7 @@ public:
                         uint32_t mode);
     /// A brush of a bitmap's pixels; nothing where that makes no sense.
     /// @param isMono  of the colours of text and background when it is used
-    std::optional<Brush> patternBrush(const DibBytes &dib, bool isMono);
+    std::optional<Brush> patternBrush(const BlitSource &source, bool isMono);
 
     // Text.
     Played textOut(const TextCall &call);
@@ -227,6 +227,11 @@ private:
     Index fillPaint();
     Paint brushPaint(const Brush &brush);
     Paint patternPaint(const Brush &brush);
+    /// The pixels of a brush, which it repeats; null for one of a colour.
+    Bitmap brushTile(const Brush &brush) const;
+    /// The pixels of the brush in a place, as many as the picture has there; null as above.
+    bool takeBrushPixels(const BlitPlace &place, Bitmap &pixels);
+    Paint unshaped(Paint paint, const Affine &shape);
     /// @param path  in device units
     Played paint(const Path &path, uint8_t parts, bool isEvenOdd);
     void fillBox(const RectD &box, Color color);
@@ -341,6 +346,8 @@ private:
 
     const GdiObject *object(uint32_t handle) const;
     Palette *palette(uint32_t handle);
+    /// The one in force.
+    const Palette &palette() const;
 
     Device m_device;
     SceneBuilder &m_builder;
@@ -358,6 +365,7 @@ private:
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
+    int64_t m_brushPixels = limits::kAllEnlargedPixels; ///< left for mixing with brushes
     double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document
     int64_t m_floodSteps = limits::kFloodSteps; ///< left for the document
     Grounds m_grounds;

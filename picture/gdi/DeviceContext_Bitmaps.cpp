@@ -15,11 +15,6 @@ namespace {
 
     constexpr Played kBadBitmap = notDone("its bitmap makes no sense");
 
-    Color colorOf(Argb pixel)
-    {
-        return { redOf(pixel), greenOf(pixel), blueOf(pixel), alphaOf(pixel) };
-    }
-
     // One axis of a transfer: pixels from `source` to `sourceEnd` fill what lies between `from` and
     // `to`.
     struct Axis
@@ -113,7 +108,11 @@ namespace {
 
 std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
 {
-    return ConvertTo32Bits(dib, m_runLengthPixels);
+    constexpr uint32_t kOfPalette = 1;
+    DibBytes whole = dib;
+    if (m_state.palette || dib.usage == kOfPalette)
+        whole.palette = palette();
+    return ConvertTo32Bits(whole, m_runLengthPixels);
 }
 
 std::optional<DecodedBitmap> DeviceContext::decode(const BlitSource &source)
@@ -254,9 +253,13 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
         return paintPixels(std::move(pixels), *place, 1);
     if (pixels.pixelCount() > kLayeredPixels)
         return kTooLargeToMix;
-    const bool isKnown = !operation.usesPattern() || m_state.brush.kind == Brush::Kind::Solid;
-    const Played played = paintMixture(Mixture(pixels, operation, patternColour()), *place);
-    return isKnown ? played : approximated("its brush is taken for one colour");
+    Bitmap pattern;
+    const bool isKnown = !operation.usesPattern() || takeBrushPixels(*place, pattern);
+    if (!pattern.isNull())
+        pixels = resampled(pixels, pattern.size());
+    const Played played =
+            paintMixture(Mixture(pixels, operation, patternColour(), pattern), *place);
+    return isKnown ? played : kTakenForOneColour;
 }
 
 Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
@@ -273,36 +276,6 @@ Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
                 m_builder.add(part, Rect{ place->box, 0, 0 });
             },
             operation);
-}
-
-std::optional<Brush> DeviceContext::patternBrush(const DibBytes &dib, bool isMono)
-{
-    auto bitmap = decode(dib);
-    if (!bitmap || bitmap->isFile()) // which would go with its record
-        return std::nullopt;
-    Brush brush;
-    brush.kind = Brush::Kind::Pattern;
-    brush.isMono = isMono && bitmap->isMask();
-    brush.pattern = std::make_shared<const DecodedBitmap>(std::move(*bitmap));
-    return brush;
-}
-
-Paint DeviceContext::patternPaint(const Brush &brush)
-{
-    const double pixel = m_device.unitsPerPixel;
-    const PointD origin{ m_device.view.left + m_state.brushOrigin.x * pixel,
-                         m_device.view.top + m_state.brushOrigin.y * pixel };
-    Image image;
-    image.pixels = brush.pattern->pixels;
-    image.size = brush.pattern->size;
-    const auto argbOf = [](const Color &c) { return argb(c.red, c.green, c.blue); };
-    if (brush.isMono)
-        image.pixels.colours() = { argbOf(m_state.textColor), argbOf(m_state.backgroundColor) };
-    Pattern pattern;
-    pattern.tile = { origin.x, origin.y, origin.x + image.size.width * pixel,
-                     origin.y + image.size.height * pixel };
-    pattern.image = m_builder.image(std::move(image));
-    return { Paint::Kind::Pattern, {}, m_builder.pattern(pattern) };
 }
 
 Played DeviceContext::stretchDibits(const BlitBox &to, const BlitBox &from, const DibBytes &dib,

@@ -47,7 +47,7 @@ static std::optional<Bitmap> maskOver(const Bitmap &mask, const BlitPlace &place
 
 Argb DeviceContext::patternColour() const
 {
-    return argb(m_state.brush.color.red, m_state.brush.color.green, m_state.brush.color.blue);
+    return argbOf(m_state.brush.color);
 }
 
 Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const BlitMask *mask,
@@ -74,12 +74,19 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
     const auto over = maskOver(maskBits->pixels, *place, from, mask->at);
     if (!over)
         return kBadMask;
-    const Bitmap pixels = shownPart(std::move(bitmap->pixels), *place);
+    Bitmap pixels = shownPart(std::move(bitmap->pixels), *place);
     if (pixels.pixelCount() > kLayeredPixels)
         return kTooLargeToMix;
-    Mixture mixture(pixels, inside, patternColour());
-    mixture.chooseByMask(Mixture(pixels, outside, patternColour()), *over);
-    return paintMixture(std::move(mixture), *place);
+    Bitmap pattern;
+    const bool usesPattern = inside.usesPattern() || outside.usesPattern();
+    const bool isKnown = !usesPattern || takeBrushPixels(*place, pattern);
+    if (!pattern.isNull())
+        pixels = resampled(pixels, pattern.size());
+    Mixture mixture(pixels, inside, patternColour(), pattern);
+    mixture.chooseByMask(Mixture(pixels, outside, patternColour(), pattern),
+                         resampled(*over, pixels.size()));
+    const Played played = paintMixture(std::move(mixture), *place);
+    return isKnown ? played : kTakenForOneColour;
 }
 
 Played DeviceContext::transparentBlt(const BlitBox &to, const BlitSource &source, Color key)
@@ -95,7 +102,7 @@ Played DeviceContext::transparentBlt(const BlitBox &to, const BlitSource &source
         return approximated("the colour that it leaves out is in a file");
     }
     Bitmap pixels = shownPart(std::move(bitmap->pixels), *place);
-    clearColour(pixels, argb(key.red, key.green, key.blue));
+    clearColour(pixels, argbOf(key));
     return paintPixels(std::move(pixels), *place, 1);
 }
 

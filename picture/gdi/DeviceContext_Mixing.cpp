@@ -11,16 +11,6 @@ namespace svgtool::picture {
 
 static constexpr Played kManyGrounds = approximated("what lies beneath it is of many colours");
 
-static Argb argbOf(const Color &color)
-{
-    return argb(color.red, color.green, color.blue);
-}
-
-static Color colorOf(Argb pixel)
-{
-    return { redOf(pixel), greenOf(pixel), blueOf(pixel), 255 };
-}
-
 // What a paint becomes on a ground of one colour.
 Index DeviceContext::mixedPaint(Index index, RasterOperation operation, Color ground)
 {
@@ -28,7 +18,7 @@ Index DeviceContext::mixedPaint(Index index, RasterOperation operation, Color gr
         return kNone;
     Paint paint = m_builder.scene().paints[index];
     const auto mixed = [&](const Color &color) {
-        return colorOf(operation.apply(argbOf(color), 0, argbOf(ground)));
+        return colorOf(operation.apply(argbOf(color), 0, argbOf(ground)) | kAlphaBits);
     };
     switch (paint.kind) {
     case Paint::Kind::Solid:
@@ -127,7 +117,7 @@ bool DeviceContext::addBlended(const Node &node, const AddNode &add, RasterOpera
             part.blend = blend;
             Paint solid = base;
             if (isSolid)
-                solid.color = colorOf(color);
+                solid.color = colorOf(color | kAlphaBits);
             if (isFill) {
                 part.fill = m_builder.paint(solid);
             } else {

@@ -15,20 +15,26 @@ static const Palette &defaultPalette()
     static const Palette palette = [] {
         Palette made;
         for (const uint32_t color : kColors)
-            made.push_back({ uint8_t(color >> 16), uint8_t(color >> 8), uint8_t(color), 255 });
+            made.push_back(color | kAlphaBits);
         return made;
     }();
     return palette;
 }
 
+const Palette &DeviceContext::palette() const
+{
+    return m_state.palette ? *m_state.palette : defaultPalette();
+}
+
 Color DeviceContext::colorOfReference(uint32_t reference) const
 {
-    constexpr uint32_t kOfPalette = 1; // PALETTEINDEX; the colours of PALETTERGB (2) are shown
-    if (reference >> 24 != kOfPalette)
+    // PALETTEINDEX, told by its bit, whatever the others are; colours of PALETTERGB (2) are shown.
+    constexpr uint32_t kOfPalette = 1 << 24;
+    if ((reference & kOfPalette) == 0)
         return { uint8_t(reference), uint8_t(reference >> 8), uint8_t(reference >> 16), 255 };
-    const Palette &palette = m_state.palette ? *m_state.palette : defaultPalette();
+    const Palette &palette = this->palette();
     const uint32_t index = reference & 0xFFFF;
-    return index < palette.size() ? palette[index] : Color{ 0, 0, 0, 255 };
+    return index < palette.size() ? colorOf(palette[index]) : Color{ 0, 0, 0, 255 };
 }
 
 static Font stockFont(const char16_t *face, int32_t height, int32_t weight, uint8_t pitchAndFamily)
@@ -51,7 +57,7 @@ static GdiObject stockObject(uint32_t number)
     const auto pen = [](Pen::Line line, uint8_t level) {
         Pen made;
         made.line = line;
-        made.color = { level, level, level, 255 };
+        made.brush.color = { level, level, level, 255 };
         return made;
     };
     switch (number) {
@@ -212,7 +218,7 @@ Played DeviceContext::resizePalette(uint32_t handle, uint32_t size)
         return kNoPalette;
     if (size == 0 || size > kMost)
         return notDone("no palette has so many entries");
-    changed->resize(size, Color{ 0, 0, 0, 255 });
+    changed->resize(size, kBlack);
     return kDone;
 }
 

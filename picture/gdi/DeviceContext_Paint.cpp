@@ -72,6 +72,25 @@ Paint DeviceContext::brushPaint(const Brush &brush)
     return paint;
 }
 
+// The same where a transform is applied to what it paints: the shape of a pen is not to stretch
+// its brush, nor that of the filling.
+Paint DeviceContext::unshaped(Paint paint, const Affine &shape)
+{
+    const auto back = shape.inverse();
+    if (!back || back->isIdentity())
+        return paint;
+    if (paint.kind == Paint::Kind::Hatch) {
+        Hatch hatch = m_builder.scene().hatches[paint.resource];
+        hatch.transform = *back;
+        paint.resource = m_builder.hatch(hatch);
+    } else if (paint.kind == Paint::Kind::Pattern) {
+        Pattern pattern = m_builder.scene().patterns[paint.resource];
+        pattern.transform = *back;
+        paint.resource = m_builder.pattern(pattern);
+    }
+    return paint;
+}
+
 Index DeviceContext::fillPaint()
 {
     if (m_state.brush.kind == Brush::Kind::Null)
@@ -98,13 +117,8 @@ Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
         const Nib nib = this->nib(parts);
         place = place.then(Affine::translation(nib.offset.x, nib.offset.y));
         const bool isShaped = !nib.shape.isIdentity();
-        if (isShaped && node.fill != kNone
-            && m_builder.scene().paints[node.fill].kind != Paint::Kind::Solid) {
-            // The shape of the pen is not to stretch the brush.
-            Node filled = node;
-            addMixed(filled, [&, place](const Node &part) { m_builder.add(part, path, place); });
-            node.fill = kNone;
-        }
+        if (isShaped && node.fill != kNone)
+            node.fill = m_builder.paint(unshaped(m_builder.scene().paints[node.fill], nib.shape));
         node.stroke = penStroke(nib, path.verbs().back() == Path::Verb::Close);
         node.transform = m_builder.transform(nib.shape);
         if (isShaped)

@@ -87,8 +87,7 @@ Index DeviceContext::penStroke(const Nib &nib, bool isClosed)
     const Pen &pen = m_state.pen;
     const double pixel = m_device.unitsPerPixel;
     Stroke stroke;
-    const auto kind = pen.hatch ? Brush::Kind::Hatched : Brush::Kind::Solid;
-    stroke.paint = brushPaint({ kind, pen.hatch.value_or(0), pen.color });
+    stroke.paint = unshaped(brushPaint(pen.brush), nib.shape);
     stroke.width = nib.width;
     stroke.cap = nib.isThin ? Cap::Butt : pen.cap;
     stroke.join = nib.isThin ? Join::Miter : pen.join;

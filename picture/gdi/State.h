@@ -33,6 +33,17 @@ enum class MapMode : uint32_t {
     Anisotropic,
 };
 
+struct Brush
+{
+    enum class Kind : uint8_t { Solid, Null, Hatched, Pattern };
+
+    Kind kind = Kind::Solid;
+    uint8_t hatch = 0; ///< HatchStyle, [MS-EMF] 2.1.17
+    Color color{ 255, 255, 255, 255 };
+    std::shared_ptr<const DecodedBitmap> pattern = {}; ///< of Pattern
+    bool isMono = false; ///< the pattern has the colours of text and background
+};
+
 /// A pen as it was made: widths and dashes in logical units, cosmetic ones in pixels.
 struct Pen
 {
@@ -54,20 +65,8 @@ struct Pen
     Cap cap = Cap::Round;
     Join join = Join::Round;
     double width = 0;
-    Color color;
-    std::optional<uint8_t> hatch; ///< HatchStyle, of a geometric pen that is painted so
+    Brush brush{ Brush::Kind::Solid, 0, {} }; ///< of another kind for geometric pens only
     std::vector<uint32_t> dashes;
-};
-
-struct Brush
-{
-    enum class Kind : uint8_t { Solid, Null, Hatched, Pattern };
-
-    Kind kind = Kind::Solid;
-    uint8_t hatch = 0; ///< HatchStyle, [MS-EMF] 2.1.17
-    Color color{ 255, 255, 255, 255 };
-    std::shared_ptr<const DecodedBitmap> pattern = {}; ///< of Pattern
-    bool isMono = false; ///< the pattern has the colours of text and background
 };
 
 struct Font
@@ -83,7 +82,7 @@ struct Font
 };
 
 /// Shared by its slot and the states in which it is selected, so that all see its entries change.
-using Palette = std::vector<Color>;
+using Palette = std::vector<Argb>;
 
 /// An object that does nothing here, as a colour space, but takes its slot.
 struct Other

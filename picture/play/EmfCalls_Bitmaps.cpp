@@ -2,34 +2,16 @@
 
 namespace svgtool::picture::emf {
 
+DibBytes dibOf(ByteView record, const DibRange &range)
+{
+    const auto info = slice(record, range.info, range.infoBytes);
+    const auto bits = slice(record, range.bits, range.bitsBytes);
+    if (!info || !bits)
+        return {};
+    return { *info, *bits, range.usage };
+}
+
 namespace {
-
-    // Where a bitmap lies in its record: header with colour table, and bits.
-    struct DibRange
-    {
-        uint32_t info = 0, infoBytes = 0, bits = 0, bitsBytes = 0;
-        uint32_t usage = 0;
-
-        bool isEmpty() const { return infoBytes == 0; }
-    };
-
-    void takeRange(Fields &fields, DibRange &range)
-    {
-        range.info = fields.dword();
-        range.infoBytes = fields.dword();
-        range.bits = fields.dword();
-        range.bitsBytes = fields.dword();
-    }
-
-    // None, which cannot be decoded, unless all of it is there.
-    DibBytes dibOf(ByteView record, const DibRange &range)
-    {
-        const auto info = slice(record, range.info, range.infoBytes);
-        const auto bits = slice(record, range.bits, range.bitsBytes);
-        if (!info || !bits)
-            return {};
-        return { *info, *bits, range.usage };
-    }
 
     BlitBox takeBlitBox(Fields &fields)
     {
@@ -209,7 +191,7 @@ static Played createPatternBrush(DeviceContext &dc, ByteView record, bool isMono
     DibRange range;
     range.usage = fields.dword();
     takeRange(fields, range);
-    const auto brush = dc.patternBrush(dibOf(record, range), isMono);
+    const auto brush = dc.patternBrush({ dibOf(record, range), {} }, isMono);
     return brush ? dc.createObject(handle, *brush) : notDone("its bitmap makes no sense");
 }
 

@@ -22,7 +22,7 @@ Played createPen(DeviceContext &dc, ByteView record)
     Pen pen;
     setStyle(pen, fields.dword() & 0x0F);
     pen.width = std::abs(takePoint(fields).x);
-    pen.color = takeColor(dc, fields);
+    pen.brush.color = takeColor(dc, fields);
     return dc.createObject(handle, pen);
 }
 
@@ -36,11 +36,12 @@ Played createBrush(DeviceContext &dc, ByteView record)
 Played extCreatePen(DeviceContext &dc, ByteView record)
 {
     constexpr uint32_t kType = 0xF0000, kGeometric = 0x10000;
-    constexpr uint32_t kNull = 1, kHatched = 2, kHatches = 6;
+    constexpr uint32_t kNull = 1, kHatched = 2, kPattern = 3, kHatches = 6;
     constexpr uint32_t kMostDashes = 16; // as GDI takes them
     Fields fields(record, kBody);
     const uint32_t handle = fields.dword();
-    fields.skip(16); // where a bitmap lies
+    DibRange range;
+    takeRange(fields, range);
     const uint32_t style = fields.dword();
     Pen pen;
     setStyle(pen, style);
@@ -50,10 +51,17 @@ Played extCreatePen(DeviceContext &dc, ByteView record)
     const uint32_t brush = fields.dword();
     if (brush == kNull)
         pen.line = Pen::Line::Null;
-    pen.color = takeColor(dc, fields);
+    const uint32_t color = fields.dword();
+    pen.brush.color = dc.colorOfReference(color);
     const uint32_t hatch = fields.dword();
-    if (brush == kHatched && hatch < kHatches && pen.isGeometric)
-        pen.hatch = uint8_t(hatch);
+    if (brush == kHatched && hatch < kHatches && pen.isGeometric) {
+        pen.brush.kind = Brush::Kind::Hatched;
+        pen.brush.hatch = uint8_t(hatch);
+    } else if (brush >= kPattern && pen.isGeometric) {
+        range.usage = color & 0xFFFF;
+        pen.brush = dc.patternBrush({ dibOf(record, range), {} }, brush == kPattern)
+                            .value_or(pen.brush);
+    }
     const int64_t count = std::min(fields.dword(), kMostDashes);
     if (slice(record, fields.offset(), count * 4)) {
         for (int64_t i = 0; i < count; ++i)

@@ -64,6 +64,25 @@ inline Affine takeAffine(Fields &fields)
     return matrix;
 }
 
+/// Where a bitmap lies in its record: header with colour table, and bits.
+struct DibRange
+{
+    uint32_t info = 0, infoBytes = 0, bits = 0, bitsBytes = 0;
+    uint32_t usage = 0;
+
+    bool isEmpty() const { return infoBytes == 0; }
+};
+
+/// All but the usage, whose place differs.
+inline void takeRange(Fields &fields, DibRange &range)
+{
+    for (uint32_t *const field : { &range.info, &range.infoBytes, &range.bits, &range.bitsBytes })
+        *field = fields.dword();
+}
+
+/// None, which cannot be decoded, unless all of it is there.
+DibBytes dibOf(ByteView record, const DibRange &range);
+
 /// The rectangles of region data ([MS-EMF] 2.2.24) of so many bytes; nothing unless they are all
 /// there.
 std::optional<std::vector<RectI>> readRegion(ByteView record, int64_t offset, int64_t bytes);

@@ -132,7 +132,7 @@ inline std::optional<Palette> takePalette(ByteView record, Fields &fields, int64
     for (int64_t i = 0; i < count; ++i) {
         const uint8_t red = fields.byte(), green = fields.byte(), blue = fields.byte();
         fields.skip(1);
-        palette.push_back({ red, green, blue, 255 });
+        palette.push_back(argb(red, green, blue));
     }
     return palette;
 }

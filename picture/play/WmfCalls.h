@@ -95,6 +95,7 @@ Played extTextOut(DeviceContext &dc, ByteView record);
 // Bitmaps: WmfCalls_Bitmaps.cpp.
 Played patBlt(DeviceContext &dc, ByteView record);
 Played createDibBrush(DeviceContext &dc, ByteView record);
+Played createPatternBrush(DeviceContext &dc, ByteView record);
 Played dibBitBlt(DeviceContext &dc, ByteView record);
 Played dibStretchBlt(DeviceContext &dc, ByteView record);
 Played stretchDib(DeviceContext &dc, ByteView record);

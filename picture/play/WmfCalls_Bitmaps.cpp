@@ -3,6 +3,7 @@
 #include "core/raster/DibHeader.h"
 
 #include <algorithm>
+#include <string>
 
 namespace svgtool::picture::wmf {
 
@@ -107,18 +108,38 @@ Played setDibToDevice(DeviceContext &dc, ByteView record)
                                 firstLine, lines);
 }
 
+static Played createBrush(DeviceContext &dc, const BlitSource &bitmap, bool isMono)
+{
+    if (const auto brush = dc.patternBrush(bitmap, isMono))
+        return dc.createInFreeSlot(*brush);
+    // The slots of others depend on it.
+    dc.createInFreeSlot(Other());
+    return notDone("its bitmap makes no sense");
+}
+
 Played createDibBrush(DeviceContext &dc, ByteView record)
 {
     constexpr uint16_t kPattern = 3; // BS_PATTERN: made of a bitmap of the device
     Fields fields(record, kBody);
     const bool isMono = fields.word() == kPattern;
     const uint32_t usage = fields.word();
-    const auto brush = dc.patternBrush(packedDib(tail(record, fields.offset()), usage), isMono);
-    if (brush)
-        return dc.createInFreeSlot(*brush);
-    // The slots of others depend on it.
-    dc.createInFreeSlot(Other());
-    return notDone("its bitmap makes no sense");
+    const ByteView bytes = tail(record, fields.offset());
+    BlitSource bitmap{ packedDib(bytes, usage), {} };
+    if (isMono && bitmap.dib.info.data == nullptr)
+        bitmap.bitmap16 = bytes;
+    return createBrush(dc, bitmap, isMono);
+}
+
+// [MS-WMF] 2.3.4.4: the fields of a bitmap, of which some are no use, and its bits.
+Played createPatternBrush(DeviceContext &dc, ByteView record)
+{
+    constexpr int64_t kFields = 10, kBits = 32;
+    std::string bitmap;
+    if (slice(record, kBody, kBits)) {
+        const ByteView bits = tail(record, kBody + kBits);
+        bitmap.assign(record.data + kBody, size_t(kFields)).append(bits.data, size_t(bits.size));
+    }
+    return createBrush(dc, { {}, {}, {}, { bitmap.data(), int64_t(bitmap.size()) } }, true);
 }
 
 } // namespace svgtool::picture::wmf

@@ -19,7 +19,7 @@ Played createPen(DeviceContext &dc, ByteView record)
     pen.line = style <= uint16_t(Pen::Line::InsideFrame) ? Pen::Line(style) : Pen::Line::Solid;
     pen.width = std::abs(fields.shortInt());
     fields.skip(2); // the width's y, which does not count
-    pen.color = dc.colorOfReference(fields.dword());
+    pen.brush.color = dc.colorOfReference(fields.dword());
     return dc.createInFreeSlot(pen);
 }
 

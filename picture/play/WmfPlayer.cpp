@@ -37,7 +37,7 @@ namespace {
         { Meta::DibCreatePatternBrush, wmf::createDibBrush },
         { Meta::SetLayout, wmf::number<&DeviceContext::setLayout> },
         { Meta::DeleteObject, wmf::object<&DeviceContext::deleteObject> },
-        { Meta::CreatePatternBrush, wmf::createOther },
+        { Meta::CreatePatternBrush, wmf::createPatternBrush },
         { Meta::SetBkColor, wmf::color<&DeviceContext::setBackgroundColor> },
         { Meta::SetTextColor, wmf::color<&DeviceContext::setTextColor> },
         { Meta::SetTextJustification, wmf::setJustification },

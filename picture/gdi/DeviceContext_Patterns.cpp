@@ -1,0 +1,98 @@
+#include "picture/gdi/DeviceContext.h"
+
+#include <cmath>
+#include <utility>
+
+// Brushes of bitmaps, and brushes as bitmaps where they are mixed with others.
+
+namespace svgtool::picture {
+
+std::optional<Brush> DeviceContext::patternBrush(const BlitSource &source, bool isMono)
+{
+    auto bitmap = decode(source);
+    if (!bitmap || bitmap->isFile()) // which would go with its record
+        return std::nullopt;
+    Brush brush;
+    brush.kind = Brush::Kind::Pattern;
+    brush.isMono = isMono && bitmap->isMask();
+    brush.pattern = std::make_shared<const DecodedBitmap>(std::move(*bitmap));
+    return brush;
+}
+
+Paint DeviceContext::patternPaint(const Brush &brush)
+{
+    const double pixel = m_device.unitsPerPixel;
+    const PointD origin{ m_device.view.left + m_state.brushOrigin.x * pixel,
+                         m_device.view.top + m_state.brushOrigin.y * pixel };
+    Image image;
+    image.pixels = brushTile(brush);
+    image.size = image.pixels.size();
+    Pattern pattern;
+    pattern.tile = { origin.x, origin.y, origin.x + image.size.width * pixel,
+                     origin.y + image.size.height * pixel };
+    pattern.image = m_builder.image(std::move(image));
+    return { Paint::Kind::Pattern, {}, m_builder.pattern(pattern) };
+}
+
+// The pixels of a hatch, transparent where nothing lies under its lines.
+static Bitmap hatchPixels(const Brush &brush, Argb ground)
+{
+    constexpr int32_t kSide = 8;
+    const auto isLine = [style = brush.hatch](int32_t x, int32_t y) {
+        const bool isRow = y == 3, isColumn = x == 4, isFalling = x == y, isRising = x + y == 7;
+        const bool of[] = { isRow,    isColumn,          isFalling,
+                            isRising, isRow || isColumn, isFalling || isRising };
+        return of[style];
+    };
+    Bitmap tile(PixelFormat::Indexed8, { kSide, kSide });
+    tile.colours() = { ground, argbOf(brush.color) };
+    for (int32_t y = 0; y < kSide; ++y)
+        for (int32_t x = 0; x < kSide; ++x)
+            tile.line(y)[x] = isLine(x, y) ? 1 : 0;
+    return tile;
+}
+
+Bitmap DeviceContext::brushTile(const Brush &brush) const
+{
+    if (brush.kind == Brush::Kind::Hatched)
+        return hatchPixels(brush, m_state.isOpaque ? argbOf(m_state.backgroundColor) : kClear);
+    Bitmap tile = brush.kind == Brush::Kind::Pattern ? brush.pattern->pixels : Bitmap();
+    if (brush.isMono)
+        tile.colours() = { argbOf(m_state.textColor), argbOf(m_state.backgroundColor) };
+    return tile;
+}
+
+// @return false where they cannot be told, or are too many
+bool DeviceContext::takeBrushPixels(const BlitPlace &place, Bitmap &pixels)
+{
+    const Bitmap tile = brushTile(m_state.brush);
+    if (tile.isNull())
+        return true;
+    const double pixel = m_device.unitsPerPixel;
+    const double width = std::round(place.box.width() / pixel);
+    const double height = std::round(place.box.height() / pixel);
+    if (!place.transform.isIdentity() || !(width >= 1 && height >= 1)
+        || !(width * height <= double(m_brushPixels)))
+        return false;
+    m_brushPixels -= int64_t(width * height);
+    // Where the first pixel lies in a tile.
+    const auto offset = [pixel](double at, double start, int32_t origin, int32_t length) {
+        const double tiles = (std::round((at - start) / pixel) - origin) / length;
+        return int32_t((tiles - std::floor(tiles)) * length + 0.5) % length;
+    };
+    const int32_t left =
+            offset(place.box.left, m_device.view.left, m_state.brushOrigin.x, tile.width());
+    const int32_t top =
+            offset(place.box.top, m_device.view.top, m_state.brushOrigin.y, tile.height());
+    pixels = Bitmap(PixelFormat::Bgra32, { int32_t(width), int32_t(height) });
+    std::vector<Argb> from = tile.lineBuffer(), to = pixels.lineBuffer();
+    for (int32_t y = 0; y < pixels.height(); ++y) {
+        tile.readLine((top + y) % tile.height(), from.data());
+        for (int32_t x = 0; x < pixels.width(); ++x)
+            to[size_t(x)] = from[size_t((left + x) % tile.width())];
+        pixels.writeLine(y, to.data());
+    }
+    return true;
+}
+
+} // namespace svgtool::picture
