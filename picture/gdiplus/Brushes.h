@@ -9,11 +9,6 @@ namespace svgtool::picture {
 
 // What brushes of EMF+ mean, one by one.
 
-constexpr Color colorOf(plus::Argb color)
-{
-    return { uint8_t(color >> 16), uint8_t(color >> 8), uint8_t(color), uint8_t(color >> 24) };
-}
-
 /// What is seen of a colour that takes the place of what was there before.
 Color onPaper(Color color);
 /// From the first colour to the second one, of which it is so much.
