@@ -78,7 +78,7 @@ bool DeviceContext::takeBrushPixels(const BlitPlace &place, Bitmap &pixels)
     // Where the first pixel lies in a tile.
     const auto offset = [pixel](double at, double start, int32_t origin, int32_t length) {
         const double tiles = (std::round((at - start) / pixel) - origin) / length;
-        return int32_t((tiles - std::floor(tiles)) * length + 0.5) % length;
+        return int32_t(std::lround((tiles - std::floor(tiles)) * length)) % length;
     };
     const int32_t left =
             offset(place.box.left, m_device.view.left, m_state.brushOrigin.x, tile.width());
