@@ -342,7 +342,8 @@ private:
     /// Whether lines under and through letters are told with them, for the letters are a viewer's
     /// to place.
     bool leavesLines(Placed characters) const;
-    void drawLines(double width, const RealizedFont &font, const Affine &axes);
+    /// @param left  of the baseline's beginning
+    void drawLines(PointD left, double width, const RealizedFont &font, const Affine &axes);
 
     const GdiObject *object(uint32_t handle) const;
     Palette *palette(uint32_t handle);

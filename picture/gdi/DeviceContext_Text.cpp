@@ -185,6 +185,13 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     const PointD baseline = axes.map({ start, 0 });
     FontStyle style = fontStyleOf(*m_state.font);
     style.size = font.em / scale;
+    if (!font.substitute.empty()) {
+        // The letters stand where those of the face stand that is taken for the one named.
+        Font other;
+        other.face = font.substitute;
+        const FontStyle more = fontStyleOf(other);
+        style.families.insert(style.families.end(), more.families.begin(), more.families.end());
+    }
     if (isTurn(axes) && scale == 1) {
         run.baseline = baseline;
         run.turn = axes.b == 0 && axes.a > 0 ? 0 : std::atan2(-axes.b, axes.a) * kDegree;
@@ -223,7 +230,7 @@ Played DeviceContext::drawLetters(std::span<const PlacedCharacter> characters, c
         return obstacle != nullptr ? approximated(obstacle) : kDone;
     }
     drawGlyphs(characters, outlines, font, axes, clip);
-    return fontShape(font.request).isNamed
+    return font.substitute.empty()
             ? kDone
             : approximated("its font is not installed, and the outlines are another one's");
 }
@@ -269,7 +276,8 @@ bool DeviceContext::leavesLines(std::span<const PlacedCharacter> characters) con
 
 // Lines under and through letters, and the blanks at their ends. Viewers would draw them in other
 // places, of other widths, and break them where letters are told their places.
-void DeviceContext::drawLines(double width, const RealizedFont &font, const Affine &axes)
+void DeviceContext::drawLines(PointD left, double width, const RealizedFont &font,
+                              const Affine &axes)
 {
     const FontShape &shape = font.shape;
     const double perUnit = font.em / shape.tables.unitsPerEm;
@@ -279,7 +287,8 @@ void DeviceContext::drawLines(double width, const RealizedFont &font, const Affi
             above = std::floor(above + 0.5);
             high = std::max(1.0, std::floor(high + 0.5));
         }
-        fillQuad({ 0, -above, width, -above + high }, axes, m_state.textColor);
+        const double y = left.y - above;
+        fillQuad({ left.x, y, left.x + width, y + high }, axes, m_state.textColor);
     };
     if (m_state.font->isUnderlined)
         line(shape.underline + shape.underlineThickness / 2.0, shape.underlineThickness);
@@ -314,8 +323,45 @@ Played DeviceContext::paintLetters(const std::vector<PlacedCharacter> &character
     TextCall call;
     call.options = options;
     const Played played = drawLetters(shown, call, font, axes, clip);
+    const PlacedCharacter &first = shown.front(), &last = shown.back();
+    if (!leavesLines(shown) && first.y == last.y) {
+        const double perUnit = font.em / font.shape.tables.unitsPerEm;
+        drawLines({ first.x, first.y }, last.x - first.x + last.shape.advance * perUnit, font,
+                  axes);
+    }
     m_state = std::move(own);
     return played;
+}
+
+namespace {
+
+    // Characters that share their axes.
+    struct Part
+    {
+        std::span<const PlacedCharacter> characters;
+        Affine axes;
+    };
+
+} // namespace
+
+// Letters that are turned on their line have each their own axes, and stand where these begin.
+static std::vector<Part> partsOf(std::vector<PlacedCharacter> &shown, const RealizedFont &font,
+                                 const Affine &axes)
+{
+    if (font.lean == 0)
+        return { { shown, axes } };
+    const double c = std::cos(font.lean), s = std::sin(font.lean);
+    std::vector<Part> parts;
+    for (PlacedCharacter &each : shown) {
+        const PointD place = axes.map({ each.x, each.y });
+        Affine own = Affine{ c, -s, s, c, 0, 0 }.then(axes);
+        own.e = place.x;
+        own.f = place.y;
+        each.x = each.y = 0;
+        if (!isBlank(each.character))
+            parts.push_back({ { &each, 1 }, own });
+    }
+    return parts;
 }
 
 Played DeviceContext::textOut(const TextCall &call)
@@ -337,14 +383,16 @@ Played DeviceContext::textOut(const TextCall &call)
     const TextLayout layout = layOut(resolved, m_state, *font);
     const Affine axes = textAxes(call, *font, layout.width);
     moveBehind(layout.width, *font, axes);
-    const auto shown = shownCharacters(layout.characters);
+    auto shown = shownCharacters(layout.characters);
     if (std::ranges::any_of(shown, isPrivateCode))
         played = approximated("it has symbols that are no characters of Unicode");
     if (std::ranges::find(shown, U'\uFFFD', &PlacedCharacter::character) != shown.end())
         played = approximated("it has codes that are no characters");
     if (m_isInPath) {
-        if (!addToPath(shown, *font, axes))
-            played = approximated("its path has too many points");
+        for (const Part &part : partsOf(shown, *font, axes)) {
+            if (!addToPath(part.characters, *font, part.axes))
+                return approximated("its path has too many points");
+        }
         return played;
     }
     if (isHidden())
@@ -355,12 +403,15 @@ Played DeviceContext::textOut(const TextCall &call)
     if (!shown.empty()) {
         const double reach = font->em / 4; // what letters may stick out of their boxes by
         const RectD ink{ shown.front().x - reach, box.top, shown.back().x + font->em, box.bottom };
-        const Played drawn = drawLetters(shown, resolved, *font, axes, textClip(call, ink, axes));
-        if (!drawn.isDone())
-            played = drawn;
+        const Index clip = textClip(call, ink, axes);
+        for (const auto &[characters, own] : partsOf(shown, *font, axes)) {
+            const Played drawn = drawLetters(characters, resolved, *font, own, clip);
+            if (!drawn.isDone())
+                played = drawn;
+        }
     }
     if (!leavesLines(shown))
-        drawLines(layout.width, *font, axes);
+        drawLines({}, layout.width, *font, axes);
     return played;
 }
 

@@ -73,7 +73,8 @@ struct Font
 {
     int32_t height = 0; ///< negative: of the characters, positive: of the cell
     int32_t width = 0;
-    int32_t escapement = 0; ///< tenths of a degree
+    int32_t escapement = 0; ///< of the line, in tenths of a degree against the clock
+    int32_t orientation = 0; ///< of each letter, likewise; counts in the advanced mode only
     int32_t weight = 400;
     bool isItalic = false, isUnderlined = false, isStruckOut = false;
     uint8_t charSet = 1;

@@ -69,24 +69,38 @@ FontRequest namedFace(const Font &font)
     return { std::u16string(readFaceName(face).family), font.weight, font.isItalic };
 }
 
-FontRequest measuredFace(const Font &font, FontShape &shape)
+// What GDI takes for a face that it does not know goes by the family.
+static const char16_t *substituteOf(FontStyle::Generic generic)
+{
+    switch (generic) {
+    case FontStyle::Generic::Serif:
+        return u"Times New Roman";
+    case FontStyle::Generic::Monospace:
+        return u"Courier New";
+    default:
+        return u"Arial";
+    }
+}
+
+FontRequest measuredFace(const Font &font, FontShape &shape, std::u16string &substitute)
 {
     const FontStyle style = fontStyleOf(font);
     FontRequest request = namedFace(font);
     if (symbolFont(request.face) != SymbolFont::None)
         request.face = style.families.front(); // its symbols are drawn as characters of another
     shape = fontShape(request);
+    if (shape.isNamed)
+        return request;
     // Others of its kind stand in for a face that is not there.
-    for (size_t i = 0; i < style.families.size() && !shape.isNamed; ++i) {
-        const FontRequest other{ style.families[i], font.weight, font.isItalic };
-        const FontShape found = fontShape(other);
-        if (found.isNamed) {
-            request = other;
-            shape = found;
-            shape.isNamed = false;
-            break;
-        }
-    }
+    const auto found = std::ranges::find_if(style.families, [&](const std::u16string &family) {
+        return fontShape({ family, font.weight, font.isItalic }).isNamed;
+    });
+    if (found != style.families.end())
+        request.face = *found;
+    else
+        request.face = substitute = substituteOf(style.generic);
+    shape = fontShape(request);
+    shape.isNamed = false;
     return request;
 }
 
@@ -94,14 +108,17 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
 {
     const Font &font = *state.font;
     RealizedFont realized;
-    realized.request = measuredFace(font, realized.shape);
+    realized.request = measuredFace(font, realized.shape, realized.substitute);
     realized.symbols = symbolFont(namedFace(font).face);
 
     Affine map = state.toDevice.then(device.toPicture);
     map.e = map.f = 0;
     if (!isAdvanced)
         map = upright(state, map);
-    const double turn = font.escapement / 10.0 * std::numbers::pi / 180;
+    constexpr double kTenth = std::numbers::pi / 1800; // of a degree
+    const double turn = font.escapement * kTenth;
+    if (isAdvanced)
+        realized.lean = (double(font.orientation) - font.escapement) * kTenth;
     const PointD along = map.mapVector({ std::cos(turn), -std::sin(turn) });
     const double perLogical = std::hypot(along.x, along.y);
     double scale = map.scaleY();

@@ -35,6 +35,9 @@ struct RealizedFont
 {
     FontRequest request;
     FontShape shape;
+    /// Is measured in the place of the face that is asked for; empty where that one is there, or
+    /// another of its kind.
+    std::u16string substitute;
     SymbolFont symbols = SymbolFont::None; ///< what its codes are, if they are not letters
     double em = 0; ///< units of the picture, as all lengths below; above 0
     bool isWhole = false; ///< the em, ascent, descent and advances are whole device units
@@ -42,6 +45,7 @@ struct RealizedFont
     /// Unit vectors along the baseline and down from it, where letters are not stretched; the
     /// translation is none.
     Affine axes;
+    double lean = 0; ///< radians by which each letter is turned on the line, against the clock
     double perLogical = 1; ///< units along the baseline of a logical unit of it
 };
 
@@ -67,7 +71,8 @@ FontRequest namedFace(const Font &font);
 
 /// The face whose widths stand for those of a font: the named one, or another of its kind.
 /// @param[out] shape  of that face
-FontRequest measuredFace(const Font &font, FontShape &shape);
+/// @param[out] substitute  as in RealizedFont
+FontRequest measuredFace(const Font &font, FontShape &shape, std::u16string &substitute);
 
 /// The characters of UTF-16; a surrogate alone is none.
 /// @param[out] units  the number of the first unit of each, and of all units at the end

@@ -15,7 +15,7 @@ GraphicsText::Face GraphicsText::faceOf(const plus::Font &font) const
     face.named.isStruckOut = font.isStruckOut;
     face.named.face = font.family;
     RealizedFont &realized = face.font;
-    realized.request = measuredFace(face.named, realized.shape);
+    realized.request = measuredFace(face.named, realized.shape, realized.substitute);
     realized.symbols = symbolFont(namedFace(face.named).face);
     realized.em = m_graphics.lengthInWorld(std::abs(font.emSize), font.unit);
     const FontTables &tables = realized.shape.tables;

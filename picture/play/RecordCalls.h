@@ -111,7 +111,7 @@ Font takeFont(Fields &fields)
     font.height = Format::takeInt(fields);
     font.width = Format::takeInt(fields);
     font.escapement = Format::takeInt(fields);
-    Format::takeInt(fields); // the orientation
+    font.orientation = Format::takeInt(fields);
     font.weight = Format::takeInt(fields);
     font.isItalic = fields.byte() != 0;
     font.isUnderlined = fields.byte() != 0;
