@@ -84,7 +84,7 @@ namespace {
         bool isInside(int32_t a, int32_t b) const;
         bool findRows(double top, double bottom, size_t &work, std::vector<double> &rows);
         void row(double top, double bottom);
-        void link(double y, std::vector<Side> below);
+        void link(double y, const std::vector<Side> &below);
 
         std::vector<Edge> m_edges;
         AreaMode m_mode;
@@ -168,12 +168,12 @@ namespace {
             else
                 sides.push_back(side);
         }
-        link(top, std::move(sides));
+        link(top, sides);
     }
 
     // Joins what ends at a line and what begins there: the ends lie two by two around what changes
     // from inside to outside at that line.
-    void Sweep::link(double y, std::vector<Side> below)
+    void Sweep::link(double y, const std::vector<Side> &below)
     {
         struct End
         {

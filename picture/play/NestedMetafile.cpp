@@ -2,6 +2,8 @@
 #include "picture/play/EmfPlusCalls.h"
 #include "picture/play/WmfPlayer.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 
 namespace svgtool::picture::emfplus {
@@ -20,6 +22,23 @@ namespace {
             view = toPixels ? mapBounds(*toPixels, own.view) : own.view;
         }
     };
+
+    /// The rectangle in whose units a part of a metafile is told: of one with a placeable header
+    /// its box, in logical units, and else its pixels.
+    RectD boundsOf(const MetafileFacts &facts, const RectD &view)
+    {
+        const auto &[left, top, right, bottom] = facts.bounds;
+        if (facts.format != MetafileFormat::PlaceableWmf || left == right || top == bottom)
+            return view;
+        return { double(std::min(left, right)), double(std::min(top, bottom)),
+                 double(std::max(left, right)), double(std::max(top, bottom)) };
+    }
+
+    std::array<PointD, 3> cornersOf(const RectD &box)
+    {
+        return { PointD{ box.left, box.top }, PointD{ box.right, box.top },
+                 PointD{ box.left, box.bottom } };
+    }
 
     /// From a rectangle to the parallelogram of three of its corners.
     Affine onto(const RectD &from, std::span<const PointD, 3> corners)
@@ -57,18 +76,20 @@ Played drawMetafile(Play &play, const std::string &file, RectD source,
     if (!isEmf)
         wmf = WmfPlayer::pictureOf(bytes, facts);
     Frame frame(isEmf ? EmfPlayer::pictureOf(facts).device : wmf->device);
+    const RectD bounds = boundsOf(facts, frame.view);
     if (source.isEmpty())
-        source = frame.view;
+        source = bounds;
     Graphics &graphics = play.graphics;
     Device &device = frame.device;
-    device.toPicture = onto(source, corners).then(graphics.toPicture());
+    const Affine fromBounds = onto(source, corners).then(graphics.toPicture());
+    device.toPicture = onto(frame.view, cornersOf(bounds)).then(fromBounds);
     device.view = mapBounds(device.toPicture, frame.view);
     device.unitsPerPixel = play.context.device().unitsPerPixel;
     if (!device.toPicture.isFinite() || graphics.isClippedAway())
         return kDone;
     Area shown;
     shown.path.addRect(source);
-    shown.path.transform(device.toPicture);
+    shown.path.transform(fromBounds);
     const Index clip = graphics.clipTo(shown);
     SceneBuilder &builder = play.context.builder();
     ++playing.depth;
