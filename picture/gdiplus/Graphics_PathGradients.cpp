@@ -204,15 +204,16 @@ Played Graphics::fillPathGradient(const plus::PathGradientBrush &brush, const Fi
     const double right = isTiled ? std::ceil((shown.right - tile.left) / width - 0.01) : 1;
     const double top = isTiled ? std::floor((shown.top - tile.top) / height + 0.01) : 0;
     const double bottom = isTiled ? std::ceil((shown.bottom - tile.top) / height - 0.01) : 1;
-    const double tiles = (right - left) * (bottom - top);
-    if (!(tiles <= double(m_meshPieces)))
+    const double columns = right - left, rows = bottom - top;
+    const auto most = double(m_meshPieces);
+    if (!(columns <= most && rows <= most && columns * rows <= most))
         return fillFlat(brush, figure);
     const bool flipsX =
             brush.wrapMode == plus::WrapMode::FlipX || brush.wrapMode == plus::WrapMode::FlipXY;
     const bool flipsY =
             brush.wrapMode == plus::WrapMode::FlipY || brush.wrapMode == plus::WrapMode::FlipXY;
-    for (double row = 0; row < bottom - top; ++row) {
-        for (double column = 0; column < right - left; ++column) {
+    for (int row = 0; row < int(rows); ++row) {
+        for (int column = 0; column < int(columns); ++column) {
             const double x = left + column, y = top + row;
             Affine place = Affine::translation(x * width, y * height);
             if (flipsX && std::fmod(x, 2) != 0)
