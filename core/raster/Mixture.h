@@ -53,9 +53,8 @@ class Mixture
 {
 public:
     /// @param source   not null
-    /// @param pattern  of the size of the source, or null to take @p colour for all pixels; where
-    /// it
-    ///                 is transparent, nothing is changed
+    /// @param pattern  of the size of the source, or null to take @p colour for all pixels; nothing
+    ///                 changes where it is transparent
     /// @throws std::bad_alloc
     Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
             const Bitmap &pattern = {});

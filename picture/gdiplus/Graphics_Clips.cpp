@@ -185,9 +185,11 @@ Played Graphics::offsetClip(PointD offset)
     size_t work = 0;
     for (Index at = m_state.clip; at != m_state.outerClip; at = m_clips[at].before) {
         chain.push_back(at);
-        work += m_clips[at].area.path.points().size();
-        if (work > m_areaWork)
+        work += limits::kClipPathWork + m_clips[at].area.path.points().size();
+        if (work > m_areaWork) {
+            m_areaWork = 0;
             return kTooLarge;
+        }
     }
     m_areaWork -= work;
     Index clip = m_state.outerClip;

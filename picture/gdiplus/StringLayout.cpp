@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace svgtool::picture {
 
@@ -49,6 +50,7 @@ namespace {
                        - double(tables.ascender - tables.descender));
             m_lineHeight =
                     font.ascent + font.descent + std::max(0.0, gap) * font.em / tables.unitsPerEm;
+            placeTabs();
         }
 
         std::vector<StringLine> lines(std::u16string_view text)
@@ -87,16 +89,26 @@ namespace {
             return all;
         }
 
+        // Each stop, or one before it that is further off: what comes next is the first beyond.
+        void placeTabs()
+        {
+            constexpr size_t kMost = 1000; // many short strings may share a long list
+            m_lastTab = m_format.firstTabOffset;
+            m_tabs.push_back(m_lastTab);
+            for (size_t i = 0; i < std::min(m_format.tabStops.size(), kMost); ++i) {
+                m_lastTab += m_format.tabStops[i];
+                m_tabs.push_back(std::max(m_tabs.back(), m_lastTab));
+            }
+        }
+
         double nextTab(double x) const
         {
             constexpr double kDefault = 8; // widths of an average character
-            double stop = m_format.firstTabOffset, step = 0;
-            for (size_t i = 0; stop <= x && i < m_format.tabStops.size(); ++i) {
-                step = m_format.tabStops[i];
-                stop += step;
-            }
-            if (stop > x)
-                return stop;
+            const auto known = std::ranges::upper_bound(m_tabs, x);
+            if (known != m_tabs.end())
+                return *known;
+            const double stop = m_lastTab;
+            double step = m_format.tabStops.empty() ? 0 : m_format.tabStops.back();
             const FontTables &tables = m_font.shape.tables;
             if (!(step > 0))
                 step = kDefault * tables.averageWidth * m_font.em / tables.unitsPerEm;
@@ -165,6 +177,7 @@ namespace {
             const auto all = shaped(paragraph.characters);
             const bool wraps = m_room < kEndless && !has(StringFormat::kNoWrap);
             size_t first = 0;
+            auto hotkey = paragraph.hotkeys.begin(); // they ascend as the lines do
             do {
                 if (!hasRoom(m_lines.size()))
                     return;
@@ -176,11 +189,10 @@ namespace {
                         all.begin() + std::ptrdiff_t(first),
                         all.begin() + std::ptrdiff_t(first + length));
                 addLine(wraps || has(StringFormat::kNoWrap) ? trimmed(characters) : characters);
-                for (const size_t hotkey : paragraph.hotkeys) {
-                    const bool isHere = hotkey >= first && hotkey < first + length
-                            && hotkey - first < m_lines.back().characters.size();
+                for (; hotkey != paragraph.hotkeys.end() && *hotkey < first + length; ++hotkey) {
+                    const bool isHere = *hotkey - first < m_lines.back().characters.size();
                     if (isHere && m_format.hotkeys == plus::HotkeyPrefix::Show)
-                        m_lines.back().hotkeys.push_back(hotkey - first);
+                        m_lines.back().hotkeys.push_back(*hotkey - first);
                 }
                 first += length;
             } while (first < all.size());
@@ -289,6 +301,8 @@ namespace {
         PointD m_box;
         double m_room; ///< for a line's letters
         double m_lineHeight;
+        std::vector<double> m_tabs;
+        double m_lastTab = 0;
         std::vector<StringLine> m_lines;
     };
 

@@ -128,7 +128,8 @@ Played drawPath(Play &play, const PlusRecord &record);
 Played setTsGraphics(Play &play, const PlusRecord &record);
 Played setTsClip(Play &play, const PlusRecord &record);
 /// Plays a metafile as an image: NestedMetafile.cpp.
-/// @param source   pixels of its device, as its frame is; all that it shows where it is empty
+/// @param source   pixels of its device, as its frame is, or logical units where a placeable header
+///                 has a box; all that it shows where it is empty
 /// @param corners  of the source: upper left, upper right, lower left, in world units
 Played drawMetafile(Play &play, const std::string &file, RectD source,
                     std::span<const PointD, 3> corners);

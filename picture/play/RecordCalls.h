@@ -10,8 +10,7 @@ namespace svgtool::picture {
 
 // What records of both formats have in common: the calls they make, and the structures in them. A
 // Format says where the fields of a record begin (kBody) and how they lie: takeInt, takeNumber,
-// takePair, takePoint
-// and takeBox.
+// takePair, takePoint and takeBox.
 
 using RecordCall = Played (*)(DeviceContext &dc, ByteView record);
 
