@@ -133,7 +133,7 @@ bool DeviceContext::addBlended(const Node &node, const AddNode &add, RasterOpera
 
 Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOperation operation)
 {
-    if (m_state.visible->isEmpty || (node.fill == kNone && node.stroke == kNone)
+    if (isHidden() || (node.fill == kNone && node.stroke == kNone)
         || operation == kNoOperation)
         return kDone;
     if (operation == kPatternCopy) {
