@@ -1,5 +1,6 @@
 #include "unit/Cases.h"
 
+#include "core/records/EmfPlusRecordTypes.h"
 #include "support/Bitmaps.h"
 
 #include <QHash>
@@ -8,6 +9,7 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <algorithm>
 #include <limits>
 #include <type_traits>
 
@@ -113,6 +115,8 @@ namespace {
                 addBitmap();
             else if (name == QLatin1String("raw"))
                 m_file.raw(body());
+            else if (kIsEmf && name.startsWith(QLatin1Char('+')))
+                addPlusRecord(name.mid(1));
             else
                 addRecord(name);
             EXPECT_TRUE(m_words.isEmpty() && m_options.isEmpty()) << name.toStdString();
@@ -203,6 +207,28 @@ namespace {
                     : name.endsWith(QLatin1String("Blt"))             ? transfer()
                                                                       : body();
             m_file.record(type, bytes);
+        }
+        // In a comment of its own, with its flags in front of its data.
+        void addPlusRecord(const QString &name)
+        {
+            const std::string known = "EmfPlus" + name.toStdString();
+            const auto *const type =
+                    std::ranges::find(kEmfPlusRecordTypes, known, &RecordType::name);
+            EXPECT_NE(type, std::end(kEmfPlusRecordTypes)) << known;
+            const qint64 flags = takeNumber();
+            QByteArray data = body();
+            const qint64 size = data.size();
+            data += QByteArray(-size & 3, '\0');
+            m_file.record(70,
+                          ByteWriter()
+                                  .u32(data.size() + 16)
+                                  .bytes("EMF+")
+                                  .u16(int(type->number))
+                                  .u16(int(flags))
+                                  .u32(data.size() + 12)
+                                  .u32(size)
+                                  .bytes(data)
+                                  .result());
         }
         QByteArray textOut()
         {
