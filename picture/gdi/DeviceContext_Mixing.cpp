@@ -133,8 +133,7 @@ bool DeviceContext::addBlended(const Node &node, const AddNode &add, RasterOpera
 
 Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOperation operation)
 {
-    if (isHidden() || (node.fill == kNone && node.stroke == kNone)
-        || operation == kNoOperation)
+    if (isHidden() || (node.fill == kNone && node.stroke == kNone) || operation == kNoOperation)
         return kDone;
     if (operation == kPatternCopy) {
         add(node);

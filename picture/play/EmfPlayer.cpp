@@ -150,6 +150,7 @@ namespace {
 
 // A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are played from their header
 // ([MS-EMFPLUS] 2.3.3.3) on, unless the file is to be played by its EMF records and has these.
+// Where others have drawn before that, neither kind holds the picture alone, and both are played.
 Played EmfPlayer::comment(const Record &record, uint32_t number, RecordTally *tally)
 {
     constexpr int64_t kSize = 8, kIdentifier = 12, kRecords = 16;
@@ -164,6 +165,7 @@ Played EmfPlayer::comment(const Record &record, uint32_t number, RecordTally *ta
     Fields first(records);
     if (m_plus == nullptr && first.word() == EmfPlus::Header) {
         m_isDual = (first.word() & kDual) != 0;
+        m_isAdded = m_context.builder().mark().nodes > m_nodesBefore;
         if (!m_isDual || m_dual == Dual::EmfPlus)
             m_plus = std::make_unique<EmfPlusPlayer>(m_context, m_playing);
     }
@@ -180,7 +182,7 @@ Played EmfPlayer::play(const Record &record, uint32_t number, RecordTally *tally
 {
     if (record.type == Emr::GdiComment)
         return comment(record, number, tally);
-    const bool isSeen = m_plus == nullptr || m_plus->isLeftToGdi();
+    const bool isSeen = m_plus == nullptr || m_isAdded || m_plus->isLeftToGdi();
     m_context.setPainting(isSeen);
     const Played played = playByRow(kRows, m_context, record.type, record.bytes);
     if (isSeen)

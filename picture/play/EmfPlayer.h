@@ -41,7 +41,8 @@ public:
 
     /// @param playing  of the document; lives longer
     EmfPlayer(DeviceContext &context, Playing &playing, Dual dual)
-        : m_context(context), m_playing(playing), m_dual(dual)
+        : m_context(context), m_playing(playing), m_dual(dual),
+          m_nodesBefore(context.builder().mark().nodes)
     {
     }
 
@@ -59,7 +60,9 @@ private:
     DeviceContext &m_context;
     Playing &m_playing;
     Dual m_dual;
+    size_t m_nodesBefore; ///< of the scene
     bool m_isDual = false;
+    bool m_isAdded = false; ///< EMF+ records go on with what others have begun
     std::unique_ptr<EmfPlusPlayer> m_plus; ///< once EMF+ records are played
 };
 
