@@ -113,12 +113,17 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
 
     Affine map = state.toDevice.then(device.toPicture);
     map.e = map.f = 0;
-    if (!isAdvanced)
+    double tenth = std::numbers::pi / 1800; // of a degree
+    if (!isAdvanced) {
+        // Where the mapping is mirrored, lines turn the other way, but the letters stay as they are.
+        const bool wasMirrored = map.determinant() < 0;
         map = upright(state, map);
-    constexpr double kTenth = std::numbers::pi / 1800; // of a degree
-    const double turn = font.escapement * kTenth;
+        if (wasMirrored != (map.determinant() < 0))
+            tenth = -tenth;
+    }
+    const double turn = font.escapement * tenth;
     if (isAdvanced)
-        realized.lean = (double(font.orientation) - font.escapement) * kTenth;
+        realized.lean = (double(font.orientation) - font.escapement) * tenth;
     const PointD along = map.mapVector({ std::cos(turn), -std::sin(turn) });
     const double perLogical = std::hypot(along.x, along.y);
     double scale = map.scaleY();
