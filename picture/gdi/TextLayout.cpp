@@ -115,7 +115,8 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
     map.e = map.f = 0;
     double tenth = std::numbers::pi / 1800; // of a degree
     if (!isAdvanced) {
-        // Where the mapping is mirrored, lines turn the other way, but the letters stay as they are.
+        // Where the mapping is mirrored, lines turn the other way, but the letters stay as they
+        // are.
         const bool wasMirrored = map.determinant() < 0;
         map = upright(state, map);
         if (wasMirrored != (map.determinant() < 0))
