@@ -29,19 +29,28 @@ namespace {
         return picture;
     }
 
-    // What is the same of a scene of either format.
-    Picture finished(picture::Scene scene, ByteView file, PictureSize natural,
-                     const PictureOptions &options)
+    // What comes of playing a file of either format.
+    struct Playback
+    {
+        picture::Scene scene;
+        PictureSize natural;
+        std::string_view sizeGuess;
+        RecordTally records;
+    };
+
+    // Passes over the scene, and the document.
+    Picture finished(Playback playback, ByteView file, const PictureOptions &options)
     {
         Picture result;
+        picture::Scene &scene = playback.scene;
         // Lines' ends lie by the pixels of the natural size, whatever is asked for.
-        scene.width = natural.width;
-        scene.height = natural.height;
+        scene.width = playback.natural.width;
+        scene.height = playback.natural.height;
         picture::ensureSize(scene);
         picture::joinLines(scene);
         picture::joinPixels(scene);
         picture::alignLineEnds(scene);
-        const PictureSize size = sizeOf(natural, options);
+        const PictureSize size = sizeOf(playback.natural, options);
         scene.width = size.width;
         scene.height = size.height;
         picture::ensureSize(scene);
@@ -57,8 +66,7 @@ namespace {
         return result;
     }
 
-    Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                    std::string_view comment, RecordTally &tally)
+    Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options)
     {
         const auto picture = picture::EmfPlayer::pictureOf(facts);
         picture::SceneBuilder builder;
@@ -74,18 +82,14 @@ namespace {
         EmfDescription description = readDescription(header);
         scene.title = std::move(description.title);
         scene.description = std::move(description.program);
-        scene.comment = comment;
-        Picture result =
-                finished(std::move(scene), file, { picture.width, picture.height }, options);
-        result.report = reportOf(facts, records);
-        result.report.sizeGuess = picture.guess;
-        tally = std::move(records);
-        return result;
+        return {
+            std::move(scene), { picture.width, picture.height }, picture.guess, std::move(records)
+        };
     }
 
-    picture::Scene playWmf(ByteView file, const MetafileFacts &facts,
-                           const picture::WmfPlayer::Picture &picture, const WmfEscapes &escapes,
-                           const PictureOptions &options, RecordTally *tally)
+    picture::Scene playIn(const picture::WmfPlayer::Picture &picture, ByteView file,
+                          const MetafileFacts &facts, const WmfEscapes &escapes,
+                          const PictureOptions &options, RecordTally *tally)
     {
         picture::SceneBuilder builder;
         picture::DeviceContext context(picture.device, 1, builder);
@@ -95,6 +99,40 @@ namespace {
         picture::Scene scene = builder.take();
         scene.view = picture.device.view;
         return scene;
+    }
+
+    Playback playWmf(ByteView file, const MetafileFacts &facts, const WmfEscapes &escapes,
+                     const PictureOptions &options)
+    {
+        auto picture = picture::WmfPlayer::pictureOf(file, facts);
+        if (picture.showsAll) {
+            picture::Scene all = playIn(picture, file, facts, escapes, options, nullptr);
+            picture::ensureSize(all);
+            picture.show(picture::drawnBounds(all));
+        }
+        RecordTally records;
+        picture::Scene scene = playIn(picture, file, facts, escapes, options, &records);
+        return {
+            std::move(scene), { picture.width, picture.height }, picture.guess, std::move(records)
+        };
+    }
+
+    Picture drawPlayed(Playback playback, ByteView file, const MetafileFacts &facts,
+                       const PictureOptions &options, std::string_view comment, RecordTally &tally)
+    {
+        playback.scene.comment = comment;
+        tally = std::move(playback.records);
+        const std::string_view sizeGuess = playback.sizeGuess;
+        Picture result = finished(std::move(playback), file, options);
+        result.report = reportOf(facts, tally);
+        result.report.sizeGuess = sizeGuess;
+        return result;
+    }
+
+    Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                    std::string_view comment, RecordTally &tally)
+    {
+        return drawPlayed(playEmf(file, facts, options), file, facts, options, comment, tally);
     }
 
     Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
@@ -112,21 +150,8 @@ namespace {
                 return result;
             }
         }
-        auto picture = picture::WmfPlayer::pictureOf(file, facts);
-        if (picture.showsAll) {
-            picture::Scene all = playWmf(file, facts, picture, escapes, options, nullptr);
-            picture::ensureSize(all);
-            picture.show(picture::drawnBounds(all));
-        }
-        RecordTally records;
-        picture::Scene scene = playWmf(file, facts, picture, escapes, options, &records);
-        scene.comment = comment;
-        Picture result =
-                finished(std::move(scene), file, { picture.width, picture.height }, options);
-        result.report = reportOf(facts, records);
-        result.report.sizeGuess = picture.guess;
-        tally = std::move(records);
-        return result;
+        return drawPlayed(playWmf(file, facts, escapes, options), file, facts, options, comment,
+                          tally);
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
