@@ -58,12 +58,17 @@ Played createRegion(DeviceContext &dc, ByteView record)
     Fields fields(record, kBody + 10);
     const int scans = fields.word();
     fields.skip(2 + 8); // longest scan, and bounds
+    // What cannot be read takes a slot, too.
+    const auto unusable = [&dc](const char *why) {
+        dc.createInFreeSlot(Other());
+        return notDone(why);
+    };
     std::vector<RectI> rects;
     for (int i = 0; i < scans; ++i) {
         const int count = fields.word();
         const int32_t top = fields.shortInt(), bottom = fields.shortInt();
         if (!slice(record, fields.offset(), int64_t(count) * 2))
-            return dc.createInFreeSlot(Other());
+            return unusable("its bands are longer than it is");
         for (int side = 0; side + 1 < count; side += 2) {
             const int32_t left = fields.shortInt();
             rects.push_back({ left, top, fields.shortInt(), bottom });
@@ -72,7 +77,7 @@ Played createRegion(DeviceContext &dc, ByteView record)
     }
     const auto region = Region::of(rects);
     return region ? dc.createInFreeSlot(std::make_shared<const Region>(*region))
-                  : dc.createInFreeSlot(Other());
+                  : unusable("it has too many rectangles");
 }
 
 Played createPalette(DeviceContext &dc, ByteView record)
