@@ -58,7 +58,8 @@ static void appendUtf16(std::u16string &out, char32_t character)
 static PointD alignedOffset(uint32_t align, double width, const RealizedFont &font)
 {
     const uint32_t horizontal = align & kCenter, vertical = align & kBaseline;
-    const double back = horizontal == kCenter ? width / 2 : horizontal == kRight ? width : 0;
+    const double half = font.isWhole ? std::floor(width / 2) : width / 2;
+    const double back = horizontal == kCenter ? half : horizontal == kRight ? width : 0;
     const double down = vertical == kBaseline ? 0
             : vertical == kBottom             ? -font.descent
                                               : font.ascent;
