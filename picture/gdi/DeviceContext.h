@@ -4,6 +4,7 @@
 #include "core/raster/Mixture.h"
 #include "picture/gdi/Blit.h"
 #include "picture/gdi/Device.h"
+#include "picture/gdi/LetterOutlines.h"
 #include "picture/gdi/Played.h"
 #include "picture/gdi/State.h"
 #include "picture/gdi/TextLayout.h"
@@ -337,7 +338,9 @@ private:
                        const Affine &axes, Index clip);
     void drawText(Placed characters, const TextCall &call, const RealizedFont &font,
                   const Affine &axes, Index clip);
-    void drawGlyphs(Placed characters, std::span<const Path> outlines, const RealizedFont &font,
+    std::optional<std::vector<Index>> glyphsOf(const LetterOutlines &outlines);
+    /// @return false, and nothing is drawn, where the letters have too many points
+    bool drawGlyphs(Placed characters, const LetterOutlines &outlines, const RealizedFont &font,
                     const Affine &axes, Index clip);
     /// Whether lines under and through letters are told with them, for the letters are a viewer's
     /// to place.

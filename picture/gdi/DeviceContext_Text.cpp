@@ -110,27 +110,22 @@ Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affi
     return m_builder.clip({ inForce, path, false });
 }
 
-static std::vector<Path> outlinesOf(std::span<const PlacedCharacter> characters,
-                                    const RealizedFont &font)
-{
-    std::u32string text;
-    for (const PlacedCharacter &each : characters)
-        text += each.character;
-    return characterOutlines(text, font.request);
-}
-
 bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
                               const Affine &axes)
 {
     const auto toDevice = m_device.toPicture.inverse();
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
-    const auto outlines = outlinesOf(characters, font);
-    for (size_t i = 0; toDevice && i < characters.size(); ++i) {
-        if (!spendPoints(outlines[i].points().size()))
+    if (!toDevice)
+        return true;
+    if (m_pointsOfOutlines == limits::kPointsOfOutlines)
+        return false;
+    const LetterOutlines outlines(characters, font.request);
+    for (const PlacedCharacter &each : characters) {
+        Path outline = outlines.of(each.character);
+        if (!spendPoints(outline.points().size()))
             return false;
-        Path outline = outlines[i];
         outline.transform(Affine::scale(perUnit, perUnit)
-                                  .then(Affine::translation(characters[i].x, characters[i].y))
+                                  .then(Affine::translation(each.x, each.y))
                                   .then(axes)
                                   .then(*toDevice));
         m_path.append(outline);
@@ -212,10 +207,9 @@ Played DeviceContext::drawLetters(std::span<const PlacedCharacter> characters, c
                                   const RealizedFont &font, const Affine &axes, Index clip)
 {
     const char *obstacle = nullptr;
-    std::vector<Path> outlines;
     if (m_drawsOutlines) {
         const bool hasGlyphs = (call.options & TextOption::kGlyphs) != 0;
-        outlines = outlinesOf(characters, font);
+        const LetterOutlines outlines(characters, font.request);
         if (!hasGlyphs
             && std::ranges::any_of(characters, needsShaping, &PlacedCharacter::character))
             obstacle = "its letters join or change places, so that it stays text";
@@ -223,22 +217,36 @@ Played DeviceContext::drawLetters(std::span<const PlacedCharacter> characters, c
                      return !each.shape.hasGlyph && !isBlank(each.character);
                  }))
             obstacle = "its font lacks a letter, so that it stays text";
-        else if (std::ranges::all_of(outlines, &Path::isEmpty))
+        else if (std::ranges::all_of(outlines.all(), &Path::isEmpty))
             obstacle = "its font has no outlines, so that it stays text";
+        else if (!drawGlyphs(characters, outlines, font, axes, clip))
+            obstacle = "its letters have too many points, so that it stays text";
     }
     if (!m_drawsOutlines || obstacle != nullptr) {
         drawText(characters, call, font, axes, clip);
         return obstacle != nullptr ? approximated(obstacle) : kDone;
     }
-    drawGlyphs(characters, outlines, font, axes, clip);
     return font.substitute.empty()
             ? kDone
             : approximated("its font is not installed, and the outlines are another one's");
 }
 
+// The numbers of the letters in the scene, which keeps each of them once.
+std::optional<std::vector<Index>> DeviceContext::glyphsOf(const LetterOutlines &outlines)
+{
+    std::vector<Index> glyphs;
+    for (const Path &outline : outlines.all()) {
+        const size_t known = m_builder.scene().glyphs.size();
+        glyphs.push_back(outline.isEmpty() ? kNone : m_builder.glyph(outline));
+        if (m_builder.scene().glyphs.size() > known && !spendPoints(outline.points().size()))
+            return std::nullopt;
+    }
+    return glyphs;
+}
+
 // A text whose units are those of its font.
-void DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
-                               std::span<const Path> outlines, const RealizedFont &font,
+bool DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
+                               const LetterOutlines &outlines, const RealizedFont &font,
                                const Affine &axes, Index clip)
 {
     const double unitsPerEm = font.shape.tables.unitsPerEm, perUnit = font.em / unitsPerEm;
@@ -246,17 +254,20 @@ void DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
     map.e = map.f = 0;
     const auto back = map.inverse();
     if (!back)
-        return;
+        return true;
+    const auto glyphs = glyphsOf(outlines);
+    if (!glyphs)
+        return false;
     Text run;
     run.baseline = back->map({ axes.e, axes.f });
     run.width = (std::abs(characters.back().x - characters.front().x) + font.em) / perUnit;
-    for (size_t i = 0; i < characters.size(); ++i) {
-        if (outlines[i].isEmpty())
+    for (const PlacedCharacter &each : characters) {
+        const Index glyph = (*glyphs)[outlines.number(each.character)];
+        if (glyph == kNone)
             continue;
-        const PlacedCharacter &each = characters[i];
         run.pieces.push_back(
                 { uint32_t(run.characters.size()), each.x / perUnit, each.y / perUnit });
-        run.glyphs.push_back(m_builder.glyph(outlines[i]));
+        run.glyphs.push_back(glyph);
         appendUtf16(run.characters, each.character);
     }
     FontStyle style;
@@ -267,6 +278,7 @@ void DeviceContext::drawGlyphs(std::span<const PlacedCharacter> characters,
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
     node.transform = m_builder.transform(map);
     m_builder.add(node, std::move(run));
+    return true;
 }
 
 bool DeviceContext::leavesLines(std::span<const PlacedCharacter> characters) const

@@ -57,16 +57,13 @@ Played GraphicsText::fillOutlines(std::span<const PlacedCharacter> characters, c
 {
     const RealizedFont &font = face.font;
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
-    std::u32string text;
-    for (const PlacedCharacter &each : characters)
-        text += each.character;
-    const auto outlines = characterOutlines(text, font.request);
+    const LetterOutlines outlines(characters, font.request);
     plus::PathObject path;
     path.isWinding = true;
-    for (size_t i = 0; i < characters.size(); ++i) {
-        Path outline = outlines[i];
-        outline.transform(Affine::scale(perUnit, perUnit)
-                                  .then(Affine::translation(characters[i].x, characters[i].y)));
+    for (const PlacedCharacter &each : characters) {
+        Path outline = outlines.of(each.character);
+        outline.transform(
+                Affine::scale(perUnit, perUnit).then(Affine::translation(each.x, each.y)));
         path.outline.append(outline);
     }
     const auto line = [&](double top, double thickness) {
