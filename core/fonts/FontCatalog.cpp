@@ -45,7 +45,16 @@ FontCatalog::Presence FontCatalog::presence(std::u16string_view faceName, int32_
     return found ? found->presence : Presence::Missing;
 }
 
-std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style style)
+FaceStyle FontCatalog::lacking(std::u16string_view faceName, int32_t weight, bool isItalic)
+{
+    const FaceStyle style{ isBold(weight), isItalic };
+    auto found = locate(cutName(faceName), style);
+    if (!found)
+        found = locate(kSubstituteFace, style);
+    return found ? found->lacking : FaceStyle();
+}
+
+std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, FaceStyle style)
 {
     // Names come from files, so the number kept is bounded, and with it that of the open faces.
     constexpr size_t kMostEntries = 64;
@@ -62,7 +71,7 @@ std::shared_ptr<FontFace> FontCatalog::recall(std::u16string_view name, Style st
     return m_entries.insert(m_entries.begin(), std::move(entry))->face;
 }
 
-std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, Style style)
+std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, FaceStyle style)
 {
     if (const auto found = locate(name, style)) {
         if (auto face = open(found->file))
@@ -73,7 +82,7 @@ std::shared_ptr<FontFace> FontCatalog::find(std::u16string_view name, Style styl
 
 // fontconfig takes a quarter of a millisecond for a name, and a file may use more names in turn
 // than faces are kept open. Their number is bounded too.
-std::optional<FontCatalog::Found> FontCatalog::locate(std::u16string_view name, Style style)
+std::optional<FontCatalog::Found> FontCatalog::locate(std::u16string_view name, FaceStyle style)
 {
     constexpr size_t kMostNames = 4096;
     const std::pair key(std::u16string(name), style);
@@ -124,9 +133,26 @@ static bool answersTo(FcPattern *font, FcPattern *asked)
     return false;
 }
 
+// What is asked for, and not had; a font that does not say what it is has it. fontconfig may
+// have been told to pass such a face for what it is not, and to have it changed when it is drawn.
+static FaceStyle lackingIn(FcPattern *font, FaceStyle style)
+{
+    int weight = FC_WEIGHT_BOLD, slant = FC_SLANT_ITALIC;
+    FcPatternGetInteger(font, FC_WEIGHT, 0, &weight);
+    FcPatternGetInteger(font, FC_SLANT, 0, &slant);
+    FcBool isEmboldened = FcFalse;
+    FcPatternGetBool(font, FC_EMBOLDEN, 0, &isEmboldened);
+    FcMatrix *matrix = nullptr;
+    const bool isSlanted =
+            FcPatternGetMatrix(font, FC_MATRIX, 0, &matrix) == FcResultMatch && matrix->xy != 0;
+    return { style.isBold && (weight <= FC_WEIGHT_MEDIUM || isEmboldened),
+             style.isItalic && (slant == FC_SLANT_ROMAN || isSlanted) };
+}
+
 // As GDI takes the substitute face for any name it does not know, whatever fontconfig would
 // offer for it, only a font that answers to the name will do; for the substitute itself any will.
-std::optional<FontCatalog::Found> FontCatalog::match(std::u16string_view name, Style style) const
+std::optional<FontCatalog::Found> FontCatalog::match(std::u16string_view name,
+                                                     FaceStyle style) const
 {
     const Pattern asked(FcPatternCreate());
     if (!m_config || !asked)
@@ -160,7 +186,7 @@ std::optional<FontCatalog::Found> FontCatalog::match(std::u16string_view name, S
         return std::nullopt;
     file.index &= 0x7FFFFFFF; // above the number of the face is that of a variable font's instance
     file.path = reinterpret_cast<const char *>(path);
-    return Found{ file, presence };
+    return Found{ file, presence, lackingIn(font.get(), style) };
 }
 
 } // namespace svgtool

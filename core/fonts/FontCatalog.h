@@ -31,40 +31,36 @@ public:
         Installed,
     };
     Presence presence(std::u16string_view faceName, int32_t weight, bool isItalic);
+    /// What is asked for, and the face is not.
+    FaceStyle lacking(std::u16string_view faceName, int32_t weight, bool isItalic);
 
 private:
-    /// What is asked of fontconfig.
-    struct Style
-    {
-        bool isBold = false, isItalic = false;
-
-        auto operator<=>(const Style &) const = default;
-    };
     struct Found
     {
         FontFile file;
         Presence presence = Presence::Missing; ///< of the face asked for
+        FaceStyle lacking;
     };
     struct Entry
     {
         std::u16string name;
-        Style style;
+        FaceStyle style;
         std::shared_ptr<FontFace> face;
     };
     using Library = std::unique_ptr<FT_LibraryRec_, Call<FT_Done_FreeType>>;
     using Config = std::unique_ptr<FcConfig, Call<FcConfigDestroy>>;
 
-    std::shared_ptr<FontFace> recall(std::u16string_view name, Style style);
-    std::shared_ptr<FontFace> find(std::u16string_view name, Style style);
+    std::shared_ptr<FontFace> recall(std::u16string_view name, FaceStyle style);
+    std::shared_ptr<FontFace> find(std::u16string_view name, FaceStyle style);
     std::shared_ptr<FontFace> open(const FontFile &file);
-    std::optional<Found> locate(std::u16string_view name, Style style);
-    std::optional<Found> match(std::u16string_view name, Style style) const;
+    std::optional<Found> locate(std::u16string_view name, FaceStyle style);
+    std::optional<Found> match(std::u16string_view name, FaceStyle style) const;
 
     Library m_library; // goes last: it would free the faces
     Config m_config; // our own: the host's may be finalised at any time
     std::vector<Entry> m_entries; // latest first
     /// By name and style.
-    std::map<std::pair<std::u16string, Style>, std::optional<Found>> m_files;
+    std::map<std::pair<std::u16string, FaceStyle>, std::optional<Found>> m_files;
 };
 
 /// The one catalog and the lock that every use of it takes: neither FreeType's library object nor

@@ -144,7 +144,7 @@ static PointD pointOf(const FT_Vector *at)
     return { double(at->x), -double(at->y) };
 }
 
-Path FontFace::outline(char32_t character) const
+Path FontFace::outline(char32_t character, FaceStyle lacking) const
 {
     Path path;
     if (!FT_IS_SCALABLE(m_face.get())
@@ -176,9 +176,16 @@ Path FontFace::outline(char32_t character) const
         static_cast<Path *>(user)->curveTo(pointOf(first), pointOf(second), pointOf(to));
         return 0;
     };
+    // Letters are made bold sideways only, so that they do not grow beyond their lines.
+    constexpr FT_Pos kBoldnessOfEm = 24;
+    if (lacking.isBold)
+        FT_Outline_EmboldenXY(&m_face->glyph->outline, m_tables.unitsPerEm / kBoldnessOfEm, 0);
     if (FT_Outline_Decompose(&m_face->glyph->outline, &calls, &path) != 0)
         return {};
     path.close();
+    constexpr double kSlant = 0.2; // as much as viewers take
+    if (lacking.isItalic)
+        path.transform({ 1, 0, -kSlant, 1, 0, 0 });
     return path;
 }
 

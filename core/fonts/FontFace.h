@@ -6,6 +6,7 @@
 #include FT_FREETYPE_H
 
 #include <array>
+#include <compare>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -26,6 +27,14 @@ struct Call
 };
 
 using OpenFace = std::unique_ptr<FT_FaceRec_, Call<FT_Done_Face>>;
+
+/// Of the four faces of a family one.
+struct FaceStyle
+{
+    bool isBold = false, isItalic = false;
+
+    auto operator<=>(const FaceStyle &) const = default;
+};
 
 /// Where a face is.
 struct FontFile
@@ -56,7 +65,8 @@ public:
     /// By which viewers move @p right towards @p left, in font units.
     int32_t kerning(char32_t left, char32_t right) const;
     /// In font units, y downwards; empty where there is none.
-    Path outline(char32_t character) const;
+    /// @param lacking  what letters are made bold or slanted by, since the face is not
+    Path outline(char32_t character, FaceStyle lacking = {}) const;
     /// The numbers of the lines that go with a text; isNamed is for the caller to know.
     FontShape shape() const;
     /// As svgtool::textOfGlyphs.

@@ -59,7 +59,7 @@ std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest 
                                     int32_t pixels);
 
 /// The outline of each character in font units, y downwards from the baseline; empty for those
-/// that have none.
+/// that have none. Where a family has no bold or slanted face, the letters are made so.
 std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest &request);
 
 /// The characters that the glyphs of a font stand for.

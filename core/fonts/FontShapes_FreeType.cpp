@@ -73,9 +73,11 @@ std::vector<Path> characterOutlines(std::u32string_view text, const FontRequest 
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
     const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
+    const FaceStyle lacking =
+            engine.catalog.lacking(request.face, request.weight, request.isItalic);
     std::vector<Path> outlines(text.size());
     for (size_t i = 0; face && i < text.size(); ++i)
-        outlines[i] = face->outline(text[i]);
+        outlines[i] = face->outline(text[i], lacking);
     return outlines;
 }
 

@@ -91,4 +91,21 @@ TEST(SubstituteFace, AllOthersHaveASubstitute)
     EXPECT_FALSE(shapes[1].hasGlyph);
 }
 
+// A family of one face.
+TEST(CharacterOutlines, AreMadeBoldAndSlanted)
+{
+    const std::u16string face = u"DejaVu Math TeX Gyre";
+    if (!fontShape({ face, 400, false }).isNamed)
+        GTEST_SKIP() << "the font is not installed";
+    const auto boundsOf = [&](int32_t weight, bool isItalic) {
+        return characterOutlines(U"H", { face, weight, isItalic }).front().bounds();
+    };
+    const RectD plain = boundsOf(400, false), bold = boundsOf(700, false);
+    EXPECT_NEAR(bold.width() - plain.width(), 1000 / 24, 2); // units, a 24th of the em
+    EXPECT_EQ(bold.height(), plain.height());
+    const RectD slanted = boundsOf(400, true);
+    EXPECT_NEAR(slanted.width() - plain.width(), 0.2 * plain.height(), 1e-6);
+    EXPECT_EQ(slanted.height(), plain.height());
+}
+
 } // namespace svgtool
