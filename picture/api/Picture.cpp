@@ -59,6 +59,7 @@ namespace {
         picture::cutFar(scene);
         picture::dropUnseen(scene);
         picture::fillGaps(scene);
+        picture::joinFigures(scene);
         picture::enlargeImages(scene);
         picture::layPaper(scene);
         result.document = picture::writeSvg(

@@ -31,6 +31,10 @@ RectD drawnBounds(const Scene &scene);
 /// Drops nodes that leave no mark: outside the picture or their clip, without area, blank.
 void dropUnseen(Scene &scene);
 
+/// Makes one path of paths in a row that are painted alike and do not meet, or whose strokes may
+/// meet. After the passes that look at single lines.
+void joinFigures(Scene &scene);
+
 /// Lays a whole line beneath a dashed one with a ground, unless it would be white on paper. After
 /// the passes that change lines, since both share their geometry.
 void fillGaps(Scene &scene);

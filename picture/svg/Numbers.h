@@ -44,6 +44,8 @@ public:
                 : scaled <= -kFar              ? -int64_t(kFar)
                                                : 0;
     }
+    /// How far from itself a value may be written.
+    double tolerance() const { return m_tolerance / m_scale; }
     /// Whether a place stands for a value as well as the nearest does.
     bool isNear(int64_t steps, double value) const
     {

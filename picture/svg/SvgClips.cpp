@@ -29,7 +29,7 @@ void defineClip(SvgDocument &document, Index number)
         document.put("M0 0");
     writePathData(document, clip.path.verbs(), clip.path.points());
     document.put('"');
-    if (clip.isEvenOdd)
+    if (clip.isEvenOdd && needsFillRule(clip.path.verbs(), clip.path.points()))
         document.attribute("clip-rule", "evenodd");
     document.put("/></clipPath>\n");
 }

@@ -20,6 +20,10 @@ void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
 void writePathData(SvgDocument &document, const Numbers &grid, std::span<const Path::Verb> verbs,
                    std::span<const PointD> points);
 
+// SvgFillRules.cpp
+/// Whether a path is filled differently by the two rules, as far as that is easy to see; else true.
+bool needsFillRule(std::span<const Path::Verb> verbs, std::span<const PointD> points);
+
 // SvgShapes.cpp
 // Elements up to the attributes that groups may say for them.
 void writePath(SvgDocument &document, const Node &node);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -65,6 +66,7 @@ namespace {
             return m_grid.isNear(at.x, p.x) && m_grid.isNear(at.y, p.y);
         }
         Place mirrored(bool isParabola) const;
+        bool isStraight(PointD from, const PointD *points) const;
         void line(Place to);
         void flushLine(bool isLast);
         void writeMove();
@@ -199,8 +201,26 @@ namespace {
         return m_isParabola == isParabola ? m_current + m_current - m_lastControl : m_current;
     }
 
+    // Whether a curve goes from one end to the other as a line does, and not back.
+    bool PathData::isStraight(PointD from, const PointD *points) const
+    {
+        const PointD way{ points[2].x - from.x, points[2].y - from.y };
+        const double length = std::hypot(way.x, way.y), tolerance = m_grid.tolerance();
+        const auto isOnWay = [&](PointD control) {
+            const PointD part{ control.x - from.x, control.y - from.y };
+            const double along = part.x * way.x + part.y * way.y;
+            return std::abs(part.x * way.y - part.y * way.x) <= tolerance * length
+                    && along >= -tolerance * length && along <= (length + tolerance) * length;
+        };
+        return length > tolerance && isOnWay(points[0]) && isOnWay(points[1]);
+    }
+
     void PathData::writeCurve(PointD from, const PointD *points)
     {
+        if (isStraight(from, points)) {
+            line(place(points[2]));
+            return;
+        }
         flushLine(false);
         writeMove();
         if (writeParabola(from, points)) {

@@ -11,32 +11,6 @@ namespace {
     using Defined = SvgDocument::Defined;
     using Verb = Path::Verb;
 
-    // Along one axis a figure goes there and back: no line across it meets it more than twice, so
-    // that all fill rules agree. Where the control points of a curve do so, it does.
-    template<double PointD::*part>
-    bool goesThereAndBack(std::span<const PointD> points)
-    {
-        int turns = 0;
-        double way = points.front().*part - points.back().*part;
-        for (size_t i = 1; i < points.size(); ++i) {
-            const double next = points[i].*part - points[i - 1].*part;
-            if (next == 0)
-                continue;
-            turns += way * next < 0 || way == 0 ? 1 : 0;
-            way = next;
-        }
-        return turns <= 2;
-    }
-
-    bool needsFillRule(std::span<const Verb> verbs, std::span<const PointD> points)
-    {
-        constexpr size_t kSimple = 4; // points; a fifth can make a star
-        if (std::count(verbs.begin(), verbs.end(), Verb::Move) > 1)
-            return true;
-        return points.size() > kSimple && !goesThereAndBack<&PointD::x>(points)
-                && !goesThereAndBack<&PointD::y>(points);
-    }
-
     // What of a stroke can be seen.
     struct Outline
     {

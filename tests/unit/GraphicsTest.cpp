@@ -91,20 +91,19 @@ TEST_F(GraphicsTest, PlacesByPagesWorldsAndContainers)
     fillBox(0, 0, 72, 36);
     graphics.endContainer(7);
     fillBox(0, 60, 100, 61);
-    EXPECT_EQ(
-            document(),
-            "<defs>\n"
-            "<clipPath id=\"p0\"><path d=\"M60 0h40v100H60z\" clip-rule=\"evenodd\"/></clipPath>\n"
-            "</defs>\n"
-            "<g fill=\"red\">\n"
-            "<rect x=\"36\" y=\"18\" width=\"36\" height=\"18\"/>\n"
-            "<rect x=\"10\" y=\"100\" width=\"10\" height=\"10\"/>\n"
-            "<rect x=\"5\" y=\"50\" width=\"5\" height=\"5\"/>\n"
-            "<g clip-path=\"url(#p0)\">\n"
-            "<rect x=\"50\" y=\"10\" width=\"20\" height=\"40\"/>\n"
-            "<rect y=\"60\" width=\"100\" height=\"1\"/>\n"
-            "</g>\n"
-            "</g>\n");
+    EXPECT_EQ(document(),
+              "<defs>\n"
+              "<clipPath id=\"p0\"><path d=\"M60 0h40v100H60z\"/></clipPath>\n"
+              "</defs>\n"
+              "<g fill=\"red\">\n"
+              "<rect x=\"36\" y=\"18\" width=\"36\" height=\"18\"/>\n"
+              "<rect x=\"10\" y=\"100\" width=\"10\" height=\"10\"/>\n"
+              "<rect x=\"5\" y=\"50\" width=\"5\" height=\"5\"/>\n"
+              "<g clip-path=\"url(#p0)\">\n"
+              "<rect x=\"50\" y=\"10\" width=\"20\" height=\"40\"/>\n"
+              "<rect y=\"60\" width=\"100\" height=\"1\"/>\n"
+              "</g>\n"
+              "</g>\n");
 }
 
 TEST_F(GraphicsTest, CombinesClips)
