@@ -3,8 +3,10 @@
 #include "cli/Damage.h"
 #include "cli/Exact.h"
 #include "cli/Picture.h"
+#include "cli/Report.h"
 #include "core/base/Gzip.h"
 #include "exact/svgtool/SVGTool.h"
+#include "picture/api/Report.h"
 
 #include <new>
 
@@ -68,9 +70,12 @@ namespace {
     QByteArray exactDocument(const QByteArray &bytes, FileResult &result)
     {
         QByteArray svg;
-        const qint32 code = convertExact(bytes, svg, &result.records);
+        RecordTally records;
+        const qint32 code = convertExact(bytes, svg, &records);
         if (!isSuccess(code))
             throw Failure{ result.input, reasonOf(code, result.facts) };
+        result.report = reportOf(result.facts, records);
+        result.ending = records.stop().reason;
         return svg;
     }
 
@@ -89,7 +94,9 @@ namespace {
             result.status = FileStatus::Damaged;
             result.message = result.input + QLatin1String(": ") + damage.text;
         }
-        return drawPicture(bytes, options, comment, result);
+        QByteArray document = drawPicture(bytes, options, comment, result);
+        result.loss = lossText(result);
+        return document;
     }
 
     QByteArray convertBytes(const QByteArray &bytes, const Options &options, FileResult &result)
@@ -98,24 +105,24 @@ namespace {
         result.facts = inspectMetafile({ bytes.constData(), bytes.size() });
         if (result.facts.format == MetafileFormat::Unknown && !options.isExact)
             throw Failure{ result.input, reasonOf(SvgToolInvalidWmf, result.facts) };
-        result.drawnFormat = result.facts.format;
         result.status = FileStatus::Converted;
-        QByteArray document = options.isExact ? exactDocument(bytes, result)
-                                              : pictureDocument(bytes, options, result);
-        for (const RecordTally::Line &line : result.records.lines())
-            result.skipped += line.outcome == RecordOutcome::Skipped ? line.count : 0;
-        return document;
+        return options.isExact ? exactDocument(bytes, result)
+                               : pictureDocument(bytes, options, result);
     }
 
     void write(const Job &job, const StandardStreams &streams, const QByteArray &document,
-               FileStatus status)
+               const FileResult &result)
     {
+        if (!job.hasMadeName() && endingOf(job.output) == "svgz")
+            return writeOutput(
+                    job.output, streams.out,
+                    QByteArray::fromStdString(packGzip({ document.constData(), document.size() })));
         if (!job.hasMadeName())
             return writeOutput(job.output, streams.out, document);
         OutputFile file(job.output, job.namedLength);
         file.write(document);
-        // Not newer than its metafile, this one is never up to date: each run tells the damage.
-        if (status == FileStatus::Damaged)
+        // Not newer than its metafile, this one is never up to date: each run tells what is wrong.
+        if (result.status == FileStatus::Damaged || !result.loss.isEmpty())
             file.takeTimeOf(job.input);
         file.finish();
     }
@@ -136,7 +143,7 @@ namespace {
         if (document.isEmpty())
             throw Failure{ result.input, QStringLiteral("the document is empty") };
         if (!job.output.empty() && !isDone)
-            write(job, streams, document, result.status);
+            write(job, streams, document, result);
         if (options.keepsDocuments)
             result.document.swap(document);
     }

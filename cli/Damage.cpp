@@ -36,15 +36,6 @@ namespace {
                 .arg(facts.unread.offset);
     }
 
-    // Whether nothing is missing although there is no end record: some programs leave it out.
-    bool hasAllRecords(const MetafileFacts &facts)
-    {
-        const RecordTally::Stop &stop = facts.records.stop();
-        const bool hasCount = facts.format == MetafileFormat::Emf;
-        return stop.offset == facts.fileBytes
-                || (hasCount && stop.record == facts.headerRecords + 1ULL);
-    }
-
 } // namespace
 
 Damage damageOf(const MetafileFacts &facts)

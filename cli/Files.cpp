@@ -2,9 +2,15 @@
 
 #include "cli/Options.h"
 
-#if !defined(_WIN32)
+#include <cstdlib>
+#include <string_view>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
 #include <cerrno>
 #include <fcntl.h>
+#include <unistd.h>
 #endif
 
 namespace svgtool {
@@ -137,10 +143,30 @@ QByteArray readInput(const std::string &path, std::FILE *standardInput)
     return readAll(name, file);
 }
 
-void printMessage(const StandardStreams &streams, const QString &message)
+bool isTerminal(std::FILE *stream)
 {
-    const QString line = QStringLiteral("metafile2svg: ") + printable(message);
-    std::fputs((line + QLatin1Char('\n')).toUtf8().constData(), streams.err);
+#if defined(_WIN32)
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
+}
+
+static bool wantsColors(std::FILE *stream)
+{
+    const char *const refusal = std::getenv("NO_COLOR");
+    const char *const terminal = std::getenv("TERM");
+    return isTerminal(stream) && (refusal == nullptr || *refusal == '\0')
+            && (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
+
+void printMessage(const StandardStreams &streams, const QString &message, Tone tone)
+{
+    static constexpr const char *kColors[] = { "", "\033[33m", "\033[31m" };
+    const bool isColored = tone != Tone::Note && wantsColors(streams.err);
+    const std::string line = printable(message).toStdString();
+    std::fprintf(streams.err, "%smetafile2svg:%s %s\n", isColored ? kColors[size_t(tone)] : "",
+                 isColored ? "\033[0m" : "", line.c_str());
 }
 
 } // namespace svgtool

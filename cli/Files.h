@@ -91,7 +91,17 @@ void writeOutput(const std::string &path, std::FILE *standardOutput, const QByte
 /// A name or reason as it may stand in one line: control characters become question marks.
 QString printable(QString text);
 
-/// Prints one line to standard error, made printable.
-void printMessage(const StandardStreams &streams, const QString &message);
+/// What a message is about; on a terminal the program's name has the colour of it.
+enum class Tone {
+    Note,
+    Warning, ///< there is a document, and something is wrong with it
+    Error,
+};
+
+bool isTerminal(std::FILE *stream);
+
+/// Prints one line to standard error, made printable. Colours are left out where the environment
+/// has NO_COLOR, or a terminal that is dumb.
+void printMessage(const StandardStreams &streams, const QString &message, Tone tone = Tone::Error);
 
 } // namespace svgtool

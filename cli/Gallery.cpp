@@ -2,6 +2,7 @@
 
 #include "cli/Options.h"
 #include "cli/Report.h"
+#include "picture/api/ReportJson.h"
 
 #include <QCryptographicHash>
 #include <QLocale>
@@ -101,17 +102,23 @@ namespace {
         return text;
     }
 
+    // What became of the records, for who opens it.
     QByteArray recordsText(const FileResult &result)
     {
         if (result.document.isEmpty())
             return {};
-        quint64 approximated = 0;
-        for (const RecordTally::Line &line : result.records.lines())
-            approximated += line.outcome == RecordOutcome::Approximated ? line.count : 0;
-        const bool isMissing = result.skipped + approximated > 0;
-        return (isMissing ? "<p class=\"missing\">" : "<p>") + QByteArray("Records: ")
-                + QByteArray::number(result.skipped) + " skipped, "
-                + QByteArray::number(approximated) + " approximated</p>\n";
+        const RecordTotals &totals = result.report.totals;
+        QByteArray text = "<details><summary>Records: "
+                + QByteArray::number(totals.drawing - totals.drawingLost) + " of "
+                + QByteArray::number(totals.drawing) + " drawn</summary>\n<table>\n";
+        for (const RecordLine &line : worstFirst(result.report.records))
+            text += "<tr data-fate=\"" + QByteArray(wordOf(line.fate)) + "\"><td>"
+                    + escaped(QString::fromStdString(line.name)) + "<td>"
+                    + QByteArray::number(quint64(line.count)) + "<td>" + wordOf(line.fate)
+                    + (line.reason.empty() ? QByteArray()
+                                           : ": " + escaped(QString::fromStdString(line.reason)))
+                    + '\n';
+        return text + "</table>\n</details>\n";
     }
 
     QByteArray reasonText(const FileResult &result)
@@ -142,8 +149,8 @@ Gallery::Gallery(const std::string &path) : m_file(pathWithFolder(path))
 void Gallery::add(const FileResult &result)
 {
     const Pixels pixels = pixelsOf(result.document);
-    const QByteArray status = word(result.status);
-    const QByteArray mark = result.status == FileStatus::Converted
+    const QByteArray status = verdictWord(result);
+    const QByteArray mark = status == describe(PictureVerdict::Complete)
             ? QByteArray()
             : "<span class=\"status\">" + status + "</span>";
     m_file.write("<figure data-status=\"" + status + "\">\n" + pictureText(result, pixels)

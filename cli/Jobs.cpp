@@ -273,10 +273,10 @@ namespace {
     // Names of what the tool does not write.
     bool hasForeignEnding(const std::string &path)
     {
-        static constexpr std::string_view kEndings[] = { "bmp",  "emf",  "emz",  "eps",  "gif",
-                                                         "gz",   "htm",  "html", "jpeg", "jpg",
-                                                         "pdf",  "png",  "ps",   "svgz", "tif",
-                                                         "tiff", "webp", "wmf",  "wmz" };
+        static constexpr std::string_view kEndings[] = { "bmp",  "emf", "emz",  "eps",  "gif",
+                                                         "gz",   "htm", "html", "jpeg", "jpg",
+                                                         "pdf",  "png", "ps",   "tif",  "tiff",
+                                                         "webp", "wmf", "wmz" };
         return std::count(std::begin(kEndings), std::end(kEndings), endingOf(path)) > 0;
     }
 
@@ -315,7 +315,7 @@ namespace {
                 return shown
                         + QStringLiteral(": documents are SVG; give a name that ends in .svg, and "
                                          "convert that further");
-            if (isInFolder && endingOf(output) == "svg")
+            if (isInFolder && (endingOf(output) == "svg" || endingOf(output) == "svgz"))
                 return shown
                         + QStringLiteral(" cannot hold several documents; give a folder, whose "
                                          "name ends in /");

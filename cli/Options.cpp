@@ -1,6 +1,9 @@
 #include "cli/Options.h"
 
 #include "cli/Files.h"
+#include "picture/api/Options.h"
+
+#include <QtGlobal>
 
 #include <algorithm>
 #include <array>
@@ -17,84 +20,65 @@ namespace {
         std::string problem;
     };
 
+    // All of it fits one screen of 80 columns.
     const char kHead[] = R"(Usage: metafile2svg [options] FILE|FOLDER...
-Converts Windows metafiles (EMF and WMF) to SVG 1.1: the pictures that GDI would paint. FILE is a
-metafile, also one that gzip has packed, or - for standard input; of a FOLDER the .emf, .wmf, .emz
-and .wmz files in it are taken.
-
-Options:
+Converts Windows metafiles (EMF and WMF, also packed by gzip) to SVG 1.1: the
+pictures that GDI would paint. FILE may be - for standard input; of a FOLDER
+the .emf, .wmf, .emz and .wmz files in it are taken.
 )";
 
-    const char kExamples[] = R"(
-Without -o a single file goes to standard output, and the files of a folder, or several, get
-documents beside them: chart.emf becomes chart.emf.svg. Of these, and in an output folder, a
-document that is newer than its metafile is left alone.
+    const char kTail[] = R"(
+Without -o a single file goes to standard output; the files of a folder, or
+several, get documents beside them, chart.emf.svg for chart.emf, unless these
+are there and newer.
 
-Examples:
-  metafile2svg chart.emf >chart.svg           one file
-  metafile2svg chart.emf -o chart.svg         the same
-  metafile2svg - <chart.emf >chart.svg        the same, from a pipe
-  metafile2svg a.emf b.wmf                    writes a.emf.svg and b.wmf.svg
+  metafile2svg chart.emf >chart.svg
   metafile2svg -r drawings -o svg/            a tree of folders into another
-  metafile2svg --scale 2 chart.emf -o big.svg
-  metafile2svg --info --json chart.emf        what is in it
-  metafile2svg --check --report -r drawings   what would be missing
-  metafile2svg --check --gallery all.html -r drawings
+  metafile2svg --check --report -r drawings   what would be missing, and why
 
-Exit status:
-  0  all were converted
-  1  some were not; a line on standard error names each and the reason
-  2  wrong usage; nothing was done
-  3  all were written, but some from damaged files
+Exit status: 0 all converted, 1 some not, 2 wrong usage, 3 all, but some are
+damaged, 4 with --strict: all, but some are damaged or lack drawing.
 )";
 
-    // One option: its letter, or a blank, its name and, if it takes one, that of its value.
+    // One option: its letter, or a blank, its name and, if it takes one, that of its value. A name
+    // with neither letter nor help is a heading.
     struct Option
     {
         char letter;
         std::string_view name;
         std::string_view value;
         std::string_view help;
+        bool isHeading() const { return help.empty(); }
     };
 
     constexpr Option kOptions[] = {
-        { 'o', "output", "OUT",
-          "The file to write, or the folder to write to: one that exists, or whose "
-          "name ends in a slash. - is standard output." },
-        { 'r', "recursive", "", "Convert what is in the folders of a folder too." },
-        { 'j', "jobs", "N",
-          "Convert N files at the same time; by default as many as there are cores." },
-        { ' ', "force", "", "Convert also where the document is newer than the metafile." },
-        { ' ', "exact", "",
-          "Write the exact text, precisely as the library hands it back. Many viewers "
-          "refuse it, it lacks much of a picture, and no damaged file is converted." },
-        { ' ', "width", "W", "Width of the document, in pixels." },
-        { ' ', "height", "H", "Height of the document, in pixels." },
-        { ' ', "scale", "S", "Size of the document, as a multiple of its own." },
-        { ' ', "text", "HOW",
-          "What letters become: characters, which is the default, or outlines, which look "
-          "the same everywhere." },
-        { ' ', "prefer", "KIND",
-          "wmf: draw the records of a WMF also where it holds an EMF of the same picture; "
-          "emf: the EMF records of an EMF that holds it in EMF+ records, too." },
-        { ' ', "check", "", "Do everything but write documents." },
-        { ' ', "info", "",
-          "Tell format, size, bounds and records of each file; write no documents." },
-        { ' ', "report", "",
-          "Tell which records were drawn, approximated and skipped, where the first of "
-          "each is, and why." },
-        { ' ', "json", "", "Tell it as JSON." },
-        { ' ', "gallery", "PAGE",
-          "Show all results on one page, PAGE.html, also those that are up to date." },
-        { ' ', "fail-fast", "", "Stop after the first file that fails." },
-        { 'q', "quiet", "", "Show neither progress nor summary." },
-        { ' ', "dump-skipped", "FILE",
-          "List in FILE the records for which the exact text has no handler (of a WMF, "
-          "all records), one file at a time." },
-        { ' ', "log-level", "LEVEL",
-          "With --exact, show what its library logs: fatal, warning, info or trace." },
-        { 'h', "help", "", "Show this help." },
-        { 'v', "version", "", "Show the version." },
+        { ' ', "Documents", "", "" },
+        { 'o', "output", "OUT", "file (.svg, .svgz, -) or folder (there, or NAME/)" },
+        { 'r', "recursive", "", "convert what is in the folders of a folder, too" },
+        { 'j', "jobs", "N", "files at the same time; by default as many as cores" },
+        { ' ', "force", "", "convert also what has a newer document" },
+        { ' ', "check", "", "do everything but write documents" },
+        { ' ', "fail-fast", "", "stop after the first file that fails" },
+        { ' ', "Pictures", "", "" },
+        { ' ', "width", "W", "pixels; the height follows if it is not given" },
+        { ' ', "height", "H", "pixels" },
+        { ' ', "scale", "S", "size as a multiple of the picture's own" },
+        { ' ', "dpi", "D", "pixels to an inch of the picture; by default 96" },
+        { ' ', "text", "HOW", "characters, or outlines: alike everywhere" },
+        { ' ', "prefer", "KIND", "of two pictures in a file: wmf; emf, not EMF+" },
+        { ' ', "id-prefix", "P", "what ids begin with; by default a hash" },
+        { ' ', "exact", "", "the library's exact text, and not a picture" },
+        { ' ', "Telling", "", "" },
+        { ' ', "info", "", "tell format, size, bounds, records; write nothing" },
+        { ' ', "report", "", "tell what became of the records, and why" },
+        { ' ', "json", "", "tell it as JSON" },
+        { ' ', "gallery", "PAGE", "show all results on PAGE.html" },
+        { ' ', "strict", "", "status 4 if drawing is lost or a file is damaged" },
+        { 'q', "quiet", "", "no progress, summary, nor what pictures lack" },
+        { ' ', "dump-skipped", "FILE", "list records that the exact text lacks" },
+        { ' ', "log-level", "LEVEL", "with --exact: fatal, warning, info or trace" },
+        { 'h', "help", "", "show this" },
+        { 'V', "version", "", "show the version, and those of libraries" },
     };
 
     std::string quoted(std::string_view name)
@@ -144,9 +128,9 @@ Exit status:
         {
             const size_t equals = text.find('=');
             const std::string_view name = text.substr(0, equals);
-            const Option *option =
-                    std::find_if(std::begin(kOptions), std::end(kOptions),
-                                 [name](const Option &each) { return each.name == name; });
+            const Option *option = std::find_if(
+                    std::begin(kOptions), std::end(kOptions),
+                    [name](const Option &each) { return each.name == name && !each.isHeading(); });
             if (option == std::end(kOptions))
                 throw UsageError{ "Unknown option " + quoted(name) };
             if (option->value.empty() && equals != text.npos)
@@ -207,27 +191,20 @@ Exit status:
     std::string optionsText()
     {
         constexpr size_t kColumn = 26;
-        constexpr size_t kWidth = 80;
         std::string text;
         for (const Option &option : kOptions) {
-            std::string line = "  ";
+            if (option.isHeading()) {
+                text += '\n' + std::string(option.name) + ":\n";
+                continue;
+            }
+            std::string line = "      --";
             if (option.letter != ' ')
-                line += { '-', option.letter, ',', ' ' };
-            line += "--" + std::string(option.name);
+                line = { ' ', ' ', '-', option.letter, ',', ' ', '-', '-' };
+            line += option.name;
             if (!option.value.empty())
                 line += " <" + std::string(option.value) + '>';
-            line.resize(kColumn, ' ');
-            for (size_t at = 0; at < option.help.size();) {
-                const size_t end = std::min(option.help.find(' ', at), option.help.size());
-                const std::string_view word = option.help.substr(at, end - at);
-                if (line.size() + word.size() > kWidth) {
-                    text += line + '\n';
-                    line.assign(kColumn, ' ');
-                }
-                line += std::string(line.size() > kColumn ? " " : "") + std::string(word);
-                at = end + 1;
-            }
-            text += line + '\n';
+            line.resize(std::max(kColumn, line.size() + 1), ' ');
+            text += line + std::string(option.help) + '\n';
         }
         return text;
     }
@@ -302,10 +279,15 @@ Exit status:
             { has(""), "a file name is empty" },
             { options.inputs.size() > 1 && has(kStandardStream),
               "- is standard input and cannot be one of several inputs" },
-            { options.isExact && (given("width") || given("height") || given("scale")),
+            { options.isExact
+                      && (given("width") || given("height") || given("scale") || given("dpi")),
               "--exact leaves the size as it is" },
             { options.isExact && given("text"), "--exact leaves text as it is" },
             { options.isExact && given("prefer"), "--exact always takes the file's own records" },
+            { options.isExact && given("id-prefix"), "--exact leaves ids as they are" },
+            { options.isExact && options.isStrict,
+              "--exact leaves out what it leaves out, so --strict has no use" },
+            { given("dpi") && given("scale"), "--dpi and --scale exclude each other" },
             { options.isJson && options.report == Options::Report::None,
               "--json needs --info or --report" },
             { given("info") && given("report"), "--info and --report exclude each other" },
@@ -313,6 +295,10 @@ Exit status:
             { !options.gallery.empty() && !isPage(options.gallery),
               "--gallery needs the name of a page, which ends in .html" },
         };
+        PictureOptions prefixed;
+        prefixed.idPrefix = options.idPrefix;
+        if (!isValid(prefixed))
+            throw UsageError{ "--id-prefix needs a letter, and up to 63 letters, digits, - and _" };
         for (const auto &rule : rules) {
             if (rule.isWrong)
                 throw UsageError{ rule.problem };
@@ -321,6 +307,9 @@ Exit status:
         if (std::count(std::begin(kLevels), std::end(kLevels), options.logLevel) == 0)
             throw UsageError{ "there is no log level " + options.logLevel };
     }
+
+    // A CSS pixel is this part of an inch.
+    constexpr double kPixelsPerInch = 96;
 
     Options optionsOf(const Arguments &arguments)
     {
@@ -342,11 +331,14 @@ Exit status:
         options.isForced = given("force");
         options.isQuiet = given("quiet");
         options.failsFast = given("fail-fast");
+        options.isStrict = given("strict");
         options.writes = !given("check") && !given("info");
         options.threads = threadCount(arguments);
         options.width = positiveNumber(arguments, "width", 0);
         options.height = positiveNumber(arguments, "height", 0);
-        options.scale = positiveNumber(arguments, "scale", 1);
+        options.scale = given("dpi") ? positiveNumber(arguments, "dpi", 1) / kPixelsPerInch
+                                     : positiveNumber(arguments, "scale", 1);
+        options.idPrefix = arguments.value("id-prefix");
         options.isOutlined = isOutlined(arguments);
         options.source = source(arguments);
         rejectContradictions(arguments, options);
@@ -368,9 +360,10 @@ Options parseArguments(const std::vector<std::string> &words)
     try {
         const Arguments arguments(words);
         if (arguments.isGiven("help"))
-            return printing(kHead + optionsText() + kExamples);
+            return printing(kHead + optionsText() + kTail);
         if (arguments.isGiven("version"))
-            return printing("metafile2svg " + std::string(kVersion) + '\n');
+            return printing("metafile2svg " + std::string(kVersion)
+                            + "\nbuilt with Qt " QT_VERSION_STR ", " METAFILE2SVG_LIBRARIES "\n");
         return optionsOf(arguments);
     } catch (const UsageError &error) {
         Options options;

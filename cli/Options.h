@@ -37,6 +37,7 @@ struct Options
     bool isRecursive = false;
     bool isForced = false; ///< convert what is converted already
     bool isQuiet = false;
+    bool isStrict = false; ///< lost drawing and damage are failures
     bool failsFast = false; ///< try no further file after one that failed
     bool keepsDocuments = false; ///< in the results, for what is made of them
     bool writes = true; ///< false for --check and --info
@@ -44,6 +45,7 @@ struct Options
     double width = 0; ///< of the root element, as height; 0 leaves it
     double height = 0;
     double scale = 1;
+    std::string idPrefix; ///< of the document's ids; empty for one by the metafile
     bool isOutlined = false; ///< letters are drawn as shapes
     PictureSource source = PictureSource::Best; ///< of a picture
 };

@@ -18,14 +18,14 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     wanted.scale = std::max(options.scale, kLeastScale);
     wanted.text = options.isOutlined ? PictureText::Outlines : PictureText::Characters;
     wanted.source = options.source;
+    wanted.idPrefix = options.idPrefix;
     RecordTally records;
     const Picture picture = drawInspected({ metafile.constData(), metafile.size() }, result.facts,
                                           wanted, comment.toStdString(), records);
     if (picture.error != PictureError::None)
         throw Failure{ result.input, QString::fromUtf8(describe(picture.error)) };
-    result.records = records;
-    if (picture.report.isOfEmbeddedEmf)
-        result.drawnFormat = MetafileFormat::Emf;
+    result.report = picture.report;
+    result.ending = records.stop().reason;
     result.width = picture.width;
     result.height = picture.height;
     result.sizeGuess = QString::fromStdString(picture.report.sizeGuess);

@@ -1,23 +1,10 @@
 #include "cli/Progress.h"
 
+#include "cli/Files.h"
+
 #include <string>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 namespace svgtool {
-
-static bool isTerminal(std::FILE *stream)
-{
-#if defined(_WIN32)
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
 
 Progress::Progress(std::FILE *stream, size_t total, bool isWanted)
     : m_stream(stream), m_total(total), m_isOn(isWanted && total > 1 && isTerminal(stream))

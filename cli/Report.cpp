@@ -1,17 +1,18 @@
 #include "cli/Report.h"
 
 #include "cli/Files.h"
+#include "picture/api/ReportJson.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace svgtool {
+
+using Json = nlohmann::ordered_json;
 
 const char *word(FileStatus status)
 {
@@ -29,38 +30,12 @@ const char *word(MetafileFormat format)
 
 namespace {
 
-    const char *word(RecordOutcome outcome)
-    {
-        static constexpr std::array<const char *, kRecordOutcomes> kWords{ "drawn", "approximated",
-                                                                           "skipped", "neutral" };
-        return kWords[size_t(outcome)];
-    }
-
     const char *word(StopReason reason)
     {
         static constexpr const char *kWords[] = { "nothing read",   "end record",  "record count",
                                                   "header length",  "end of data", "record cut off",
                                                   "bad record size" };
         return kWords[size_t(reason)];
-    }
-
-    // What is missing comes first.
-    std::vector<RecordTally::Line> sortedLines(const RecordTally &records)
-    {
-        const auto rank = [](const RecordTally::Line &line) {
-            static constexpr int kRanks[] = { 2, 1, 0, 3 };
-            return kRanks[size_t(line.outcome)];
-        };
-        std::vector<RecordTally::Line> lines = records.lines();
-        std::stable_sort(lines.begin(), lines.end(),
-                         [&rank](const auto &a, const auto &b) { return rank(a) < rank(b); });
-        return lines;
-    }
-
-    // Whether the records were walked; if not, there is nothing to say of them.
-    bool hasRecords(const FileResult &result)
-    {
-        return result.status == FileStatus::Converted || result.status == FileStatus::Damaged;
     }
 
     QByteArray boxText(const HeaderBox &box, const char *unit)
@@ -72,11 +47,6 @@ namespace {
     QByteArray sizeText(const qint32 (&size)[2], const char *unit)
     {
         return QByteArray::number(size[0]) + " x " + QByteArray::number(size[1]) + ' ' + unit;
-    }
-
-    bool isOfEmbeddedEmf(const FileResult &result)
-    {
-        return result.drawnFormat != result.facts.format;
     }
 
     // As the document writes it.
@@ -133,135 +103,177 @@ namespace {
 
     QByteArray recordsText(const FileResult &result)
     {
-        std::array<quint64, kRecordOutcomes> sums{};
+        constexpr RecordFate kFates[] = { RecordFate::Drawn, RecordFate::Approximated,
+                                          RecordFate::NotDone, RecordFate::Neutral };
+        std::array<quint64, std::size(kFates)> sums{};
         QByteArray lines;
-        for (const RecordTally::Line &line : sortedLines(result.records)) {
-            sums[size_t(line.outcome)] += line.count;
-            lines += "  " + QByteArray(word(line.outcome)).leftJustified(13)
-                    + QByteArray::fromStdString(recordName(result.drawnFormat, line.type))
-                              .leftJustified(26)
+        const PictureReport &report = result.report;
+        for (const RecordLine &line : worstFirst(report.records)) {
+            sums[size_t(line.fate)] += line.count;
+            lines += "  " + QByteArray(wordOf(line.fate)).leftJustified(13)
+                    + QByteArray::fromStdString(line.name).leftJustified(26)
                     + QByteArray::number(quint64(line.count)).rightJustified(8)
                     + "  first at offset " + QByteArray::number(qint64(line.firstOffset))
-                    + (*line.why != '\0' ? ": " : "") + line.why + '\n';
+                    + (line.reason.empty() ? "" : ": ") + QByteArray::fromStdString(line.reason)
+                    + '\n';
         }
-        QByteArray head = isOfEmbeddedEmf(result) ? "  records of the EMF in it: " : "  records: ";
-        for (size_t i = 0; i < sums.size(); ++i)
-            head += QByteArray::number(sums[i]) + ' ' + word(static_cast<RecordOutcome>(i))
-                    + (i + 1 < sums.size() ? ", " : "");
-        const RecordTally::Stop &stop = result.records.stop();
-        return head + "; ended by " + word(stop.reason) + ", record "
-                + QByteArray::number(quint64(stop.record)) + " (offset "
-                + QByteArray::number(qint64(stop.offset)) + ")\n" + lines;
+        QByteArray head = report.isOfEmbeddedEmf ? "  records of the EMF in it: " : "  records: ";
+        for (const RecordFate fate : kFates)
+            head += QByteArray::number(sums[size_t(fate)]) + ' ' + wordOf(fate)
+                    + (fate == RecordFate::Neutral ? "" : ", ");
+        return head + "; ended by " + word(result.ending) + ", record "
+                + QByteArray::number(quint64(report.endRecord)) + " (offset "
+                + QByteArray::number(qint64(report.endOffset)) + ")\n" + lines;
     }
 
-    QJsonArray boxJson(const HeaderBox &box)
+    Json jsonOf(const HeaderBox &box)
     {
         return { box.left, box.top, box.right, box.bottom };
     }
 
-    QJsonObject stopJson(const RecordTally::Stop &stop)
+    // What stands in the header, and where the chain of records ends.
+    Json jsonOf(const MetafileFacts &facts)
     {
-        return { { QStringLiteral("reason"), QLatin1String(word(stop.reason)) },
-                 { QStringLiteral("record"), qint64(stop.record) },
-                 { QStringLiteral("offset"), qint64(stop.offset) } };
-    }
-
-    QJsonArray recordsJson(MetafileFormat format, const RecordTally &records, bool hasOutcomes)
-    {
-        QJsonArray list;
-        for (const RecordTally::Line &line : records.lines()) {
-            QJsonObject row{
-                { QStringLiteral("name"), QString::fromStdString(recordName(format, line.type)) },
-                { QStringLiteral("type"), qint64(line.type) },
-                { QStringLiteral("count"), qint64(line.count) },
-                { QStringLiteral("firstOffset"), qint64(line.firstOffset) },
-            };
-            if (hasOutcomes)
-                row.insert(QStringLiteral("outcome"), QLatin1String(word(line.outcome)));
-            if (*line.why != '\0')
-                row.insert(QStringLiteral("reason"), QLatin1String(line.why));
-            list.append(row);
-        }
-        return list;
-    }
-
-    void addFacts(const MetafileFacts &facts, QJsonObject &object)
-    {
-        object.insert(QStringLiteral("bytes"), qint64(facts.fileBytes));
+        Json json{ { "bytes", facts.fileBytes } };
         if (facts.format == MetafileFormat::Unknown)
-            return;
-        object.insert(QStringLiteral("headerBytes"), qint64(facts.headerBytes));
-        object.insert(QStringLiteral("recordTypes"),
-                      recordsJson(facts.format, facts.records, false));
-        object.insert(QStringLiteral("recordsEnd"), stopJson(facts.records.stop()));
-        if (facts.format == MetafileFormat::Wmf)
-            return;
-        object.insert(QStringLiteral("bounds"), boxJson(facts.bounds));
-        if (facts.format == MetafileFormat::PlaceableWmf) {
-            object.insert(QStringLiteral("unitsPerInch"), facts.unitsPerInch);
-            return;
+            return json;
+        json["headerBytes"] = facts.headerBytes;
+        if (facts.format != MetafileFormat::Wmf)
+            json["bounds"] = jsonOf(facts.bounds);
+        if (facts.format == MetafileFormat::PlaceableWmf)
+            json["unitsPerInch"] = facts.unitsPerInch;
+        if (facts.format == MetafileFormat::Emf) {
+            json["headerRecords"] = facts.headerRecords;
+            json["frame"] = jsonOf(facts.frame);
+            json["devicePixels"] = facts.devicePixels;
+            json["deviceMillimeters"] = facts.deviceMillimeters;
         }
-        object.insert(QStringLiteral("headerRecords"), qint64(facts.headerRecords));
-        object.insert(QStringLiteral("frame"), boxJson(facts.frame));
-        object.insert(QStringLiteral("devicePixels"),
-                      QJsonArray{ facts.devicePixels[0], facts.devicePixels[1] });
-        object.insert(QStringLiteral("deviceMillimeters"),
-                      QJsonArray{ facts.deviceMillimeters[0], facts.deviceMillimeters[1] });
+        Json types = Json::array();
+        for (const RecordTally::Line &line : facts.records.lines())
+            types.push_back({ { "name", recordName(facts.format, line.type) },
+                              { "type", line.type },
+                              { "count", line.count },
+                              { "firstOffset", line.firstOffset } });
+        json["recordTypes"] = std::move(types);
+        const RecordTally::Stop &stop = facts.records.stop();
+        json["recordsEnd"] = { { "reason", word(stop.reason) },
+                               { "record", stop.record },
+                               { "offset", stop.offset } };
+        return json;
     }
 
-    QByteArray reportJson(const FileResult &result, const Options &options)
+    // Nothing where no document was made that there is something to say of.
+    std::optional<PictureVerdict> verdictOf(const FileResult &result)
     {
-        QJsonObject object{
-            { QStringLiteral("file"), result.input },
-            { QStringLiteral("result"), QLatin1String(word(result.status)) },
-            { QStringLiteral("format"), QLatin1String(word(result.facts.format)) },
-        };
+        Picture picture;
+        picture.report = result.report;
+        switch (result.status) {
+        case FileStatus::Converted:
+            return svgtool::verdictOf(picture);
+        case FileStatus::Damaged:
+            return PictureVerdict::Damaged;
+        case FileStatus::Failed:
+            return PictureVerdict::Refused;
+        case FileStatus::UpToDate:
+        case FileStatus::NotTried:
+            break;
+        }
+        return std::nullopt;
+    }
+
+    std::string reportJson(const FileResult &result, const Options &options)
+    {
+        Json json{ { "file", result.input.toStdString() }, { "result", word(result.status) } };
+        if (const auto verdict = verdictOf(result))
+            json["verdict"] = describe(*verdict);
+        json["format"] = word(result.facts.format);
         if (!result.output.isEmpty())
-            object.insert(QStringLiteral("output"), result.output);
+            json["output"] = result.output.toStdString();
         if (!result.message.isEmpty())
-            object.insert(QStringLiteral("message"), result.message);
+            json["message"] = result.message.toStdString();
         if (options.report == Options::Report::Facts)
-            addFacts(result.facts, object);
+            json.update(jsonOf(result.facts));
         if (result.width > 0) {
-            object.insert(QStringLiteral("width"), rounded(result.width));
-            object.insert(QStringLiteral("height"), rounded(result.height));
+            json["width"] = rounded(result.width);
+            json["height"] = rounded(result.height);
             if (!result.sizeGuess.isEmpty())
-                object.insert(QStringLiteral("sizeGuess"), result.sizeGuess);
+                json["sizeGuess"] = result.sizeGuess.toStdString();
         }
-        if (hasRecords(result)) {
-            object.insert(QStringLiteral("skipped"), qint64(result.skipped));
-            if (isOfEmbeddedEmf(result))
-                object.insert(QStringLiteral("isOfEmbeddedEmf"), true);
-            object.insert(QStringLiteral("records"),
-                          recordsJson(result.drawnFormat, result.records, true));
-            object.insert(QStringLiteral("end"), stopJson(result.records.stop()));
+        if (isWritten(result.status)) {
+            json.update(jsonOf(result.report));
+            json["end"]["reason"] = word(result.ending);
         }
-        return QJsonDocument(object).toJson(QJsonDocument::Compact);
+        return textOf(json);
     }
 
 } // namespace
 
+std::vector<RecordLine> worstFirst(std::vector<RecordLine> lines)
+{
+    std::stable_sort(lines.begin(), lines.end(), [](const RecordLine &a, const RecordLine &b) {
+        static constexpr int kRanks[] = { 2, 1, 0, 3 };
+        return kRanks[size_t(a.fate)] < kRanks[size_t(b.fate)];
+    });
+    return lines;
+}
+
+const char *verdictWord(const FileResult &result)
+{
+    const auto verdict = verdictOf(result);
+    return verdict ? describe(*verdict) : word(result.status);
+}
+
 QByteArray reportText(const FileResult &result, const Options &options)
 {
     if (options.isJson)
-        return reportJson(result, options);
-    QByteArray text = printable(result.input).toUtf8() + ": " + word(result.status) + '\n';
+        return QByteArray::fromStdString(reportJson(result, options));
+    QByteArray text = printable(result.input).toUtf8() + ": " + word(result.status);
+    const auto verdict = verdictOf(result);
+    if (verdict == PictureVerdict::Approximated || verdict == PictureVerdict::Lost)
+        text += QByteArray(", ") + describe(*verdict);
+    text += '\n';
     if (options.report == Options::Report::Facts)
         text += factsText(result);
-    if (hasRecords(result))
+    if (isWritten(result.status))
         text += recordsText(result);
     return text;
+}
+
+QString lossText(const FileResult &result)
+{
+    const RecordTotals &totals = result.report.totals;
+    if (totals.drawingLost == 0)
+        return {};
+    constexpr int kMostNames = 3;
+    QStringList names;
+    int others = 0;
+    for (const RecordLine &line : result.report.records) {
+        if (line.fate != RecordFate::NotDone || line.loss != RecordLoss::Drawing)
+            continue;
+        if (names.size() < kMostNames)
+            names += QString::fromStdString(line.name)
+                    + (line.count > 1 ? QStringLiteral(" (%1)").arg(line.count) : QString());
+        else
+            ++others;
+    }
+    if (others > 0)
+        names += QStringLiteral("%1 more").arg(others);
+    return QStringLiteral("%1: %2 of %3 drawing records not drawn: ")
+                   .arg(result.input)
+                   .arg(totals.drawingLost)
+                   .arg(totals.drawing)
+            + names.join(QLatin1String(", "));
 }
 
 QString summaryText(const std::vector<FileResult> &results)
 {
     std::array<size_t, kFileStatuses> counts{};
-    quint64 skipped = 0;
-    size_t filesWithSkipped = 0;
+    quint64 lost = 0;
+    size_t filesWithLoss = 0;
     for (const FileResult &result : results) {
         ++counts[size_t(result.status)];
-        skipped += result.skipped;
-        filesWithSkipped += result.skipped > 0 ? 1 : 0;
+        lost += result.report.totals.drawingLost;
+        filesWithLoss += result.report.totals.drawingLost > 0 ? 1 : 0;
     }
     QStringList parts;
     for (const FileStatus status :
@@ -275,20 +287,24 @@ QString summaryText(const std::vector<FileResult> &results)
                            .arg(results.size())
                            .arg(QLatin1String(results.size() == 1 ? "file" : "files"))
             + parts.join(QLatin1String(", "));
-    if (skipped > 0)
-        text += QStringLiteral("; %1 records skipped in %2 of them")
-                        .arg(skipped)
-                        .arg(filesWithSkipped);
+    if (lost > 0)
+        text += QStringLiteral("; %1 drawing %2 not drawn in %3 of them")
+                        .arg(lost)
+                        .arg(QLatin1String(lost == 1 ? "record" : "records"))
+                        .arg(filesWithLoss);
     return text;
 }
 
-ExitStatus exitStatus(const std::vector<FileResult> &results)
+ExitStatus exitStatus(const std::vector<FileResult> &results, const Options &options)
 {
     ExitStatus status = results.empty() ? ExitStatus::Failed : ExitStatus::Converted;
     for (const FileResult &result : results) {
+        const bool isDamaged = result.status == FileStatus::Damaged;
         if (result.status == FileStatus::Failed || result.status == FileStatus::NotTried)
             return ExitStatus::Failed;
-        if (result.status == FileStatus::Damaged)
+        if (options.isStrict && (isDamaged || !result.loss.isEmpty()))
+            status = ExitStatus::Lost;
+        else if (isDamaged)
             status = ExitStatus::Damaged;
     }
     return status;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/records/MetafileFacts.h"
+#include "picture/api/picture.hpp"
 
 #include <QByteArray>
 #include <QString>
@@ -13,6 +14,7 @@ enum class ExitStatus : int {
     Failed = 1, ///< not all are; a line for each file says why
     WrongUsage = 2, ///< the arguments make no sense
     Damaged = 3, ///< all documents are there, but some of damaged metafiles
+    Lost = 4, ///< all documents are there, but with --strict they lack something
 };
 
 enum class FileStatus {
@@ -24,6 +26,11 @@ enum class FileStatus {
 };
 constexpr size_t kFileStatuses = 5;
 
+inline bool isWritten(FileStatus status)
+{
+    return status == FileStatus::Converted || status == FileStatus::Damaged;
+}
+
 /// What became of one metafile: all that reports, and pages made from them, need.
 struct FileResult
 {
@@ -31,11 +38,10 @@ struct FileResult
     QString output; ///< path, or "-" for standard output; empty where nothing is written
     FileStatus status = FileStatus::NotTried;
     QString message; ///< Damaged and Failed: one line with the file's name and the reason
-    quint64 skipped = 0; ///< records that the document lacks
+    QString loss; ///< one line with the file's name and what its picture lacks; empty for nothing
     MetafileFacts facts;
-    MetafileFormat drawnFormat =
-            MetafileFormat::Unknown; ///< that of an EMF within a WMF, or its own
-    RecordTally records; ///< what became of those of that format
+    PictureReport report; ///< what became of the records, of the exact path too
+    StopReason ending = StopReason::None; ///< of the walk in which that became of them
     double width = 0; ///< of a picture, in CSS pixels; 0 for none
     double height = 0;
     QString sizeGuess; ///< why the picture's size is one; empty where the header gives it

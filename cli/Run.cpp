@@ -60,17 +60,24 @@ namespace {
         ReportPrinter reports(options, streams);
         Progress progress(streams.err, plan.jobs.size(), plan.isBatch && !options.isQuiet);
         const auto tell = [&](FileResult &result) {
-            if (!result.message.isEmpty() || options.report != Options::Report::None)
+            const QString loss = options.isQuiet ? QString() : result.loss;
+            if (!result.message.isEmpty() || !loss.isEmpty()
+                || options.report != Options::Report::None)
                 progress.hide();
             // Where reports are JSON on standard error, they say it and nothing else may.
-            if (!result.message.isEmpty() && !reports.tellsMessages())
-                printMessage(streams, result.message);
+            if (!reports.tellsMessages()) {
+                if (!result.message.isEmpty())
+                    printMessage(streams, result.message,
+                                 isWritten(result.status) ? Tone::Warning : Tone::Error);
+                if (!loss.isEmpty())
+                    printMessage(streams, loss, Tone::Warning);
+            }
             reports.print(result);
             if (gallery)
                 gallery->add(result);
             // A batch may be large; what is told is not needed any more.
-            result.records = {};
             result.facts = {};
+            result.report.records = {};
             result.document = {};
         };
         auto results = convertAll(plan.jobs, options, streams, tell,
@@ -122,16 +129,17 @@ namespace {
         std::optional<RecordList> list;
         if (!options.dumpFile.empty()) {
             if (options.threads > 1 && plan.jobs.size() > 1)
-                printMessage(streams, QStringLiteral("--dump-skipped converts one file at a time"));
+                printMessage(streams, QStringLiteral("--dump-skipped converts one file at a time"),
+                             Tone::Warning);
             options.threads = 1;
             list.emplace(options.dumpFile);
         }
         const std::vector<FileResult> results = convertPlan(plan, options, streams);
         if (plan.isBatch && !options.isQuiet)
-            printMessage(streams, summaryText(results) + leftOutText(plan));
+            printMessage(streams, summaryText(results) + leftOutText(plan), Tone::Note);
         if (list)
             list->finish();
-        return exitStatus(results);
+        return exitStatus(results, options);
     }
 
 } // namespace

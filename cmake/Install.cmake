@@ -56,6 +56,13 @@ if(TARGET metafile2svg)
     install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.bash
       DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME metafile2svg
       COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.zsh
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions RENAME _metafile2svg
+      COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/cli/metafile2svg.fish
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/report.schema.json
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/metafile2svg COMPONENT tool)
     install(FILES
       ${PROJECT_SOURCE_DIR}/docs/metafile2svg.1
       ${PROJECT_SOURCE_DIR}/docs/metafile2svg-thumbnailer.1

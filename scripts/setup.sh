@@ -4,9 +4,9 @@
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
-    libdeflate-dev fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
+    libdeflate-dev nlohmann-json3-dev fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 test=("${build[@]}" libgtest-dev binutils libxml2-utils locales python3 python3-cram
-    librsvg2-bin)
+    python3-jsonschema librsvg2-bin)
 tidy=("${test[@]}" clang-tidy git)
 ci=("${test[@]}" qtbase5-dev clang-format git)
 fuzz=("${test[@]}" clang libclang-rt-14-dev)

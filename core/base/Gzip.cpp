@@ -16,12 +16,10 @@ namespace {
     // that the packing can save.
     constexpr int64_t kMostBytes = int64_t(1) << 30, kMostTimes = 1100;
 
-    struct FreeDecompressor
+    struct Free
     {
-        void operator()(libdeflate_decompressor *decompressor) const
-        {
-            libdeflate_free_decompressor(decompressor);
-        }
+        void operator()(libdeflate_decompressor *each) const { libdeflate_free_decompressor(each); }
+        void operator()(libdeflate_compressor *each) const { libdeflate_free_compressor(each); }
     };
 
 } // namespace
@@ -35,7 +33,7 @@ bool isGzip(ByteView file)
 
 Unpacking unpackGzip(ByteView file, std::string &bytes)
 {
-    const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor(
+    const std::unique_ptr<libdeflate_decompressor, Free> decompressor(
             libdeflate_alloc_decompressor());
     if (!decompressor)
         throw std::bad_alloc();
@@ -59,6 +57,19 @@ Unpacking unpackGzip(ByteView file, std::string &bytes)
             return Unpacking::Damaged;
         }
     }
+}
+
+std::string packGzip(ByteView bytes)
+{
+    constexpr int kLevel = 9;
+    const std::unique_ptr<libdeflate_compressor, Free> compressor(
+            libdeflate_alloc_compressor(kLevel));
+    if (!compressor)
+        throw std::bad_alloc();
+    std::string packed(libdeflate_gzip_compress_bound(compressor.get(), size_t(bytes.size)), '\0');
+    packed.resize(libdeflate_gzip_compress(compressor.get(), bytes.data, size_t(bytes.size),
+                                           packed.data(), packed.size()));
+    return packed;
 }
 
 } // namespace svgtool

@@ -22,4 +22,7 @@ enum class Unpacking {
 /// @note May throw std::bad_alloc.
 Unpacking unpackGzip(ByteView file, std::string &bytes);
 
+/// Packs bytes, without a name or a time. May throw std::bad_alloc.
+std::string packGzip(ByteView bytes);
+
 } // namespace svgtool

@@ -192,6 +192,16 @@ bool hasWrongHeader(const MetafileFacts &facts)
             || facts.largestRecord > facts.headerLargestRecord;
 }
 
+bool hasAllRecords(const MetafileFacts &facts)
+{
+    const RecordTally::Stop &stop = facts.records.stop();
+    if (stop.reason == StopReason::EndRecord && !facts.isEndCut)
+        return facts.unread.records == 0;
+    return (stop.offset == facts.fileBytes && facts.fileBytes >= facts.headerBytes)
+            || (facts.format == MetafileFormat::Emf
+                && stop.record == uint64_t(facts.headerRecords) + 1);
+}
+
 void repairHeader(std::span<char> file, const MetafileFacts &facts)
 {
     constexpr uint32_t kNoLimit = std::numeric_limits<uint32_t>::max();

@@ -53,6 +53,10 @@ MetafileFacts inspectMetafile(ByteView file);
 /// which the records go on, or a largest record that is not the largest.
 bool hasWrongHeader(const MetafileFacts &facts);
 
+/// Whether all records are there that there should be: up to an end record with none behind it, or,
+/// as some programs leave it out, up to the file's very end or the number that an EMF header names.
+bool hasAllRecords(const MetafileFacts &facts);
+
 /// Changes the header of a metafile so that it does not end the conversion early: it names the
 /// place of the first record and the size that the file has, and no limit for the number or the
 /// size of the records.

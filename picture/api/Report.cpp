@@ -47,6 +47,23 @@ static RecordsEnd endOf(StopReason reason)
     }
 }
 
+static RecordTotals totalsOf(const std::vector<RecordLine> &records)
+{
+    RecordTotals totals;
+    for (const RecordLine &line : records) {
+        const bool isNotDone = line.fate == RecordFate::NotDone;
+        if (line.loss == RecordLoss::Drawing && line.fate != RecordFate::Neutral)
+            totals.drawing += line.count;
+        if (line.fate == RecordFate::Approximated)
+            totals.approximated += line.count;
+        else if (isNotDone && line.loss == RecordLoss::Drawing)
+            totals.drawingLost += line.count;
+        else if (isNotDone && line.loss == RecordLoss::State)
+            totals.stateIgnored += line.count;
+    }
+    return totals;
+}
+
 PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
 {
     static_assert(RecordLine::kOtherTypes == RecordTally::kOtherTypes);
@@ -56,18 +73,46 @@ PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
                                    fateOf(line.outcome),
                                    lossOf(findRecordType(facts.format, line.type)), line.count,
                                    line.firstOffset, line.why });
+    report.totals = totalsOf(report.records);
     const RecordTally::Stop &stop = tally.stop();
     report.end = endOf(stop.reason);
     report.endRecord = stop.record;
     report.endOffset = stop.offset;
     report.unreadRecords = facts.unread.records;
-    const bool endsWithFile =
-            stop.offset == facts.fileBytes && facts.fileBytes >= facts.headerBytes;
-    report.isWhole = report.end == RecordsEnd::EndRecord
-            ? report.unreadRecords == 0
-            : report.end == RecordsEnd::DataEnded && endsWithFile;
+    report.isWhole = hasAllRecords(facts);
     report.isHeaderWrong = hasWrongHeader(facts);
     return report;
+}
+
+const char *describe(PictureVerdict verdict) noexcept
+{
+    switch (verdict) {
+    case PictureVerdict::Complete:
+        return "complete";
+    case PictureVerdict::Approximated:
+        return "approximated";
+    case PictureVerdict::Lost:
+        return "lost";
+    case PictureVerdict::Damaged:
+        return "damaged";
+    case PictureVerdict::Refused:
+        break;
+    }
+    return "refused";
+}
+
+PictureVerdict verdictOf(const Picture &picture) noexcept
+{
+    const PictureReport &report = picture.report;
+    if (picture.error != PictureError::None)
+        return PictureVerdict::Refused;
+    if (!report.isWhole || report.isHeaderWrong)
+        return PictureVerdict::Damaged;
+    if (report.totals.drawingLost > 0)
+        return PictureVerdict::Lost;
+    return report.totals.approximated + report.totals.stateIgnored > 0
+            ? PictureVerdict::Approximated
+            : PictureVerdict::Complete;
 }
 
 } // namespace svgtool

@@ -102,6 +102,28 @@ struct RecordLine
     std::string reason; ///< why the first of them has this fate; empty for Drawn and Neutral
 };
 
+/// How much of what should be painted is in a picture, in records.
+struct RecordTotals
+{
+    /// Those that paint. Of a metafile that holds its picture twice, those of the one that is drawn.
+    uint64_t drawing = 0;
+    uint64_t drawingLost = 0; ///< of them, those with which nothing was done
+    uint64_t stateIgnored = 0; ///< records of state with which nothing was done
+    uint64_t approximated = 0; ///< of both kinds
+};
+
+/// What became of a metafile, in one word; the worst that is true of it.
+enum class PictureVerdict {
+    Complete, ///< the picture is what GDI would paint, as far as is known
+    Approximated, ///< all is there, and some of it may look different
+    Lost, ///< it lacks something that a record should have painted
+    Damaged, ///< the metafile is, and the picture shows what can be read of it
+    Refused, ///< there is no picture
+};
+
+/// The word: "complete". For any value.
+SVGTOOL_PICTURE_EXPORT const char *describe(PictureVerdict verdict) noexcept;
+
 /// Why the records end where they do.
 enum class RecordsEnd {
     EndRecord, ///< as it should be
@@ -114,6 +136,7 @@ enum class RecordsEnd {
 struct PictureReport
 {
     std::vector<RecordLine> records; ///< by type, then by fate
+    RecordTotals totals; ///< of all of them
 
     RecordsEnd end = RecordsEnd::EndRecord;
     uint64_t endRecord = 0; ///< number of the record at which they end; an EMF header is number 1
@@ -162,5 +185,12 @@ struct Picture
 ///       more than 1 GiB and 1100 times what came in.
 SVGTOOL_PICTURE_EXPORT Picture drawMetafile(std::span<const std::byte> metafile,
                                             const PictureOptions &options = {}) noexcept;
+
+/// What became of the metafile of which drawMetafile() made @p picture.
+SVGTOOL_PICTURE_EXPORT PictureVerdict verdictOf(const Picture &picture) noexcept;
+
+/// All that is known of a picture but its document, as one object of JSON in UTF-8, without line
+/// feeds. docs/report.schema.json says what is in it. May throw std::bad_alloc.
+SVGTOOL_PICTURE_EXPORT std::string reportJson(const Picture &picture);
 
 } // namespace svgtool

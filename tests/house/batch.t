@@ -1,4 +1,4 @@
-The tool, many files a call: folders, threads, what is skipped and what goes wrong.
+The tool, many files a call: folders, threads, what is left out and what goes wrong.
 
   $ . "$TESTDIR/tool.sh"
 
@@ -15,7 +15,7 @@ Where the documents go.
 
   $ cp -a tree beside
   $ metafile2svg beside/a.emf beside/b.wmf
-  metafile2svg: 2 files: 2 converted; 1 records skipped in 1 of them
+  metafile2svg: 2 files: 2 converted
   $ cmp beside/a.emf.svg chart.svg && cmp beside/b.wmf.svg drawing.svg && rm beside/*.svg
   $ metafile2svg -q beside && documents beside
   ./a.emf.svg
@@ -30,7 +30,7 @@ Where the documents go.
   ./chart.emf.svg
   ./it's a "näme" 图 %1 I.EMF.svg
   $ metafile2svg --check -r tree -o checked/
-  metafile2svg: 4 files: 4 converted; 2 records skipped in 2 of them
+  metafile2svg: 4 files: 4 converted
   $ ls checked 2>/dev/null
   [2]
 
@@ -39,7 +39,7 @@ What is newer than its metafile stays, unless forced or named.
   $ printf 'mine' | tee made/svg/a.emf.svg >named.svg
   $ touch -d '2 hours ago' made/svg/b.wmf.svg
   $ metafile2svg -r tree -o made/svg
-  metafile2svg: 4 files: 1 converted, 3 up to date; 1 records skipped in 1 of them
+  metafile2svg: 4 files: 1 converted, 3 up to date
   $ cat made/svg/a.emf.svg
   mine (no-eol)
   $ metafile2svg -q --force -r tree -o made/svg && cmp made/svg/a.emf.svg chart.svg
@@ -126,7 +126,7 @@ The same bytes and messages whatever the threads.
   $ metafile2svg -j1 many -o one/
   metafile2svg: many/3.emf: not a metafile: neither an EMF nor a WMF header
   metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
-  metafile2svg: 12 files: 10 converted, 1 damaged, 1 failed; 6 records skipped in 6 of them
+  metafile2svg: 12 files: 10 converted, 1 damaged, 1 failed
   [1]
   $ metafile2svg many -o other/ 2>messages
   [1]
@@ -138,21 +138,36 @@ The same bytes and messages whatever the threads.
   $ metafile2svg -j2 --fail-fast text.emf many -o fast/ 2>&1 | grep -o 'not tried'
   not tried
 
-Each run tells of damage.
+Each run tells of damage and of what is lost, which is a failure for who wants it to be one.
 
+  $ cp lossy.wmf many && lossy='lossy.wmf many/1.emf -o again/'
+  $ for i in 1 2; do metafile2svg $lossy; echo $?; done
+  metafile2svg: lossy.wmf: 1 of 27 drawing records not drawn: META 0x177
+  metafile2svg: 2 files: 2 converted; 1 drawing record not drawn in 1 of them
+  0
+  metafile2svg: lossy.wmf: 1 of 27 drawing records not drawn: META 0x177
+  metafile2svg: 2 files: 1 converted, 1 up to date; 1 drawing record not drawn in 1 of them
+  0
+  $ metafile2svg -q --strict $lossy; echo $?; metafile2svg -q --strict many/1.emf many/4.wmf -o again/
+  4
+  metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
+  [4]
+  $ metafile2svg -q --strict many/1.emf text.emf lossy.wmf -o again/ 2>/dev/null
+  [1]
+  $ metafile2svg -q --strict --check many/1.emf drawing.wmf
   $ for i in 1 2; do metafile2svg many/4.emf many/4.wmf -o again/; echo $?; done
   metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
-  metafile2svg: 2 files: 1 converted, 1 damaged; 1 records skipped in 1 of them
+  metafile2svg: 2 files: 1 converted, 1 damaged
   3
   metafile2svg: many/4.wmf: truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)
-  metafile2svg: 2 files: 1 damaged, 1 up to date; 1 records skipped in 1 of them
+  metafile2svg: 2 files: 1 damaged, 1 up to date
   3
 
 The list of records without a handler.
 
   $ metafile2svg -j2 --force --dump-skipped list.txt tree -o dumped/
   metafile2svg: --dump-skipped converts one file at a time
-  metafile2svg: 2 files: 2 converted; 1 records skipped in 1 of them
+  metafile2svg: 2 files: 2 converted
   $ grep -oE 'Start Of File|^META_SETMAPMODE' list.txt
   Start Of File
   Start Of File

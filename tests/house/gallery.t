@@ -1,7 +1,7 @@
 The page of all results, as text.
 
   $ . "$TESTDIR/tool.sh"
-  $ mkdir -p batch/sub && cp drawing.wmf $'batch/sub/<b>&"\n\'.wmf'
+  $ mkdir -p batch/sub && cp lossy.wmf $'batch/sub/<b>&"\n\'.wmf'
   $ cp text.emf batch && head -c 600 drawing.wmf >batch/cut.wmf
   $ touch -d '1 hour ago' batch/*.?mf batch/sub/*
   $ metafile2svg -q -j1 -r batch -o made/svg --gallery made/page.html
@@ -17,30 +17,32 @@ The pictures are the documents, in the same order. Their sizes depend on the fon
   $ sed -n 's/.*SVG \(.*\)<\/p>/\1/p' made/page.html >sizes
   $ wc -c "${documents[@]}" | sed '$d' | awk '{ print $1 }' |
   >     numfmt --to=si --round=nearest --format=%.1f | sed 's/K/ kB/' | diff - sizes
-  $ sed -n '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;s/SVG .*</SVG</;p}' made/page.html
+  $ sed -n '/^<main>/,/^<\/main>/{s/ src="[^"]*"//;s/SVG .*</SVG</;p}' made/page.html |
+  >     grep -vE '^</?table>|data-fate="drawn"|^</details>'
   <main>
   <figure data-status="damaged">
   <button type="button"><img loading="lazy" decoding="async" alt="batch/cut.wmf"></button>
   <figcaption><span class="status">damaged</span><bdi><span>batch/</span>cut.wmf</bdi>
   <p>placeable WMF 600 bytes &rarr; SVG</p>
   <p>260 &times; 200 pixels</p>
-  <p class="missing">Records: 1 skipped, * approximated</p> (glob)
+  <details><summary>Records: 12 of 12 drawn</summary>
   <p class="reason">truncated, 600 of 1204 bytes, stopped at record 51 (offset 594)</p>
   </figcaption>
   </figure>
-  <figure data-status="failed">
+  <figure data-status="refused">
   <p class="none">no picture</p>
-  <figcaption><span class="status">failed</span><bdi><span>batch/</span>text.emf</bdi>
+  <figcaption><span class="status">refused</span><bdi><span>batch/</span>text.emf</bdi>
   <p>30 bytes</p>
   <p class="reason">not a metafile: neither an EMF nor a WMF header</p>
   </figcaption>
   </figure>
-  <figure data-status="converted">
+  <figure data-status="lost">
   <button type="button"><img loading="lazy" decoding="async" alt="batch/sub/&lt;b&gt;&amp;&quot;?'.wmf"></button>
-  <figcaption><bdi><span>batch/sub/</span>&lt;b&gt;&amp;&quot;?'.wmf</bdi>
+  <figcaption><span class="status">lost</span><bdi><span>batch/sub/</span>&lt;b&gt;&amp;&quot;?'.wmf</bdi>
   <p>placeable WMF 1.2 kB &rarr; SVG</p>
   <p>260 &times; 200 pixels</p>
-  <p class="missing">Records: 1 skipped, * approximated</p> (glob)
+  <details><summary>Records: 26 of 27 drawn</summary>
+  <tr data-fate="skipped"><td>META 0x177<td>1<td>skipped: its type is not known
   </figcaption>
   </figure>
   </main>

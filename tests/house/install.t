@@ -11,7 +11,10 @@ host needs is there; the version is in the libraries' names.
   BIN/metafile2svg
   BIN/metafile2svg-thumbnailer
   DATA/bash-completion/completions/metafile2svg
+  DATA/fish/vendor_completions.d/metafile2svg.fish
+  DATA/metafile2svg/report.schema.json
   DATA/thumbnailers/metafile2svg.thumbnailer
+  DATA/zsh/vendor-completions/_metafile2svg
   INCLUDE/basic_logging/CLogSystem.h
   INCLUDE/svgtool/SVGTool.h
   INCLUDE/svgtool/picture.hpp

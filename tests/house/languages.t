@@ -5,7 +5,7 @@ comma.
   $ mkdir many && cp chart.emf "many/$odd" && cp drawing.wmf many/b.WMF && cp text.emf many/c.emf
   $ metafile2svg many -o C/ --scale 1.5
   metafile2svg: many/c.emf: not a metafile: neither an EMF nor a WMF header
-  metafile2svg: 3 files: 2 converted, 1 failed; 1 records skipped in 1 of them
+  metafile2svg: 3 files: 2 converted, 1 failed
   [1]
   $ metafile2svg many -o C/ --force --scale 1.5 2>messages
   [1]

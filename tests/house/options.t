@@ -1,4 +1,4 @@
-The options of --help, of the manual page and of the completion are the same.
+The options of --help, which fits a screen, of the manual page and of the completions are the same.
 
   $ . "$TESTDIR/tool.sh" && . "$ROOT/cli/metafile2svg.bash"
   $ completed() {
@@ -11,9 +11,14 @@ The options of --help, of the manual page and of the completion are the same.
   $ sed -nE '/^\.It Fl/{s/^\.It //;s/ , /\n/g;p}' "$ROOT/docs/metafile2svg.1" |
   >     sed -nE 's/^Fl ([^ ]+).*/-\1/p' | LC_ALL=C sort | diff helped -
   $ completed - | diff helped -
+  $ metafile2svg --help | awk 'length > 79 || NR > 50'
+  $ options() { tr -s "[]'\"{},+=: " '\n' | grep -E '^--?[A-Za-z][a-z-]*$' | LC_ALL=C sort -u; }
+  $ sed -n '/-C$/d;/_arguments/d;s/\[.*//p' "$ROOT/cli/metafile2svg.zsh" | options | diff helped -
+  $ sed -nE 's/.* -s (.) -l ([^ ]*).*/-\1 --\2/p;t;s/.* -l ([^ ]*).*/--\1/p' \
+  >     "$ROOT/cli/metafile2svg.fish" | options | diff helped -
   $ sed -n '/^--o/p;$p' helped
   --output
-  -v
+  -r
 
 Command lines are completed as bash does.
 

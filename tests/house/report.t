@@ -10,19 +10,20 @@ A WMF of a rectangle, a record of no known type, which is skipped, and the end: 
   $ end='\3\0\0\0\0\0' odd=${arc/'\10'/'\11'}
   $ printf "$head$rectangle$odd$end" >whole.wmf
   $ metafile2svg --report whole.wmf -o whole.svg >report
+  metafile2svg: whole.wmf: 1 of 2 drawing records not drawn: META 0x917
 
 With the document on standard output the report is on standard error.
 
-  $ metafile2svg --report whole.wmf 2>errors | cmp - whole.svg && cmp errors report
+  $ metafile2svg -q --report whole.wmf 2>errors | cmp - whole.svg && cmp errors report
   $ metafile2svg --report --json text.emf 2>&1 | grep -c metafile2svg:
   0
   [1]
-  $ metafile2svg --report --json --check whole.wmf
+  $ metafile2svg -q --report --json --check whole.wmf
   [
-  {"end":{"offset":54,"reason":"end record","record":3},"file":"whole.wmf","format":"WMF","height":*,"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","outcome":"skipped","reason":"its type is not known","type":2327}],"result":"converted",*"skipped":1,"width":*} (glob)
+  {"file":"whole.wmf","result":"converted","verdict":"lost","format":"WMF","width":*,"totals":{"drawing":2,"drawingLost":1,"stateIgnored":0,"approximated":0},"records":[{"name":"META_RECTANGLE","type":1051,"weight":"drawing","outcome":"drawn","count":1,"firstOffset":18},{"name":"META 0x917","type":2327,"weight":"drawing","outcome":"skipped","count":1,"firstOffset":32,"reason":"its type is not known"}],"end":{"reason":"end record","record":3,"offset":54}} (glob)
   ]
-  $ metafile2svg --info whole.wmf | tee info
-  whole.wmf: converted
+  $ metafile2svg -q --info whole.wmf | tee info
+  whole.wmf: converted, lost
     format   WMF
     size     60 bytes, by its header 60
     picture  * pixels* (glob)
@@ -41,8 +42,8 @@ With the document on standard output the report is on standard error.
   $ printf "$head$rectangle$odd" >endless.wmf
   $ metafile2svg -q --info --json text.emf endless.wmf 2>messages
   [
-  {"bytes":30,"file":"text.emf","format":"unknown","message":"text.emf: not a metafile: neither an EMF nor a WMF header","result":"failed"},
-  {"bytes":54,"end":{"offset":54,"reason":"end of data","record":3},"file":"endless.wmf","format":"WMF","headerBytes":60,"height":*,"message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","recordTypes":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","type":2327}],"records":[{"count":1,"firstOffset":18,"name":"META_RECTANGLE","outcome":"drawn","type":1051},{"count":1,"firstOffset":32,"name":"META 0x917","outcome":"skipped","reason":"its type is not known","type":2327}],"recordsEnd":{"offset":54,"reason":"end of data","record":3},"result":"damaged",*"skipped":1,"width":*} (glob)
+  {"file":"text.emf","result":"failed","verdict":"refused","format":"unknown","message":"text.emf: not a metafile: neither an EMF nor a WMF header","bytes":30},
+  {"file":"endless.wmf","result":"damaged","verdict":"damaged","format":"WMF","message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","bytes":54,"headerBytes":60,"recordTypes":[{"name":"META_RECTANGLE","type":1051,"count":1,"firstOffset":18},{"name":"META 0x917","type":2327,"count":1,"firstOffset":32}],"recordsEnd":{"reason":"end of data","record":3,"offset":54},"width":*,"records":[*],"end":{"reason":"end of data","record":3,"offset":54}} (glob)
   ]
   [1]
   $ cat messages
@@ -52,7 +53,7 @@ With the document on standard output the report is on standard error.
 Damaged files are converted, and their documents marked if something is missing.
 
   $ damaged() {
-  >     metafile2svg "$1" -o damaged.svg
+  >     metafile2svg -q "$1" -o damaged.svg
   >     echo "$?$(xmllint --noout damaged.svg; grep '^<!--' damaged.svg)"
   > }
   $ put() { cp chart.emf patched.emf; printf "$2" | dd of=patched.emf bs=1 seek=$1 conv=notrunc status=none; damaged patched.emf; }
@@ -95,7 +96,7 @@ An end record that is not the last leaves something out, but padding is nothing.
   $ put 192 '\16' >/dev/null
   metafile2svg: patched.emf: damaged, stopped at record 4 (offset 192): an end record with 191 records behind it, 5240 bytes from offset 216 on
   $ printf "$head$rectangle$odd$end$end\0\0\0\0\0\0" >padded.wmf
-  $ metafile2svg padded.wmf | cmp - whole.svg
+  $ metafile2svg -q padded.wmf | cmp - whole.svg
 
 A header that names no place of a record. The ids of a document come from the metafile's bytes.
 
@@ -116,11 +117,11 @@ is another matter.
 
   $ put 228 '\310'
   0
-  $ metafile2svg --report patched.emf 2>&1 >/dev/null | sed -n 2,3p
+  $ metafile2svg -q --report patched.emf 2>&1 >/dev/null | sed -n 2,3p
     records: 193 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 196 (offset 5436)
     skipped      EMR 200                          1  first at offset 228: its type is not known
-  $ metafile2svg --check --report --json patched.emf | grep -o '{[^{]*EMR 200[^}]*}'
-  {"count":1,"firstOffset":228,"name":"EMR 200","outcome":"skipped","reason":"its type is not known","type":200}
+  $ metafile2svg -q --check --report --json patched.emf | grep -o '{[^{]*EMR 200[^}]*}'
+  {"name":"EMR 200","type":200,"weight":"drawing","outcome":"skipped","count":1,"firstOffset":228,"reason":"its type is not known"}
   $ metafile2svg --check --exact --report patched.emf | grep 'EMR 200'
     skipped      EMR 200                          1  first at offset 228
 
@@ -140,3 +141,13 @@ draws hold what it draws.
   cuts/32.wmf.svg
   cuts/33.wmf.svg
   cuts/53.wmf.svg
+
+JSON is what its description says.
+
+  $ json() { metafile2svg -q --check --json "$@" 2>/dev/null >told.json
+  >     python3 -c 'import json, jsonschema
+  > jsonschema.validate(json.load(open("told.json")), json.load(open("'"$ROOT"'/docs/report.schema.json")))'
+  > }
+  $ for how in --report --info '--exact --report'; do json $how *.[ew]mf cuts missing; done
+  $ metafile2svg -q --json --report text.emf 2>&1 | grep -c verdict
+  1

@@ -1,4 +1,4 @@
-What the built libraries export and call: exactly two exported functions each, and nothing that
+What the built libraries export and call: the functions of the public headers, and nothing that
 would print, or end the process, behind a host's back.
 
   $ names() { "$NM" -D "$@" | awk '{ sub(/@.*/, "", $NF); print $NF }' | sort -u; }
@@ -8,9 +8,11 @@ would print, or end the process, behind a host's back.
   $ objdump -p "$LIBRARY" | sed -nE 's/^ *NEEDED +libQt[56](\w+)\..*/\1/p' | sort
   Core
   Gui
-  $ names --defined-only --extern-only "$PICTURE_LIBRARY" | c++filt | cut -d '(' -f 1 | sort
+  $ names --defined-only --extern-only "$PICTURE_LIBRARY" | c++filt | sed 's,[[(].*,,' | sort -u
   svgtool::describe
   svgtool::drawMetafile
+  svgtool::reportJson
+  svgtool::verdictOf
   $ objdump -p "$PICTURE_LIBRARY" | grep NEEDED.*Qt
   [1]
 

@@ -20,7 +20,26 @@ Converted, to standard output, to a file, to a folder, from standard input, with
    height="20"
    width="30.5"
    height="20"
+  $ metafile2svg --dpi 48 chart.emf | grep -m1 -o ' width="[^"]*" height="[^"]*"'
+   width="150" height="100"
+  $ metafile2svg --id-prefix own- chart.emf | grep -oE '(id="|\(#)[^")]*' | grep -cv own-
+  0
+  [1]
+  $ metafile2svg chart.emf -o folder/a.svgz && gunzip <folder/a.svgz | cmp - chart.svg && rm folder/*
   $ metafile2svg --check chart.emf -o folder/x.svg && ls folder
+
+What a picture lacks is told, in colour on a terminal unless that is not wanted.
+
+  $ metafile2svg lossy.wmf >lossy.svg
+  metafile2svg: lossy.wmf: 1 of 27 drawing records not drawn: META 0x177
+  $ metafile2svg -q lossy.wmf | cmp - lossy.svg
+  $ colored() { TERM=xterm script -qec "$1 metafile2svg $2 >/dev/null" /dev/null </dev/null | tr -d '\r'; }
+  $ colored '' lossy.wmf
+  \x1b[33mmetafile2svg:\x1b[0m lossy.wmf: 1 of 27 drawing records not drawn: META 0x177 (esc)
+  $ colored '' text.emf
+  \x1b[31mmetafile2svg:\x1b[0m text.emf: not a metafile: neither an EMF nor a WMF header (esc)
+  $ colored NO_COLOR=1 lossy.wmf
+  metafile2svg: lossy.wmf: 1 of 27 drawing records not drawn: META 0x177
 
 Packed by gzip, which is told by the contents.
 
@@ -69,6 +88,7 @@ Log lines, help and version.
   Usage: * FILE|FOLDER... (glob)
   $ metafile2svg --version
   metafile2svg \d+\.\d+\.\d+ (re)
+  built with Qt \d.+, libdeflate \d.* (re)
 
 Not converted: nothing on standard output, no new file, an existing one as it was.
 
@@ -153,12 +173,16 @@ Wrong usage.
   > --text pictures a.emf
   > --log-level loud a.emf
   > --prefer best a.emf
+  > --id-prefix 1a a.emf
+  > --dpi 0 a.emf
+  > --dpi 72 --scale 2 a.emf
+  > --exact --strict a.emf
   > --exact --prefer wmf a.emf
   > --json a.emf
   > --info --report a.emf
   > --info a.emf -o a.svg
   > --gallery a.emf b.emf
-  > a.emf -o a.svgz
+  > a.emf -o a.pdf
   > chart.emf a.svg
   > chart.emf chart.svg
   > -qx a.emf
@@ -176,17 +200,21 @@ Wrong usage.
   metafile2svg: --text needs characters or outlines
   metafile2svg: there is no log level loud
   metafile2svg: --prefer can be wmf or emf
+  metafile2svg: --id-prefix needs a letter, and up to 63 letters, digits, - and _
+  metafile2svg: --dpi needs a number above 0 and up to 1000000
+  metafile2svg: --dpi and --scale exclude each other
+  metafile2svg: --exact leaves out what it leaves out, so --strict has no use
   metafile2svg: --exact always takes the file's own records
   metafile2svg: --json needs --info or --report
   metafile2svg: --info and --report exclude each other
   metafile2svg: --info writes no documents, so -o has no use
   metafile2svg: --gallery needs the name of a page, which ends in .html
-  metafile2svg: a.svgz: documents are SVG; give a name that ends in .svg, and convert that further
+  metafile2svg: a.pdf: documents are SVG; give a name that ends in .svg, and convert that further
   metafile2svg: a.svg is no metafile; to write it, say -o a.svg
   metafile2svg: chart.svg is no metafile; to write it, say -o chart.svg
   metafile2svg: Unknown option 'x'
   $ echo $statuses
-  2222222222222222222222
+  22222222222222222222222222
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
   [2]

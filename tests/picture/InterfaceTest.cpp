@@ -150,9 +150,24 @@ namespace {
         EXPECT_EQ(unknown.loss, RecordLoss::Drawing);
         EXPECT_EQ(unknown.firstOffset, 112);
         EXPECT_FALSE(unknown.reason.empty());
+        EXPECT_EQ(verdictOf(good), PictureVerdict::Lost);
+        EXPECT_EQ(reportJson(good),
+                  R"({"verdict":"lost","width":200.0,"height":100.0,)"
+                  R"("totals":{"drawing":2,"drawingLost":1,"stateIgnored":0,"approximated":0},)"
+                  R"("records":[{"name":"EMR_RECTANGLE","type":43,"weight":"drawing",)"
+                  R"("outcome":"drawn","count":1,"firstOffset":88},{"name":"EMR 8000",)"
+                  R"("type":8000,"weight":"drawing","outcome":"skipped","count":1,)"
+                  R"("firstOffset":112,"reason":"its type is not known"}],)"
+                  R"("end":{"reason":"end record","record":4,"offset":124}})");
+        EXPECT_EQ(verdictOf(draw(plain().build())), PictureVerdict::Complete);
+        EXPECT_EQ(verdictOf(draw(plain().record(37, { 9 }).build())), PictureVerdict::Approximated);
+        EXPECT_EQ(reportJson(draw("no metafile")),
+                  R"({"verdict":"refused","message":"this is not a metafile: )"
+                  R"(it has neither an EMF nor a WMF header"})");
 
         const Picture cut = draw(whole.left(120));
         EXPECT_TRUE(!cut.report.isWhole && cut.report.isHeaderWrong);
+        EXPECT_EQ(verdictOf(cut), PictureVerdict::Damaged);
         EXPECT_EQ(cut.report.end, RecordsEnd::RecordCut);
         EXPECT_EQ(cut.report.endOffset, 112);
         QByteArray moved = plain().build(); // its header says that it is longer

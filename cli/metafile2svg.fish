@@ -1,0 +1,26 @@
+# Completion of metafile2svg's arguments in fish.
+
+complete -c metafile2svg -s o -l output -r -F -d 'File or folder to write'
+complete -c metafile2svg -s r -l recursive -d 'Convert what is in the folders of a folder, too'
+complete -c metafile2svg -s j -l jobs -x -d 'Files at the same time'
+complete -c metafile2svg -l force -d 'Convert also what has a newer document'
+complete -c metafile2svg -l check -d 'Do everything but write documents'
+complete -c metafile2svg -l fail-fast -d 'Stop after the first file that fails'
+complete -c metafile2svg -l width -x -d 'Width in pixels'
+complete -c metafile2svg -l height -x -d 'Height in pixels'
+complete -c metafile2svg -l scale -x -d "Size as a multiple of the picture's own"
+complete -c metafile2svg -l dpi -x -d 'Pixels to an inch of the picture'
+complete -c metafile2svg -l text -x -a 'characters outlines' -d 'What letters become'
+complete -c metafile2svg -l prefer -x -a 'wmf emf' -d 'Which of two pictures in a file'
+complete -c metafile2svg -l id-prefix -x -d 'What ids begin with'
+complete -c metafile2svg -l exact -d "The library's exact text, and not a picture"
+complete -c metafile2svg -l info -d 'Tell format, size, bounds and records'
+complete -c metafile2svg -l report -d 'Tell what became of the records, and why'
+complete -c metafile2svg -l json -d 'Tell it as JSON'
+complete -c metafile2svg -l gallery -r -F -d 'Show all results on a page'
+complete -c metafile2svg -l strict -d 'Exit with 4 if a picture lacks drawing or a file is damaged'
+complete -c metafile2svg -s q -l quiet -d 'No progress, no summary, not what pictures lack'
+complete -c metafile2svg -l dump-skipped -r -F -d 'List the records that the exact text lacks'
+complete -c metafile2svg -l log-level -x -a 'fatal warning info trace' -d 'What the exact library logs'
+complete -c metafile2svg -s h -l help -d 'Show the options'
+complete -c metafile2svg -s V -l version -d 'Show the version'
