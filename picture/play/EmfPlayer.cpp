@@ -7,6 +7,7 @@
 #include "core/records/MetafileFacts.h"
 #include "picture/play/EmfCalls.h"
 #include "picture/play/RecordRow.h"
+#include "picture/play/RecordSupport.h"
 #include "picture/play/TextCharacters.h"
 
 #include <algorithm>
@@ -147,6 +148,11 @@ namespace {
                                      &RecordType::number));
 
 } // namespace
+
+std::vector<RecordSupport> emfSupport()
+{
+    return supportOf(kRows, neutral);
+}
 
 // A comment may hold EMF+ records ([MS-EMF] 2.3.3.2). They are played from their header
 // ([MS-EMFPLUS] 2.3.3.3) on, unless the file is to be played by its EMF records and has these.

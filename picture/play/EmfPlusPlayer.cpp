@@ -1,6 +1,7 @@
 #include "picture/play/EmfPlusPlayer.h"
 
 #include "core/records/EmfPlusRecordTypes.h"
+#include "picture/play/RecordSupport.h"
 
 #include <algorithm>
 
@@ -96,6 +97,11 @@ namespace {
                                      &RecordType::number));
 
 } // namespace
+
+std::vector<RecordSupport> emfPlusSupport()
+{
+    return supportOf(kRows, neutral);
+}
 
 EmfPlusPlayer::EmfPlusPlayer(DeviceContext &context, Playing &playing)
     : m_play{ context,

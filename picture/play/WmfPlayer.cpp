@@ -2,6 +2,7 @@
 
 #include "core/records/WmfRecordTypes.h"
 #include "picture/play/RecordRow.h"
+#include "picture/play/RecordSupport.h"
 #include "picture/play/TextCharacters.h"
 #include "picture/play/WmfCalls.h"
 
@@ -94,6 +95,11 @@ namespace {
                                      &RecordType::number));
 
 } // namespace
+
+std::vector<RecordSupport> wmfSupport()
+{
+    return supportOf(kRows, neutral);
+}
 
 WmfPlayer::WmfPlayer(DeviceContext &context, const Picture &picture, const WmfEscapes &escapes)
     : m_context(context), m_escapes(escapes)
