@@ -73,6 +73,14 @@ grep -q '<text ' "$root/work/tool.svg" || fail "the document has no text"
 inside metafile2svg --exact /work/chart.emf -o /work/exact.svg || fail "the tool does not convert"
 echo "the tool: converts"
 
+for file in usr/bin/metafile2svg "usr/lib/$(uname -m)-linux-gnu"/libSVGTool{,Picture}.so.0*; do
+    flags=$(readelf -Wld "$root/$file")
+    [[ $flags == *GNU_RELRO* && $flags == *BIND_NOW* ]] || fail "$file can be relocated later"
+    grep -q '__stack_chk_fail' < <(readelf -W --dyn-syms "$root/$file") ||
+        fail "the stack of $file is not protected"
+done
+echo "the tool and the libraries: hardened"
+
 # What is beside the tool.
 quietly apt-get install -q -y --no-install-recommends man-db bash-completion
 for page in metafile2svg metafile2svg-thumbnailer; do
@@ -81,6 +89,10 @@ for page in metafile2svg metafile2svg-thumbnailer; do
 done
 inside bash -c '. /usr/share/bash-completion/bash_completion && _completion_loader metafile2svg
     complete -p metafile2svg' >/dev/null || fail "bash-completion does not load our completion"
+quietly apt-get install -q -y --no-install-recommends zsh fish
+inside zsh -c 'autoload -Uz compinit; compinit -D; [ "$_comps[metafile2svg]" = _metafile2svg ]' ||
+    fail "zsh does not load our completion"
+holds -- --id-prefix fish -c 'complete -C "metafile2svg --id"' || fail "fish does not complete"
 read -r command < <(sed -n 's/^Exec=//p' "$root/usr/share/thumbnailers/metafile2svg.thumbnailer")
 for sample in chart.emf drawing.wmf; do
     line=${command//%s/96}

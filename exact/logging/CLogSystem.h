@@ -36,6 +36,7 @@ public:
     /// it must not log to the same level. What it throws is ignored by the trace convention.
     using Sink = std::function<void(const std::string &)>;
 
+    /// Sends lines to @p defaultSink until there is another.
     explicit LevelOutput(void (*defaultSink)(const std::string &));
     LevelOutput(const LevelOutput &) = delete;
     LevelOutput &operator=(const LevelOutput &) = delete;
@@ -53,10 +54,10 @@ private:
     void (*m_defaultSink)(const std::string &);
 };
 
-extern BASIC_LOGGING_EXPORT LevelOutput tracelevel;
-extern BASIC_LOGGING_EXPORT LevelOutput infolevel;
-extern BASIC_LOGGING_EXPORT LevelOutput warnlevel;
-extern BASIC_LOGGING_EXPORT LevelOutput fatallevel;
+extern BASIC_LOGGING_EXPORT LevelOutput tracelevel; ///< where trace lines go
+extern BASIC_LOGGING_EXPORT LevelOutput infolevel; ///< where lines go that inform
+extern BASIC_LOGGING_EXPORT LevelOutput warnlevel; ///< where warnings go
+extern BASIC_LOGGING_EXPORT LevelOutput fatallevel; ///< where lines go that tell of an end
 
 /// Collects the items streamed into it and hands them, each followed by one blank, to its
 /// level's output when Logger::end comes.
@@ -71,8 +72,11 @@ public:
     /// Streamed into a logger to finish a line.
     static constexpr End end = End::Line;
 
+    /// Hands finished lines to @p output.
     explicit Logger(const LevelOutput &output) : m_output(&output) { }
 
+    /// Adds an item to the line, or with end finishes it.
+    /// @{
     Logger &operator<<(const std::string &text)
     {
         const std::lock_guard lock(m_mutex);
@@ -90,6 +94,7 @@ public:
         (*m_output)(line);
         return *this;
     }
+    /// @}
 
 private:
     std::mutex m_mutex;
@@ -122,10 +127,10 @@ public:
     /// Sets the level's name, for all threads at once.
     void setLevel(const std::string &name);
 
-    basic_logging::Logger trace{ basic_logging::tracelevel };
-    basic_logging::Logger info{ basic_logging::infolevel };
-    basic_logging::Logger warn{ basic_logging::warnlevel };
-    basic_logging::Logger fatal{ basic_logging::fatallevel };
+    basic_logging::Logger trace{ basic_logging::tracelevel }; ///< of tracelevel
+    basic_logging::Logger info{ basic_logging::infolevel }; ///< of infolevel
+    basic_logging::Logger warn{ basic_logging::warnlevel }; ///< of warnlevel
+    basic_logging::Logger fatal{ basic_logging::fatallevel }; ///< of fatallevel
 
 private:
     // Names are kept for good, so that a query is one load and a copy, with no lock.

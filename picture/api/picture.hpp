@@ -45,7 +45,8 @@ enum class PictureText {
 
 /// Which of the pictures is drawn that a metafile holds of the same thing.
 enum class PictureSource {
-    /// An EMF within a WMF, if it is whole, rather than the WMF; the EMF+ records of an EMF, if they
+    /// An EMF within a WMF, if it is whole, rather than the WMF; the EMF+ records of an EMF, if
+    /// they
     /// are sound, rather than its others.
     Best,
     Wmf, ///< the WMF's own records
@@ -59,7 +60,7 @@ struct PictureOptions
     /// not given. With one of them the other follows by the picture's shape. With two of another
     /// shape the picture stands in the middle, whole, with room at two sides.
     double width = 0;
-    double height = 0;
+    double height = 0; ///< as width
     /// The document's size as a multiple of its natural one, from 0.000001 to 1,000,000; not used
     /// where width or height is given. What comes of it has sides of 1 to 16,384 pixels and no
     /// more than 16,777,216 (2^24) pixels in all, as has the natural size.
@@ -68,8 +69,8 @@ struct PictureOptions
     /// "_". Where it is empty, the prefix is made of the metafile's bytes, so that documents of
     /// different metafiles may stand on one page.
     std::string idPrefix;
-    PictureText text = PictureText::Characters;
-    PictureSource source = PictureSource::Best;
+    PictureText text = PictureText::Characters; ///< what becomes of letters
+    PictureSource source = PictureSource::Best; ///< which of several pictures
 };
 
 /// What became of records of one type.
@@ -95,9 +96,9 @@ struct RecordLine
 
     uint32_t type = 0; ///< the number of the record type, or kOtherTypes
     std::string name; ///< as the format's description writes it; "EMR 200" where it has none
-    RecordFate fate = RecordFate::Drawn;
+    RecordFate fate = RecordFate::Drawn; ///< what became of them
     RecordLoss loss = RecordLoss::Drawing; ///< of the type; counts where the fate is NotDone
-    uint64_t count = 0;
+    uint64_t count = 0; ///< how many they are, 1 or more
     int64_t firstOffset = 0; ///< in the metafile, of the first of them
     std::string reason; ///< why the first of them has this fate; empty for Drawn and Neutral
 };
@@ -105,7 +106,8 @@ struct RecordLine
 /// How much of what should be painted is in a picture, in records.
 struct RecordTotals
 {
-    /// Those that paint. Of a metafile that holds its picture twice, those of the one that is drawn.
+    /// Those that paint. Of a metafile that holds its picture twice, those of the one that is
+    /// drawn.
     uint64_t drawing = 0;
     uint64_t drawingLost = 0; ///< of them, those with which nothing was done
     uint64_t stateIgnored = 0; ///< records of state with which nothing was done
@@ -138,7 +140,7 @@ struct PictureReport
     std::vector<RecordLine> records; ///< by type, then by fate
     RecordTotals totals; ///< of all of them
 
-    RecordsEnd end = RecordsEnd::EndRecord;
+    RecordsEnd end = RecordsEnd::EndRecord; ///< why they end
     uint64_t endRecord = 0; ///< number of the record at which they end; an EMF header is number 1
     int64_t endOffset = 0; ///< in the metafile, of that record
     /// Well-formed records behind the end record. They are not played, as GDI does not.
@@ -162,10 +164,10 @@ struct PictureReport
 /// A document, and what is known of it.
 struct Picture
 {
-    PictureError error = PictureError::None;
+    PictureError error = PictureError::None; ///< why there is no document
     std::string document; ///< SVG 1.1 in UTF-8; empty if there is an error
     double width = 0; ///< of the document in CSS pixels, as height; 0 if there is an error
-    double height = 0;
+    double height = 0; ///< as width
     PictureReport report; ///< empty if there is an error
 };
 
