@@ -99,8 +99,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
 SVGTool reads Windows metafiles (EMF and WMF) and writes SVG 1.1 documents.
 .
 This package holds the headers and the pkg-config files that a program needs to
-be built with the library, and the static library that makes documents for
-viewers of its output.")
+be built with the library.")
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME metafile2svg)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION graphics)

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Puts the picture that GDI painted of a metafile beside the SVG that the tool makes of it.
-# usage: scripts/make-picture.sh METAFILE GDI.png OUT.png
+# usage: scripts/make-picture.sh METAFILE PAINTED.png OUT.png [GDI+]
 # Needs a release build (scripts/convert.sh makes one) and rsvg-convert (Debian's librsvg2-bin).
 set -euo pipefail
-if [ $# -ne 3 ]; then
+if [ $# -lt 3 ]; then
     sed -n '3,4s/^# //p' "${BASH_SOURCE[0]}" >&2
     exit 2
 fi
-metafile=$1 painted=$2 out=$3
+metafile=$1 painted=$2 out=$3 painter=${4-GDI}
 tool=${TOOL:-$(dirname "${BASH_SOURCE[0]}")/../build/release/cli/metafile2svg}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -29,7 +29,7 @@ image() {
     echo " width=\"$((2 * width + 30))\" height=\"$((height + 40))\""
     echo " font-family=\"DejaVu Sans\" font-size=\"12\" fill=\"#333\">"
     echo "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>"
-    image "$painted" 10 "painted by GDI"
+    image "$painted" 10 "painted by $painter"
     image "$work/ours.png" $((width + 20)) "the SVG, rendered by librsvg"
     echo "</svg>"
 } >"$work/both.svg"
