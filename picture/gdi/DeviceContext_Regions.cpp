@@ -90,7 +90,7 @@ Played DeviceContext::floodFill(PointD from, Color color, uint32_t mode)
     constexpr uint32_t kToColor = 0, kOfColor = 1;
     if (mode > kOfColor)
         return notDone("its mode is not known");
-    if (m_state.brush.kind == Brush::Kind::Null || m_state.visible->isEmpty)
+    if (m_state.brush.kind == Brush::Kind::Null || isHidden())
         return kDone;
     Scene &scene = m_builder.scene();
     if (m_floodSteps > 0) { // lines that go round an area are a figure
