@@ -173,6 +173,15 @@ void Bitmap::readLine(int32_t y, Argb *colours) const
     }
 }
 
+Argb Bitmap::colourAt(int32_t x, int32_t y) const
+{
+    if (isIndexed())
+        return m_colours[indexAt(x, y)];
+    const uint8_t *const pixel = line(y) + int64_t(x) * (bitsPerPixel(m_format) / 8);
+    const uint8_t alpha = m_format == PixelFormat::Bgra32 ? pixel[3] : uint8_t(255);
+    return argb(pixel[2], pixel[1], pixel[0], alpha);
+}
+
 void Bitmap::writeLine(int32_t y, const Argb *colours)
 {
     uint8_t *pixel = line(y);

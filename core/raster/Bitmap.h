@@ -65,6 +65,8 @@ public:
     /// The colours of line @p y.
     /// @param[out] colours  width() of them
     void readLine(int32_t y, Argb *colours) const;
+    /// The colour of a pixel.
+    Argb colourAt(int32_t x, int32_t y) const;
     /// Line @p y of a Bgra32.
     void writeLine(int32_t y, const Argb *colours);
 

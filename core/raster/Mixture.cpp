@@ -1,6 +1,7 @@
 #include "core/raster/Mixture.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace svgtool {
@@ -71,9 +72,8 @@ Mixture::Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
 
 void Mixture::judge()
 {
-    m_isPlain = m_isSaturated = m_isOpaque = m_isUnion = m_isDisjoint = true;
+    m_isPlain = m_isSaturated = m_isUnion = m_isDisjoint = true;
     eachPixel(m_keep, m_flip, [this](PixelMixture pixel) {
-        m_isOpaque = m_isOpaque && pixel.isOpaque();
         m_isPlain = m_isPlain && (pixel.isOpaque() || pixel.isNothing());
         m_isUnion = m_isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
         m_isDisjoint = m_isDisjoint && (pixel.keep & pixel.flip) == 0;
@@ -101,15 +101,18 @@ void Mixture::chooseByMask(const Mixture &other, const Bitmap &mask)
     judge();
 }
 
+void Mixture::resample(IntSize size)
+{
+    m_keep = resampled(std::move(m_keep), size);
+    m_flip = resampled(std::move(m_flip), size);
+}
+
 void Mixture::then(const Mixture &next)
 {
     // The finer one of the two says how many pixels there are.
     const IntSize both{ std::max(size().width, next.size().width),
                         std::max(size().height, next.size().height) };
-    if (size() != both) {
-        m_keep = resampled(m_keep, both);
-        m_flip = resampled(m_flip, both);
-    }
+    resample(both);
     std::vector<Argb> keep = m_keep.lineBuffer(), flip = keep;
     std::vector<Argb> nextKeep = next.m_keep.lineBuffer(), nextFlip = nextKeep;
     for (int32_t y = 0; y < both.height; ++y) {
@@ -132,7 +135,7 @@ void Mixture::then(const Mixture &next)
     judge();
 }
 
-Bitmap resampled(const Bitmap &bitmap, IntSize size)
+Bitmap resampled(Bitmap bitmap, IntSize size)
 {
     if (bitmap.size() == size)
         return bitmap;

@@ -63,6 +63,8 @@ public:
     /// Takes the pixels of @p other where @p mask has a 0.
     /// @param mask  Indexed1; both of one size
     void chooseByMask(const Mixture &other, const Bitmap &mask);
+    /// Gives it so many pixels, as resampled() does.
+    void resample(IntSize size);
     /// Puts @p next after it, with its pixels taken by their place when the sizes differ.
     void then(const Mixture &next);
 
@@ -71,20 +73,19 @@ public:
     /// Whether all bits of each channel that depends on what lies beneath depend alike, so that
     /// multiplying, adding and taking differences do the same as the bits.
     bool isSaturated() const { return m_isSaturated; }
-    /// Whether no pixel has any part of what lies beneath.
-    bool isOpaque() const { return m_isOpaque; }
-
     /// Whether it is OR with the colours of flip(), and whether what is flipped is not kept: then
     /// it is added.
     bool isUnion() const { return m_isUnion; }
     bool isDisjoint() const { return m_isDisjoint; }
 
-    /// The pixels on a ground of these colours: Bgra32, transparent where it stays as it is.
+    /// The pixels on a ground of these colours: Bgra32, transparent where it stays as it is, or
+    /// Bgr32 where it does nowhere.
     /// @param ground  of each pixel; called line by line
     template<class Ground>
     Bitmap over(Ground ground) const
     {
         Bitmap result(PixelFormat::Bgra32, size());
+        bool isOpaque = true;
         std::vector<Argb> keep = m_keep.lineBuffer(), flip = m_flip.lineBuffer();
         for (int32_t y = 0; y < result.height(); ++y) {
             m_keep.readLine(y, keep.data());
@@ -92,11 +93,14 @@ public:
             for (int32_t x = 0; x < result.width(); ++x) {
                 const PixelMixture pixel{ keep[size_t(x)] & kColourBits,
                                           flip[size_t(x)] & kColourBits };
+                isOpaque = isOpaque && !pixel.isNothing();
                 flip[size_t(x)] =
                         pixel.isNothing() ? kClear : pixel.over(ground(x, y)) | kAlphaBits;
             }
             result.writeLine(y, flip.data());
         }
+        if (isOpaque)
+            result.dropAlpha();
         return result;
     }
     /// What is multiplied with the picture, and what is then added to it or taken from it.
@@ -107,7 +111,7 @@ private:
     void judge();
 
     Bitmap m_keep, m_flip;
-    bool m_isPlain = false, m_isSaturated = false, m_isOpaque = false;
+    bool m_isPlain = false, m_isSaturated = false;
     bool m_isUnion = false, m_isDisjoint = false;
 };
 
@@ -115,7 +119,7 @@ private:
 /// paints when it stretches.
 /// @param size  1 by 1 or larger
 /// @throws std::bad_alloc
-Bitmap resampled(const Bitmap &bitmap, IntSize size);
+Bitmap resampled(Bitmap bitmap, IntSize size);
 
 /// The colour that all pixels have; nothing when they differ.
 std::optional<Argb> onlyColour(const Bitmap &bitmap);

@@ -230,6 +230,10 @@ private:
     Paint patternPaint(const Brush &brush);
     /// The pixels of a brush, which it repeats; null for one of a colour.
     Bitmap brushTile(const Brush &brush) const;
+    /// How many pixels of the picture a box has; nothing where it has none, or too many.
+    std::optional<IntSize> pixelSize(const RectD &box) const;
+    /// @return whether so many pixels are left for mixing
+    bool spendPixels(IntSize size);
     /// The pixels of the brush in a place, as many as the picture has there; null as above.
     bool takeBrushPixels(const BlitPlace &place, Bitmap &pixels);
     Paint unshaped(Paint paint, const Affine &shape);
@@ -274,12 +278,18 @@ private:
     /// @return whether it is exact
     bool addBlended(const Node &node, const AddNode &add, RasterOperation operation);
     static std::vector<BlendStep> blendsOf(PixelMixture mixture);
-    Index mixedPaint(Index paint, RasterOperation operation, Color ground);
-    Index mixedStroke(Index stroke, RasterOperation operation, Color ground);
+    std::optional<Paint> mixedHatch(const Paint &paint, RasterOperation operation,
+                                    const Paint &ground);
+    std::optional<Paint> mixedTile(const Paint &paint, RasterOperation operation,
+                                   const Paint &ground, const RectD &area);
+    std::optional<Paint> mixedPaint(const Paint &paint, RasterOperation operation,
+                                    const Paint &ground, const RectD &area);
+    bool mixPaints(Node &node, RasterOperation operation, const Paint &ground, const RectD &area);
     Index groundClip(Index clip, const Ground &ground);
     void takeBack(const SceneBuilder::Mark &mark);
     Played paintMixture(Mixture mixture, const BlitPlace &place);
-    Played addMixture(const Mixture &mixture, const BlitPlace &place);
+    Played addMixture(Mixture mixture, const BlitPlace &place);
+    bool spendOnGrounds(Mixture &mixture, const BlitPlace &place, std::span<const Ground> grounds);
     void addBlendedPixels(const Mixture &mixture, const BlitPlace &place);
 
     // Bitmaps.
@@ -369,7 +379,7 @@ private:
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
-    int64_t m_brushPixels = limits::kAllEnlargedPixels; ///< left for mixing with brushes
+    int64_t m_brushPixels = limits::kAllEnlargedPixels; ///< left for mixing with brushes and tiles
     double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document
     int64_t m_floodSteps = limits::kFloodSteps; ///< left for the document
     Grounds m_grounds;

@@ -256,7 +256,7 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
     Bitmap pattern;
     const bool isKnown = !operation.usesPattern() || takeBrushPixels(*place, pattern);
     if (!pattern.isNull())
-        pixels = resampled(pixels, pattern.size());
+        pixels = resampled(std::move(pixels), pattern.size());
     const Played played =
             paintMixture(Mixture(pixels, operation, patternColour(), pattern), *place);
     return isKnown ? played : kTakenForOneColour;
@@ -265,11 +265,14 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
 Played DeviceContext::fillBlit(const BlitBox &to, RasterOperation operation)
 {
     Node node = newNode();
-    node.fill = operation.usesPattern() ? fillPaint() : m_builder.paint(Paint());
     const auto place = this->place(to, { 0, 0, 1, 1 }, { 1, 1 });
     if (!place)
         return kDone;
     node.transform = m_builder.transform(place->transform);
+    node.fill = operation.usesPattern() ? fillPaint() : m_builder.paint(Paint());
+    if (node.fill != kNone) // which does not turn with the box
+        node.fill =
+                m_builder.paint(unshaped(m_builder.scene().paints[node.fill], place->transform));
     return addMixed(
             node,
             [&](const Node &part) {

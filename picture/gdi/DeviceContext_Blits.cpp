@@ -81,10 +81,10 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
     const bool usesPattern = inside.usesPattern() || outside.usesPattern();
     const bool isKnown = !usesPattern || takeBrushPixels(*place, pattern);
     if (!pattern.isNull())
-        pixels = resampled(pixels, pattern.size());
+        pixels = resampled(std::move(pixels), pattern.size());
     Mixture mixture(pixels, inside, patternColour(), pattern);
     mixture.chooseByMask(Mixture(pixels, outside, patternColour(), pattern),
-                         resampled(*over, pixels.size()));
+                         resampled(std::move(*over), pixels.size()));
     const Played played = paintMixture(std::move(mixture), *place);
     return isKnown ? played : kTakenForOneColour;
 }

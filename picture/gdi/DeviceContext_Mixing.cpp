@@ -11,55 +11,167 @@ namespace svgtool::picture {
 
 static constexpr Played kManyGrounds = approximated("what lies beneath it is of many colours");
 
-// What a paint becomes on a ground of one colour.
-Index DeviceContext::mixedPaint(Index index, RasterOperation operation, Color ground)
+static Color mixed(const Color &color, RasterOperation operation, const Color &ground)
 {
-    if (index == kNone)
-        return kNone;
-    Paint paint = m_builder.scene().paints[index];
-    const auto mixed = [&](const Color &color) {
-        return colorOf(operation.apply(argbOf(color), 0, argbOf(ground)) | kAlphaBits);
-    };
-    switch (paint.kind) {
-    case Paint::Kind::Solid:
-        paint.color = mixed(paint.color);
-        break;
-    case Paint::Kind::Hatch: {
-        Hatch hatch = m_builder.scene().hatches[paint.resource];
-        hatch.color = mixed(hatch.color);
-        if (hatch.ground)
-            hatch.ground = mixed(*hatch.ground);
-        paint.resource = m_builder.hatch(hatch);
-        break;
-    }
-    case Paint::Kind::Gradient: // which nothing mixes
-        break;
-    case Paint::Kind::Pattern: {
-        Pattern pattern = m_builder.scene().patterns[paint.resource];
-        const Bitmap &pixels = m_builder.scene().images[pattern.image].pixels;
-        if (pixels.isNull())
-            break;
-        // As the source of the operation it gives up its pixels one by one.
-        const Mixture mixture(pixels, operation.withPatternAsSource(), 0);
-        Image image;
-        image.size = pixels.size();
-        image.pixels = mixture.over([ground](int32_t, int32_t) { return argbOf(ground); });
-        pattern.image = m_builder.image(std::move(image));
-        paint.resource = m_builder.pattern(pattern);
-        break;
-    }
-    }
-    return m_builder.paint(paint);
+    return colorOf(operation.apply(argbOf(color), 0, argbOf(ground)) | kAlphaBits);
 }
 
-Index DeviceContext::mixedStroke(Index index, RasterOperation operation, Color ground)
+// Both are a colour, or the same hatch; what shows through the gaps of an upper one becomes theirs.
+std::optional<Paint> DeviceContext::mixedHatch(const Paint &paint, RasterOperation operation,
+                                               const Paint &ground)
 {
-    if (index == kNone)
-        return kNone;
-    Stroke stroke = m_builder.scene().strokes[index];
-    const Index paint = mixedPaint(m_builder.paint(stroke.paint), operation, ground);
-    stroke.paint = m_builder.scene().paints[paint];
-    return m_builder.stroke(stroke);
+    const Scene &scene = m_builder.scene();
+    struct Inks
+    {
+        Color lines;
+        std::optional<Color> gaps;
+    };
+    const auto partsOf = [&scene](const Paint &of) {
+        if (of.kind == Paint::Kind::Solid)
+            return Inks{ of.color, of.color };
+        const Hatch &hatch = scene.hatches[of.resource];
+        return Inks{ hatch.color, hatch.ground };
+    };
+    const auto above = partsOf(paint), below = partsOf(ground);
+    Hatch hatch =
+            scene.hatches[paint.kind == Paint::Kind::Hatch ? paint.resource : ground.resource];
+    hatch.color = below.lines;
+    hatch.ground = below.gaps;
+    if (ground.kind == Paint::Kind::Hatch && scene.hatches[ground.resource] != hatch)
+        return std::nullopt;
+    hatch.color = mixed(above.lines, operation, below.lines);
+    if (above.gaps)
+        hatch.ground = mixed(*above.gaps, operation, *below.gaps);
+    return Paint{ Paint::Kind::Hatch, {}, m_builder.hatch(hatch) };
+}
+
+static RectD around(std::span<const RectD> rects)
+{
+    RectD all = rects.front();
+    for (const RectD &rect : rects)
+        all = { std::fmin(all.left, rect.left), std::fmin(all.top, rect.top),
+                std::fmax(all.right, rect.right), std::fmax(all.bottom, rect.bottom) };
+    return all;
+}
+
+// Makes of a tile that covers an area no more than that: whole pixels.
+static IntRect shrink(RectD &tile, IntSize pixels, const RectD &area)
+{
+    if (!tile.contains(area))
+        return { 0, 0, pixels.width, pixels.height };
+    const double x = tile.width() / pixels.width, y = tile.height() / pixels.height;
+    const double left = std::floor((area.left - tile.left) / x);
+    const double top = std::floor((area.top - tile.top) / y);
+    const double right =
+            std::clamp(std::ceil((area.right - tile.left) / x), left + 1, double(pixels.width));
+    const double bottom =
+            std::clamp(std::ceil((area.bottom - tile.top) / y), top + 1, double(pixels.height));
+    const PointD corner{ tile.left, tile.top };
+    tile = { corner.x + left * x, corner.y + top * y, corner.x + right * x, corner.y + bottom * y };
+    return { int32_t(left), int32_t(top), int32_t(right - left), int32_t(bottom - top) };
+}
+
+// Both are a colour, or tiles of the same pixels in the same places.
+std::optional<Paint> DeviceContext::mixedTile(const Paint &paint, RasterOperation operation,
+                                              const Paint &ground, const RectD &area)
+{
+    const Scene &scene = m_builder.scene();
+    const auto tilesOf = [&scene](const Paint &of) {
+        return of.kind == Paint::Kind::Pattern ? &scene.patterns[of.resource] : nullptr;
+    };
+    const Pattern *const above = tilesOf(paint), *const below = tilesOf(ground);
+    Pattern tiles = below != nullptr ? *below : *above;
+    const Image &image = scene.images[tiles.image];
+    if (image.pixels.isNull())
+        return std::nullopt;
+    if (above != nullptr && below != nullptr) {
+        Pattern same = *above;
+        same.image = below->image;
+        if (same != *below || scene.images[above->image].pixels.size() != image.size)
+            return std::nullopt;
+    }
+    const IntRect part = below != nullptr ? shrink(tiles.tile, image.size, area)
+                                          : IntRect{ 0, 0, image.size.width, image.size.height };
+    if (!spendPixels({ part.width, part.height }))
+        return std::nullopt;
+    const auto pixelsOf = [&](const Pattern *pattern) {
+        return pattern != nullptr ? scene.images[pattern->image].pixels.cut(part) : Bitmap();
+    };
+    const Bitmap upper = pixelsOf(above), lower = pixelsOf(below);
+    Image result;
+    result.size = { part.width, part.height };
+    result.pixels = Bitmap(PixelFormat::Bgr32, result.size);
+    std::vector<Argb> from(size_t(part.width), argbOf(paint.color));
+    std::vector<Argb> to(size_t(part.width), argbOf(ground.color));
+    for (int32_t y = 0; y < part.height; ++y) {
+        if (above != nullptr)
+            upper.readLine(y, from.data());
+        if (below != nullptr)
+            lower.readLine(y, to.data());
+        else
+            std::fill(to.begin(), to.end(), argbOf(ground.color));
+        for (size_t x = 0; x < to.size(); ++x) {
+            if (alphaOf(from[x]) != 0)
+                to[x] = operation.apply(from[x], 0, to[x]);
+        }
+        result.pixels.writeLine(y, to.data());
+    }
+    if (const auto color = onlyColour(result.pixels))
+        return Paint{ Paint::Kind::Solid, colorOf(*color), kNone };
+    // Viewers smooth tiles that they enlarge.
+    const auto shown = pixelSize(tiles.tile);
+    if (shown && shown->width >= part.width && shown->height >= part.height
+        && spendPixels(*shown)) {
+        result.pixels = resampled(std::move(result.pixels), *shown);
+        result.size = *shown;
+    }
+    tiles.image = m_builder.image(std::move(result));
+    return Paint{ Paint::Kind::Pattern, {}, m_builder.pattern(tiles) };
+}
+
+// What a paint becomes on a ground that is known; nothing where that cannot be told.
+std::optional<Paint> DeviceContext::mixedPaint(const Paint &paint, RasterOperation operation,
+                                               const Paint &ground, const RectD &area)
+{
+    const auto isOne = [&](Paint::Kind kind) { return paint.kind == kind || ground.kind == kind; };
+    if (paint.kind == Paint::Kind::Gradient) // which nothing mixes
+        return paint;
+    if (isOne(Paint::Kind::Hatch) && isOne(Paint::Kind::Pattern))
+        return std::nullopt;
+    if (isOne(Paint::Kind::Hatch))
+        return mixedHatch(paint, operation, ground);
+    if (isOne(Paint::Kind::Pattern))
+        return mixedTile(paint, operation, ground, area);
+    return Paint{ Paint::Kind::Solid, mixed(paint.color, operation, ground.color), kNone };
+}
+
+// Gives a node the paints that an operation leaves on a ground.
+bool DeviceContext::mixPaints(Node &node, RasterOperation operation, const Paint &ground,
+                              const RectD &area)
+{
+    const Affine shape =
+            node.transform != kNone ? m_builder.scene().transforms[node.transform] : Affine();
+    const auto paintOf = [&](const Paint &paint) {
+        auto result = mixedPaint(paint, operation, ground, area);
+        if (result && paint.kind == Paint::Kind::Solid)
+            result = unshaped(*result, shape); // tiles have come from the ground
+        return result;
+    };
+    if (node.fill != kNone) {
+        const auto fill = paintOf(m_builder.scene().paints[node.fill]);
+        if (!fill)
+            return false;
+        node.fill = m_builder.paint(*fill);
+    }
+    if (node.stroke != kNone) {
+        Stroke stroke = m_builder.scene().strokes[node.stroke];
+        const auto paint = paintOf(stroke.paint);
+        if (!paint)
+            return false;
+        stroke.paint = *paint;
+        node.stroke = m_builder.stroke(stroke);
+    }
+    return true;
 }
 
 // The same as an operation on a ground of many colours: what of it is kept is multiplied, what is
@@ -139,16 +251,10 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
         add(node);
         return kDone;
     }
-    const auto painted = [&](const Ground &ground, bool isWhole) {
-        Node part = node;
-        part.fill = mixedPaint(node.fill, operation, *ground.color);
-        part.stroke = mixedStroke(node.stroke, operation, *ground.color);
-        if (!isWhole)
-            part.clip = groundClip(node.clip, ground);
-        add(part);
-    };
     if (!operation.usesDestination()) {
-        painted({ Color(), {} }, true);
+        Node part = node;
+        mixPaints(part, operation, Paint(), {});
+        add(part);
         return kDone;
     }
     // It is added to be measured.
@@ -159,18 +265,17 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
     takeBack(mark);
     if (area.isEmpty())
         return kDone;
-    const auto grounds = m_grounds.under(m_builder.scene(), area, node.clip);
+    const auto grounds = m_grounds.under(m_builder, area, node.clip);
     bool isExact = true;
     for (const Ground &ground : grounds) {
-        const bool isWhole = grounds.size() == 1;
-        if (ground.color) {
-            painted(ground, isWhole);
-            continue;
-        }
         Node part = node;
-        if (!isWhole)
+        if (grounds.size() > 1)
             part.clip = groundClip(node.clip, ground);
-        isExact = addBlended(part, add, operation) && isExact;
+        Node painted = part;
+        if (ground.paint && mixPaints(painted, operation, *ground.paint, around(ground.rects)))
+            add(painted);
+        else
+            isExact = addBlended(part, add, operation) && isExact;
     }
     return isExact ? kDone : kManyGrounds;
 }
@@ -181,23 +286,47 @@ void DeviceContext::takeBack(const SceneBuilder::Mark &mark)
     m_grounds.forget(mark.nodes);
 }
 
-// The pixels of a mixture on grounds that are known, each of which has its rectangles.
-static Bitmap overGrounds(const Mixture &mixture, const std::vector<Ground> &grounds,
-                          const Affine &toPicture)
+// The pixel of a tile that is repeated over a place.
+static Argb colourAt(const Scene &scene, const Pattern &tiles, PointD p)
 {
-    const auto colourAt = [&](int32_t x, int32_t y) {
-        const PointD p = toPicture.map({ x + 0.5, y + 0.5 });
-        for (const Ground &ground : grounds) {
-            for (const RectD &rect : ground.rects) {
-                if (rect.left <= p.x && p.x < rect.right && rect.top <= p.y && p.y < rect.bottom)
-                    return argbOf(*ground.color);
+    const Bitmap &pixels = scene.images[tiles.image].pixels;
+    const auto index = [](double at, double start, double length, int32_t count) {
+        const double times = (at - start) / length;
+        return std::min(int32_t((times - std::floor(times)) * count), count - 1);
+    };
+    return pixels.colourAt(index(p.x, tiles.tile.left, tiles.tile.width(), pixels.width()),
+                           index(p.y, tiles.tile.top, tiles.tile.height(), pixels.height()));
+}
+
+// The pixels of a mixture on grounds that are known, each of which has its rectangles.
+static Bitmap overGrounds(const Mixture &mixture, const Scene &scene,
+                          const std::vector<Ground> &grounds, const Affine &toPicture)
+{
+    const auto contains = [](const RectD &rect, PointD p) {
+        return rect.left <= p.x && p.x < rect.right && rect.top <= p.y && p.y < rect.bottom;
+    };
+    const Ground *ground = &grounds.front(); // neighbours lie on the same one mostly
+    const RectD *rect = &ground->rects.front();
+    const auto findGround = [&](PointD p) {
+        for (const Ground &other : grounds) {
+            const auto found = std::find_if(other.rects.begin(), other.rects.end(),
+                                            [&](const RectD &it) { return contains(it, p); });
+            if (found != other.rects.end()) {
+                ground = &other;
+                rect = &*found;
+                return;
             }
         }
-        return kWhite; // outside the picture
     };
-    if (grounds.size() == 1)
-        return mixture.over([&](int32_t, int32_t) { return argbOf(*grounds[0].color); });
-    return mixture.over(colourAt);
+    return mixture.over([&](int32_t x, int32_t y) {
+        const PointD p = toPicture.map({ x + 0.5, y + 0.5 });
+        if (!contains(*rect, p))
+            findGround(p); // nothing matters outside the picture
+        const Paint &paint = *ground->paint;
+        return paint.kind == Paint::Kind::Solid
+                ? argbOf(paint.color)
+                : colourAt(scene, scene.patterns[paint.resource], p);
+    });
 }
 
 bool DeviceContext::Transferred::isSame(const BlitPlace &other, Index otherClip) const
@@ -223,37 +352,54 @@ Played DeviceContext::paintMixture(Mixture mixture, const BlitPlace &place)
     return played;
 }
 
-Played DeviceContext::addMixture(const Mixture &mixture, const BlitPlace &place)
+Played DeviceContext::addMixture(Mixture mixture, const BlitPlace &place)
 {
-    const auto opaque = [&](Bitmap pixels) {
-        if (mixture.isOpaque())
-            pixels.dropAlpha();
-        return paintPixels(std::move(pixels), place, 1);
-    };
     if (mixture.isPlain())
-        return opaque(mixture.over([](int32_t, int32_t) { return kBlack; }));
-    const IntSize size = mixture.size();
-    const Affine toPicture = Affine{ place.box.width() / size.width,
-                                     0,
-                                     0,
-                                     place.box.height() / size.height,
-                                     place.box.left,
-                                     place.box.top }
-                                     .then(place.transform);
+        return paintPixels(mixture.over([](int32_t, int32_t) { return kBlack; }), place, 1);
     const RectD area = intersection(mapBounds(place.transform, place.box), m_device.view);
-    const auto grounds = m_grounds.under(m_builder.scene(), area, visibleClip());
-    size_t rects = 0;
-    bool isKnown = true;
-    for (const Ground &ground : grounds) {
-        rects += ground.rects.size();
-        isKnown = isKnown && ground.color;
+    const auto grounds = m_grounds.under(m_builder, area, visibleClip());
+    const bool isKnown = std::ranges::all_of(grounds, [](const Ground &ground) {
+        return ground.paint && ground.paint->kind != Paint::Kind::Hatch;
+    });
+    if (isKnown && spendOnGrounds(mixture, place, grounds)) {
+        const IntSize size = mixture.size();
+        const Affine toBox{ place.box.width() / size.width,
+                            0,
+                            0,
+                            place.box.height() / size.height,
+                            place.box.left,
+                            place.box.top };
+        return paintPixels(
+                overGrounds(mixture, m_builder.scene(), grounds, toBox.then(place.transform)),
+                place, 1);
     }
-    if (isKnown
-        && (grounds.size() == 1
-            || mixture.keep().pixelCount() < limits::kMixingSteps / int64_t(rects)))
-        return opaque(overGrounds(mixture, grounds, toPicture));
     addBlendedPixels(mixture, place);
     return mixture.isSaturated() ? kDone : kManyGrounds;
+}
+
+// Gives a mixture as many pixels as the picture has there, where the ground is not of one colour.
+// @return false when it is too large for that
+bool DeviceContext::spendOnGrounds(Mixture &mixture, const BlitPlace &place,
+                                   std::span<const Ground> grounds)
+{
+    size_t rects = 0;
+    for (const Ground &ground : grounds)
+        rects += ground.rects.size();
+    if (rects == 1 && grounds.front().paint->kind == Paint::Kind::Solid)
+        return true;
+    if (mixture.keep().pixelCount() > limits::kMixingSteps / int64_t(rects))
+        return false;
+    const auto shown = pixelSize(place.box);
+    if (!shown || !place.transform.isIdentity())
+        return true;
+    const IntSize finer{ std::max(mixture.size().width, shown->width),
+                         std::max(mixture.size().height, shown->height) };
+    if (finer == mixture.size())
+        return true;
+    if (!spendPixels(finer))
+        return false;
+    mixture.resample(finer);
+    return true;
 }
 
 void DeviceContext::addBlendedPixels(const Mixture &mixture, const BlitPlace &place)

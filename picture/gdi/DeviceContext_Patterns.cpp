@@ -62,19 +62,34 @@ Bitmap DeviceContext::brushTile(const Brush &brush) const
     return tile;
 }
 
+std::optional<IntSize> DeviceContext::pixelSize(const RectD &box) const
+{
+    constexpr double kMost = 1 << 30;
+    const double width = std::round(box.width() / m_device.unitsPerPixel);
+    const double height = std::round(box.height() / m_device.unitsPerPixel);
+    if (!(width >= 1 && height >= 1 && width <= kMost && height <= kMost))
+        return std::nullopt;
+    return IntSize{ int32_t(width), int32_t(height) };
+}
+
+bool DeviceContext::spendPixels(IntSize size)
+{
+    const int64_t pixels = int64_t(size.width) * size.height;
+    const bool isLeft = pixels <= m_brushPixels;
+    m_brushPixels -= isLeft ? pixels : 0;
+    return isLeft;
+}
+
 // @return false where they cannot be told, or are too many
 bool DeviceContext::takeBrushPixels(const BlitPlace &place, Bitmap &pixels)
 {
     const Bitmap tile = brushTile(m_state.brush);
     if (tile.isNull())
         return true;
-    const double pixel = m_device.unitsPerPixel;
-    const double width = std::round(place.box.width() / pixel);
-    const double height = std::round(place.box.height() / pixel);
-    if (!place.transform.isIdentity() || !(width >= 1 && height >= 1)
-        || !(width * height <= double(m_brushPixels)))
+    const auto size = pixelSize(place.box);
+    if (!size || !place.transform.isIdentity() || !spendPixels(*size))
         return false;
-    m_brushPixels -= int64_t(width * height);
+    const double pixel = m_device.unitsPerPixel;
     // Where the first pixel lies in a tile.
     const auto offset = [pixel](double at, double start, int32_t origin, int32_t length) {
         const double tiles = (std::round((at - start) / pixel) - origin) / length;
@@ -84,7 +99,7 @@ bool DeviceContext::takeBrushPixels(const BlitPlace &place, Bitmap &pixels)
             offset(place.box.left, m_device.view.left, m_state.brushOrigin.x, tile.width());
     const int32_t top =
             offset(place.box.top, m_device.view.top, m_state.brushOrigin.y, tile.height());
-    pixels = Bitmap(PixelFormat::Bgra32, { int32_t(width), int32_t(height) });
+    pixels = Bitmap(PixelFormat::Bgra32, *size);
     std::vector<Argb> from = tile.lineBuffer(), to = pixels.lineBuffer();
     for (int32_t y = 0; y < pixels.height(); ++y) {
         tile.readLine((top + y) % tile.height(), from.data());

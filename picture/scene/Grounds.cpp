@@ -21,6 +21,8 @@ namespace {
             const Rect &rect = scene.rects[node.geometry];
             return rect.rx == 0 && rect.ry == 0 ? std::optional(rect.box) : std::nullopt;
         }
+        if (node.kind == Node::Kind::Image)
+            return scene.imagePlaces[node.geometry].box;
         if (node.kind != Node::Kind::Path)
             return std::nullopt;
         const auto p = scene.pointsOf(node);
@@ -38,11 +40,54 @@ namespace {
         return boundsOf(p);
     }
 
-    std::optional<Color> solid(const Paint &paint)
+    constexpr Paint solid(Color color)
     {
-        if (paint.kind != Paint::Kind::Solid || paint.color.alpha != 255)
+        return { Paint::Kind::Solid, color, kNone };
+    }
+
+    bool isOpaque(Color color)
+    {
+        return color.alpha == 255;
+    }
+
+    bool isOpaque(const Bitmap &pixels)
+    {
+        const auto &colors = pixels.colours();
+        return !pixels.isNull() && pixels.format() != PixelFormat::Bgra32
+                && std::all_of(colors.begin(), colors.end(),
+                               [](Argb color) { return svgtool::isOpaque(color); });
+    }
+
+    // A paint, if it hides what it is painted on.
+    std::optional<Paint> opaque(const Scene &scene, const Paint &paint)
+    {
+        bool isIt = false;
+        if (paint.kind == Paint::Kind::Solid) {
+            isIt = isOpaque(paint.color);
+        } else if (paint.kind == Paint::Kind::Hatch) {
+            const Hatch &hatch = scene.hatches[paint.resource];
+            isIt = isOpaque(hatch.color) && hatch.ground && isOpaque(*hatch.ground);
+        } else if (paint.kind == Paint::Kind::Pattern) {
+            const Pattern &tiles = scene.patterns[paint.resource];
+            isIt = isOpaque(scene.images[tiles.image].pixels) && tiles.transform.isIdentity()
+                    && !tiles.mirrorsX && !tiles.mirrorsY && !tiles.isSmooth;
+        }
+        return isIt ? std::optional(paint) : std::nullopt;
+    }
+
+    // What fills the box of a node: of an image, a tile of just that place.
+    std::optional<Paint> filling(SceneBuilder &builder, const Node &node)
+    {
+        const Scene &scene = builder.scene();
+        if (node.kind != Node::Kind::Image)
+            return opaque(scene, scene.paints[node.fill]);
+        const ImagePlace &place = scene.imagePlaces[node.geometry];
+        if (!isOpaque(scene.images[place.image].pixels))
             return std::nullopt;
-        return paint.color;
+        Pattern tile;
+        tile.image = place.image;
+        tile.tile = place.box;
+        return Paint{ Paint::Kind::Pattern, {}, builder.pattern(tile) };
     }
 
     bool isInside(const Scene &scene, Index clip, Index outer)
@@ -65,7 +110,7 @@ namespace {
                 return !intersection(rect, box).isEmpty();
             });
         }
-        void take(const RectD &box, const std::optional<Color> &color, std::vector<Ground> &to)
+        void take(const RectD &box, const std::optional<Paint> &paint, std::vector<Ground> &to)
         {
             std::vector<RectD> rest;
             for (const RectD &rect : m_rects) {
@@ -74,7 +119,7 @@ namespace {
                     rest.push_back(rect);
                     continue;
                 }
-                put(part, color, to);
+                put(part, paint, to);
                 for (const RectD &around :
                      { RectD{ rect.left, rect.top, rect.right, part.top },
                        RectD{ rect.left, part.bottom, rect.right, rect.bottom },
@@ -89,13 +134,13 @@ namespace {
         size_t parts() const { return m_rects.size() + m_taken; }
 
     private:
-        void put(const RectD &part, const std::optional<Color> &color, std::vector<Ground> &to)
+        void put(const RectD &part, const std::optional<Paint> &paint, std::vector<Ground> &to)
         {
-            auto known = std::find_if(to.begin(), to.end(), [&color](const Ground &ground) {
-                return ground.color == color;
+            auto known = std::find_if(to.begin(), to.end(), [&paint](const Ground &ground) {
+                return ground.paint == paint;
             });
             if (known == to.end())
-                known = to.insert(to.end(), Ground{ color, {} });
+                known = to.insert(to.end(), Ground{ paint, {} });
             known->rects.push_back(part);
             ++m_taken;
         }
@@ -105,25 +150,26 @@ namespace {
     };
 
     // Takes from the rest what a node has painted of it.
-    void takeNode(const Scene &scene, const Node &node, const RectD &bounds, Index clip, Rest &rest,
-                  std::vector<Ground> &to)
+    void takeNode(SceneBuilder &builder, const Node &node, const RectD &bounds, Index clip,
+                  Rest &rest, std::vector<Ground> &to)
     {
+        const Scene &scene = builder.scene();
         const bool coversAll = node.blend == Blend::Normal && node.opacity == 1
                 && isInside(scene, clip, node.clip);
         const auto rect = coversAll ? plainRect(scene, node) : std::nullopt;
         if (!rect)
             return rest.take(bounds, std::nullopt, to);
         RectD inner = *rect, outer = *rect;
-        std::optional<Color> frame;
+        std::optional<Paint> frame;
         if (node.stroke != kNone) {
             const Stroke &stroke = scene.strokes[node.stroke];
             inner = grown(*rect, -stroke.width / 2);
             outer = grown(*rect, stroke.width / 2);
             const bool isWhole = stroke.dashes.empty() && stroke.join == Join::Miter;
-            frame = isWhole ? solid(stroke.paint) : std::nullopt;
+            frame = isWhole ? opaque(scene, stroke.paint) : std::nullopt;
         }
-        if (node.fill != kNone) {
-            rest.take(inner, solid(scene.paints[node.fill]), to);
+        if (node.fill != kNone || node.kind == Node::Kind::Image) {
+            rest.take(inner, filling(builder, node), to);
             return rest.take(outer, frame, to);
         }
         rest.take({ outer.left, outer.top, outer.right, inner.top }, frame, to);
@@ -146,8 +192,9 @@ void Grounds::forget(size_t node)
     m_bounds.resize(std::min(m_bounds.size(), node));
 }
 
-std::vector<Ground> Grounds::under(const Scene &scene, const RectD &area, Index clip)
+std::vector<Ground> Grounds::under(SceneBuilder &builder, const RectD &area, Index clip)
 {
+    const Scene &scene = builder.scene();
     std::vector<Ground> grounds;
     Rest rest(area);
     for (size_t i = scene.nodes.size(); i > 0 && !rest.isEmpty(); --i) {
@@ -155,9 +202,9 @@ std::vector<Ground> Grounds::under(const Scene &scene, const RectD &area, Index 
             return { Ground{ std::nullopt, { area } } };
         const RectD &bounds = boundsOfNode(scene, i - 1);
         if (rest.touches(bounds))
-            takeNode(scene, scene.nodes[i - 1], bounds, clip, rest, grounds);
+            takeNode(builder, scene.nodes[i - 1], bounds, clip, rest, grounds);
     }
-    rest.take(area, kPaper, grounds);
+    rest.take(area, solid(kPaper), grounds);
     return grounds;
 }
 
@@ -167,7 +214,7 @@ void layPaper(Scene &scene)
                                     [](const Node &node) { return node.blend != Blend::Normal; });
     if (first == scene.nodes.end())
         return;
-    const Paint white{ Paint::Kind::Solid, kPaper, kNone };
+    const Paint white = solid(kPaper);
     const auto known = std::find(scene.paints.begin(), scene.paints.end(), white);
     Node paper;
     paper.kind = Node::Kind::Rect;
