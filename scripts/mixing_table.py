@@ -4,8 +4,8 @@
 usage: mixing_table.py METAFILE2SVG
 
 Draws all 256 ternary and 16 binary operations over black, white and three other colours as ground,
-pattern and source: once on grounds that are boxes of one colour, once on an image of all colours,
-of which the drawing knows nothing. Each is painted by rsvg-convert and compared with what the
+pattern and source: on grounds that are boxes of one colour, on an image of all colours, and on
+polygons, of which the drawing knows nothing. Each is painted by rsvg-convert and compared with what the
 operation makes of the bits. Prints the share of exact pixels and the operations that have others.
 Needs Debian's python3-pil and librsvg2-bin.
 """
@@ -29,10 +29,12 @@ def record(kind, *words, extra=b''):
 
 
 def emf(records, width, height):
-    records = [*records, record(14, 0, 16, 20)]
-    body = b''.join(records)
+    body = b''.join([*records, record(14, 0, 16, 20)])
+    count, at = 1, 0  # the header is one
+    while at < len(body):
+        count, at = count + 1, at + struct.unpack_from('<I', body, at + 4)[0]
     head = struct.pack('<4i4i', 0, 0, width - 1, height - 1, 0, 0, width * 2540 // 96, height * 2540 // 96)
-    head += b' EMF' + struct.pack('<III2H3I4i', 0x10000, 88 + len(body), len(records) + 1, 2, 0,
+    head += b' EMF' + struct.pack('<III2H3I4i', 0x10000, 88 + len(body), count, 2, 0,
                                   0, 0, 0, 9600, 9600, 2540, 2540)
     return struct.pack('<II', 1, 8 + len(head)) + head + body
 
@@ -69,12 +71,19 @@ def binary(mode, pen, ground):
     return ternary(clear | clear << 2 | set_ << 4 | set_ << 6, pen, 0, ground)
 
 
-def grounds(count, is_known):
+def polygon(x):
+    """The same, with a corner more."""
+    points = [(x, 0), (x + CELL // 2, 0), (x + CELL, 0), (x + CELL, CELL), (x, CELL)]
+    return record(3, 0, 0, 0, 0, len(points), *itertools.chain(*points))
+
+
+def grounds(count, kind):
     """A row of grounds, the last of the varying colours."""
     colors = [COLORS[i % len(COLORS)] for i in range(count)]
-    if not is_known:
+    if kind == 'image':
         return bitmap(colors, 0, 0x00CC0020)
-    return b''.join(brush(color) + box(i * CELL) for i, color in enumerate(colors))
+    shape = box if kind == 'boxes' else polygon
+    return b''.join(brush(color) + shape(i * CELL) for i, color in enumerate(colors))
 
 
 def measured(tool, records, cells):
@@ -93,18 +102,18 @@ def measured(tool, records, cells):
                for (red, green, blue), (_, color) in zip(colors, cells))
 
 
-def ternary_table(code, is_known):
+def ternary_table(code, kind):
     combinations = list(itertools.product(COLORS, repeat=3))
-    records, cells = [record(37, NULL_PEN), grounds(len(combinations), is_known)], []
+    records, cells = [record(37, NULL_PEN), grounds(len(combinations), kind)], []
     for column, (pattern, source, ground) in enumerate(combinations):
         records += [brush(pattern), bitmap([source], column * CELL, code << 16)]
         cells.append((column, ternary(code, pattern, source, ground)))
     return records, cells
 
 
-def binary_table(mode, is_known):
+def binary_table(mode, kind):
     combinations = list(itertools.product(COLORS, repeat=2))
-    records = [record(37, NULL_PEN), grounds(len(combinations), is_known), record(20, mode)]
+    records = [record(37, NULL_PEN), grounds(len(combinations), kind), record(20, mode)]
     cells = []
     for column, (pen, ground) in enumerate(combinations):
         records += [brush(pen), box(column * CELL)]
@@ -115,15 +124,15 @@ def binary_table(mode, is_known):
 def main():
     for title, table, codes, name in (('ternary', ternary_table, range(256), '02X'),
                                       ('binary', binary_table, range(1, 17), 'd')):
-        for is_known in (True, False):
+        for kind in ('boxes', 'image', 'polygons'):
             exact, count, others = 0, 0, []
             for code in codes:
-                records, cells = table(code, is_known)
+                records, cells = table(code, kind)
                 right = measured(sys.argv[1], records, cells)
                 exact, count = exact + right, count + len(cells)
                 if right < len(cells):
                     others.append(f'{code:{name}}({len(cells) - right})')
-            print(f'{title}, {"boxes" if is_known else "image"}: {exact} of {count} pixels exact '
+            print(f'{title}, {kind}: {exact} of {count} pixels exact '
                   f'({exact / count:.1%}), {len(codes) - len(others)} of {len(codes)} operations')
             if others:
                 print('  not all:', ' '.join(others))
