@@ -339,8 +339,8 @@ private:
     using Placed = std::span<const PlacedCharacter>;
     void moveBehind(double width, const RealizedFont &font, const Affine &axes);
     Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
-    void fillQuad(const RectD &box, const Affine &axes, Color color);
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
+    void fillTextBox(const TextCall &call, const RectD &box, const Affine &axes, Color color);
     /// @return false where the letters have too many points, of which the first ones are in
     bool addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
     /// In the way that is asked for.
@@ -356,7 +356,8 @@ private:
     /// to place.
     bool leavesLines(Placed characters) const;
     /// @param left  of the baseline's beginning
-    void drawLines(PointD left, double width, const RealizedFont &font, const Affine &axes);
+    void drawLines(const TextCall &call, PointD left, double width, const RealizedFont &font,
+                   const Affine &axes);
 
     const GdiObject *object(uint32_t handle) const;
     Palette *palette(uint32_t handle);

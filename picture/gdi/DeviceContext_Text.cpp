@@ -82,20 +82,6 @@ Affine DeviceContext::textAxes(const TextCall &call, const RealizedFont &font, d
     return axes;
 }
 
-void DeviceContext::fillQuad(const RectD &box, const Affine &axes, Color color)
-{
-    if (axes.keepsRectangles()) {
-        fillBox(mapBounds(axes, box), color);
-        return;
-    }
-    Node node = newNode();
-    node.fill = m_builder.paint({ Paint::Kind::Solid, color, kNone });
-    Path path;
-    path.addRect(box);
-    path.transform(axes);
-    m_builder.add(node, path);
-}
-
 // The clip of a text that has one of its own; that in force where the letters are well inside.
 Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affine &axes)
 {
@@ -108,6 +94,29 @@ Index DeviceContext::textClip(const TextCall &call, const RectD &ink, const Affi
     path.addRect(call.box);
     path.transform(map);
     return m_builder.clip({ inForce, path, false });
+}
+
+// A box where letters lie, as far as a text that is clipped shows it.
+void DeviceContext::fillTextBox(const TextCall &call, const RectD &box, const Affine &axes,
+                                Color color)
+{
+    const Affine map = toPicture();
+    const bool isClipped = (call.options & TextOption::kClipped) != 0;
+    if (axes.keepsRectangles() && (!isClipped || map.keepsRectangles())) {
+        RectD seen = mapBounds(axes, box);
+        if (isClipped)
+            seen = intersection(seen, mapBounds(map, call.box));
+        if (!seen.isEmpty())
+            fillBox(seen, color);
+        return;
+    }
+    Node node = newNode();
+    node.clip = textClip(call, box, axes);
+    node.fill = m_builder.paint({ Paint::Kind::Solid, color, kNone });
+    Path path;
+    path.addRect(box);
+    path.transform(axes);
+    m_builder.add(node, path);
 }
 
 bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
@@ -289,8 +298,8 @@ bool DeviceContext::leavesLines(std::span<const PlacedCharacter> characters) con
 
 // Lines under and through letters, and the blanks at their ends. Viewers would draw them in other
 // places, of other widths, and break them where letters are told their places.
-void DeviceContext::drawLines(PointD left, double width, const RealizedFont &font,
-                              const Affine &axes)
+void DeviceContext::drawLines(const TextCall &call, PointD left, double width,
+                              const RealizedFont &font, const Affine &axes)
 {
     const FontShape &shape = font.shape;
     const double perUnit = font.em / shape.tables.unitsPerEm;
@@ -301,7 +310,7 @@ void DeviceContext::drawLines(PointD left, double width, const RealizedFont &fon
             high = std::max(1.0, std::floor(high + 0.5));
         }
         const double y = left.y - above;
-        fillQuad({ left.x, y, left.x + width, y + high }, axes, m_state.textColor);
+        fillTextBox(call, { left.x, y, left.x + width, y + high }, axes, m_state.textColor);
     };
     if (m_state.font->isUnderlined)
         line(shape.underline + shape.underlineThickness / 2.0, shape.underlineThickness);
@@ -339,7 +348,7 @@ Played DeviceContext::paintLetters(const std::vector<PlacedCharacter> &character
     const PlacedCharacter &first = shown.front(), &last = shown.back();
     if (!leavesLines(shown) && first.y == last.y) {
         const double perUnit = font.em / font.shape.tables.unitsPerEm;
-        drawLines({ first.x, first.y }, last.x - first.x + last.shape.advance * perUnit, font,
+        drawLines(call, { first.x, first.y }, last.x - first.x + last.shape.advance * perUnit, font,
                   axes);
     }
     m_state = std::move(own);
@@ -380,7 +389,7 @@ static std::vector<Part> partsOf(std::vector<PlacedCharacter> &shown, const Real
 Played DeviceContext::textOut(const TextCall &call)
 {
     if ((call.options & TextOption::kOpaque) != 0 && !isHidden())
-        fillQuad(call.box, toPicture(), m_state.backgroundColor);
+        fillTextBox(call, call.box, toPicture(), m_state.backgroundColor);
     const auto font = realizeFont(m_state, m_device, call.isAdvanced);
     if (!font || call.text.empty())
         return kDone;
@@ -412,7 +421,7 @@ Played DeviceContext::textOut(const TextCall &call)
         return played;
     const RectD box{ 0, -font->ascent, layout.width, font->descent };
     if (m_state.isOpaque)
-        fillQuad(box, axes, m_state.backgroundColor);
+        fillTextBox(call, box, axes, m_state.backgroundColor);
     if (!shown.empty()) {
         const double reach = font->em / 4; // what letters may stick out of their boxes by
         const RectD ink{ shown.front().x - reach, box.top, shown.back().x + font->em, box.bottom };
@@ -424,7 +433,7 @@ Played DeviceContext::textOut(const TextCall &call)
         }
     }
     if (!leavesLines(shown))
-        drawLines({}, layout.width, *font, axes);
+        drawLines(call, {}, layout.width, *font, axes);
     return played;
 }
 
