@@ -155,6 +155,7 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
 {
     constexpr double kTolerance = 0.2; // pixels that a character may be away from its place
     constexpr double kDegree = 57.29577951308232;
+    constexpr double kLeastTurn = 1e-6; // degrees, of which no letter stands elsewhere
     // Viewers count sizes in small parts of a unit, and break at very large ones: those are scaled.
     constexpr double kLargestSize = 10000;
     const double scale = std::max(font.em / kLargestSize, 1.0);
@@ -199,7 +200,8 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     }
     if (isTurn(axes) && scale == 1) {
         run.baseline = baseline;
-        run.turn = axes.b == 0 && axes.a > 0 ? 0 : std::atan2(-axes.b, axes.a) * kDegree;
+        const double turn = std::atan2(-axes.b, axes.a) * kDegree;
+        run.turn = std::abs(turn) < kLeastTurn ? 0 : turn;
     } else {
         Affine placed = Affine::scale(scale, scale).then(axes);
         placed.e = baseline.x;
@@ -370,18 +372,35 @@ namespace {
 static std::vector<Part> partsOf(std::vector<PlacedCharacter> &shown, const RealizedFont &font,
                                  const Affine &axes)
 {
-    if (font.lean == 0)
+    if (font.lean == 0 && !font.isVertical)
         return { { shown, axes } };
     const double c = std::cos(font.lean), s = std::sin(font.lean);
+    // Middle of a letter that lies on its side is the middle of the line.
+    const double half = font.em / 2, above = (font.ascent - font.descent) / 2;
+    const Affine onSide{ 0, -1, 1, 0, half + above, half - above };
     std::vector<Part> parts;
+    bool goesOn = false; // the part begun last, whose letters stand on the line
     for (PlacedCharacter &each : shown) {
+        const bool isOnSide = font.isVertical && liesOnSide(each.character);
+        if (goesOn && !isOnSide) {
+            std::span<const PlacedCharacter> &run = parts.back().characters;
+            run = { run.data(), run.size() + 1 };
+            continue;
+        }
+        goesOn = false;
+        if (isBlank(each.character))
+            continue;
+        if (font.lean == 0 && !isOnSide) {
+            parts.push_back({ { &each, 1 }, axes });
+            goesOn = true;
+            continue;
+        }
         const PointD place = axes.map({ each.x, each.y });
         Affine own = Affine{ c, -s, s, c, 0, 0 }.then(axes);
         own.e = place.x;
         own.f = place.y;
         each.x = each.y = 0;
-        if (!isBlank(each.character))
-            parts.push_back({ { &each, 1 }, own });
+        parts.push_back({ { &each, 1 }, isOnSide ? onSide.then(own) : own });
     }
     return parts;
 }

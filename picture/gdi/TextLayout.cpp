@@ -110,6 +110,7 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
     RealizedFont realized;
     realized.request = measuredFace(font, realized.shape, realized.substitute);
     realized.symbols = symbolFont(namedFace(font).face);
+    realized.isVertical = font.face.starts_with(u'@');
 
     Affine map = state.toDevice.then(device.toPicture);
     map.e = map.f = 0;
@@ -296,6 +297,17 @@ std::vector<TextRun> divided(std::span<const PlacedCharacter> characters, const 
                 characters[runs.back().first].x + (std::max(-least, most) > tolerance ? shift : 0);
     }
     return runs;
+}
+
+bool liesOnSide(char32_t character)
+{
+    // Brackets and dashes go with the line, and so stand as they should on one that runs down.
+    const bool goesWithLine = (character >= 0x3008 && character <= 0x3011)
+            || (character >= 0x3014 && character <= 0x301C) || character == 0x30FC
+            || character == 0xFF08 || character == 0xFF09 || character == 0xFF0D
+            || character == 0xFF3B || character == 0xFF3D
+            || (character >= 0xFF5B && character <= 0xFF60);
+    return isWide(character) && !goesWithLine;
 }
 
 bool isRightToLeft(char32_t character)

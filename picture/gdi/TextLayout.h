@@ -46,6 +46,8 @@ struct RealizedFont
     /// translation is none.
     Affine axes;
     double lean = 0; ///< radians by which each letter is turned on the line, against the clock
+    bool isVertical =
+            false; ///< letters as wide as high lie on their sides, for lines that run down
     double perLogical = 1; ///< units along the baseline of a logical unit of it
 };
 
@@ -99,6 +101,8 @@ struct TextRun
 std::vector<TextRun> divided(std::span<const PlacedCharacter> characters, const RealizedFont &font,
                              double tolerance);
 
+/// What lies on its side in a face for vertical lines.
+bool liesOnSide(char32_t character);
 /// What is written from right to left by its nature.
 bool isRightToLeft(char32_t character);
 /// Letters that join, stack or change places, which only a viewer's own layout gets right.
