@@ -14,7 +14,8 @@ install(TARGETS svgtool_picture_shared EXPORT SVGToolPictureTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT picture_development)
 install(TARGETS svgtool_picture_static EXPORT SVGToolPictureStaticTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT picture_development)
-install(FILES ${PROJECT_SOURCE_DIR}/picture/api/picture.hpp
+install(FILES
+  ${PROJECT_SOURCE_DIR}/picture/api/picture.h ${PROJECT_SOURCE_DIR}/picture/api/picture.hpp
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/svgtool COMPONENT picture_development)
 
 if(SVGTOOL_BUILD_EXACT)
@@ -68,6 +69,13 @@ if(TARGET metafile2svg)
       ${PROJECT_SOURCE_DIR}/docs/metafile2svg-thumbnailer.1
       DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
   endif()
+endif()
+
+# Where Debian's Python looks; others take bindings/python with pip.
+if(NOT WIN32)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings/python/svgtool
+    DESTINATION lib/python3/dist-packages COMPONENT python EXCLUDE_FROM_ALL
+    FILES_MATCHING PATTERN "*.py" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)
 endif()
 
 # CMake package: find_package(SVGTool), with the components of cmake/SVGToolConfig.cmake.in.

@@ -19,7 +19,7 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_CONTACT "${SVGTOOL_MAINTAINER}")
 # The descriptions below begin with summaries of their own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
-set(CPACK_COMPONENTS_ALL picture picture_development)
+set(CPACK_COMPONENTS_ALL picture picture_development python)
 if(SVGTOOL_BUILD_EXACT)
   list(APPEND CPACK_COMPONENTS_ALL library development)
 endif()
@@ -72,6 +72,17 @@ SVGTool reads Windows metafiles and writes SVG 1.1 documents.
 .
 This package holds the header, the CMake package and the pkg-config file that a
 program needs to be built with the library, and the same as a static library.")
+
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-svgtool)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3:any (>= 3.9), ${picture_package} (>= ${debian_version})")
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+  "draws Windows metafiles as SVG (Python 3)
+SVGTool reads Windows metafiles and writes SVG 1.1 documents.
+.
+This package holds the module svgtool, which calls the shared library.")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library_package})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)

@@ -12,8 +12,8 @@ fi
 ./scripts/setup.sh package
 shopt -s nullglob
 packages=(build/package/*.deb)
-if [ "${#packages[@]}" -ne 5 ]; then
-    echo "test-packages: scripts/package.sh comes first; it makes five packages" >&2
+if [ "${#packages[@]}" -ne 6 ]; then
+    echo "test-packages: scripts/package.sh comes first; it makes six packages" >&2
     exit 1
 fi
 
@@ -81,6 +81,10 @@ for file in usr/bin/metafile2svg "usr/lib/$(uname -m)-linux-gnu"/libSVGTool{,Pic
 done
 echo "the tool and the libraries: hardened"
 
+holds "complete" python3 -c 'import svgtool
+print(svgtool.convert(open("/work/chart.emf", "rb").read()).verdict)' || fail "Python does not convert"
+echo "Python: converts"
+
 # What is beside the tool.
 quietly apt-get install -q -y --no-install-recommends man-db bash-completion
 for page in metafile2svg metafile2svg-thumbnailer; do
@@ -124,7 +128,7 @@ cmp "$root/work/exact.svg" "$root/work/pc.svg" || fail "the pkg-config host gets
 echo "hosts built with CMake and with pkg-config: convert"
 
 # Purged, the packages leave nothing; the rest of the system stays.
-quietly apt-get purge -q -y 'libsvgtool.*' metafile2svg
+quietly apt-get purge -q -y 'libsvgtool.*' metafile2svg python3-svgtool
 left=$(cd "$root" && find . -path ./work -prune -o \
     \( -iname '*svgtool*' -o -iname '*metafile2svg*' -o -iname '*basic_logging*' \) -print)
 [ -z "$left" ] || fail "left behind: $left"

@@ -17,6 +17,7 @@ host needs is there; the version is in the libraries' names.
   DATA/zsh/vendor-completions/_metafile2svg
   INCLUDE/basic_logging/CLogSystem.h
   INCLUDE/svgtool/SVGTool.h
+  INCLUDE/svgtool/picture.h
   INCLUDE/svgtool/picture.hpp
   LIB/cmake/SVGTool/SVGToolConfig.cmake
   LIB/cmake/SVGTool/SVGToolConfigVersion.cmake
@@ -85,6 +86,18 @@ Qt.
   1
   1
   1
+
+A host in C, by the compilers that are there. A library with a sanitizer wants hosts with the same.
+
+  $ for cc in gcc clang; do
+  >     [ "$FOREIGN_CALLS" = none ] && hash $cc 2>/dev/null || continue
+  >     quietly $cc -std=c11 -Wall -Wextra -Wpedantic -Werror "$ROOT/samples/host/c/picture.c" -o in_c \
+  >         $("$SVGTOOL_PKG_CONFIG" --cflags --libs svgtool-picture) "-Wl,-rpath,$lib"
+  >     ./in_c "$sample" | cmp shown.svg -
+  >     ./in_c "$ROOT/README.md" 2>&1 | grep -v ': this is not a metafile: '
+  > done
+  [1]
+
   $ configure -DSVGTOOL_BUILD_EXACT=OFF -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -S "$ROOT" -B without_qt
   $ grep -rlE 'Qt[56]' without_qt --include='*.ninja' --include='Makefile*'
   [1]

@@ -8,11 +8,24 @@ would print, or end the process, behind a host's back.
   $ objdump -p "$LIBRARY" | sed -nE 's/^ *NEEDED +libQt[56](\w+)\..*/\1/p' | sort
   Core
   Gui
-  $ names --defined-only --extern-only "$PICTURE_LIBRARY" | c++filt | sed 's,[[(].*,,' | sort -u
+  $ names --defined-only --extern-only "$PICTURE_LIBRARY" | c++filt | sed 's,[[(].*,,;/^SVGTOOL_/d' | sort -u
   svgtool::describe
   svgtool::drawMetafile
   svgtool::reportJson
   svgtool::verdictOf
+  svgtool_draw
+  svgtool_error_text
+  svgtool_picture_document
+  svgtool_picture_error
+  svgtool_picture_free
+  svgtool_picture_height
+  svgtool_picture_report
+  svgtool_picture_verdict
+  svgtool_picture_width
+  svgtool_verdict_text
+  svgtool_version
+  $ "$NM" -D --defined-only "$PICTURE_LIBRARY" | grep -vE ' A SVGTOOL_0\.1$|@@SVGTOOL_0\.1$'
+  [1]
   $ objdump -p "$PICTURE_LIBRARY" | grep NEEDED.*Qt
   [1]
 

@@ -14,6 +14,7 @@ import sys
 import tempfile
 
 INSTALLED = {"svgtool/SVGTool.h": "exact/svgtool/SVGTool.h",
+             "svgtool/picture.h": "picture/api/picture.h",
              "svgtool/picture.hpp": "picture/api/picture.hpp"}
 NO_CODE = "docs|scripts|cmake|build.*|out"
 WINDOWS_H = "_Gdi.cpp"

@@ -1,3 +1,4 @@
+#include "picture/api/picture.h"
 #include "picture/api/picture.hpp"
 #include "support/Corpus.h"
 #include "support/EmfBuilder.h"
@@ -304,6 +305,74 @@ namespace {
             });
         for (std::thread &thread : threads)
             thread.join();
+    }
+
+    TEST(PictureInC, SaysTheSame)
+    {
+        const QByteArray file = plain().record(8000, { 1 }).build();
+        PictureOptions options;
+        options.width = 50;
+        options.idPrefix = "own";
+        const Picture expected = draw(file, options);
+        svgtool_options wanted = SVGTOOL_OPTIONS_INIT;
+        wanted.width = 50;
+        wanted.id_prefix = "own";
+        svgtool_picture *const picture =
+                svgtool_draw(file.constData(), size_t(file.size()), &wanted);
+        EXPECT_EQ(svgtool_picture_error(picture), SVGTOOL_ERROR_NONE);
+        EXPECT_EQ(svgtool_picture_verdict(picture), SVGTOOL_VERDICT_LOST);
+        size_t length = 0;
+        EXPECT_EQ(svgtool_picture_document(picture, &length), expected.document);
+        EXPECT_EQ(length, expected.document.size());
+        EXPECT_EQ(svgtool_picture_width(picture), 50);
+        EXPECT_EQ(svgtool_picture_height(picture), 25);
+        for (int i = 0; i < 2; ++i)
+            EXPECT_EQ(svgtool_picture_report(picture, &length), reportJson(expected));
+        svgtool_picture_free(picture);
+        EXPECT_STREQ(svgtool_error_text(SVGTOOL_ERROR_OUT_OF_MEMORY), "there is not enough memory");
+        EXPECT_STREQ(svgtool_verdict_text(SVGTOOL_VERDICT_LOST), "lost");
+    }
+
+    TEST(PictureInC, TakesOptionsOfOtherVersions)
+    {
+        struct Later
+        {
+            svgtool_options known = SVGTOOL_OPTIONS_INIT;
+            int64_t news = 0;
+        };
+        const QByteArray file = plain().build();
+        const auto errorOf = [&file](const svgtool_options *options) {
+            svgtool_picture *const picture =
+                    svgtool_draw(file.constData(), size_t(file.size()), options);
+            const svgtool_error error = svgtool_picture_error(picture);
+            EXPECT_EQ(*svgtool_picture_document(picture, nullptr) == '\0', error != 0);
+            svgtool_picture_free(picture);
+            return error;
+        };
+        svgtool_options earlier = SVGTOOL_OPTIONS_INIT;
+        earlier.size = offsetof(svgtool_options, scale);
+        earlier.scale = -1; // is not there
+        EXPECT_EQ(errorOf(&earlier), SVGTOOL_ERROR_NONE);
+        Later later;
+        later.known.size = sizeof later;
+        EXPECT_EQ(errorOf(&later.known), SVGTOOL_ERROR_NONE);
+        later.news = 1;
+        EXPECT_EQ(errorOf(&later.known), SVGTOOL_ERROR_BAD_OPTIONS);
+        svgtool_options wrong = SVGTOOL_OPTIONS_INIT;
+        wrong.text = 2;
+        EXPECT_EQ(errorOf(&wrong), SVGTOOL_ERROR_BAD_OPTIONS);
+        wrong = SVGTOOL_OPTIONS_INIT;
+        wrong.size = 0;
+        EXPECT_EQ(errorOf(&wrong), SVGTOOL_ERROR_BAD_OPTIONS);
+        EXPECT_EQ(errorOf(nullptr), SVGTOOL_ERROR_NONE);
+        EXPECT_EQ(svgtool_picture_error(nullptr), SVGTOOL_ERROR_OUT_OF_MEMORY);
+        EXPECT_STREQ(svgtool_picture_report(nullptr, nullptr), "");
+        svgtool_picture *const empty = svgtool_draw(nullptr, 0, nullptr);
+        EXPECT_EQ(svgtool_picture_error(empty), SVGTOOL_ERROR_NOT_A_METAFILE);
+        EXPECT_STREQ(svgtool_picture_report(empty, nullptr),
+                     R"({"verdict":"refused","message":"this is not a metafile: )"
+                     R"(it has neither an EMF nor a WMF header"})");
+        svgtool_picture_free(empty);
     }
 
 } // namespace
