@@ -387,9 +387,40 @@ static char16_t characterOf(uint8_t byte, char16_t unit, uint8_t charSet)
     return (isPlaced && charSet != kMac) || isSubstitute ? kNoCharacter : unit;
 }
 
+// What fonts of traditional Chinese show for a unit of the private-use area that pairs of Big5 are
+// given, C6A1 and up: signs, kana and Cyrillic letters which makers of systems added in this order.
+static char16_t added(char16_t unit)
+{
+    struct Run
+    {
+        char16_t first, last;
+        char16_t shown; ///< for the first
+    };
+    static constexpr Run kRuns[] = {
+        { 0xF6B1, 0xF6BA, 0x2460 }, // digits in circles
+        { 0xF6BB, 0xF6C4, 0x2474 }, // and in parentheses
+        { 0xF6C5, 0xF6CE, 0x2170 }, // small Roman numerals
+        { 0xF6EA, 0xF6EB, 0x30FD }, // marks that repeat Katakana
+        { 0xF6EC, 0xF6ED, 0x309D }, // and Hiragana
+        { 0xF6F0, 0xF6F2, 0x3005 }, // and other characters, that of an end, zero
+        { 0xF6F3, 0xF6F3, 0x30FC }, // of a long vowel
+        { 0xF6F7, 0xF749, 0x3041 }, // Hiragana
+        { 0xF74A, 0xF79F, 0x30A1 }, // Katakana
+        { 0xF7A0, 0xF7A5, 0x0410 }, // Cyrillic, with Yo in its place in the alphabet
+        { 0xF7A6, 0xF7A6, 0x0401 }, { 0xF7A7, 0xF7C0, 0x0416 }, { 0xF7C1, 0xF7C6, 0x0430 },
+        { 0xF7C7, 0xF7C7, 0x0451 }, { 0xF7C8, 0xF7E1, 0x0436 },
+    };
+    const auto *run = std::find_if(std::begin(kRuns), std::end(kRuns), [unit](const Run &each) {
+        return each.first <= unit && unit <= each.last;
+    });
+    return run == std::end(kRuns) ? unit : char16_t(run->shown + (unit - run->first));
+}
+
 std::u16string decodeAsGdi(ByteView bytes, uint8_t charSet)
 {
     std::u16string text = decode(bytes, charSet);
+    if (charSet == kChineseBig5)
+        std::transform(text.begin(), text.end(), text.begin(), added);
     int64_t i = 0;
     for (size_t at = 0; i < bytes.size && at < text.size(); ++at) {
         const int64_t length = characterLength(tail(bytes, i), charSet);

@@ -18,7 +18,8 @@ namespace svgtool {
 std::u16string decodeText(ByteView bytes, uint8_t charSet);
 
 /// The same as GDI shows them: with the sets that decodeText counts as ANSI, OEM and Johab, and
-/// with U+FFFD for whatever is no character, a half one at the end among them.
+/// with U+FFFD for whatever is no character, a half one at the end among them; where Big5 leaves
+/// pairs to makers of fonts, as these show them.
 /// @return one unit for each of what characterLength tells apart
 std::u16string decodeAsGdi(ByteView bytes, uint8_t charSet);
 
