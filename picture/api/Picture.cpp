@@ -58,6 +58,7 @@ namespace {
         result.height = scene.height;
         picture::cutFar(scene);
         picture::dropUnseen(scene);
+        picture::dropClips(scene);
         picture::fillGaps(scene);
         picture::joinFigures(scene);
         picture::enlargeImages(scene);

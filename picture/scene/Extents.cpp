@@ -40,6 +40,12 @@ RectD grown(const RectD &box, double by)
     return { box.left - by, box.top - by, box.right + by, box.bottom + by };
 }
 
+RectD hull(const RectD &a, const RectD &b)
+{
+    return { std::fmin(a.left, b.left), std::fmin(a.top, b.top), std::fmax(a.right, b.right),
+             std::fmax(a.bottom, b.bottom) };
+}
+
 RectD inkOf(const Scene &scene, const Node &node)
 {
     RectD box;

@@ -31,6 +31,10 @@ RectD drawnBounds(const Scene &scene);
 /// Drops nodes that leave no mark: outside the picture or their clip, without area, blank.
 void dropUnseen(Scene &scene);
 
+/// Takes clips off that cut nothing: all that they are meant for lies in their rectangles. After
+/// dropUnseen.
+void dropClips(Scene &scene);
+
 /// Makes one path of paths in a row that are painted alike and do not meet, or whose strokes may
 /// meet. After the passes that look at single lines.
 void joinFigures(Scene &scene);

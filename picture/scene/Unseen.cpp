@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 namespace svgtool::picture {
 
@@ -20,6 +21,25 @@ namespace {
             boxes.push_back(intersection(outer, own));
         }
         return boxes;
+    }
+
+    // The clip's path, if it is a rectangle.
+    std::optional<RectD> rectangleOf(const Clip &clip)
+    {
+        using Verb = Path::Verb;
+        static constexpr Verb kVerbs[] = { Verb::Move, Verb::Line, Verb::Line, Verb::Line,
+                                           Verb::Close };
+        if (!std::ranges::equal(clip.path.verbs(), kVerbs))
+            return std::nullopt;
+        const auto points = clip.path.points();
+        for (size_t i = 0; i < 4; ++i) {
+            const PointD &corner = points[i], &next = points[(i + 1) % 4];
+            const PointD &across = points[(i + 2) % 4];
+            const bool isAlong = corner.x == next.x || corner.y == next.y;
+            if (!isAlong || corner.x == across.x || corner.y == across.y)
+                return std::nullopt;
+        }
+        return clip.path.bounds();
     }
 
     bool isBlank(const Scene &scene, const Text &text)
@@ -72,12 +92,6 @@ namespace {
         return inkOf(scene, node);
     }
 
-    RectD hull(const RectD &a, const RectD &b)
-    {
-        return { std::fmin(a.left, b.left), std::fmin(a.top, b.top), std::fmax(a.right, b.right),
-                 std::fmax(a.bottom, b.bottom) };
-    }
-
 } // namespace
 
 RectD drawnBounds(const Scene &scene)
@@ -103,6 +117,39 @@ void dropUnseen(Scene &scene)
     std::erase_if(scene.nodes, [&](const Node &node) {
         return !isSeen(scene, node, node.clip != kNone ? windows[node.clip] : scene.view);
     });
+}
+
+void dropClips(Scene &scene)
+{
+    // Outside the view nothing is seen, unless it is shown in a frame of another shape.
+    const RectD &view = scene.view;
+    const bool isFramed =
+            std::abs(view.width() * scene.height / (view.height() * scene.width) - 1) > 1e-6;
+    std::vector<RectD> shown(scene.clips.size()); // by each clip, and those within it
+    const auto show = [&](Index clip, const RectD &box) {
+        const RectD part = isFramed ? box : intersection(box, view);
+        if (clip != kNone && !part.isEmpty())
+            shown[clip] = shown[clip].isEmpty() ? part : hull(shown[clip], part);
+    };
+    for (const Node &node : scene.nodes)
+        show(node.clip, paintedBounds(scene, node));
+    std::vector<bool> isNeeded(scene.clips.size());
+    for (Index i = Index(scene.clips.size()); i-- > 0;) {
+        // What is left of a clip's parent comes with it.
+        const auto box = rectangleOf(scene.clips[i]);
+        const bool isIdle = box && box->contains(shown[i]);
+        isNeeded[i] = !isIdle;
+        show(scene.clips[i].parent,
+             isIdle ? shown[i] : intersection(shown[i], scene.clips[i].path.bounds()));
+    }
+    std::vector<Index> instead(scene.clips.size()); // the next one outwards that is needed
+    const auto needed = [&](Index clip) { return clip != kNone ? instead[clip] : kNone; };
+    for (Index i = 0; i < scene.clips.size(); ++i) {
+        scene.clips[i].parent = needed(scene.clips[i].parent);
+        instead[i] = isNeeded[i] ? i : scene.clips[i].parent;
+    }
+    for (Node &node : scene.nodes)
+        node.clip = needed(node.clip);
 }
 
 } // namespace svgtool::picture

@@ -2,7 +2,9 @@
 
 #include "core/text/XmlEscape.h"
 
-#include <initializer_list>
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <string>
 
 namespace svgtool::picture {
@@ -56,27 +58,52 @@ void SvgDocument::foreignAttribute(std::string_view name, std::u16string_view te
     m_text.append('"');
 }
 
-void SvgDocument::transform(const Affine &matrix, std::string_view name)
+void SvgDocument::transform(const Affine &matrix, const RectD &shown, std::string_view name)
 {
-    const auto write = [this, name](std::string_view kind, std::initializer_list<double> values) {
-        m_text.append(' ', name, "=\"", kind);
-        char before = '(';
-        for (const double value : values) {
-            m_text.append(before);
-            exact(value);
-            before = ' ';
-        }
-        m_text.append(")\"");
+    const double reach =
+            std::max({ std::abs(shown.left), std::abs(shown.top), std::abs(shown.right),
+                       std::abs(shown.bottom), m_unitsPerPixel });
+    // Half of the thousandth is for the place, the other half for two parts of the matrix.
+    const auto places = Numbers::forPixel(m_unitsPerPixel / 2);
+    const auto parts = Numbers::forPixel(m_unitsPerPixel / 4 / reach);
+    const auto write = [this](const Numbers &numbers, char before, double value) {
+        m_text.append(before);
+        numbers.append(m_text, value);
     };
     const auto &[a, b, c, d, e, f] = matrix;
-    if (b != 0 || c != 0 || ((a != 1 || d != 1) && (e != 0 || f != 0)))
-        write("matrix", { a, b, c, d, e, f });
-    else if (e != 0 || f != 0)
-        write("translate", { e, f });
-    else if (a != d)
-        write("scale", { a, d });
-    else
-        write("scale", { a });
+    m_text.append(' ', name, "=\"");
+    const bool isScaled = a != 1 || d != 1, isMoved = e != 0 || f != 0;
+    if (b != 0 || c != 0 || (isScaled && isMoved && a != d)) {
+        m_text.append("matrix");
+        write(parts, '(', a);
+        for (const double part : { b, c, d })
+            write(parts, ' ', part);
+        write(places, ' ', e);
+        write(places, ' ', f);
+        m_text.append(")\"");
+        return;
+    }
+    if (isMoved) {
+        m_text.append("translate");
+        write(places, '(', e);
+        if (f != 0)
+            write(places, ' ', f);
+        m_text.append(')');
+    }
+    if (isScaled || !isMoved) {
+        m_text.append("scale");
+        write(parts, '(', a);
+        if (a != d)
+            write(parts, ' ', d);
+        m_text.append(')');
+    }
+    m_text.append('"');
+}
+
+void SvgDocument::transformAll(const Affine &matrix, std::string_view name)
+{
+    const auto back = matrix.inverse();
+    transform(matrix, back ? mapBounds(*back, m_scene.view) : m_scene.view, name);
 }
 
 Index &SvgDocument::number(Defined kind, Index resource)
@@ -103,19 +130,39 @@ bool SvgDocument::isUsed(Defined kind, Index resource) const
     return resource < numbers.size() && numbers[resource] != kNone;
 }
 
+void SvgDocument::putId(Defined kind, Index resource)
+{
+    static constexpr std::string_view kDigits =
+            "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    std::array<char, 6> digits;
+    size_t first = digits.size();
+    Index rest = number(kind, resource);
+    do {
+        digits[--first] = kDigits[rest % kDigits.size()];
+        rest /= Index(kDigits.size());
+    } while (rest > 0);
+    m_text.append(m_prefix, std::string_view(&digits[first], digits.size() - first));
+}
+
 void SvgDocument::id(Defined kind, Index resource)
 {
-    m_text.append(" id=\"", m_prefix, number(kind, resource), '"');
+    m_text.append(" id=\"");
+    putId(kind, resource);
+    m_text.append('"');
 }
 
 void SvgDocument::link(Defined kind, Index resource)
 {
-    m_text.append(" xlink:href=\"#", m_prefix, number(kind, resource), '"');
+    m_text.append(" xlink:href=\"#");
+    putId(kind, resource);
+    m_text.append('"');
 }
 
 void SvgDocument::reference(Defined kind, Index resource)
 {
-    m_text.append("url(#", m_prefix, number(kind, resource), ')');
+    m_text.append("url(#");
+    putId(kind, resource);
+    m_text.append(')');
 }
 
 } // namespace svgtool::picture

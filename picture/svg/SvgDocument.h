@@ -47,7 +47,10 @@ public:
     void attribute(std::string_view name, std::string_view markup);
     void foreignAttribute(std::string_view name, std::u16string_view text);
     void attribute(std::string_view name, Color color);
-    void transform(const Affine &matrix, std::string_view name = "transform");
+    /// @param shown  what is transformed; nothing of it moves by more than a thousandth of a pixel
+    void transform(const Affine &matrix, const RectD &shown, std::string_view name = "transform");
+    /// The same of what goes on over the whole picture.
+    void transformAll(const Affine &matrix, std::string_view name);
 
     // Definitions are numbered in the order of their use.
     /// @return whether this is the first use
@@ -71,6 +74,7 @@ private:
     static constexpr Numbers kExact{ 8 };
 
     Index &number(Defined kind, Index resource);
+    void putId(Defined kind, Index resource);
 
     const Scene &m_scene;
     std::string_view m_prefix;

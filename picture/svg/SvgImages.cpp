@@ -34,6 +34,11 @@ void useImages(SvgDocument &document)
     }
 }
 
+static RectD boxOf(const Image &image)
+{
+    return { 0, 0, double(image.size.width), double(image.size.height) };
+}
+
 // Place and size, and what is to be seen.
 static void writeContents(SvgDocument &document, const Image &image, const RectD &box)
 {
@@ -76,7 +81,8 @@ static void writeMirrored(SvgDocument &document, const Pattern &pattern)
             document.put("<use");
             document.transform({ isRight ? -width : width, 0, 0, isBelow ? -height : height,
                                  isRight ? 2 * pattern.tile.width() : 0,
-                                 isBelow ? 2 * pattern.tile.height() : 0 });
+                                 isBelow ? 2 * pattern.tile.height() : 0 },
+                               boxOf(image));
             document.link(Defined::Image, pattern.image);
             if (!pattern.isSmooth)
                 document.attribute("style", kSharp);
@@ -110,7 +116,7 @@ void defineImage(SvgDocument &document, Index number)
     const Image &image = document.scene().images[number];
     document.put("<image");
     document.id(Defined::Image, number);
-    writeContents(document, image, { 0, 0, double(image.size.width), double(image.size.height) });
+    writeContents(document, image, boxOf(image));
     document.put("/>\n");
 }
 
@@ -133,14 +139,14 @@ void writeImage(SvgDocument &document, const Node &node)
         if (size.a == 1 && size.d == 1 && node.transform == kNone) {
             writeCorner(document, box);
         } else {
-            document.transform(size.then(outer));
+            document.transform(size.then(outer), boxOf(image));
         }
         document.link(Defined::Image, place.image);
     } else {
         document.put("<image");
         writeContents(document, image, box);
         if (node.transform != kNone)
-            document.transform(outer);
+            document.transform(outer, box);
     }
 }
 

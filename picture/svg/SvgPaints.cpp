@@ -82,7 +82,7 @@ void beginPattern(SvgDocument &document, Defined kind, Index number, const RectD
     document.put(" patternUnits=\"userSpaceOnUse\"");
     writeBox(document, tile);
     if (!transform.isIdentity())
-        document.transform(transform, "patternTransform");
+        document.transformAll(transform, "patternTransform");
     document.put('>');
 }
 
@@ -133,7 +133,7 @@ static void writeCircle(SvgDocument &document, const Gradient &gradient)
         number("fy", focus.y);
     }
     if (!isPlain)
-        document.transform(map, "gradientTransform");
+        document.transformAll(map, "gradientTransform");
 }
 
 void defineGradient(SvgDocument &document, Index number)
@@ -146,10 +146,13 @@ void defineGradient(SvgDocument &document, Index number)
     if (gradient.isRadial) {
         writeCircle(document, gradient);
     } else {
-        document.attribute("x1", gradient.from.x);
-        document.attribute("y1", gradient.from.y);
-        document.attribute("x2", gradient.to.x);
-        document.attribute("y2", gradient.to.y);
+        if (gradient.from.x != 0)
+            document.attribute("x1", gradient.from.x);
+        if (gradient.from.y != 0)
+            document.attribute("y1", gradient.from.y);
+        document.attribute("x2", gradient.to.x); // which is 100 % where it is not told
+        if (gradient.to.y != 0)
+            document.attribute("y2", gradient.to.y);
     }
     if (gradient.spread != Gradient::Spread::Pad)
         document.attribute("spreadMethod",

@@ -1,5 +1,6 @@
 #include "picture/svg/SvgStyle.h"
 
+#include "picture/scene/Extents.h"
 #include "picture/svg/SvgParts.h"
 
 #include <algorithm>
@@ -12,12 +13,12 @@ namespace {
     using Verb = Path::Verb;
 
     // What of a stroke can be seen.
-    struct Outline
+    struct StrokeShape
     {
         bool hasEnds, hasCorners, hasSharpCorners;
     };
 
-    Outline outlineOf(const Scene &scene, const Node &node)
+    StrokeShape strokeShapeOf(const Scene &scene, const Node &node)
     {
         switch (node.kind) {
         case Node::Kind::Path: {
@@ -43,8 +44,13 @@ namespace {
 
 SvgStyles::SvgStyles(SvgDocument &document)
     : m_document(document), m_texts(3), m_fills(document.scene().paints.size(), kAny),
-      m_strokes(document.scene().strokes.size())
+      m_strokes(document.scene().strokes.size()), m_shown(document.scene().transforms.size())
 {
+    const Scene &scene = document.scene();
+    for (const Node &node : scene.nodes) {
+        if (node.transform != kNone)
+            m_shown[node.transform] = hull(m_shown[node.transform], inkOf(scene, node));
+    }
 }
 
 std::vector<uint32_t> SvgStyles::costs() const
@@ -114,17 +120,17 @@ void SvgStyles::addStroke(Style &style, const Node &node)
     }
     const Stroke &stroke = scene.strokes[node.stroke];
     const StrokeValues &values = this->stroke(node.stroke);
-    const Outline outline = outlineOf(scene, node);
+    const StrokeShape shape = strokeShapeOf(scene, node);
     constexpr double kRightAngle = 1.4143; // the miter limit from which on it has a miter
     valueOf(style, Property::Stroke) = values.paint;
     valueOf(style, Property::StrokeWidth) = values.width;
     valueOf(style, Property::StrokeDasharray) = values.dashes;
-    if (outline.hasEnds || !stroke.dashes.empty())
+    if (shape.hasEnds || !stroke.dashes.empty())
         valueOf(style, Property::StrokeLinecap) = values.cap;
-    if (outline.hasCorners)
+    if (shape.hasCorners)
         valueOf(style, Property::StrokeLinejoin) = values.join;
     if (stroke.join == Join::Miter
-        && (outline.hasSharpCorners || (outline.hasCorners && stroke.miterLimit < kRightAngle)))
+        && (shape.hasSharpCorners || (shape.hasCorners && stroke.miterLimit < kRightAngle)))
         valueOf(style, Property::StrokeMiterlimit) = values.miterLimit;
 }
 
@@ -156,7 +162,7 @@ Style SvgStyles::styleOf(const Node &node)
         return style;
     }
     if (node.transform != kNone)
-        m_document.transform(scene.transforms[node.transform]);
+        m_document.transform(scene.transforms[node.transform], m_shown[node.transform]);
     valueOf(style, Property::Transform) = take(start);
     valueOf(style, Property::Fill) = fill(node.fill);
     addStroke(style, node);

@@ -71,6 +71,7 @@ private:
     std::unordered_map<std::string, Index> m_known;
     std::vector<Index> m_fills; // by paint
     std::vector<StrokeValues> m_strokes;
+    std::vector<RectD> m_shown; // by transform, around all that it is applied to
 };
 
 } // namespace svgtool::picture

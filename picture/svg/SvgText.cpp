@@ -106,7 +106,10 @@ void writeText(SvgDocument &document, const Text &text)
     writePlace(document, placeOf(text, text.pieces.front()), {});
     if (text.turn != 0) {
         document.put(" transform=\"rotate(");
-        document.exact(-text.turn);
+        // Half a thousandth of a pixel where the text ends, in degrees.
+        constexpr double kDegrees = 28;
+        Numbers::forPixel(document.unitsPerPixel() * kDegrees / reachOf(document.scene(), text))
+                .append(document.text(), -text.turn);
         if (text.baseline != PointD()) {
             document.put(' ');
             document.number(text.baseline.x);

@@ -187,20 +187,19 @@ TEST_F(GraphicsTest, PaintsGradients)
     path.focusScales = { 0.5, 0.5 };
     path.wrapMode = plus::WrapMode::Clamp;
     graphics.fillEllipse(path, { 30, 30, 70, 70 });
-    EXPECT_EQ(
-            document(),
-            "<defs>\n"
-            "<linearGradient id=\"p0\" gradientUnits=\"userSpaceOnUse\" x1=\"0\" y1=\"0\" x2=\"0\" "
-            "y2=\"50\" spreadMethod=\"reflect\"><stop offset=\"0\" stop-color=\"red\"/>"
-            "<stop offset=\".25\" stop-color=\"#00f\" stop-opacity=\"0\"/>"
-            "<stop offset=\"1\" stop-color=\"red\"/></linearGradient>\n"
-            "<radialGradient id=\"p1\" gradientUnits=\"userSpaceOnUse\" cx=\"50\" cy=\"50\" "
-            "r=\"20\" fx=\"40\" fy=\"50\"><stop offset=\".5\" stop-color=\"#fff\"/>"
-            "<stop offset=\"1\" stop-color=\"#00f\"/></radialGradient>\n"
-            "</defs>\n"
-            "<rect width=\"10\" height=\"100\" fill=\"url(#p0)\"/>\n"
-            "<path d=\"M70 50c0 11.046-8.954 20-20 20s-20-8.954-20-20 8.954-20 20-20 20 8.954 20 "
-            "20z\" fill=\"url(#p1)\"/>\n");
+    EXPECT_EQ(document(),
+              "<defs>\n"
+              "<linearGradient id=\"p0\" gradientUnits=\"userSpaceOnUse\" x2=\"0\" "
+              "y2=\"50\" spreadMethod=\"reflect\"><stop offset=\"0\" stop-color=\"red\"/>"
+              "<stop offset=\".25\" stop-color=\"#00f\" stop-opacity=\"0\"/>"
+              "<stop offset=\"1\" stop-color=\"red\"/></linearGradient>\n"
+              "<radialGradient id=\"p1\" gradientUnits=\"userSpaceOnUse\" cx=\"50\" cy=\"50\" "
+              "r=\"20\" fx=\"40\" fy=\"50\"><stop offset=\".5\" stop-color=\"#fff\"/>"
+              "<stop offset=\"1\" stop-color=\"#00f\"/></radialGradient>\n"
+              "</defs>\n"
+              "<rect width=\"10\" height=\"100\" fill=\"url(#p0)\"/>\n"
+              "<path d=\"M70 50c0 11.046-8.954 20-20 20s-20-8.954-20-20 8.954-20 20-20 20 8.954 20 "
+              "20z\" fill=\"url(#p1)\"/>\n");
 }
 
 // A short record may ask for a long object again and again.
