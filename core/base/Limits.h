@@ -22,6 +22,10 @@ inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
 /// Characters of a prefix, which stands in every reference.
 inline constexpr size_t kPrefix = 64;
 
+/// Groups around an element. Those of programs are nested a few times; viewers call themselves for
+/// each.
+inline constexpr size_t kGroups = 32;
+
 // What records make.
 
 /// States that SaveDC keeps. Programs nest a few; each may hold a path, so they are not for free.

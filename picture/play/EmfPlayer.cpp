@@ -160,13 +160,16 @@ std::vector<RecordSupport> emfSupport()
 Played EmfPlayer::comment(const Record &record, uint32_t number, RecordTally *tally)
 {
     constexpr int64_t kSize = 8, kIdentifier = 12, kRecords = 16;
-    constexpr uint32_t kEmfPlus = 0x2B464D45;
+    constexpr uint32_t kEmfPlus = 0x2B464D45, kPublic = 0x43494447;
     constexpr uint16_t kDual = 1;
     Fields fields(record.bytes, kSize);
     const int64_t size = int64_t(fields.dword()) - (kRecords - kIdentifier);
-    if (fields.dword() != kEmfPlus)
-        return kNeutral;
+    const uint32_t identifier = fields.dword();
     const ByteView rest = tail(record.bytes, kRecords);
+    if (identifier == kPublic)
+        group(rest);
+    if (identifier != kEmfPlus)
+        return kNeutral;
     const ByteView records = slice(rest, 0, size).value_or(rest);
     Fields first(records);
     if (m_plus == nullptr && first.word() == EmfPlus::Header) {
@@ -180,6 +183,26 @@ Played EmfPlayer::comment(const Record &record, uint32_t number, RecordTally *ta
     else if (m_isDual && m_dual == Dual::Damaged)
         return notDone("its EMF+ records are damaged, and the EMF ones are drawn");
     return kNeutral;
+}
+
+// What records between two comments draw belongs together ([MS-EMF] 2.3.3.4.1, 2.3.3.4.2).
+void EmfPlayer::group(ByteView comment)
+{
+    constexpr uint32_t kBegin = 2, kEnd = 3;
+    constexpr int64_t kCount = 20, kText = 24; // behind the identifiers
+    SceneBuilder &builder = m_context.builder();
+    const uint32_t kind = Fields(comment).dword();
+    if (kind == kBegin) {
+        const int64_t bytes = int64_t(Fields(comment, kCount).dword()) * 2;
+        const ByteView text = slice(comment, kText, bytes).value_or(ByteView());
+        std::u16string title(size_t(text.size / 2), u'\0');
+        for (Fields units(text); char16_t &unit : title)
+            unit = units.word();
+        title.resize(std::min(title.find(u'\0'), title.size()));
+        builder.beginGroup(std::move(title));
+    } else if (kind == kEnd && builder.groupDepth() > m_groupsBefore) {
+        builder.endGroup();
+    }
 }
 
 // Where EMF+ records draw the picture, others are a part of it only where those say so. Their state
@@ -228,6 +251,8 @@ void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
     m_context.setSystemCharSet(systemCharSet(records, MetafileFormat::Emf));
     playRecords(records, number, m_context, tally,
                 [&](const Record &record) { return play(record, number++, tally); });
+    while (m_context.builder().groupDepth() > m_groupsBefore)
+        m_context.builder().endGroup();
 }
 
 } // namespace svgtool::picture

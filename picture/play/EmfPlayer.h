@@ -42,7 +42,8 @@ public:
     /// @param playing  of the document; lives longer
     EmfPlayer(DeviceContext &context, Playing &playing, Dual dual)
         : m_context(context), m_playing(playing), m_dual(dual),
-          m_nodesBefore(context.builder().mark().nodes)
+          m_nodesBefore(context.builder().mark().nodes),
+          m_groupsBefore(context.builder().groupDepth())
     {
     }
 
@@ -56,11 +57,13 @@ public:
 private:
     Played play(const Record &record, uint32_t number, RecordTally *tally);
     Played comment(const Record &record, uint32_t number, RecordTally *tally);
+    void group(ByteView comment);
 
     DeviceContext &m_context;
     Playing &m_playing;
     Dual m_dual;
     size_t m_nodesBefore; ///< of the scene
+    size_t m_groupsBefore; ///< around this metafile
     bool m_isDual = false;
     bool m_isAdded = false; ///< EMF+ records go on with what others have begun
     std::unique_ptr<EmfPlusPlayer> m_plus; ///< once EMF+ records are played

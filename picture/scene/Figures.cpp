@@ -55,8 +55,9 @@ namespace {
             constexpr size_t kMostPoints = 2000, kMostBoxes = 64;
             const Node &first = m_nodes.front();
             if (node.fill != first.fill || node.stroke != first.stroke || node.clip != first.clip
-                || node.transform != first.transform || node.opacity != first.opacity
-                || node.blend != Blend::Normal || first.blend != Blend::Normal
+                || node.transform != first.transform || node.group != first.group
+                || node.opacity != first.opacity || node.blend != Blend::Normal
+                || first.blend != Blend::Normal
                 || (node.fill != kNone && node.isEvenOdd != first.isEvenOdd)
                 || m_points + m_scene.paths[node.geometry].points > kMostPoints)
                 return false;

@@ -51,6 +51,7 @@ void joinLines(Scene &scene)
         PathRange &range = scene.paths[node.geometry];
         const bool goesOn = isLine && canGoOn && nodes.back().stroke == node.stroke
                 && nodes.back().clip == node.clip && nodes.back().transform == node.transform
+                && nodes.back().group == node.group
                 && scene.points[pointsEnd - 1] == scene.points[range.firstPoint];
         const uint32_t lost = goesOn ? 1 : 0;
         std::copy_n(scene.verbs.begin() + range.firstVerb + lost, range.verbs - lost,

@@ -233,7 +233,16 @@ struct Node
     Index stroke = kNone; ///< in Scene::strokes
     Index clip = kNone; ///< in Scene::clips
     Index transform = kNone; ///< in Scene::transforms; applied to geometry and stroke, not the clip
+    Index group = kNone; ///< in Scene::groups
     uint32_t record = 0; ///< number of the record that it comes from
+};
+
+/// Nodes that belong together for who made the picture. Those of a group follow one another, but
+/// for what lies in groups within it.
+struct NodeGroup
+{
+    Index parent = kNone;
+    std::u16string title; ///< may be empty
 };
 
 struct Scene
@@ -244,6 +253,7 @@ struct Scene
     std::string comment; ///< UTF-8; what a reader of the document's text is to know
 
     std::vector<Node> nodes;
+    std::vector<NodeGroup> groups; ///< behind their parents
     std::vector<Path::Verb> verbs; ///< of all paths, one after the other
     std::vector<PointD> points;
     std::vector<PathRange> paths;

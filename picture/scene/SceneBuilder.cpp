@@ -1,5 +1,7 @@
 #include "picture/scene/SceneBuilder.h"
 
+#include "core/base/Limits.h"
+
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
@@ -174,39 +176,61 @@ Index addPath(Scene &scene, const Path &path)
     return Index(scene.paths.size() - 1);
 }
 
+void SceneBuilder::beginGroup(std::u16string title)
+{
+    if (m_depth++ >= limits::kGroups)
+        return;
+    m_scene.groups.push_back({ m_group, std::move(title) });
+    m_group = Index(m_scene.groups.size() - 1);
+}
+
+void SceneBuilder::endGroup()
+{
+    if (m_depth > 0 && m_depth-- <= limits::kGroups)
+        m_group = m_scene.groups[m_group].parent;
+}
+
+// The geometry is the last one of its list.
+void SceneBuilder::add(Node node, Node::Kind kind, size_t geometries)
+{
+    node.kind = kind;
+    node.geometry = Index(geometries - 1);
+    node.group = m_group;
+    m_scene.nodes.push_back(node);
+}
+
 void SceneBuilder::add(Node node, const Path &path, const Affine &place)
 {
-    node.kind = Node::Kind::Path;
-    node.geometry = addPath(m_scene, path);
+    addPath(m_scene, path);
     if (!place.isIdentity()) {
         for (PointD &point : std::span(m_scene.points).last(path.points().size()))
             point = place.map(point);
     }
-    m_scene.nodes.push_back(node);
+    add(node, Node::Kind::Path, m_scene.paths.size());
 }
 
 void SceneBuilder::add(Node node, const Rect &rect)
 {
-    node.kind = Node::Kind::Rect;
-    node.geometry = Index(m_scene.rects.size());
     m_scene.rects.push_back(rect);
-    m_scene.nodes.push_back(node);
+    add(node, Node::Kind::Rect, m_scene.rects.size());
 }
 
 void SceneBuilder::add(Node node, const Ellipse &ellipse)
 {
-    node.kind = Node::Kind::Ellipse;
-    node.geometry = Index(m_scene.ellipses.size());
     m_scene.ellipses.push_back(ellipse);
-    m_scene.nodes.push_back(node);
+    add(node, Node::Kind::Ellipse, m_scene.ellipses.size());
+}
+
+void SceneBuilder::add(Node node, Text text)
+{
+    m_scene.texts.push_back(std::move(text));
+    add(node, Node::Kind::Text, m_scene.texts.size());
 }
 
 void SceneBuilder::add(Node node, const ImagePlace &place)
 {
-    node.kind = Node::Kind::Image;
-    node.geometry = Index(m_scene.imagePlaces.size());
     m_scene.imagePlaces.push_back(place);
-    m_scene.nodes.push_back(node);
+    add(node, Node::Kind::Image, m_scene.imagePlaces.size());
 }
 
 void SceneBuilder::takeBack(const Mark &mark)
@@ -241,14 +265,6 @@ void SceneBuilder::takeBack(const Mark &mark)
             break;
         }
     }
-}
-
-void SceneBuilder::add(Node node, Text text)
-{
-    node.kind = Node::Kind::Text;
-    node.geometry = Index(m_scene.texts.size());
-    m_scene.texts.push_back(std::move(text));
-    m_scene.nodes.push_back(node);
 }
 
 } // namespace svgtool::picture

@@ -40,6 +40,14 @@ public:
     void add(Node node, Text text);
     void add(Node node, const ImagePlace &place);
 
+    /// Nodes added from now on lie in a group within the one in force. Groups that would lie too
+    /// deep are none.
+    void beginGroup(std::u16string title);
+    /// Goes back to the group around the one in force.
+    void endGroup();
+    /// How many groups have begun and not ended.
+    size_t groupDepth() const { return m_depth; }
+
     /// How much there is.
     struct Mark
     {
@@ -56,7 +64,11 @@ private:
     static Index once(Known &known, std::vector<Resource> &list, const Resource &resource,
                       std::string key);
 
+    void add(Node node, Node::Kind kind, size_t geometries);
+
     Scene m_scene;
+    Index m_group = kNone;
+    size_t m_depth = 0;
     Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_clips, m_transforms;
     Known m_fonts, m_glyphs;
     std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show

@@ -1,5 +1,6 @@
 #include "picture/svg/SvgGroups.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace svgtool::picture {
@@ -77,14 +78,97 @@ namespace {
         std::array<uint32_t, kProperties> m_users{};
     };
 
+    // A group without a title says something by what it holds, unless another does.
+    std::vector<Group> withoutIdle(const Scene &scene, std::span<const Group> groups)
+    {
+        const auto isTitled = [&](const Group &group) {
+            return !scene.groups[group.nodeGroup].title.empty();
+        };
+        const auto isAlike = [&](size_t a, size_t b) {
+            return groups[a].begin == groups[b].begin && groups[a].end == groups[b].end;
+        };
+        std::vector<Group> kept;
+        for (size_t i = 0; i < groups.size(); ++i) {
+            const Group &group = groups[i];
+            const bool isIdle = group.end - group.begin == 1
+                    || (i + 1 < groups.size() && isAlike(i, i + 1))
+                    || (i > 0 && isAlike(i, i - 1) && isTitled(groups[i - 1]));
+            if (isTitled(group) || !isIdle)
+                kept.push_back(group);
+        }
+        return kept;
+    }
+
+    // The groups of a scene as runs of its nodes: outer ones before inner ones.
+    std::vector<Group> nodeGroupsOf(const Scene &scene)
+    {
+        const auto &nodes = scene.nodes;
+        std::vector<Group> groups;
+        std::vector<size_t> open; // of the result
+        std::vector<Index> path; // from the outermost group to that of a node
+        for (size_t i = 0; i <= nodes.size(); ++i) {
+            if (i > 0 && i < nodes.size() && nodes[i].group == nodes[i - 1].group)
+                continue;
+            path.clear();
+            Index group = i < nodes.size() ? nodes[i].group : kNone;
+            for (; group != kNone; group = scene.groups[group].parent)
+                path.insert(path.begin(), group);
+            size_t same = 0;
+            while (same < std::min(path.size(), open.size())
+                   && groups[open[same]].nodeGroup == path[same])
+                ++same;
+            for (; open.size() > same; open.pop_back())
+                groups[open.back()].end = i;
+            for (; open.size() < path.size(); open.push_back(groups.size() - 1))
+                groups.push_back({ i, i, {}, path[open.size()] });
+        }
+        return withoutIdle(scene, groups);
+    }
+
+    Style valuesOf(const Group &group, const Style &outer)
+    {
+        Style values = outer;
+        for (size_t i = 0; i < kProperties; ++i) {
+            if (group.values[i] != SvgStyles::kAny)
+                values[i] = group.values[i];
+        }
+        return values;
+    }
+
     class Grouping
     {
     public:
-        Grouping(std::span<const Style> styles, std::span<const uint32_t> costs)
-            : m_styles(styles), m_costs(costs)
+        Grouping(const Scene &scene, std::span<const Style> styles, std::span<const uint32_t> costs)
+            : m_styles(styles), m_costs(costs), m_nodeGroups(nodeGroupsOf(scene)),
+              m_next(m_nodeGroups.begin())
         {
         }
 
+        // Goes through the groups of the scene within a run of elements. What all elements of one
+        // share, it says, since it is there anyway.
+        void divideScene(size_t begin, size_t end, const Style &outer)
+        {
+            for (size_t at = begin; at < end;) {
+                if (m_next == m_nodeGroups.end() || m_next->begin > at) {
+                    const size_t stop =
+                            m_next == m_nodeGroups.end() ? end : std::min(end, m_next->begin);
+                    divide(at, stop, outer);
+                    at = stop;
+                    continue;
+                }
+                Group group = *m_next++;
+                at = group.end;
+                Common common(m_costs, outer);
+                for (size_t i = group.begin; i < group.end; ++i)
+                    common.add(m_styles[i]);
+                group.values = common.shared();
+                m_groups.push_back(group);
+                divideScene(group.begin, group.end, valuesOf(group, outer));
+            }
+        }
+        std::vector<Group> take() { return std::move(m_groups); }
+
+    private:
         // Cuts a run of elements into groups, and each of these by what is left. Every level says
         // something more, so that there are no more levels than properties.
         void divide(size_t begin, size_t end, const Style &outer)
@@ -96,23 +180,16 @@ namespace {
                     continue;
                 }
                 m_groups.push_back(group);
-                Style values = outer;
-                for (size_t i = 0; i < kProperties; ++i) {
-                    if (group.values[i] != SvgStyles::kAny)
-                        values[i] = group.values[i];
-                }
-                divide(group.begin, group.end, values);
+                divide(group.begin, group.end, valuesOf(group, outer));
                 begin = group.end;
             }
         }
-        std::vector<Group> take() { return std::move(m_groups); }
 
-    private:
         Group bestFrom(size_t begin, size_t end, const Style &outer) const
         {
             // How far to look for something better, so that the work stays in proportion.
             constexpr size_t kAhead = 1000;
-            Group best{ begin, begin, {} };
+            Group best{ begin, begin, {}, kNone };
             int64_t most = 0;
             Common common(m_costs, outer);
             common.add(m_styles[begin]);
@@ -121,7 +198,7 @@ namespace {
                 const int64_t saved = common.saved();
                 if (saved > most) {
                     most = saved;
-                    best = { begin, i + 1, common.shared() };
+                    best = { begin, i + 1, common.shared(), kNone };
                 } else if (i - best.end > kAhead) {
                     break;
                 }
@@ -132,7 +209,7 @@ namespace {
             };
             if (best.end == best.begin && !isSaid(kClip)
                 && (!isSaid(kMatrix) || own[kMatrix] == SvgStyles::kOwn)) {
-                best = { begin, begin + 1, {} };
+                best = { begin, begin + 1, {}, kNone };
                 best.values[kClip] = own[kClip];
             }
             return best;
@@ -140,15 +217,18 @@ namespace {
 
         std::span<const Style> m_styles;
         std::span<const uint32_t> m_costs;
+        std::vector<Group> m_nodeGroups;
+        std::vector<Group>::const_iterator m_next; // of them, which is still to come
         std::vector<Group> m_groups;
     };
 
 } // namespace
 
-std::vector<Group> groupsOf(std::span<const Style> styles, std::span<const uint32_t> costs)
+std::vector<Group> groupsOf(const Scene &scene, std::span<const Style> styles,
+                            std::span<const uint32_t> costs)
 {
-    Grouping grouping(styles, costs);
-    grouping.divide(0, styles.size(), Style{});
+    Grouping grouping(scene, styles, costs);
+    grouping.divideScene(0, styles.size(), Style{});
     return grouping.take();
 }
 

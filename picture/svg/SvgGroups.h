@@ -12,12 +12,14 @@ struct Group
 {
     size_t begin = 0, end = 0;
     Style values{}; ///< SvgStyles::kAny where it says nothing
+    Index nodeGroup = kNone; ///< of the scene, whose title it has
 };
 
-/// Where groups make a document shorter: those that begin earlier come first, outer ones before
-/// inner ones. Groups lie wholly within each other or apart.
-/// @param styles  of the elements in their order
-/// @param costs  of the values, in bytes
-std::vector<Group> groupsOf(std::span<const Style> styles, std::span<const uint32_t> costs);
+/// The groups of a scene, and where others make its document shorter: those that begin earlier come
+/// first, outer ones before inner ones. Groups lie wholly within each other or apart.
+/// @param styles  of the scene's nodes
+/// @param costs   of the values, in bytes
+std::vector<Group> groupsOf(const Scene &scene, std::span<const Style> styles,
+                            std::span<const uint32_t> costs);
 
 } // namespace svgtool::picture

@@ -81,8 +81,9 @@ namespace {
         const int64_t attributes = document.text().size();
         writeValues(document, styles, style, outer);
         if (node.opacity < 1) {
+            constexpr Numbers kFine(3); // finer than the colours of a screen
             document.put(" opacity=\"");
-            document.exact(node.opacity);
+            kFine.append(document.text(), node.opacity);
             document.put('"');
         }
         writeStyle(document, isWrapped ? Blend::Normal : node.blend,
@@ -137,6 +138,15 @@ namespace {
         document.put("</defs>\n");
     }
 
+    void writeNote(SvgDocument &document, std::string_view name, std::u16string_view text)
+    {
+        if (text.empty())
+            return;
+        document.put('<', name, '>');
+        document.content(text);
+        document.put("</", name, ">\n");
+    }
+
     void writeNodes(SvgDocument &document)
     {
         const auto &nodes = document.scene().nodes;
@@ -145,7 +155,7 @@ namespace {
         each.reserve(nodes.size());
         for (const Node &node : nodes)
             each.push_back(styles.styleOf(node));
-        const std::vector<Group> groups = groupsOf(each, styles.costs());
+        const std::vector<Group> groups = groupsOf(document.scene(), each, styles.costs());
 
         struct Open
         {
@@ -161,6 +171,8 @@ namespace {
                 document.put("<g");
                 writeValues(document, styles, next->values, open.back().said);
                 document.put(">\n");
+                if (next->nodeGroup != kNone)
+                    writeNote(document, "title", document.scene().groups[next->nodeGroup].title);
                 Open inner{ next->end, open.back().said };
                 for (size_t k = 0; k < kProperties; ++k) {
                     if (next->values[k] != SvgStyles::kAny)
@@ -172,15 +184,6 @@ namespace {
         }
         for (; open.size() > 1; open.pop_back())
             document.put("</g>\n");
-    }
-
-    void writeNote(SvgDocument &document, std::string_view name, std::u16string_view text)
-    {
-        if (text.empty())
-            return;
-        document.put('<', name, '>');
-        document.content(text);
-        document.put("</", name, ">\n");
     }
 
     void writeHead(SvgDocument &document)
