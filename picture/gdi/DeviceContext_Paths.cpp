@@ -60,9 +60,10 @@ std::shared_ptr<GdiPath> DeviceContext::takePath()
 
 Played DeviceContext::paintPath(uint8_t parts)
 {
+    // Without one GDI paints nothing either, so nothing is missing.
     const auto path = takePath();
     if (!path)
-        return kNoPath;
+        return kNeutral;
     return paint(path->path, parts, !m_state.isWinding && !path->isWidened);
 }
 
