@@ -16,7 +16,7 @@ windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
 cluster=("${build[@]}" python3 python3-distributed python3-pandas)
-browser=(chromium chromium-driver python3-selenium)
+browser=(chromium chromium-driver python3-numpy python3-pil python3-selenium)
 package=("${build[@]}" dpkg-dev binutils gzip lintian debootstrap)
 
 case ${1-} in

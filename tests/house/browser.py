@@ -4,13 +4,20 @@
 usage: browser.py gallery PAGE [FOLDER]   checks a page of metafile2svg --gallery; puts pictures of
                                           it into FOLDER
        browser.py documents < LIST        opens every SVG document that the list names, one a line
+       browser.py inline < LIST           puts all of them into one page, and compares each with how
+                                          it looks alone
 
 Prints a line per finding and ends with status 1 if there is one.
 """
+import base64
+import html
+import io
 import pathlib
 import re
 import sys
 
+import numpy
+from PIL import Image
 from selenium.webdriver import Chrome, ChromeOptions
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
@@ -18,6 +25,7 @@ from selenium.webdriver.common.keys import Keys
 
 ARGUMENTS = ["--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-quic",
              "--disable-background-networking", "--disable-component-update", "--disable-sync"]
+CELL, COLUMNS = 200, 10  # of a page of documents: pixels, and cells side by side
 findings = 0
 
 
@@ -117,9 +125,43 @@ def check_documents(browser, paths):
     print(f"{len(paths)} documents opened")
 
 
+def paint(browser, cells, page):
+    """A picture of a page on which each cell holds HTML."""
+    style = f"position:absolute;width:{CELL}px;height:{CELL}px;overflow:hidden"
+    page.write_text("<!doctype html><meta charset=utf-8><body>" + "".join(
+        f'<div style="{style};left:{i % COLUMNS * CELL}px;top:{i // COLUMNS * CELL}px">{cell}</div>'
+        for i, cell in enumerate(cells)), encoding="utf-8")
+    browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", {
+        "width": COLUMNS * CELL, "height": -(-len(cells) // COLUMNS) * CELL,
+        "deviceScaleFactor": 1, "mobile": False})
+    browser.get(page.resolve().as_uri())
+    shot = browser.execute_cdp_cmd("Page.captureScreenshot", {})
+    return numpy.asarray(Image.open(io.BytesIO(base64.b64decode(shot["data"]))).convert("RGB"),
+                         dtype=int)
+
+
+def check_inline(browser, paths):
+    """Whatever the documents before and behind it define, each looks as it does in a frame."""
+    documents = [pathlib.Path(path).read_text(encoding="utf-8") for path in paths]
+    frame = f'<iframe style="border:0;width:{CELL}px;height:{CELL}px" srcdoc="%s"></iframe>'
+    alone = paint(browser, [
+        frame % html.escape("<!doctype html><body style='margin:0;overflow:hidden'>" + text) for text in documents
+    ], pathlib.Path("frames.html"))
+    inline = paint(browser, documents, pathlib.Path("inline.html"))
+    for i, path in enumerate(paths):
+        row, column = i // COLUMNS * CELL, i % COLUMNS * CELL
+        cell = (slice(row, row + CELL), slice(column, column + CELL))
+        check((abs(alone[cell] - inline[cell]).max(axis=2) > 64).mean() < 0.0005,
+              f"{path} looks different among others")
+    check((inline < 128).any(), "nothing is drawn")
+    print(f"{len(paths)} documents on one page")
+
+
 with new_browser() as chromium:
     if sys.argv[1] == "gallery":
         check_gallery(chromium, *sys.argv[2:])
+    elif sys.argv[1] == "inline":
+        check_inline(chromium, sys.stdin.read().splitlines())
     else:
         check_documents(chromium, sys.stdin.read().splitlines())
 sys.exit(findings > 0)

@@ -1,7 +1,7 @@
 The gallery and its documents in a headless Chromium; scripts/setup.sh browser installs it.
 
   $ . "$TESTDIR/tool.sh"
-  $ hash chromium chromedriver 2>/dev/null && /usr/bin/python3 -c 'import selenium' 2>/dev/null || exit 80
+  $ hash chromium chromedriver 2>/dev/null && /usr/bin/python3 -c 'import numpy, PIL, selenium' 2>/dev/null || exit 80
 
 Names that would become markup or a script, a picture of many kinds of elements, a part of one.
 
@@ -23,4 +23,20 @@ What a browser refuses is found.
   $ "$ROOT/tests/house/browser.py" documents <<<exact.svg
   FOUND: exact.svg: * (glob)
   1 documents opened
+  [1]
+
+On one page with others a document looks as it does alone, unless they are made to clash.
+
+  $ mkdir alike
+  $ for file in "$ROOT"/samples/*.?mf; do
+  >   metafile2svg "$file" >"inline-${file##*/}.svg"
+  >   metafile2svg --id-prefix p "$file" >"alike/${file##*/}.svg"
+  > done
+  $ printf '%s\n' inline-*.svg | "$ROOT/tests/house/browser.py" inline
+  6 documents on one page
+  $ printf '%s\n' alike/*.svg | "$ROOT/tests/house/browser.py" inline
+  FOUND: alike/drawing.wmf.svg looks different among others
+  FOUND: alike/hatches.wmf.svg looks different among others
+  FOUND: alike/sales.emf.svg looks different among others
+  6 documents on one page
   [1]
