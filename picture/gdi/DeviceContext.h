@@ -341,8 +341,8 @@ private:
     Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
     void fillTextBox(const TextCall &call, const RectD &box, const Affine &axes, Color color);
-    /// @return false where the letters have too many points, of which the first ones are in
-    bool addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
+    /// Where the letters have too many points, the first ones are in.
+    Played addToPath(Placed characters, const RealizedFont &font, const Affine &axes);
     /// In the way that is asked for.
     Played drawLetters(Placed characters, const TextCall &call, const RealizedFont &font,
                        const Affine &axes, Index clip);

@@ -119,27 +119,30 @@ void DeviceContext::fillTextBox(const TextCall &call, const RectD &box, const Af
     m_builder.add(node, path);
 }
 
-bool DeviceContext::addToPath(std::span<const PlacedCharacter> characters, const RealizedFont &font,
-                              const Affine &axes)
+Played DeviceContext::addToPath(std::span<const PlacedCharacter> characters,
+                                const RealizedFont &font, const Affine &axes)
 {
+    constexpr Played kTooMany = approximated("its path has too many points");
     const auto toDevice = m_device.toPicture.inverse();
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
-    if (!toDevice)
-        return true;
+    if (!toDevice || characters.empty())
+        return kDone;
     if (m_pointsOfOutlines == limits::kPointsOfOutlines)
-        return false;
+        return kTooMany;
     const LetterOutlines outlines(characters, font.request);
+    if (std::ranges::all_of(outlines.all(), &Path::isEmpty))
+        return notDone("its font has no outlines");
     for (const PlacedCharacter &each : characters) {
         Path outline = outlines.of(each.character);
         if (!spendPoints(outline.points().size()))
-            return false;
+            return kTooMany;
         outline.transform(Affine::scale(perUnit, perUnit)
                                   .then(Affine::translation(each.x, each.y))
                                   .then(axes)
                                   .then(*toDevice));
         m_path.append(outline);
     }
-    return true;
+    return kDone;
 }
 
 // Letters that are neither stretched nor mirrored nor sheared need no more than a turn.
@@ -431,8 +434,9 @@ Played DeviceContext::textOut(const TextCall &call)
         played = approximated("it has codes that are no characters");
     if (m_isInPath) {
         for (const Part &part : partsOf(shown, *font, axes)) {
-            if (!addToPath(part.characters, *font, part.axes))
-                return approximated("its path has too many points");
+            const Played added = addToPath(part.characters, *font, part.axes);
+            if (!added.isDone())
+                played = added;
         }
         return played;
     }
