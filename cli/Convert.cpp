@@ -86,7 +86,7 @@ namespace {
         QByteArray unused;
         if (!options.dumpFile.empty())
             convertExact(bytes, unused, nullptr);
-        const Damage damage = damageOf(result.facts);
+        const Damage damage = damageOf({ bytes.constData(), bytes.size() }, result.facts);
         QByteArray comment;
         if (damage.isIncomplete)
             comment = "Incomplete: the metafile is " + damage.text.toUtf8();

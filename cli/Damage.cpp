@@ -1,5 +1,7 @@
 #include "cli/Damage.h"
 
+#include "core/records/RecordRecovery.h"
+
 namespace svgtool {
 
 namespace {
@@ -36,9 +38,28 @@ namespace {
                 .arg(facts.unread.offset);
     }
 
+    // Where records end that are damaged, and go on behind; empty where none do.
+    QString damagedText(ByteView file, const MetafileFacts &facts)
+    {
+        RecordTally::Damage first;
+        qint64 places = 0;
+        RecordRecovery records(file, facts);
+        for (bool goesOn = true; goesOn;) {
+            goesOn = records.next().has_value();
+            if (records.damage().bytes > 0 && places++ == 0)
+                first = records.damage();
+        }
+        const QString text = QStringLiteral("damaged, went on behind %1 bytes at offset %2")
+                                     .arg(first.bytes)
+                                     .arg(first.offset);
+        return places == 0    ? QString()
+                : places == 1 ? text
+                              : text + QStringLiteral(" and in %1 more places").arg(places - 1);
+    }
+
 } // namespace
 
-Damage damageOf(const MetafileFacts &facts)
+Damage damageOf(ByteView file, const MetafileFacts &facts)
 {
     const RecordTally::Stop &stop = facts.records.stop();
     const bool isHeaderWrong = hasWrongHeader(facts);
@@ -53,6 +74,9 @@ Damage damageOf(const MetafileFacts &facts)
             : QString();
     const QString stopped = header
             + QStringLiteral("stopped at record %1 (offset %2)").arg(stop.record).arg(stop.offset);
+    const QString damaged = damagedText(file, facts);
+    if (!damaged.isEmpty())
+        return { damaged, true };
     if (isWhole && facts.unread.records > 0)
         return { QStringLiteral("damaged, %1: %2").arg(stopped, unreadText(facts)), true };
     if (isWhole && isHeaderWrong)

@@ -14,6 +14,7 @@ struct Damage
 };
 
 /// What is wrong with a metafile of which all is drawn that can be read.
-Damage damageOf(const MetafileFacts &facts);
+/// @param file  the whole file of @p facts
+Damage damageOf(ByteView file, const MetafileFacts &facts);
 
 } // namespace svgtool

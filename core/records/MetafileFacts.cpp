@@ -2,6 +2,7 @@
 
 #include "core/base/ByteOrder.h"
 #include "core/records/EmfRecords.h"
+#include "core/records/RecordHead.h"
 #include "core/records/RecordIterator.h"
 #include "core/records/WmfRecords.h"
 
@@ -30,13 +31,9 @@ namespace {
         return record.offset + record.bytes.size;
     }
 
-    // Whether a record is one that a program could have written, not just bytes that look like a
-    // head.
     bool isPlausible(MetafileFormat format, const Record &record)
     {
-        const RecordType *type = findRecordType(recordTypes(format), record.type);
-        const bool isWhole = format != MetafileFormat::Emf || record.bytes.size % 4 == 0;
-        return type != nullptr && isWhole && record.bytes.size >= type->leastBytes;
+        return svgtool::isPlausible(format, record.type, record.bytes.size);
     }
 
     bool endsWell(MetafileFormat format, const RecordIterator &records)

@@ -1,44 +1,13 @@
 #include "core/records/RecordIterator.h"
 
-#include "core/base/ByteOrder.h"
-#include "core/records/EmfRecordTypes.h"
-#include "core/records/EmfRecords.h"
-#include "core/records/WmfRecordTypes.h"
-#include "core/records/WmfRecords.h"
+#include "core/records/RecordHead.h"
 
 #include <algorithm>
 
 namespace svgtool {
 
-namespace {
-
-    struct Head
-    {
-        uint32_t type;
-        int64_t bytes; ///< of the record
-        bool isEnd;
-    };
-
-    Head readHead(ByteView record, bool isEmf)
-    {
-        if (isEmf) {
-            const auto head = readPadded<EMR>(record);
-            const uint32_t type = fromLittleEndian(head.iType);
-            return { type, fromLittleEndian(head.nSize), type == Emr::Eof };
-        }
-        const auto head = readPadded<WMR>(record);
-        // Two words, each in the file's byte order.
-        const int64_t words = int64_t(fromLittleEndian(head.rdSize.words[1])) << 16
-                | fromLittleEndian(head.rdSize.words[0]);
-        const uint32_t type = fromLittleEndian(head.rdFunction);
-        return { type, words * 2, type == Meta::Eof };
-    }
-
-} // namespace
-
 RecordIterator::RecordIterator(MetafileFormat format, ByteView file, int64_t offset)
-    : m_file(file), m_offset(std::clamp<int64_t>(offset, 0, file.size)),
-      m_isEmf(format == MetafileFormat::Emf)
+    : m_format(format), m_file(file), m_offset(std::clamp<int64_t>(offset, 0, file.size))
 {
 }
 
@@ -47,13 +16,13 @@ std::optional<Record> RecordIterator::next()
     if (m_stop != StopReason::None)
         return {};
     const ByteView rest = tail(m_file, m_offset);
-    const auto headBytes = static_cast<int64_t>(m_isEmf ? sizeof(EMR) : sizeof(WMR));
-    if (rest.size < headBytes) {
+    const int64_t least = headBytes(m_format);
+    if (rest.size < least) {
         m_stop = StopReason::DataEnded;
         return {};
     }
-    const Head head = readHead(rest, m_isEmf);
-    const auto bytes = head.bytes < headBytes ? std::nullopt : slice(rest, 0, head.bytes);
+    const RecordHead head = readHead(m_format, rest);
+    const auto bytes = head.bytes < least ? std::nullopt : slice(rest, 0, head.bytes);
     std::optional<Record> record;
     if (bytes)
         record = { head.type, m_offset, *bytes };

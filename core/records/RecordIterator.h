@@ -38,9 +38,9 @@ public:
     const std::optional<Record> &endRecord() const { return m_endRecord; }
 
 private:
+    MetafileFormat m_format;
     ByteView m_file;
     int64_t m_offset;
-    bool m_isEmf;
     StopReason m_stop = StopReason::None;
     std::optional<Record> m_endRecord;
 };

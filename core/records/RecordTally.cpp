@@ -19,6 +19,14 @@ RecordTally::Counts &RecordTally::findCounts(uint32_t type)
     return entry->counts;
 }
 
+void RecordTally::noteDamage(const Damage &damage)
+{
+    if (m_damages.size() < kMostDamages)
+        m_damages.push_back(damage);
+    else
+        m_damages.back().bytes = damage.offset + damage.bytes - m_damages.back().offset;
+}
+
 std::vector<RecordTally::Line> RecordTally::lines() const
 {
     std::vector<Line> lines;

@@ -53,8 +53,16 @@ public:
         int64_t offset = 0; ///< in the file
     };
 
+    /// Bytes in which records could not be told apart as they should.
+    struct Damage
+    {
+        int64_t offset = 0; ///< in the file
+        int64_t bytes = 0;
+    };
+
     static constexpr uint32_t kOtherTypes = 0xFFFFFFFF;
     static constexpr size_t kLargestTypes = 256;
+    static constexpr size_t kMostDamages = 64;
 
     /// The next record is number @p record and lies at @p offset.
     void begin(int64_t offset, uint64_t record)
@@ -80,10 +88,15 @@ public:
             count.why = why;
         }
     }
+    /// Records went on behind damaged bytes. What is beyond kMostDamages counts with the last one.
+    /// May throw std::bad_alloc.
+    void noteDamage(const Damage &damage);
     /// The walk ends before the next record.
     void end(StopReason reason) { m_stop.reason = reason; }
 
     const Stop &stop() const { return m_stop; }
+    /// In the order of the file.
+    const std::vector<Damage> &damages() const { return m_damages; }
 
     /// All that was counted, by type and then by outcome.
     std::vector<Line> lines() const;
@@ -117,6 +130,7 @@ private:
 
     std::vector<Entry> m_entries; ///< in the order in which their types came
     std::vector<uint16_t> m_latest; ///< by the low byte of a type, the entry used last
+    std::vector<Damage> m_damages;
     Stop m_stop;
 };
 

@@ -78,8 +78,10 @@ PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
     report.end = endOf(stop.reason);
     report.endRecord = stop.record;
     report.endOffset = stop.offset;
-    report.unreadRecords = facts.unread.records;
-    report.isWhole = hasAllRecords(facts);
+    report.unreadRecords = stop.offset > facts.unread.offset ? 0 : facts.unread.records;
+    for (const RecordTally::Damage &damage : tally.damages())
+        report.damaged.push_back({ damage.offset, damage.bytes });
+    report.isWhole = hasAllRecords(facts) && report.damaged.empty();
     report.isHeaderWrong = hasWrongHeader(facts);
     return report;
 }

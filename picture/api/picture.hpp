@@ -134,6 +134,13 @@ enum class RecordsEnd {
     BadSize, ///< a record's size does not even hold its own head
 };
 
+/// Bytes of a metafile in which its records are damaged.
+struct DamagedBytes
+{
+    int64_t offset = 0; ///< in the metafile
+    int64_t count = 0;
+};
+
 /// What became of a metafile's records, and what is wrong with it.
 struct PictureReport
 {
@@ -143,8 +150,13 @@ struct PictureReport
     RecordsEnd end = RecordsEnd::EndRecord; ///< why they end
     uint64_t endRecord = 0; ///< number of the record at which they end; an EMF header is number 1
     int64_t endOffset = 0; ///< in the metafile, of that record
-    /// Well-formed records behind the end record. They are not played, as GDI does not.
+    /// Well-formed records behind the end record. They are not played, as GDI does not, unless the
+    /// header names an end that lies behind them.
     uint64_t unreadRecords = 0;
+    /// Bytes behind which the records were found again: they were skipped, or belong to a record
+    /// that was played although its size or type makes no sense. In the order of the metafile; what
+    /// is beyond 64 places counts with the last one.
+    std::vector<DamagedBytes> damaged;
 
     /// All records that there should be were read: up to an end record with none behind it, or, as
     /// some programs leave it out, up to the metafile's very end.

@@ -34,7 +34,13 @@ public:
     DeviceContext(const Device &device, size_t handles, SceneBuilder &builder, Index clip = kNone);
 
     /// The number of the record that is played, for the nodes that come of it.
-    void setRecord(uint32_t number) { m_record = number; }
+    void setRecord(uint32_t number)
+    {
+        m_record = number;
+        m_isBitmapCut = false;
+    }
+    /// Whether a bitmap of the record had fewer lines than it should.
+    bool isBitmapCut() const { return m_isBitmapCut; }
     const Device &device() const { return m_device; }
     SceneBuilder &builder() { return m_builder; }
     Index outerClip() const { return m_outerClip; }
@@ -379,6 +385,7 @@ private:
     uint8_t m_systemCharSet = 0;
     std::vector<ClipPath> m_clipPaths;
     size_t m_clipWork = limits::kClipWork; ///< left for the document
+    bool m_isBitmapCut = false;
     int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
     int64_t m_brushPixels = limits::kAllEnlargedPixels; ///< left for mixing with brushes and tiles
     double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document

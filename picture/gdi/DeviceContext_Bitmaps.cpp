@@ -104,6 +104,24 @@ namespace {
         return info;
     }
 
+    // The bits of a bitmap that is cut off behind its first lines, with lines of ones, which are
+    // white or the last colour, in the place of the others; empty where it is not.
+    std::string filledBits(const DibBytes &dib, int64_t &pixelsLeft)
+    {
+        const auto header = readDibHeader(dib.info, dib.usage);
+        if (!header || header->isFile() || header->isRunLengths())
+            return {};
+        const int64_t stride = header->stride();
+        const int64_t lines = stride > 0 ? dib.bits.size / stride : 0;
+        if (lines < 1 || lines >= header->height
+            || header->height - lines > pixelsLeft / header->width)
+            return {};
+        pixelsLeft -= (header->height - lines) * header->width;
+        std::string bits(dib.bits.data, size_t(lines * stride));
+        bits.append(size_t((header->height - lines) * stride), char(0xFF));
+        return bits;
+    }
+
 } // namespace
 
 std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
@@ -112,6 +130,11 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
     DibBytes whole = dib;
     if (m_state.palette || dib.usage == kOfPalette)
         whole.palette = palette();
+    const std::string bits = filledBits(dib, m_runLengthPixels);
+    if (!bits.empty()) {
+        whole.bits = { bits.data(), int64_t(bits.size()) };
+        m_isBitmapCut = true;
+    }
     return ConvertTo32Bits(whole, m_runLengthPixels);
 }
 

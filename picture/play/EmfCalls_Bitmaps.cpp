@@ -5,10 +5,11 @@ namespace svgtool::picture::emf {
 DibBytes dibOf(ByteView record, const DibRange &range)
 {
     const auto info = slice(record, range.info, range.infoBytes);
-    const auto bits = slice(record, range.bits, range.bitsBytes);
-    if (!info || !bits)
+    if (!info || range.bits > record.size)
         return {};
-    return { *info, *bits, range.usage };
+    // Of what the record is too short for the first lines are there.
+    const ByteView bits = tail(record, range.bits);
+    return { *info, slice(bits, 0, range.bitsBytes).value_or(bits), range.usage };
 }
 
 namespace {

@@ -2,8 +2,7 @@
 
 namespace svgtool::picture::emf {
 
-static std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count,
-                                                     Width width)
+static std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count, Width width)
 {
     return width == Width::Short ? picture::takePoints(record, fields, count, 4, takeShortPoint)
                                  : picture::takePoints(record, fields, count, 8, takePoint);
@@ -14,7 +13,7 @@ Played playPoints(DeviceContext &dc, ByteView record, Width width, PointsCall ca
     Fields fields(record, kBody + kBounds);
     const int64_t count = fields.dword();
     const auto points = takePoints(record, fields, count, width);
-    return points ? (dc.*call)(*points) : kTooFewPoints;
+    return ofPoints(points, count, (dc.*call)(points));
 }
 
 Played playFigures(DeviceContext &dc, ByteView record, Width width, FiguresCall call)
@@ -31,9 +30,8 @@ Played playFigures(DeviceContext &dc, ByteView record, Width width, FiguresCall 
         sum += counts.back();
     }
     const auto points = takePoints(record, fields, count, width);
-    if (!points || sum > count)
-        return kTooFewPoints;
-    return (dc.*call)(*points, counts);
+    trimFigures(counts, points.size());
+    return ofPoints(points, sum, (dc.*call)(points, counts));
 }
 
 Played playPolyDraw(DeviceContext &dc, ByteView record, Width width)
@@ -41,13 +39,13 @@ Played playPolyDraw(DeviceContext &dc, ByteView record, Width width)
     Fields fields(record, kBody + kBounds);
     const int64_t count = fields.dword();
     const auto points = takePoints(record, fields, count, width);
-    if (!points || !slice(record, fields.offset(), count))
+    if (!slice(record, fields.offset(), count))
         return kTooFewPoints;
     std::vector<uint8_t> types;
     types.reserve(size_t(count));
     for (int64_t i = 0; i < count; ++i)
         types.push_back(fields.byte());
-    return dc.polyDraw(*points, types);
+    return dc.polyDraw(points, types);
 }
 
 Played setPixel(DeviceContext &dc, ByteView record)

@@ -225,29 +225,34 @@ void EmfPlayer::playFile(ByteView file, const MetafileFacts &facts, const Device
 {
     const size_t handles = Fields(file, offsetof(ENHMETAHEADER, nHandles)).word();
     const SceneBuilder::Mark mark = builder.mark();
-    const auto isSound = [&](Dual dual) {
+    const auto hasBetter = [&](Dual dual) {
         DeviceContext context(device, handles, builder, clip);
         if (playing.drawsOutlines)
             context.drawOutlines();
         EmfPlayer player(context, playing, dual);
         RecordTally records;
-        player.playAll(file, facts.firstRecord, tally != nullptr ? &records : nullptr);
-        if (player.hasBetterEmf())
-            return false;
+        player.playAll(file, facts, tally != nullptr ? &records : nullptr);
         if (tally != nullptr)
             *tally = std::move(records);
-        return true;
+        return player.hasBetterEmf();
     };
-    if (isSound(playing.prefersEmf ? Dual::Emf : Dual::EmfPlus))
+    if (playing.prefersEmf) {
+        hasBetter(Dual::Emf);
+        return;
+    }
+    if (!hasBetter(Dual::EmfPlus))
         return;
     builder.takeBack(mark);
-    isSound(Dual::Damaged);
+    hasBetter(Dual::Damaged);
+    // Some say that both kinds hold the picture where only one does.
+    if (builder.mark().nodes == mark.nodes)
+        hasBetter(Dual::EmfPlus);
 }
 
-void EmfPlayer::playAll(ByteView file, int64_t firstRecord, RecordTally *tally)
+void EmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)
 {
     uint32_t number = 2; // the header is the first
-    const RecordIterator records(MetafileFormat::Emf, file, firstRecord);
+    const RecordRecovery records(file, facts);
     m_context.setSystemCharSet(systemCharSet(records, MetafileFormat::Emf));
     playRecords(records, number, m_context, tally,
                 [&](const Record &record) { return play(record, number++, tally); });

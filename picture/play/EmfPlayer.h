@@ -48,9 +48,8 @@ public:
     }
 
     /// Plays all records of a file up to the end record. Nothing of them is trusted.
-    /// @param firstRecord  where the one behind the header lies
-    /// @param tally        what became of each record is counted there, if not null
-    void playAll(ByteView file, int64_t firstRecord, RecordTally *tally);
+    /// @param tally  what became of each record is counted there, if not null
+    void playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally);
     /// It played EMF+ records that are damaged, of a file that holds its picture in EMF ones, too.
     bool hasBetterEmf() const { return m_isDual && m_plus && m_plus->isDamaged(); }
 

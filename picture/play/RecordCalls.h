@@ -3,6 +3,7 @@
 #include "core/records/Fields.h"
 #include "picture/gdi/DeviceContext.h"
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -69,20 +70,37 @@ Played playBox(DeviceContext &dc, ByteView record)
 
 inline constexpr Played kTooFewPoints = notDone("it names more points than it has");
 
-/// As many points as a record says, or nothing when they do not fit.
+/// As many points as a record says, or as there are in it.
 /// @param bytes  that each has
 /// @param take   gives the next one
 template<class Take>
-std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count,
-                                              int64_t bytes, Take take)
+std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count, int64_t bytes,
+                               Take take)
 {
-    if (!slice(record, fields.offset(), count * bytes))
-        return std::nullopt;
+    const int64_t most = std::max<int64_t>(record.size - fields.offset(), 0) / bytes;
     std::vector<PointD> points;
-    points.reserve(size_t(count));
-    for (int64_t i = 0; i < count; ++i)
+    points.reserve(size_t(std::min(count, most)));
+    for (int64_t i = 0; i < std::min(count, most); ++i)
         points.push_back(take(fields));
     return points;
+}
+
+/// What became of a record that is drawn with @p points, of which it names @p count.
+inline Played ofPoints(const std::vector<PointD> &points, int64_t count, const Played &played)
+{
+    if (int64_t(points.size()) >= count || played.outcome != RecordOutcome::Drawn)
+        return played;
+    return points.empty() ? kTooFewPoints : approximated("it names more points than it has");
+}
+
+/// Makes figures have no more than @p points in all; the first ones keep theirs.
+inline void trimFigures(std::vector<uint32_t> &counts, size_t points)
+{
+    for (uint32_t &count : counts) {
+        count = uint32_t(std::min<size_t>(count, points));
+        points -= count;
+    }
+    std::erase(counts, 0U);
 }
 
 /// LogBrush, [MS-WMF] 2.2.1.10 and [MS-EMF] 2.2.12. Styles that need a bitmap are solid.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/records/RecordIterator.h"
+#include "core/records/RecordRecovery.h"
 #include "picture/gdi/DeviceContext.h"
 
 #include <algorithm>
@@ -29,7 +29,12 @@ inline Played playByRow(std::span<const RecordRow> rows, DeviceContext &context,
     const auto row = std::ranges::lower_bound(rows, type, {}, &RecordRow::type);
     if (row == rows.end() || row->type != type)
         return notDone("its type is not known");
-    return row->play != nullptr ? row->play(context, record) : row->otherwise;
+    if (row->play == nullptr)
+        return row->otherwise;
+    const Played played = row->play(context, record);
+    return played.outcome == RecordOutcome::Drawn && context.isBitmapCut()
+            ? approximated("its bitmap lacks lines")
+            : played;
 }
 
 /// Plays the records that are left, up to the end record.
@@ -37,19 +42,29 @@ inline Played playByRow(std::span<const RecordRow> rows, DeviceContext &context,
 /// @param play    gives what became of a record
 /// @param tally   what became of each record is counted there, if not null
 template<class Play>
-void playRecords(RecordIterator records, uint32_t number, DeviceContext &context,
+void playRecords(RecordRecovery records, uint32_t number, DeviceContext &context,
                  RecordTally *tally, Play play)
 {
-    if (tally != nullptr)
-        tally->begin(records.offset(), number);
+    const auto noteDamage = [&] {
+        if (tally != nullptr && records.damage().bytes > 0)
+            tally->noteDamage(records.damage());
+    };
     while (const auto record = records.next()) {
-        context.setRecord(number++);
+        context.setRecord(number);
+        if (tally != nullptr)
+            tally->begin(record->offset, number);
         const Played played = play(*record);
         if (tally != nullptr)
             tally->note(record->type, played.outcome, record->bytes.size, played.why);
+        noteDamage();
+        // At one that is cut they end.
+        number += records.stop() == StopReason::None ? 1U : 0U;
     }
-    if (tally != nullptr)
+    noteDamage();
+    if (tally != nullptr) {
+        tally->begin(records.offset(), number);
         tally->end(records.stop());
+    }
 }
 
 } // namespace svgtool::picture

@@ -65,7 +65,7 @@ std::u16string decodeFace(ByteView bytes, uint8_t charSet)
     return decodeAsGdi(bytes, charSet == CharSet::kSymbol ? CharSet::kAnsi : charSet);
 }
 
-uint8_t systemCharSet(RecordIterator records, MetafileFormat format)
+uint8_t systemCharSet(RecordRecovery records, MetafileFormat format)
 {
     const bool isEmf = format == MetafileFormat::Emf;
     const uint32_t createsFont =

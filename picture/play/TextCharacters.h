@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/Bytes.h"
-#include "core/records/RecordIterator.h"
+#include "core/records/RecordRecovery.h"
 #include "picture/gdi/DeviceContext.h"
 
 #include <cstdint>
@@ -27,6 +27,6 @@ std::u16string decodeFace(ByteView bytes, uint8_t charSet);
 
 /// The character set of the system that a file was made on, by its fonts; CharSet::kAnsi where
 /// those do not tell.
-uint8_t systemCharSet(RecordIterator records, MetafileFormat format);
+uint8_t systemCharSet(RecordRecovery records, MetafileFormat format);
 
 } // namespace svgtool::picture

@@ -19,7 +19,7 @@ std::optional<RectD> outlined(const DeviceContext &dc, const RectD &box)
     return mapBounds(*toLogical, pixels);
 }
 
-static std::optional<std::vector<PointD>> takePoints(ByteView record, Fields &fields, int64_t count)
+static std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count)
 {
     return picture::takePoints(record, fields, count, 4, takeArrayPoint);
 }
@@ -29,7 +29,7 @@ Played polyline(DeviceContext &dc, ByteView record)
     Fields fields(record, kBody);
     const int64_t count = fields.word();
     const auto points = takePoints(record, fields, count);
-    return points ? dc.polyline(*points) : kTooFewPoints;
+    return ofPoints(points, count, dc.polyline(points));
 }
 
 Played polygon(DeviceContext &dc, ByteView record)
@@ -37,7 +37,7 @@ Played polygon(DeviceContext &dc, ByteView record)
     Fields fields(record, kBody);
     const int64_t count = fields.word();
     const auto points = takePoints(record, fields, count);
-    return points ? dc.polygon(*points) : kTooFewPoints;
+    return ofPoints(points, count, dc.polygon(points));
 }
 
 Played polyPolygon(DeviceContext &dc, ByteView record)
@@ -53,7 +53,8 @@ Played polyPolygon(DeviceContext &dc, ByteView record)
         sum += counts.back();
     }
     const auto points = takePoints(record, fields, sum);
-    return points ? dc.polyPolygon(*points, counts) : kTooFewPoints;
+    trimFigures(counts, points.size());
+    return ofPoints(points, sum, dc.polyPolygon(points, counts));
 }
 
 Played roundRectangle(DeviceContext &dc, ByteView record)

@@ -2,7 +2,7 @@
 
 #include "core/base/Limits.h"
 #include "core/base/Numeric.h"
-#include "core/records/RecordIterator.h"
+#include "core/records/RecordRecovery.h"
 #include "core/records/WmfRecordTypes.h"
 #include "picture/play/WmfCalls.h"
 
@@ -40,7 +40,7 @@ namespace {
     {
         Hints hints;
         bool hasExtents = true; // in the mode of maps in force
-        RecordIterator records(facts.format, file, facts.firstRecord);
+        RecordRecovery records(file, facts);
         while (const auto record = records.next()) {
             Fields fields(record->bytes, wmf::kBody);
             switch (record->type) {

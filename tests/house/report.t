@@ -65,8 +65,8 @@ Damaged files are converted, and their documents marked if something is missing.
     records  2 up to the record cut off at offset 32
   $ printf "$head$rectangle"'\0\0\0\0\33\4'"$arc$end" >zero.wmf
   $ damaged zero.wmf
-  metafile2svg: zero.wmf: damaged, stopped at record 2 (offset 32): its size makes no sense
-  3<!-- Incomplete: the metafile is damaged, stopped at record 2 (offset 32): its size makes no sense -->
+  metafile2svg: zero.wmf: damaged, went on behind 6 bytes at offset 32
+  3<!-- Incomplete: the metafile is damaged, went on behind 6 bytes at offset 32 -->
   $ (cat chart.emf; printf x) >long.emf
   $ damaged long.emf
   metafile2svg: long.emf: damaged header, 5457 of 5456 bytes, all records are there
@@ -87,14 +87,14 @@ Damaged files are converted, and their documents marked if something is missing.
   0
   [1]
 
-An end record that is not the last leaves something out, but padding is nothing.
+An end record before the end by the header is passed, and padding is nothing.
 
   $ printf "$head$rectangle$end$arc$rectangle$end" >middle.wmf
   $ damaged middle.wmf
-  metafile2svg: middle.wmf: damaged, stopped at record 2 (offset 32): an end record with 2 records behind it, 42 bytes from offset 38 on
-  3<!-- Incomplete: the metafile is damaged, stopped at record 2 (offset 32): an end record with 2 records behind it, 42 bytes from offset 38 on -->
+  metafile2svg: middle.wmf: damaged, went on behind 6 bytes at offset 32
+  3<!-- Incomplete: the metafile is damaged, went on behind 6 bytes at offset 32 -->
   $ put 192 '\16' >/dev/null
-  metafile2svg: patched.emf: damaged, stopped at record 4 (offset 192): an end record with 191 records behind it, 5240 bytes from offset 216 on
+  metafile2svg: patched.emf: damaged, went on behind 24 bytes at offset 192
   $ printf "$head$rectangle$odd$end$end\0\0\0\0\0\0" >padded.wmf
   $ metafile2svg -q padded.wmf | cmp - whole.svg
 

@@ -292,6 +292,8 @@ std::string reportOf(const QByteArray &file)
         text << (line.name.empty() ? "EMR " + std::to_string(line.type) : line.name) << ' '
              << kFates[size_t(line.fate)] << ' ' << line.count << " @" << line.firstOffset
              << (line.reason.empty() ? "" : ": ") << line.reason << '\n';
+    for (const DamagedBytes &damaged : report.damaged)
+        text << "damaged " << damaged.count << " @" << damaged.offset << '\n';
     text << (report.isWhole ? "whole\n" : "not whole\n");
     return text.str();
 }
