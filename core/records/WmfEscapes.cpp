@@ -1,11 +1,9 @@
 #include "core/records/WmfEscapes.h"
 
 #include "core/records/Fields.h"
-#include "core/records/RecordIterator.h"
+#include "core/records/RecordRecovery.h"
 #include "core/records/WmfRecordTypes.h"
 #include "core/records/WmfRecords.h"
-
-#include <optional>
 
 namespace svgtool {
 
@@ -22,7 +20,7 @@ namespace {
         ByteView bytes;
     };
 
-    std::optional<Part> partOf(ByteView record)
+    Part partOf(ByteView record)
     {
         constexpr int64_t kChecksum = kComment + 12, kFlags = 4;
         Fields fields(record, kChecksum);
@@ -32,10 +30,8 @@ namespace {
         part.size = fields.dword();
         part.left = fields.dword();
         part.total = fields.dword();
-        const auto bytes = slice(record, fields.offset(), part.size);
-        if (!bytes)
-            return std::nullopt;
-        part.bytes = *bytes;
+        const ByteView rest = tail(record, fields.offset());
+        part.bytes = slice(rest, 0, part.size).value_or(rest);
         return part;
     }
 
@@ -43,17 +39,18 @@ namespace {
     class Assembly
     {
     public:
-        void add(const std::optional<Part> &part)
+        void add(const Part &part)
         {
             if (isWhole() || !m_isRight)
                 return;
-            if (m_parts == 0 && part)
-                m_first = *part;
-            m_isRight = part && part->count == m_first.count && part->total == m_first.total
-                    && part->left == int64_t(part->total) - int64_t(m_bytes.size()) - part->size;
+            if (m_parts == 0)
+                m_first = part;
+            m_isRight = part.count == m_first.count && part.total == m_first.total
+                    && part.left == int64_t(part.total) - int64_t(m_bytes.size()) - part.size;
             if (!m_isRight)
                 return;
-            m_bytes.append(part->bytes.data, size_t(part->size));
+            m_isRight = part.bytes.size == part.size;
+            m_bytes.append(part.bytes.data, size_t(part.bytes.size));
             ++m_parts;
         }
         bool hasBegun() const { return m_parts > 0 || !m_isRight; }
@@ -109,7 +106,7 @@ WmfEscapes readEscapes(ByteView file, const MetafileFacts &facts)
 {
     WmfEscapes escapes;
     Assembly emf;
-    RecordIterator records(facts.format, file, facts.firstRecord);
+    RecordRecovery records(file, facts);
     while (const auto record = records.next()) {
         if (record->type != Meta::Escape)
             continue;
@@ -119,10 +116,9 @@ WmfEscapes readEscapes(ByteView file, const MetafileFacts &facts)
             escapes.replacesPostScript = true;
     }
     const ByteView bytes{ emf.bytes().data(), int64_t(emf.bytes().size()) };
-    if (emf.isWhole() && isRight(emf.checksum(), bytes, file, facts))
-        escapes.emf = std::move(emf.bytes());
-    else
-        escapes.isEmfDamaged = emf.hasBegun();
+    escapes.isEmfDamaged =
+            emf.hasBegun() && !(emf.isWhole() && isRight(emf.checksum(), bytes, file, facts));
+    escapes.emf = std::move(emf.bytes());
     return escapes;
 }
 

@@ -23,9 +23,9 @@ bool isPartOfEmf(ByteView record);
 /// What a WMF says in its escapes, which GDI does not play.
 struct WmfEscapes
 {
-    /// The same picture as an enhanced metafile, put together from comments.
+    /// The same picture as an enhanced metafile, put together from comments; as much as is there.
     std::string emf;
-    /// There are parts of one that are no whole or not right.
+    /// That is not the whole of one, or not right.
     bool isEmfDamaged = false;
     /// Passages for other printers stand in for those in PostScript.
     bool replacesPostScript = false;

@@ -141,19 +141,24 @@ namespace {
                     std::string_view comment, RecordTally &tally)
     {
         WmfEscapes escapes = readEscapes(file, facts);
-        if (options.source != PictureSource::Wmf && !escapes.emf.empty()) {
-            const ByteView emf{ escapes.emf.data(), int64_t(escapes.emf.size()) };
-            const MetafileFacts inner = inspectMetafile(emf);
-            escapes.isEmfDamaged = inner.format != MetafileFormat::Emf
-                    || inner.records.stop().reason != StopReason::EndRecord;
-            if (!escapes.isEmfDamaged) {
-                Picture result = drawEmf(emf, inner, options, comment, tally);
-                result.report.isOfEmbeddedEmf = true;
-                return result;
-            }
-        }
-        return drawPlayed(playWmf(file, facts, escapes, options), file, facts, options, comment,
-                          tally);
+        const ByteView emf{ escapes.emf.data(), int64_t(escapes.emf.size()) };
+        const bool isWanted = emf.size > 0 && options.source != PictureSource::Wmf;
+        const MetafileFacts inner = isWanted ? inspectMetafile(emf) : MetafileFacts();
+        const bool holdsEmf = inner.format == MetafileFormat::Emf;
+        if (isWanted && inner.records.stop().reason != StopReason::EndRecord)
+            escapes.isEmfDamaged = true;
+        const auto drawInner = [&] {
+            Picture result = drawEmf(emf, inner, options, comment, tally);
+            result.report.isOfEmbeddedEmf = true;
+            return result;
+        };
+        if (holdsEmf && !escapes.isEmfDamaged)
+            return drawInner();
+        Playback playback = playWmf(file, facts, escapes, options);
+        // Those records come behind it, and may be lost.
+        if (holdsEmf && playback.scene.nodes.empty())
+            return drawInner();
+        return drawPlayed(std::move(playback), file, facts, options, comment, tally);
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,

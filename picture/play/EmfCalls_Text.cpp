@@ -87,7 +87,17 @@ Played playTextOut(DeviceContext &dc, ByteView record, Encoding encoding)
     Fields fields(record, kBody + kBounds);
     const bool isAdvanced = fields.dword() == kAdvancedMode;
     fields.skip(8); // the scale of the device that it was recorded for
-    return draw(dc, record, takeText(fields), encoding, isAdvanced);
+    TextFields text = takeText(fields);
+    // Where the count is wrong the place of the advances tells it, which stand behind.
+    const int64_t unit = encoding == Encoding::Unicode ? 2 : 1;
+    const int64_t place = text.offset, size = int64_t(text.advancesAt) - place;
+    const bool isWhole = slice(record, place, text.count * unit).has_value();
+    if (!isWhole && slice(record, place, size))
+        text.count = uint32_t(size / unit);
+    const Played played = draw(dc, record, text, encoding, isAdvanced);
+    return isWhole || played.outcome != RecordOutcome::Drawn
+            ? played
+            : approximated("it names more characters than it has");
 }
 
 Played playPolyTextOut(DeviceContext &dc, ByteView record, Encoding encoding)

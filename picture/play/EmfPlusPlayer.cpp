@@ -96,6 +96,49 @@ namespace {
     static_assert(std::ranges::equal(kRows, kEmfPlusRecordTypes, {}, &PlusRow::type,
                                      &RecordType::number));
 
+    // What a record begins with: [MS-EMFPLUS] 2.3.
+    struct Head
+    {
+        uint16_t type, flags;
+        uint32_t size, dataSize;
+
+        static constexpr uint32_t kBytes = 12;
+        explicit Head(Fields fields)
+            : type(fields.word()), flags(fields.word()), size(fields.dword()),
+              dataSize(fields.dword())
+        {
+        }
+        bool fits(ByteView records) const
+        {
+            return size >= kBytes && size <= records.size && dataSize <= size - kBytes;
+        }
+    };
+
+    // Whether so many plausible records lead on that it is no chance, or fewer up to the end.
+    bool leadsOn(ByteView records)
+    {
+        constexpr int kChain = 3;
+        for (int count = 0; count < kChain; ++count) {
+            const Head head{ Fields(records) };
+            if (records.size == 0)
+                return count > 0;
+            if (!head.fits(records) || head.size % 4 != 0
+                || findRecordType(kEmfPlusRecordTypes, head.type) == nullptr)
+                return false;
+            records = tail(records, head.size);
+        }
+        return true;
+    }
+
+    // Bytes up to the place behind a damaged head from which records lead on.
+    int64_t damagedBytes(ByteView records)
+    {
+        int64_t bytes = 4;
+        while (bytes < records.size && !leadsOn(tail(records, bytes)))
+            bytes += 4;
+        return std::min(bytes, records.size);
+    }
+
 } // namespace
 
 std::vector<RecordSupport> emfPlusSupport()
@@ -124,20 +167,19 @@ Played EmfPlusPlayer::playOne(uint32_t type, const PlusRecord &record)
 
 void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, RecordTally *tally)
 {
-    constexpr uint32_t kHead = 12;
     m_play.graphics.setRecord(number);
     m_play.graphics.grant(size_t(records.size));
     while (records.size > 0) {
-        Fields head(records);
-        const uint32_t type = head.word();
-        const uint16_t flags = head.word();
-        const uint32_t size = head.dword(), dataSize = head.dword();
-        const auto record = slice(records, 0, size);
-        if (!record || size < kHead || dataSize > size - kHead) {
+        const Head head{ Fields(records) };
+        if (!head.fits(records)) {
             m_isDamaged = true;
-            return;
+            const int64_t damaged = damagedBytes(records);
+            offset += damaged;
+            records = tail(records, damaged);
+            continue;
         }
-        const PlusRecord taken{ flags, { record->data + kHead, int64_t(dataSize) } };
+        const auto &[type, flags, size, dataSize] = head;
+        const PlusRecord taken{ flags, { records.data + Head::kBytes, int64_t(dataSize) } };
         const Played played = playOne(type, taken);
         m_isDamaged =
                 m_isDamaged || played.why == kDamagedRecord.why || played.why == kNoObject.why;

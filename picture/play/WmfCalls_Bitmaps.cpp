@@ -18,8 +18,12 @@ namespace {
             return {};
         constexpr uint32_t kPaletteIndices = 1;
         const int64_t entryBytes = usage == kPaletteIndices ? 2 : header->tableEntryBytes;
-        const int64_t infoBytes =
-                std::min(header->tableOffset + header->tableEntries * entryBytes, bytes.size);
+        int64_t entries = header->tableEntries;
+        // More colours than there are bytes are a number that is damaged.
+        constexpr int64_t kMostEntries = 256;
+        if (header->tableOffset + entries * entryBytes > bytes.size && header->depth <= 8)
+            entries = std::min(entries, kMostEntries >> (8 - header->depth));
+        const int64_t infoBytes = std::min(header->tableOffset + entries * entryBytes, bytes.size);
         return { { bytes.data, infoBytes }, tail(bytes, infoBytes), usage };
     }
 

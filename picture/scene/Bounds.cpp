@@ -201,7 +201,7 @@ namespace {
             case Node::Kind::Ellipse:
                 return cutEllipse(node, box, unit);
             case Node::Kind::Text:
-                return isNear(m_scene.texts[node.geometry], box);
+                return cutText(m_scene.texts[node.geometry], box);
             case Node::Kind::Image:
                 return box.contains(m_scene.imagePlaces[node.geometry].box);
             }
@@ -245,15 +245,24 @@ namespace {
             path.addEllipse({ radii.x, 0, 0, radii.y, center.x, center.y });
             return replace(node, path, box, unit);
         }
-        bool isNear(const Text &text, const RectD &box) const
+        // Letters behind one that is far off are far off, too.
+        bool cutText(Text &text, const RectD &box) const
         {
             const double size = m_scene.fonts[text.font].size;
             const double all = box.width() + box.height();
-            return contains(box, text.baseline) && size > 0 && size < all
-                    && std::isfinite(text.turn) && std::isfinite(reachOf(m_scene, text))
-                    && std::ranges::all_of(text.pieces, [&](const Text::Piece &piece) {
-                           return std::abs(piece.x) < all && std::abs(piece.y) < all;
-                       });
+            const auto isFar = [all](const Text::Piece &piece) {
+                return !(std::abs(piece.x) < all && std::abs(piece.y) < all);
+            };
+            if (!contains(box, text.baseline) || !(size > 0 && size < all)
+                || !std::isfinite(text.turn) || !std::isfinite(reachOf(m_scene, text)))
+                return false;
+            const auto far = std::ranges::find_if(text.pieces, isFar);
+            if (far == text.pieces.end())
+                return true;
+            text.characters.resize(far->first);
+            text.pieces.erase(far, text.pieces.end());
+            text.glyphs.resize(std::min(text.glyphs.size(), text.pieces.size()));
+            return !text.pieces.empty();
         }
 
         Scene &m_scene;
