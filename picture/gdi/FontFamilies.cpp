@@ -97,7 +97,7 @@ static uint16_t weightOf(int32_t weight)
         return 400;
     if (weight > kLastRegular && weight <= kLastBold)
         return 700;
-    return uint16_t(std::clamp((weight + 50) / 100, 1, 9) * 100);
+    return uint16_t((std::clamp(weight, 100, 900) + 50) / 100 * 100);
 }
 
 // Symbols are written as the characters they are. Fonts that have these come before the one named,
