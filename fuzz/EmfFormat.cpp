@@ -2,9 +2,13 @@
 #include "core/records/EmfRecords.h"
 #include "fuzz/RecordMutator.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 namespace svgtool::fuzz {
 
-static constexpr Count kCounts[] = {
+static constexpr Count kPlainCounts[] = {
     { Emr::PolyBezier, Emr::PolylineTo, 16, 20, 8 }, // points of 32 bits
     { Emr::PolyBezier16, Emr::PolylineTo16, 16, 20, 4 }, // points of 16 bits
     { Emr::PolyDraw16, Emr::PolyDraw16, 16, 20, 5 }, // such points, each with a type
@@ -24,6 +28,37 @@ static constexpr Count kCounts[] = {
     { Emr::ExtTextOutW, Emr::ExtTextOutW, 36, 68, 2 },
     { Emr::ExtTextOutW, Emr::ExtTextOutW, 40, 68, 0 }, // where they start
 };
+
+/// Where a record of a bitmap tells where that lies.
+struct BitmapFields
+{
+    uint32_t type;
+    size_t at; ///< of the header's offset and size, and those of the bits
+    size_t from; ///< where the variable part begins
+};
+
+static constexpr BitmapFields kBitmaps[] = {
+    { Emr::BitBlt, 76, 92 },         { Emr::StretchBlt, 76, 100 },
+    { Emr::MaskBlt, 76, 120 },       { Emr::PlgBlt, 88, 132 },
+    { Emr::AlphaBlend, 76, 100 },    { Emr::TransparentBlt, 76, 100 },
+    { Emr::StretchDIBits, 40, 72 },  { Emr::SetDIBitsToDevice, 40, 68 },
+    { Emr::CreateMonoBrush, 8, 24 }, { Emr::CreateDIBPatternBrushPt, 8, 24 },
+};
+
+// A bitmap fills the rest of its record. Its header is the usual one; the colour table, if there is
+// one, is a part of the bits, too.
+static constexpr auto kCounts = [] {
+    constexpr size_t kHeader = 40;
+    std::array<Count, std::size(kPlainCounts) + 4 * std::size(kBitmaps)> all{};
+    auto next = std::copy(std::begin(kPlainCounts), std::end(kPlainCounts), all.begin());
+    for (const auto &[type, at, from] : kBitmaps) {
+        *next++ = { type, type, at, from, 0 };
+        *next++ = { type, type, at + 4, from, 1 };
+        *next++ = { type, type, at + 8, from + kHeader, 0 };
+        *next++ = { type, type, at + 12, from + kHeader, 1 };
+    }
+    return all;
+}();
 
 static size_t headerSize(const std::string &)
 {

@@ -8,16 +8,22 @@ namespace svgtool {
 
 namespace {
 
-    // Calls with each pixel's mixture.
+    // Calls with each pixel's mixture, but not again with that of the neighbour.
     template<class Call>
     void eachPixel(const Bitmap &keep, const Bitmap &flip, Call call)
     {
         std::vector<Argb> keepLine = keep.lineBuffer(), flipLine = flip.lineBuffer();
+        std::optional<PixelMixture> last;
         for (int32_t y = 0; y < keep.height(); ++y) {
             keep.readLine(y, keepLine.data());
             flip.readLine(y, flipLine.data());
-            for (size_t x = 0; x < keepLine.size(); ++x)
-                call(PixelMixture{ keepLine[x] & kColourBits, flipLine[x] & kColourBits });
+            for (size_t x = 0; x < keepLine.size(); ++x) {
+                const PixelMixture pixel{ keepLine[x] & kColourBits, flipLine[x] & kColourBits };
+                if (pixel == last)
+                    continue;
+                call(pixel);
+                last = pixel;
+            }
         }
     }
 

@@ -20,7 +20,7 @@ namespace {
         return { byte(channels[0]), byte(channels[1]), byte(channels[2]), 255 };
     }
 
-    // A channel as it changes over the plane: value = atOrigin + x * slope.x + y * slope.y.
+    // A number as it changes over the plane: value = atOrigin + x * slope.x + y * slope.y.
     struct Plane
     {
         double atOrigin = 0;
@@ -33,6 +33,7 @@ namespace {
     {
         std::array<PointD, 3> corners; ///< in units of the picture
         std::array<Plane, 3> channels;
+        std::array<Plane, 3> depths = {}; ///< how far inside of each edge
 
         RectD bounds() const
         {
@@ -47,18 +48,19 @@ namespace {
         // How far inside a point lies; negative outside.
         double depth(PointD p) const
         {
-            double least = HUGE_VAL;
-            for (size_t i = 0; i < 3; ++i) {
-                const PointD a = corners[i], b = corners[(i + 1) % 3], c = corners[(i + 2) % 3];
-                const auto side = [a, b](PointD q) {
-                    return (b.x - a.x) * (q.y - a.y) - (b.y - a.y) * (q.x - a.x);
-                };
-                const double length = std::hypot(b.x - a.x, b.y - a.y);
-                least = std::fmin(least, std::copysign(1, side(c)) * side(p) / length);
-            }
-            return least;
+            return std::min({ depths[0].at(p), depths[1].at(p), depths[2].at(p) });
         }
     };
+
+    // How far a point lies to the side of a line on which a triangle is that turns so.
+    Plane depthOf(PointD from, PointD to, double turn)
+    {
+        const double length = std::copysign(std::hypot(to.x - from.x, to.y - from.y), turn);
+        Plane depth;
+        depth.slope = { (from.y - to.y) / length, (to.x - from.x) / length };
+        depth.atOrigin = -(from.x * depth.slope.x + from.y * depth.slope.y);
+        return depth;
+    }
 
     // Nothing for one without an area.
     std::optional<Triangle> triangleOf(const std::array<const Vertex *, 3> &vertices,
@@ -80,6 +82,7 @@ namespace {
             plane.slope = { (second * (c.y - a.y) - third * (b.y - a.y)) / area,
                             (third * (b.x - a.x) - second * (c.x - a.x)) / area };
             plane.atOrigin = first - a.x * plane.slope.x - a.y * plane.slope.y;
+            triangle.depths[i] = depthOf(triangle.corners[i], triangle.corners[(i + 1) % 3], area);
         }
         return triangle;
     }
@@ -124,7 +127,7 @@ namespace {
                     // A pixel has the colour of its corner, and belongs where its centre lies.
                     const PointD corner{ origin.x + x * pixel, origin.y + y * pixel };
                     const PointD center{ corner.x + pixel / 2, corner.y + pixel / 2 };
-                    if (triangle.depth(center) < -margin || (margin > 0 && bytes[3] != 0))
+                    if ((margin > 0 && bytes[3] != 0) || triangle.depth(center) < -margin)
                         continue;
                     const Color color = triangle.colorAt(corner);
                     bytes[0] = color.blue;
