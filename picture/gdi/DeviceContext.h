@@ -298,6 +298,19 @@ private:
     bool spendOnGrounds(Mixture &mixture, const BlitPlace &place, std::span<const Ground> grounds);
     void addBlendedPixels(const Mixture &mixture, const BlitPlace &place);
 
+    // What mixing twice takes back: DeviceContext_Inversions.cpp.
+    struct Inverted
+    {
+        Node node; ///< as it was to be mixed
+        RasterOperation operation;
+        size_t first, end; ///< nodes of the scene that have come of it
+    };
+    static bool isOwnInverse(RasterOperation operation);
+    std::optional<size_t> sameInversion(const Node &node, RasterOperation operation) const;
+    void noteInversion(const Node &node, RasterOperation operation, size_t first);
+    std::optional<std::vector<size_t>> shapesOver(const Inverted &before, const RectD &area);
+    bool takeInversionBack(size_t number, const AddNode &add, const RectD &area);
+
     // Bitmaps.
     std::optional<DecodedBitmap> decode(const DibBytes &dib);
     std::optional<DecodedBitmap> decode(const BlitSource &source);
@@ -404,6 +417,8 @@ private:
         bool isSame(const BlitPlace &other, Index otherClip) const;
     };
     Transferred m_transferred;
+    std::vector<Inverted> m_inverted; ///< in the order of their nodes
+    int64_t m_inversionSteps = limits::kGroundSteps; ///< left for the document
 
     Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;

@@ -262,10 +262,14 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
     add(node);
     const RectD area = intersection(
             paintedBounds(m_builder.scene(), m_builder.scene().nodes.back()), m_device.view);
+    const auto before = sameInversion(node, operation);
     takeBack(mark);
     if (area.isEmpty())
         return kDone;
     const auto grounds = m_grounds.under(m_builder, area, node.clip);
+    const auto isKnown = [](const Ground &ground) { return ground.paint.has_value(); };
+    if (before && !std::ranges::all_of(grounds, isKnown) && takeInversionBack(*before, add, area))
+        return kDone;
     bool isExact = true;
     for (const Ground &ground : grounds) {
         Node part = node;
@@ -277,6 +281,7 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
         else
             isExact = addBlended(part, add, operation) && isExact;
     }
+    noteInversion(node, operation, mark.nodes);
     return isExact ? kDone : kManyGrounds;
 }
 
@@ -284,6 +289,8 @@ void DeviceContext::takeBack(const SceneBuilder::Mark &mark)
 {
     m_builder.takeBack(mark);
     m_grounds.forget(mark.nodes);
+    while (!m_inverted.empty() && m_inverted.back().end > mark.nodes)
+        m_inverted.pop_back();
 }
 
 // The pixel of a tile that is repeated over a place.

@@ -98,6 +98,7 @@ Played DeviceContext::floodFill(PointD from, Color color, uint32_t mode)
         m_floodSteps -= int64_t(scene.nodes.size() + scene.verbs.size());
         m_grounds.forget(0);
         m_transferred = {};
+        m_inverted.clear();
     }
     const double half = m_device.unitsPerPixel / 2;
     const PointD at = toPicture().map(from);

@@ -27,6 +27,12 @@ RectD paintedBounds(const Scene &scene, const Node &node);
 /// A path of its parts.
 Path pathOf(std::span<const Path::Verb> verbs, std::span<const PointD> points);
 
+/// Whether nothing is left of a node to be seen.
+inline bool isTakenBack(const Node &node)
+{
+    return node.fill == kNone && node.stroke == kNone && node.kind != Node::Kind::Image;
+}
+
 /// The outline of a shape or an image, before the node's transform; empty for text.
 Path outlineOf(const Scene &scene, const Node &node);
 

@@ -154,6 +154,8 @@ namespace {
                   Rest &rest, std::vector<Ground> &to)
     {
         const Scene &scene = builder.scene();
+        if (isTakenBack(node))
+            return;
         const bool coversAll = node.blend == Blend::Normal && node.opacity == 1
                 && isInside(scene, clip, node.clip);
         const auto rect = coversAll ? plainRect(scene, node) : std::nullopt;

@@ -29,9 +29,10 @@ public:
     /// Nodes from this number on are not what they were.
     void forget(size_t node);
 
-private:
+    /// What a node of the scene covers.
     const RectD &boundsOfNode(const Scene &scene, size_t node);
 
+private:
     std::vector<RectD> m_bounds; ///< of what each node covers
     int64_t m_steps = 0; ///< taken for all areas, which has a bound
 };

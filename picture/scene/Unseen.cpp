@@ -65,9 +65,7 @@ namespace {
 
     bool isSeen(const Scene &scene, const Node &node, const RectD &window)
     {
-        const bool isPainted =
-                node.fill != kNone || node.stroke != kNone || node.kind == Node::Kind::Image;
-        if (!(node.opacity > 0) || !isPainted || window.isEmpty())
+        if (!(node.opacity > 0) || isTakenBack(node) || window.isEmpty())
             return false;
         if (node.kind == Node::Kind::Text && isBlank(scene, scene.texts[node.geometry]))
             return false;
