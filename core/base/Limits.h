@@ -44,8 +44,10 @@ inline constexpr size_t kCutPoints = 2'000'000;
 
 /// Metafiles around one that is played.
 inline constexpr int kNestedMetafiles = 8;
-/// Bytes of all that are played: a short record may ask for a long one, again and again.
+/// Bytes of all that are played: a short record may ask for a long one, again and again. Each one
+/// costs some bytes more, and some for each slot of its table.
 inline constexpr int64_t kNestedBytes = int64_t(32) << 20;
+inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 
 // Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.
 

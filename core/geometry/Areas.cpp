@@ -34,15 +34,17 @@ namespace {
             edges.push_back({ to, from, -1, isOfSecond });
     }
 
-    bool addEdges(std::vector<Edge> &edges, const Path &path, double tolerance, size_t most,
+    bool addEdges(std::vector<Edge> &edges, const Path &path, double tolerance, size_t &work,
                   bool isOfSecond)
     {
         const RectD box = path.bounds();
         if (!path.isEmpty() && !std::isfinite(box.width() + box.height()))
             return false;
-        const auto lines = path.flattened(tolerance, most);
-        if (!lines)
+        const auto lines = path.flattened(tolerance, work);
+        if (!lines) {
+            work = 0; // so that it is not tried again and again
             return false;
+        }
         PointD start, current;
         size_t next = 0;
         for (const Path::Verb verb : lines->verbs()) {

@@ -216,4 +216,20 @@ void Path::clear()
     m_isOpen = false;
 }
 
+std::optional<RectD> rectOf(std::span<const Path::Verb> verbs, std::span<const PointD> p)
+{
+    const auto lines = size_t(std::ranges::count(verbs, Path::Verb::Line));
+    const bool isClosed = !verbs.empty() && verbs.back() == Path::Verb::Close;
+    if (verbs.size() != 1 + lines + (isClosed ? 1 : 0) || lines < 3 || lines > 4
+        || (lines == 4 && p[4] != p[0]))
+        return std::nullopt;
+    const bool isUpright =
+            (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x)
+            || (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y);
+    if (!isUpright)
+        return std::nullopt;
+    return RectD{ std::fmin(p[0].x, p[2].x), std::fmin(p[0].y, p[2].y), std::fmax(p[0].x, p[2].x),
+                  std::fmax(p[0].y, p[2].y) };
+}
+
 } // namespace svgtool

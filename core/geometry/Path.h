@@ -67,4 +67,7 @@ private:
     bool m_isOpen = false;
 };
 
+/// The upright rectangle that one figure of lines goes round, closed or not; nothing for all else.
+std::optional<RectD> rectOf(std::span<const Path::Verb> verbs, std::span<const PointD> points);
+
 } // namespace svgtool

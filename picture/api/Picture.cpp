@@ -71,7 +71,7 @@ namespace {
     Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options)
     {
         const auto picture = picture::EmfPlayer::pictureOf(facts);
-        picture::SceneBuilder builder;
+        picture::SceneBuilder builder(picture.device.unitsPerPixel);
         picture::Playing playing;
         playing.prefersEmf = options.source == PictureSource::Emf;
         playing.drawsOutlines = options.text == PictureText::Outlines;
@@ -93,7 +93,7 @@ namespace {
                           const MetafileFacts &facts, const WmfEscapes &escapes,
                           const PictureOptions &options, RecordTally *tally)
     {
-        picture::SceneBuilder builder;
+        picture::SceneBuilder builder(picture.device.unitsPerPixel);
         picture::DeviceContext context(picture.device, 1, builder);
         if (options.text == PictureText::Outlines)
             context.drawOutlines();

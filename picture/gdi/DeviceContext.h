@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/base/Limits.h"
 #include "core/raster/Mixture.h"
 #include "picture/gdi/Blit.h"
 #include "picture/gdi/Device.h"
@@ -385,6 +384,7 @@ private:
 
     Device m_device;
     SceneBuilder &m_builder;
+    Allowances &m_left; ///< of the document
     Index m_outerClip; ///< in the scene
     bool m_isPainting = true;
     State m_state;
@@ -397,12 +397,7 @@ private:
     bool m_drawsOutlines = false;
     uint8_t m_systemCharSet = 0;
     std::vector<ClipPath> m_clipPaths;
-    size_t m_clipWork = limits::kClipWork; ///< left for the document
     bool m_isBitmapCut = false;
-    int64_t m_runLengthPixels = kRunLengthPixels; ///< left for the document
-    int64_t m_brushPixels = limits::kAllEnlargedPixels; ///< left for mixing with brushes and tiles
-    double m_gradientPixels = limits::kGradientPixels; ///< left for triangles of the document
-    int64_t m_floodSteps = limits::kFloodSteps; ///< left for the document
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.
@@ -423,7 +418,6 @@ private:
     Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;
     Path m_path; ///< of the open bracket, in device units
-    size_t m_pointsUsedAgain = 0, m_pointsOfOutlines = 0; ///< against their limits
 };
 
 } // namespace svgtool::picture

@@ -130,12 +130,12 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
     DibBytes whole = dib;
     if (m_state.palette || dib.usage == kOfPalette)
         whole.palette = palette();
-    const std::string bits = filledBits(dib, m_runLengthPixels);
+    const std::string bits = filledBits(dib, m_left.runLengthPixels);
     if (!bits.empty()) {
         whole.bits = { bits.data(), int64_t(bits.size()) };
         m_isBitmapCut = true;
     }
-    return ConvertTo32Bits(whole, m_runLengthPixels);
+    return ConvertTo32Bits(whole, m_left.runLengthPixels);
 }
 
 std::optional<DecodedBitmap> DeviceContext::decode(const BlitSource &source)

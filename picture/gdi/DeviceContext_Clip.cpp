@@ -36,10 +36,10 @@ RectI DeviceContext::wholePicture() const
 bool DeviceContext::spendClipWork(size_t work)
 {
     constexpr size_t kFree = 16; // what a record itself may take
-    if (work > kFree && work > m_clipWork)
+    if (work > kFree && work > m_left.clipWork)
         return false;
     if (work > kFree)
-        m_clipWork -= work;
+        m_left.clipWork -= work;
     return true;
 }
 
@@ -120,31 +120,20 @@ bool DeviceContext::addPath(Index &paths, Path path, bool isEvenOdd)
 // The pixels of an upright rectangle, which is what paths for clips mostly are.
 static std::optional<RectI> pixelsOf(const Path &path)
 {
-    const auto points = path.points();
-    const auto verbs = path.verbs();
-    const size_t lines = size_t(std::ranges::count(verbs, Path::Verb::Line));
-    const bool isClosed = !verbs.empty() && verbs.back() == Path::Verb::Close;
-    if (verbs.size() != 1 + lines + (isClosed ? 1 : 0) || lines < 3 || lines > 4
-        || (lines == 4 && points[4] != points[0]))
-        return std::nullopt;
-    const bool isUpright = (points[0].x == points[1].x && points[1].y == points[2].y
-                            && points[2].x == points[3].x && points[3].y == points[0].y)
-            || (points[0].y == points[1].y && points[1].x == points[2].x
-                && points[2].y == points[3].y && points[3].x == points[0].x);
-    if (!isUpright)
+    const auto box = rectOf(path.verbs(), path.points());
+    if (!box)
         return std::nullopt;
     // A pixel counts if its centre is inside.
-    const RectD box = path.bounds();
-    return RectI{ wholeUnit(std::ceil(box.left - 0.5)), wholeUnit(std::ceil(box.top - 0.5)),
-                  wholeUnit(std::ceil(box.right - 0.5)), wholeUnit(std::ceil(box.bottom - 0.5)) };
+    return RectI{ wholeUnit(std::ceil(box->left - 0.5)), wholeUnit(std::ceil(box->top - 0.5)),
+                  wholeUnit(std::ceil(box->right - 0.5)), wholeUnit(std::ceil(box->bottom - 0.5)) };
 }
 
 std::optional<Region> DeviceContext::regionOf(const Path &path, bool isEvenOdd)
 {
-    const size_t most = std::min(m_clipWork, limits::kClipCrossings);
+    const size_t most = std::min(m_left.clipWork, limits::kClipCrossings);
     size_t left = most;
     auto region = Region::ofPath(path, isEvenOdd, wholePicture(), left);
-    m_clipWork -= most - left;
+    m_left.clipWork -= most - left;
     return region;
 }
 
@@ -280,11 +269,11 @@ Played DeviceContext::offsetClip(PointD offset)
     for (Index at = m_state.clip.paths; at != clip.paths; at = m_clipPaths[at].before) {
         chain.push_back(at);
         work += limits::kClipPathWork + m_clipPaths[at].path.points().size();
-        if (work > m_clipWork)
+        if (work > m_left.clipWork)
             break;
     }
     if (!spendClipWork(work)) {
-        m_clipWork = 0;
+        m_left.clipWork = 0;
         return kTooLarge;
     }
     for (; !chain.empty(); chain.pop_back()) {

@@ -226,9 +226,9 @@ Played DeviceContext::fillTriangleImage(std::span<const Triangle3> corners)
     if (triangles.empty())
         return kDone;
     const double area = bounds.width() / pixel * (bounds.height() / pixel);
-    if (!(pixelsOfAll <= m_gradientPixels && area <= kMostImagePixels))
+    if (!(pixelsOfAll <= m_left.gradientPixels && area <= kMostImagePixels))
         return notDone("its triangles are too large");
-    m_gradientPixels -= pixelsOfAll;
+    m_left.gradientPixels -= pixelsOfAll;
     const PointD origin{
         m_device.view.left + std::floor((bounds.left - m_device.view.left) / pixel) * pixel,
         m_device.view.top + std::floor((bounds.top - m_device.view.top) / pixel) * pixel

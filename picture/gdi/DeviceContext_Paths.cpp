@@ -51,8 +51,9 @@ std::shared_ptr<GdiPath> DeviceContext::takePath()
 {
     auto path = std::exchange(m_state.path, nullptr);
     if (path && std::exchange(path->wasUsed, true)) {
-        m_pointsUsedAgain += path->path.points().size();
-        if (m_pointsUsedAgain > limits::kPointsUsedAgain)
+        const size_t points = path->path.points().size(), left = m_left.pointsUsedAgain;
+        m_left.pointsUsedAgain -= std::min(points, left);
+        if (points > left)
             return nullptr;
     }
     return path;
@@ -85,8 +86,8 @@ Played DeviceContext::strokeAndFillPath()
 // What is asked for in vain takes what is left, so that the work is not done again and again.
 bool DeviceContext::spendPoints(size_t points)
 {
-    const size_t left = limits::kPointsOfOutlines - m_pointsOfOutlines;
-    m_pointsOfOutlines += std::min(points, left);
+    const size_t left = m_left.pointsOfOutlines;
+    m_left.pointsOfOutlines -= std::min(points, left);
     return points <= left;
 }
 
@@ -96,7 +97,7 @@ Played DeviceContext::flattenPath()
         return kNoPath;
     constexpr double kTolerance = 0.1; // of a pixel
     auto lines = m_state.path->path.flattened(kTolerance * m_device.unitsPerPixel,
-                                              limits::kPointsOfOutlines - m_pointsOfOutlines);
+                                              m_left.pointsOfOutlines);
     if (!spendPoints(lines ? lines->points().size() : limits::kPointsOfOutlines))
         return kTooManyPoints;
     m_state.path =
@@ -112,7 +113,7 @@ Played DeviceContext::widenPath()
         return notDone("the pen draws nothing");
     // An outline has the more points the more lines it goes around, so they are paid for first.
     constexpr size_t kPointsOfLine = 8;
-    const size_t left = limits::kPointsOfOutlines - m_pointsOfOutlines;
+    const size_t left = m_left.pointsOfOutlines;
     if (m_state.path->path.points().size() > left / kPointsOfLine) {
         spendPoints(limits::kPointsOfOutlines);
         return kTooManyPoints;

@@ -75,8 +75,8 @@ std::optional<IntSize> DeviceContext::pixelSize(const RectD &box) const
 bool DeviceContext::spendPixels(IntSize size)
 {
     const int64_t pixels = int64_t(size.width) * size.height;
-    const bool isLeft = pixels <= m_brushPixels;
-    m_brushPixels -= isLeft ? pixels : 0;
+    const bool isLeft = pixels <= m_left.brushPixels;
+    m_left.brushPixels -= isLeft ? pixels : 0;
     return isLeft;
 }
 

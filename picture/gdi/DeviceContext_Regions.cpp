@@ -93,9 +93,9 @@ Played DeviceContext::floodFill(PointD from, Color color, uint32_t mode)
     if (m_state.brush.kind == Brush::Kind::Null || isHidden())
         return kDone;
     Scene &scene = m_builder.scene();
-    if (m_floodSteps > 0) { // lines that go round an area are a figure
+    if (m_left.floodSteps > 0) { // lines that go round an area are a figure
         joinLines(scene);
-        m_floodSteps -= int64_t(scene.nodes.size() + scene.verbs.size());
+        m_left.floodSteps -= int64_t(scene.nodes.size() + scene.verbs.size());
         m_grounds.forget(0);
         m_transferred = {};
         m_inverted.clear();
@@ -103,7 +103,7 @@ Played DeviceContext::floodFill(PointD from, Color color, uint32_t mode)
     const double half = m_device.unitsPerPixel / 2;
     const PointD at = toPicture().map(from);
     const Flood flood{ { at.x + half, at.y + half }, color, mode == kToColor };
-    const auto flooded = picture::flooded(scene, flood, m_floodSteps);
+    const auto flooded = picture::flooded(scene, flood, m_left.floodSteps);
     if (!flooded)
         return notDone("it begins in no figure of one colour");
     if (flooded->node == kNone)

@@ -7,7 +7,7 @@ namespace svgtool::picture {
 
 DeviceContext::DeviceContext(const Device &device, size_t handles, SceneBuilder &builder,
                              Index clip)
-    : m_device(device), m_builder(builder), m_outerClip(clip)
+    : m_device(device), m_builder(builder), m_left(builder.allowances()), m_outerClip(clip)
 {
     m_objects.resize(std::max<size_t>(handles, 1));
     m_state.font = std::make_shared<const Font>();

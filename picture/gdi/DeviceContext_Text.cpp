@@ -127,7 +127,7 @@ Played DeviceContext::addToPath(std::span<const PlacedCharacter> characters,
     const double perUnit = font.em / font.shape.tables.unitsPerEm;
     if (!toDevice || characters.empty())
         return kDone;
-    if (m_pointsOfOutlines == limits::kPointsOfOutlines)
+    if (m_left.pointsOfOutlines == 0)
         return kTooMany;
     const LetterOutlines outlines(characters, font.request);
     if (std::ranges::all_of(outlines.all(), &Path::isEmpty))

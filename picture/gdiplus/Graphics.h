@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/base/Limits.h"
 #include "core/geometry/Areas.h"
 #include "core/records/EmfPlusObjects.h"
 #include "picture/gdi/Device.h"
@@ -37,7 +36,7 @@ public:
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
     /// Lets objects of so many more bytes be used; a bound holds for what is used again and again.
-    void grant(size_t bytes) { m_pointsLeft += bytes; }
+    void grant(size_t bytes) { m_left.pointsUsedAgain += bytes; }
     /// @param dots  an inch has of device units, for units that are lengths; above 0
     void setResolution(PointD dots);
 
@@ -78,8 +77,7 @@ public:
     Played offsetClip(PointD by);
     /// The clip in force, in the scene.
     Index clip() const;
-    /// The same, cut to an area in units of the picture. Viewers that know nothing of clips that
-    /// are cut to others are served by areas that are combined.
+    /// The same, cut to an area in units of the picture.
     Index clipTo(const Area &area);
     /// Nothing that is painted can be seen.
     bool isClippedAway() const;
@@ -152,17 +150,13 @@ private:
     {
         Index before; ///< of those that it is cut to; kNone for none
         Area area; ///< in units of the picture
-        Area left; ///< of all that there is, with those before
         bool leavesNothing; ///< of the picture, with those before
         Index inScene;
     };
     Played combineClip(Area area, plus::CombineMode mode);
-    const Area *areaAt(Index clip) const;
-    Area cutTo(const Area &area, Index clip, Index &parent);
     Index addClip(Index before, Area area);
     std::optional<Area> clipArea(Index clip);
     std::optional<Area> areaOf(const plus::Region &region);
-    std::optional<Area> combinedAreas(const Area &a, const Area &b, AreaMode mode);
     Area everything() const;
     Index clipTo(const Figure &figure);
 
@@ -218,19 +212,13 @@ private:
 
     Device m_device;
     SceneBuilder &m_builder;
+    Allowances &m_left; ///< of the document
     Index m_outerClip; ///< in the scene
-    Area m_outerArea; ///< of that
     PointD m_dots{ 96, 96 };
     GraphicsState m_state;
     std::vector<std::pair<uint32_t, GraphicsState>> m_saved;
     std::vector<ClipPart> m_clips;
     std::map<Image, KnownImage> m_images; ///< kept, so that no other takes the place of one
-    // What is left of the limits, for the document.
-    size_t m_areaWork = limits::kAreaWork;
-    size_t m_pointsLeft = limits::kPointsUsedAgain;
-    size_t m_meshPieces = limits::kAllMeshPieces;
-    size_t m_dashes = limits::kDashes;
-    int64_t m_runLengthPixels = limits::kRunLengthPixels;
     uint32_t m_record = 0;
 };
 

@@ -18,64 +18,9 @@ Area Graphics::everything() const
     return area;
 }
 
-std::optional<Area> Graphics::combinedAreas(const Area &a, const Area &b, AreaMode mode)
-{
-    constexpr double kTolerance = 0.02; // pixels
-    return combined(a, b, mode, kTolerance * m_device.unitsPerPixel, m_areaWork);
-}
-
-// The upright rectangle that an area is.
-static std::optional<RectD> boxOf(const Area &area)
-{
-    const auto p = area.path.points();
-    const auto verbs = area.path.verbs();
-    if (p.size() != 4 || verbs.size() != 5 || verbs.back() != Path::Verb::Close)
-        return std::nullopt;
-    const bool isUpright =
-            (p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x)
-            || (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y);
-    return isUpright ? std::optional(area.path.bounds()) : std::nullopt;
-}
-
-// What there is of a clip; null where nothing is clipped.
-const Area *Graphics::areaAt(Index clip) const
-{
-    if (clip != kNone)
-        return &m_clips[clip].left;
-    return m_outerClip != kNone ? &m_outerArea : nullptr;
-}
-
-// What an area and a clip have in common.
-/// @param[out] parent  the clip in the scene that is to cut it, where that was too much work
-Area Graphics::cutTo(const Area &area, Index clip, Index &parent)
-{
-    parent = kNone;
-    const Area *const outer = areaAt(clip);
-    if (outer == nullptr)
-        return area;
-    const auto box = boxOf(area), outerBox = boxOf(*outer);
-    if (outerBox && outerBox->contains(area.path.bounds()))
-        return area;
-    if (box && box->contains(outer->path.bounds()) && spend(outer->path.points().size()))
-        return *outer;
-    if (box && outerBox) {
-        const RectD common = intersection(*box, *outerBox);
-        Area both;
-        if (!common.isEmpty())
-            both.path.addRect(common);
-        return both;
-    }
-    if (auto both = combinedAreas(area, *outer, AreaMode::And))
-        return std::move(*both);
-    parent = clip != kNone ? m_clips[clip].inScene : m_outerClip;
-    return area;
-}
-
 Index Graphics::clipTo(const Area &area)
 {
-    Index parent = kNone;
-    Area left = cutTo(area, m_state.clip, parent);
-    return m_builder.clip({ parent, std::move(left.path), left.isEvenOdd });
+    return m_builder.clip({ clip(), area.path, area.isEvenOdd });
 }
 
 // Cuts a chain to one more area.
@@ -83,14 +28,15 @@ Index Graphics::addClip(Index before, Area area)
 {
     if (before != kNone && m_clips[before].area == area)
         return before; // the last one over again
-    Index parent = kNone;
-    Area left = cutTo(area, before, parent);
+    const Index parent = before != kNone ? m_clips[before].inScene : m_outerClip;
+    Index inScene = m_builder.clip({ parent, area.path, area.isEvenOdd });
+    const Clip &left = m_builder.scene().clips[inScene];
     const bool leavesNothing = (before != kNone && m_clips[before].leavesNothing)
             || intersection(left.path.bounds(), m_device.view).isEmpty();
-    const auto box = boxOf(left);
-    const bool isWhole = parent == kNone && box && box->contains(m_device.view);
-    const Index inScene = isWhole ? kNone : m_builder.clip({ parent, left.path, left.isEvenOdd });
-    m_clips.push_back({ before, std::move(area), std::move(left), leavesNothing, inScene });
+    const auto box = rectOf(left.path.verbs(), left.path.points());
+    if (left.isWhole() && box && box->contains(m_device.view))
+        inScene = kNone;
+    m_clips.push_back({ before, std::move(area), leavesNothing, inScene });
     return Index(m_clips.size() - 1);
 }
 
@@ -101,7 +47,7 @@ std::optional<Area> Graphics::clipArea(Index clip)
         return everything();
     Area area = m_clips[clip].area;
     for (Index at = m_clips[clip].before; at != m_state.outerClip; at = m_clips[at].before) {
-        auto both = combinedAreas(area, m_clips[at].area, AreaMode::And);
+        auto both = m_builder.combined(area, m_clips[at].area, AreaMode::And);
         if (!both)
             return std::nullopt;
         area = std::move(*both);
@@ -132,10 +78,11 @@ Played Graphics::combineClip(Area area, CombineMode mode)
         return kTooLarge;
     if (mode == CombineMode::Complement)
         std::swap(*earlier, area);
-    const auto result = combinedAreas(*earlier, area,
-                                      mode == CombineMode::Union         ? AreaMode::Or
-                                              : mode == CombineMode::Xor ? AreaMode::Xor
-                                                                         : AreaMode::Difference);
+    const auto result =
+            m_builder.combined(*earlier, area,
+                               mode == CombineMode::Union         ? AreaMode::Or
+                                       : mode == CombineMode::Xor ? AreaMode::Xor
+                                                                  : AreaMode::Difference);
     if (!result)
         return kTooLarge;
     m_state.clip = addClip(m_state.outerClip, *result);
@@ -186,12 +133,12 @@ Played Graphics::offsetClip(PointD offset)
     for (Index at = m_state.clip; at != m_state.outerClip; at = m_clips[at].before) {
         chain.push_back(at);
         work += limits::kClipPathWork + m_clips[at].area.path.points().size();
-        if (work > m_areaWork) {
-            m_areaWork = 0;
+        if (work > m_left.areaWork) {
+            m_left.areaWork = 0;
             return kTooLarge;
         }
     }
-    m_areaWork -= work;
+    m_left.areaWork -= work;
     Index clip = m_state.outerClip;
     for (; !chain.empty(); chain.pop_back()) {
         Area area = m_clips[chain.back()].area;
@@ -220,11 +167,12 @@ std::optional<Area> Graphics::areaOf(const plus::Region &region)
             stack.pop_back();
             if (node->kind == Kind::Complement)
                 std::swap(left, right);
-            auto both = combinedAreas(left, right,
-                                      node->kind == Kind::Intersect       ? AreaMode::And
-                                              : node->kind == Kind::Union ? AreaMode::Or
-                                              : node->kind == Kind::Xor   ? AreaMode::Xor
-                                                                          : AreaMode::Difference);
+            auto both =
+                    m_builder.combined(left, right,
+                                       node->kind == Kind::Intersect       ? AreaMode::And
+                                               : node->kind == Kind::Union ? AreaMode::Or
+                                               : node->kind == Kind::Xor   ? AreaMode::Xor
+                                                                           : AreaMode::Difference);
             if (!both)
                 return std::nullopt;
             area = std::move(*both);

@@ -124,10 +124,10 @@ Graphics::Figure Graphics::pathFigure(Path path, bool isEvenOdd)
 bool Graphics::spend(size_t points)
 {
     constexpr size_t kFree = 16; // what a record itself may take
-    if (points > kFree && points > m_pointsLeft)
+    if (points > kFree && points > m_left.pointsUsedAgain)
         return false;
     if (points > kFree)
-        m_pointsLeft -= points;
+        m_left.pointsUsedAgain -= points;
     return true;
 }
 

@@ -58,7 +58,7 @@ std::optional<Graphics::KnownImage> Graphics::imageOf(const Image &image)
         return std::nullopt;
     const auto [known, isNew] = m_images.try_emplace(image);
     if (isNew) {
-        if (auto read = readImage(*image, m_runLengthPixels)) {
+        if (auto read = readImage(*image, m_left.runLengthPixels)) {
             const IntSize size = read->size;
             known->second = { m_builder.image(std::move(*read)), size };
         }

@@ -205,7 +205,7 @@ Played Graphics::fillPathGradient(const plus::PathGradientBrush &brush, const Fi
     const double top = isTiled ? std::floor((shown.top - tile.top) / height + 0.01) : 0;
     const double bottom = isTiled ? std::ceil((shown.bottom - tile.top) / height - 0.01) : 1;
     const double columns = right - left, rows = bottom - top;
-    const auto most = double(m_meshPieces);
+    const auto most = double(m_left.meshPieces);
     if (!(columns <= most && rows <= most && columns * rows <= most))
         return fillFlat(brush, figure);
     const bool flipsX =
@@ -244,21 +244,21 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     node.clip = clip;
     node.isEvenOdd = !brush.boundary.isWinding;
     const auto back = brush.transform.inverse();
-    if (m_meshPieces == 0)
+    if (m_left.meshPieces == 0)
         return false;
     if (const auto radial = radialPaint(brush, back->then(place))) {
-        --m_meshPieces;
+        --m_left.meshPieces;
         node.fill = m_builder.paint(*radial);
         m_builder.add(node, brush.boundary.outline, place);
         return true;
     }
     const double pixel = m_device.unitsPerPixel / std::sqrt(std::abs(place.determinant()));
-    const size_t most = std::min(m_meshPieces, limits::kMeshPieces);
+    const size_t most = std::min(m_left.meshPieces, limits::kMeshPieces);
     const auto edges = edgesOf(brush, pixel, most);
     const size_t stops = brush.colors.size() + brush.factors.size();
     if (edges.empty() || edges.size() > most || !spend(edges.size() * stops))
         return false;
-    m_meshPieces -= edges.size();
+    m_left.meshPieces -= edges.size();
     const PointD center = brush.center, scale = brush.focusScales;
     const auto inner = [&](PointD p) {
         return PointD{ center.x + (p.x - center.x) * scale.x,

@@ -136,10 +136,10 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
     const bool isMesh = gradient != nullptr && !radialPaint(*gradient, Affine());
     const bool cutsDashes =
             !stroke.dashes.empty() && (pen.dashCap != plus::DashCap::Flat || isMesh);
-    StrokeParts parts(pen, tip.width, m_device.unitsPerPixel, m_pointsLeft);
+    StrokeParts parts(pen, tip.width, m_device.unitsPerPixel, m_left.pointsUsedAgain);
     for (const Path &one : figuresOf(path)) {
         if (!parts.add(one, cutsDashes ? stroke.dashes : std::vector<double>(), stroke.dashOffset,
-                       tolerance, m_dashes))
+                       tolerance, m_left.dashes))
             return notDone("its line has too many dashes");
     }
     Node node = newNode();

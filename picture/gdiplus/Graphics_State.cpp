@@ -11,12 +11,8 @@ namespace svgtool::picture {
 static constexpr Played kNoNumbers = notDone("its numbers make no sense");
 
 Graphics::Graphics(const Device &device, SceneBuilder &builder, Index clip)
-    : m_device(device), m_builder(builder), m_outerClip(clip)
+    : m_device(device), m_builder(builder), m_left(builder.allowances()), m_outerClip(clip)
 {
-    if (clip != kNone) {
-        const Clip &outer = builder.scene().clips[clip];
-        m_outerArea = { outer.path, outer.isEvenOdd };
-    }
     m_state.base = device.toPicture;
     updateTransform();
 }

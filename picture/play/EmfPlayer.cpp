@@ -220,10 +220,15 @@ Played EmfPlayer::play(const Record &record, uint32_t number, RecordTally *tally
     return type != nullptr && type->loss == Loss::State ? played : kNeutral;
 }
 
+size_t EmfPlayer::handlesOf(ByteView file)
+{
+    return Fields(file, offsetof(ENHMETAHEADER, nHandles)).word();
+}
+
 void EmfPlayer::playFile(ByteView file, const MetafileFacts &facts, const Device &device,
                          SceneBuilder &builder, Index clip, Playing &playing, RecordTally *tally)
 {
-    const size_t handles = Fields(file, offsetof(ENHMETAHEADER, nHandles)).word();
+    const size_t handles = handlesOf(file);
     const SceneBuilder::Mark mark = builder.mark();
     const auto hasBetter = [&](Dual dual) {
         DeviceContext context(device, handles, builder, clip);

@@ -32,6 +32,8 @@ public:
         Emf, ///< those of the other kind are
         Damaged, ///< the same, since they make no sense
     };
+    /// Slots of the table of objects that a file asks for.
+    static size_t handlesOf(ByteView file);
     /// Plays a whole file in a scene: by its EMF records where its EMF+ ones turn out to be
     /// damaged, as far as it holds its picture in both.
     /// @param clip   of the scene, which all is cut to

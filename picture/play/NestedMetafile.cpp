@@ -10,6 +10,8 @@ namespace svgtool::picture::emfplus {
 
 namespace {
 
+    constexpr Played kTooMuch = notDone("there is too much in the metafiles within this one");
+
     /// The device and the view of a metafile, in its own pixels.
     struct Frame
     {
@@ -64,14 +66,15 @@ Played drawMetafile(Play &play, const std::string &file, RectD source,
     const ByteView bytes{ file.data(), int64_t(file.size()) };
     if (playing.depth >= limits::kNestedMetafiles)
         return notDone("metafiles are nested too deep");
-    if (playing.bytes < bytes.size)
-        return notDone("there is too much in the metafiles within this one");
+    if (!playing.spend(limits::kNestedCost + bytes.size))
+        return kTooMuch;
     const MetafileFacts facts = inspectMetafile(bytes);
     if (facts.format == MetafileFormat::Unknown)
         return notDone("its metafile is none");
-    playing.bytes -= bytes.size;
-
     const bool isEmf = facts.format == MetafileFormat::Emf;
+    if (isEmf && !playing.spend(int64_t(EmfPlayer::handlesOf(bytes)) * limits::kNestedSlotCost))
+        return kTooMuch;
+
     std::optional<WmfPlayer::Picture> wmf;
     if (!isEmf)
         wmf = WmfPlayer::pictureOf(bytes, facts);

@@ -13,6 +13,15 @@ struct Playing
     bool drawsOutlines = false; ///< in the place of text
     int depth = 0; ///< of the one that is played
     int64_t bytes = limits::kNestedBytes; ///< of metafiles that may still be played
+
+    /// Whether so many bytes were left.
+    bool spend(int64_t cost)
+    {
+        if (cost > bytes)
+            return false;
+        bytes -= cost;
+        return true;
+    }
 };
 
 } // namespace svgtool::picture

@@ -25,19 +25,10 @@ namespace {
             return scene.imagePlaces[node.geometry].box;
         if (node.kind != Node::Kind::Path)
             return std::nullopt;
-        const auto p = scene.pointsOf(node);
         const auto verbs = scene.verbsOf(node);
-        const auto lines = std::count(verbs.begin(), verbs.end(), Path::Verb::Line);
-        if (verbs.empty() || verbs.back() != Path::Verb::Close || verbs.size() != p.size() + 1
-            || size_t(lines) + 1 != p.size() || (p.size() != 4 && !(p.size() == 5 && p[4] == p[0])))
-            return std::nullopt;
-        const bool isFlatFirst =
-                p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y && p[3].x == p[0].x;
-        const bool isSteepFirst =
-                p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y;
-        if (!isFlatFirst && !isSteepFirst)
-            return std::nullopt;
-        return boundsOf(p);
+        if (verbs.empty() || verbs.back() != Path::Verb::Close)
+            return std::nullopt; // its stroke is no frame
+        return rectOf(verbs, scene.pointsOf(node));
     }
 
     constexpr Paint solid(Color color)
@@ -200,7 +191,7 @@ std::vector<Ground> Grounds::under(SceneBuilder &builder, const RectD &area, Ind
     std::vector<Ground> grounds;
     Rest rest(area);
     for (size_t i = scene.nodes.size(); i > 0 && !rest.isEmpty(); --i) {
-        if (++m_steps > limits::kGroundSteps || rest.parts() > limits::kGroundParts)
+        if (--builder.allowances().groundSteps < 0 || rest.parts() > limits::kGroundParts)
             return { Ground{ std::nullopt, { area } } };
         const RectD &bounds = boundsOfNode(scene, i - 1);
         if (rest.touches(bounds))

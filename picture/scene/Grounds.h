@@ -34,7 +34,6 @@ public:
 
 private:
     std::vector<RectD> m_bounds; ///< of what each node covers
-    int64_t m_steps = 0; ///< taken for all areas, which has a bound
 };
 
 /// Lays white paper under a picture that is mixed with it: viewers mix with what they have there.

@@ -130,7 +130,9 @@ struct Clip
     Index parent = kNone;
     Path path;
     bool isEvenOdd = false;
+    bool isWithinParent = false; ///< nothing of the path lies outside, so that it does alone
 
+    bool isWhole() const { return parent == kNone || isWithinParent; }
     bool operator==(const Clip &) const = default;
 };
 

@@ -139,7 +139,53 @@ Index SceneBuilder::clip(const Clip &clip)
 {
     Key key;
     key << clip.parent << clip.isEvenOdd << clip.path;
-    return once(m_clips, m_scene.clips, clip, key.take());
+    const auto [place, isNew] = m_clips.try_emplace(key.take(), clip.parent);
+    if (!isNew)
+        return place->second;
+    auto cut = cutToParent(clip);
+    if (cut) {
+        place->second = Index(m_scene.clips.size());
+        m_scene.clips.push_back(std::move(*cut));
+    }
+    return place->second;
+}
+
+std::optional<Area> SceneBuilder::combined(const Area &a, const Area &b, AreaMode mode)
+{
+    constexpr double kTolerance = 0.02; // pixels
+    return svgtool::combined(a, b, mode, kTolerance * m_unitsPerPixel, m_allowances.areaWork);
+}
+
+// Nothing for all that the parent lets through.
+std::optional<Clip> SceneBuilder::cutToParent(Clip clip)
+{
+    const auto box = rectOf(clip.path.verbs(), clip.path.points());
+    clip.isEvenOdd = clip.isEvenOdd && !box;
+    if (clip.parent == kNone)
+        return clip;
+    const Clip &outer = m_scene.clips[clip.parent];
+    const size_t work = clip.path.points().size() + outer.path.points().size();
+    if (!outer.isWhole() || work > m_allowances.areaWork)
+        return clip;
+    m_allowances.areaWork -= work;
+    const auto outerBox = rectOf(outer.path.verbs(), outer.path.points());
+    if (box && box->contains(outer.path.bounds()))
+        return std::nullopt;
+    if (box && outerBox) {
+        const RectD common = intersection(*box, *outerBox);
+        clip.path.clear();
+        if (!common.isEmpty())
+            clip.path.addRect(common);
+    } else if (!outerBox || !outerBox->contains(clip.path.bounds())) {
+        auto both = combined({ clip.path, clip.isEvenOdd }, { outer.path, outer.isEvenOdd },
+                             AreaMode::And);
+        if (!both)
+            return clip;
+        clip.path = std::move(both->path);
+        clip.isEvenOdd = both->isEvenOdd;
+    }
+    clip.isWithinParent = true;
+    return clip;
 }
 
 Index SceneBuilder::transform(const Affine &matrix)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/geometry/Areas.h"
+#include "picture/scene/Allowances.h"
 #include "picture/scene/Scene.h"
 
 #include <string>
@@ -16,6 +18,9 @@ Index addPath(Scene &scene, const Path &path);
 class SceneBuilder
 {
 public:
+    /// @param unitsPerPixel  of the picture, for what need not be finer than it shows
+    explicit SceneBuilder(double unitsPerPixel = 1) : m_unitsPerPixel(unitsPerPixel) { }
+
     Scene &scene() { return m_scene; }
     const Scene &scene() const { return m_scene; }
     Scene take() { return std::move(m_scene); }
@@ -26,11 +31,18 @@ public:
     Index image(Image image);
     Index pattern(const Pattern &pattern);
     Index gradient(const Gradient &gradient);
+    /// Cut to its parent, since some viewers know nothing of clips that are cut to others; it stays
+    /// as it is where that is too much work. The parent itself where nothing of that is cut off.
     Index clip(const Clip &clip);
     /// kNone for the identity.
     Index transform(const Affine &matrix);
     Index font(const FontStyle &font);
     Index glyph(const Path &outline);
+
+    /// Two areas as one, of lines in the place of curves; nothing where that is too much work.
+    std::optional<Area> combined(const Area &a, const Area &b, AreaMode mode);
+    /// For all that paint in the scene.
+    Allowances &allowances() { return m_allowances; }
 
     /// The geometry of the node is added with it, the rest of it taken as it stands.
     /// @param place  to the units of the node, which lie in front of its transform
@@ -65,7 +77,10 @@ private:
                       std::string key);
 
     void add(Node node, Node::Kind kind, size_t geometries);
+    std::optional<Clip> cutToParent(Clip clip);
 
+    double m_unitsPerPixel;
+    Allowances m_allowances;
     Scene m_scene;
     Index m_group = kNone;
     size_t m_depth = 0;

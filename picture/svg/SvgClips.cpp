@@ -6,8 +6,10 @@ using Defined = SvgDocument::Defined;
 
 void useClip(SvgDocument &document, Index clip)
 {
-    while (clip != kNone && document.use(Defined::Clip, clip))
-        clip = document.scene().clips[clip].parent;
+    while (clip != kNone && document.use(Defined::Clip, clip)) {
+        const Clip &one = document.scene().clips[clip];
+        clip = one.isWhole() ? kNone : one.parent;
+    }
 }
 
 void writeClipReference(SvgDocument &document, Index clip)
@@ -22,7 +24,7 @@ void defineClip(SvgDocument &document, Index number)
     const Clip &clip = document.scene().clips[number];
     document.put("<clipPath");
     document.id(Defined::Clip, number);
-    if (clip.parent != kNone)
+    if (!clip.isWhole())
         writeClipReference(document, clip.parent);
     document.put("><path d=\"");
     if (clip.path.isEmpty())
