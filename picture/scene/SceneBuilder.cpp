@@ -160,7 +160,6 @@ std::optional<Area> SceneBuilder::combined(const Area &a, const Area &b, AreaMod
 std::optional<Clip> SceneBuilder::cutToParent(Clip clip)
 {
     const auto box = rectOf(clip.path.verbs(), clip.path.points());
-    clip.isEvenOdd = clip.isEvenOdd && !box;
     if (clip.parent == kNone)
         return clip;
     const Clip &outer = m_scene.clips[clip.parent];
