@@ -75,6 +75,8 @@ Json jsonOf(const PictureReport &report)
                  { { "reason", wordOf(report.end) },
                    { "record", report.endRecord },
                    { "offset", report.endOffset } } } };
+    for (const DamagedBytes &damage : report.damaged)
+        json["damaged"].push_back({ { "offset", damage.offset }, { "bytes", damage.count } });
     if (report.unreadRecords > 0)
         json["unreadRecords"] = report.unreadRecords;
     if (report.isOfEmbeddedEmf)

@@ -98,6 +98,8 @@ class Picture:
         if report["verdict"] == "damaged":
             end = report["end"]
             lines.append(f"damaged: {end['reason']} at offset {end['offset']}")
+            for place in report.get("damaged", ()):
+                lines.append(f"damaged: {place['bytes']} bytes at offset {place['offset']}")
         for line in report["records"]:
             if line["outcome"] in ("skipped", "approximated") and line["weight"] != "hint":
                 lines.append(f"{line['name']}: {line['count']} {line['outcome']}, {line['reason']}")
