@@ -39,6 +39,8 @@ inline constexpr RasterOperation kPatternCopy{ 0x00F00021 };
 inline constexpr RasterOperation kNoOperation{ 0x00AA0029 };
 inline constexpr RasterOperation kInversion{ 0x00550009 };
 inline constexpr RasterOperation kPatternInvert{ 0x005A0049 };
+inline constexpr RasterOperation kPatternAnd{ 0x00A000C9 };
+inline constexpr RasterOperation kPatternOr{ 0x00FA0089 };
 
 /// The operation of two operands, [MS-EMF] 2.1.26, as one of three that does not use its source.
 /// @param mode  1 to 16

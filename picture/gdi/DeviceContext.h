@@ -308,6 +308,9 @@ private:
     std::optional<size_t> sameInversion(const Node &node, RasterOperation operation) const;
     void noteInversion(const Node &node, RasterOperation operation, size_t first);
     std::optional<std::vector<size_t>> shapesOver(const Inverted &before, const RectD &area);
+    bool isMaskOf(size_t number, const RectD &area);
+    std::optional<Paint> stippled(const Paint &paint, const Paint &mask);
+    bool stippleInversion(size_t number, const AddNode &add, const RectD &area);
     bool takeInversionBack(size_t number, const AddNode &add, const RectD &area);
 
     // Bitmaps.

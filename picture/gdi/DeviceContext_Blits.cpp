@@ -84,7 +84,7 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
         pixels = resampled(std::move(pixels), pattern.size());
     Mixture mixture(pixels, inside, patternColour(), pattern);
     mixture.chooseByMask(Mixture(pixels, outside, patternColour(), pattern),
-                         resampled(std::move(*over), pixels.size()));
+                         resampled(*over, pixels.size()));
     const Played played = paintMixture(std::move(mixture), *place);
     return isKnown ? played : kTakenForOneColour;
 }

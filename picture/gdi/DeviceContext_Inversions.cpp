@@ -7,7 +7,8 @@
 
 // What is mixed twice in a way that undoes itself. Programs without gradients or stencils paint
 // some figures by XOR, a shape over them and the same figures by XOR again: what stays is the
-// shape, filled with the figures.
+// shape, filled with the figures. Where the shape is a figure masked by AND with tiles of black and
+// white, the figure stays where they are black: a shadow that shows what lies beneath.
 
 namespace svgtool::picture {
 
@@ -44,7 +45,7 @@ std::optional<size_t> DeviceContext::sameInversion(const Node &node,
                                                    RasterOperation operation) const
 {
     const Scene &scene = m_builder.scene();
-    for (size_t i = m_inverted.size(); i > 0; --i) {
+    for (size_t i = isOwnInverse(operation) ? m_inverted.size() : 0; i > 0; --i) {
         const Inverted &before = m_inverted[i - 1];
         if (before.operation == operation && before.node.fill == node.fill
             && before.node.stroke == node.stroke && before.node.clip == node.clip
@@ -58,7 +59,7 @@ void DeviceContext::noteInversion(const Node &node, RasterOperation operation, s
 {
     constexpr size_t kMost = 512; // twice as many as a gradient has steps
     const size_t end = m_builder.scene().nodes.size();
-    if (first == end || !isOwnInverse(operation))
+    if (first == end || (!isOwnInverse(operation) && operation != kPatternAnd))
         return;
     if (m_inverted.size() == kMost)
         m_inverted.erase(m_inverted.begin(), m_inverted.begin() + kMost / 2);
@@ -90,9 +91,87 @@ std::optional<std::vector<size_t>> DeviceContext::shapesOver(const Inverted &bef
     return shapes;
 }
 
+// Whether the latest figure masks one that was mixed before, to a pixel, and nothing else has been
+// painted there since.
+bool DeviceContext::isMaskOf(size_t number, const RectD &area)
+{
+    const Scene &scene = m_builder.scene();
+    const Inverted &before = m_inverted[number], &mask = m_inverted.back();
+    if (number + 2 != m_inverted.size() || mask.operation != kPatternAnd
+        || mask.node.stroke != kNone || mask.node.clip != before.node.clip
+        || mask.node.transform != before.node.transform)
+        return false;
+    for (size_t i = before.end; i < scene.nodes.size(); ++i) {
+        if (--m_inversionSteps < 0)
+            return false;
+        if ((i < mask.first || i >= mask.end) && !isTakenBack(scene.nodes[i])
+            && !intersection(m_grounds.boundsOfNode(scene, i), area).isEmpty())
+            return false;
+    }
+    RectD masked = m_grounds.boundsOfNode(scene, mask.first);
+    for (size_t i = mask.first + 1; i < mask.end; ++i) {
+        const RectD &part = m_grounds.boundsOfNode(scene, i);
+        masked = { std::fmin(masked.left, part.left), std::fmin(masked.top, part.top),
+                   std::fmax(masked.right, part.right), std::fmax(masked.bottom, part.bottom) };
+    }
+    const double pixel = 1.5 * m_device.unitsPerPixel;
+    return grown(area, pixel).contains(masked) && grown(masked, pixel).contains(area);
+}
+
+// The colour where tiles are black, and nothing where they are white.
+std::optional<Paint> DeviceContext::stippled(const Paint &paint, const Paint &mask)
+{
+    if (paint.kind != Paint::Kind::Solid || mask.kind != Paint::Kind::Pattern)
+        return std::nullopt;
+    Pattern tiles = m_builder.scene().patterns[mask.resource];
+    const Bitmap pixels = m_builder.scene().images[tiles.image].pixels;
+    if (pixels.isNull() || !spendPixels(pixels.size()))
+        return std::nullopt;
+    Image image;
+    image.size = pixels.size();
+    image.pixels = Bitmap(PixelFormat::Bgra32, image.size);
+    std::vector<Argb> line = pixels.lineBuffer();
+    for (int32_t y = 0; y < pixels.height(); ++y) {
+        pixels.readLine(y, line.data());
+        for (Argb &pixel : line) {
+            const Argb bits = pixel & kColourBits;
+            if (bits != 0 && bits != kColourBits)
+                return std::nullopt;
+            pixel = bits == 0 ? argbOf(paint.color) : kClear;
+        }
+        image.pixels.writeLine(y, line.data());
+    }
+    tiles.image = m_builder.image(std::move(image));
+    return Paint{ Paint::Kind::Pattern, {}, m_builder.pattern(tiles) };
+}
+
+bool DeviceContext::stippleInversion(size_t number, const AddNode &add, const RectD &area)
+{
+    const Inverted before = m_inverted[number];
+    if (before.node.fill == kNone || before.node.stroke != kNone
+        || before.operation != kPatternInvert || !isMaskOf(number, area))
+        return false;
+    const Inverted mask = m_inverted.back();
+    const Scene &scene = m_builder.scene();
+    const auto paint = stippled(scene.paints[before.node.fill], scene.paints[mask.node.fill]);
+    if (!paint)
+        return false;
+    for (const Inverted &each : { before, mask }) {
+        for (size_t i = each.first; i < each.end; ++i)
+            m_builder.scene().nodes[i].fill = m_builder.scene().nodes[i].stroke = kNone;
+    }
+    m_inverted.erase(m_inverted.begin() + std::ptrdiff_t(number), m_inverted.end());
+    Node part = before.node;
+    part.fill = m_builder.paint(*paint);
+    add(part);
+    return true;
+}
+
 // Takes a figure back that was mixed before, and leaves it on the shapes that were painted since.
 bool DeviceContext::takeInversionBack(size_t number, const AddNode &add, const RectD &area)
 {
+    if (stippleInversion(number, add, area))
+        return true;
     const Inverted before = m_inverted[number];
     const auto shapes = shapesOver(before, area);
     if (!shapes)

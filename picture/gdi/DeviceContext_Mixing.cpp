@@ -199,6 +199,15 @@ std::vector<DeviceContext::BlendStep> DeviceContext::blendsOf(PixelMixture mixtu
     return steps;
 }
 
+// What comes nearest for a paint of many colours.
+static Blend blendOf(RasterOperation operation)
+{
+    return operation == kPatternAnd       ? Blend::Multiply
+            : operation == kPatternOr     ? Blend::Screen
+            : operation == kPatternInvert ? Blend::Difference
+                                          : Blend::Normal;
+}
+
 // The part of a node where the ground is of one colour.
 Index DeviceContext::groundClip(Index clip, const Ground &ground)
 {
@@ -223,7 +232,9 @@ bool DeviceContext::addBlended(const Node &node, const AddNode &add, RasterOpera
         const bool isSolid = base.kind == Paint::Kind::Solid;
         const PixelMixture mixture = mixtureOf(operation, argbOf(base.color), 0);
         isExact = isExact && isSolid && isSaturated(mixture);
-        for (const auto &[blend, color] : blendsOf(mixture)) {
+        const std::vector<BlendStep> steps =
+                isSolid ? blendsOf(mixture) : std::vector<BlendStep>{ { blendOf(operation), {} } };
+        for (const auto &[blend, color] : steps) {
             Node part = node;
             part.fill = part.stroke = kNone;
             part.blend = blend;
