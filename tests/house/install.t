@@ -94,9 +94,8 @@ A host in C, by the compilers that are there. A library with a sanitizer wants h
   >     quietly $cc -std=c11 -Wall -Wextra -Wpedantic -Werror "$ROOT/samples/host/c/picture.c" -o in_c \
   >         $("$SVGTOOL_PKG_CONFIG" --cflags --libs svgtool-picture) "-Wl,-rpath,$lib"
   >     ./in_c "$sample" | cmp shown.svg -
-  >     ./in_c "$ROOT/README.md" 2>&1 | grep -v ': this is not a metafile: '
+  >     ./in_c "$ROOT/README.md" 2>&1 | grep -v ': this is not a metafile: ' || :
   > done
-  [1]
 
   $ configure -DSVGTOOL_BUILD_EXACT=OFF -DCMAKE_DISABLE_FIND_PACKAGE_Qt6=ON -S "$ROOT" -B without_qt
   $ grep -rlE 'Qt[56]' without_qt --include='*.ninja' --include='Makefile*'

@@ -101,7 +101,7 @@ TEST(CharacterOutlines, AreMadeBoldAndSlanted)
         return characterOutlines(U"H", { face, weight, isItalic }).front().bounds();
     };
     const RectD plain = boundsOf(400, false), bold = boundsOf(700, false);
-    EXPECT_NEAR(bold.width() - plain.width(), 1000 / 24, 2); // units, a 24th of the em
+    EXPECT_NEAR(bold.width() - plain.width(), 1000.0 / 24, 2); // units, a 24th of the em
     EXPECT_EQ(bold.height(), plain.height());
     const RectD slanted = boundsOf(400, true);
     EXPECT_NEAR(slanted.width() - plain.width(), 0.2 * plain.height(), 1e-6);
