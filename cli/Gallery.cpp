@@ -109,8 +109,8 @@ namespace {
             return {};
         const RecordTotals &totals = result.report.totals;
         QByteArray text = "<details><summary>Records: "
-                + QByteArray::number(totals.drawing - totals.drawingLost) + " of "
-                + QByteArray::number(totals.drawing) + " drawn</summary>\n<table>\n";
+                + QByteArray::number(quint64(totals.drawing - totals.drawingLost)) + " of "
+                + QByteArray::number(quint64(totals.drawing)) + " drawn</summary>\n<table>\n";
         for (const RecordLine &line : worstFirst(result.report.records))
             text += "<tr data-fate=\"" + QByteArray(wordOf(line.fate)) + "\"><td>"
                     + escaped(QString::fromStdString(line.name)) + "<td>"
