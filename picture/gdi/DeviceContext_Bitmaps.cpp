@@ -113,7 +113,9 @@ namespace {
             return {};
         const int64_t stride = header->stride();
         const int64_t lines = stride > 0 ? dib.bits.size / stride : 0;
-        if (lines < 1 || lines >= header->height
+        // So that a few bytes do not become a large bitmap.
+        constexpr int64_t kMostTimes = 32;
+        if (lines < 1 || lines >= header->height || header->height / kMostTimes > lines
             || header->height - lines > pixelsLeft / header->width)
             return {};
         pixelsLeft -= (header->height - lines) * header->width;

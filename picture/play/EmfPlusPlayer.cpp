@@ -171,7 +171,7 @@ void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, R
     m_play.graphics.grant(size_t(records.size));
     while (records.size > 0) {
         const Head head{ Fields(records) };
-        if (!head.fits(records)) {
+        if (!head.fits(records) || findRecordType(kEmfPlusRecordTypes, head.type) == nullptr) {
             m_isDamaged = true;
             const int64_t damaged = damagedBytes(records);
             offset += damaged;
