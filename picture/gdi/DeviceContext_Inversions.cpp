@@ -124,7 +124,7 @@ std::optional<Paint> DeviceContext::stippled(const Paint &paint, const Paint &ma
     if (paint.kind != Paint::Kind::Solid || mask.kind != Paint::Kind::Pattern)
         return std::nullopt;
     Pattern tiles = m_builder.scene().patterns[mask.resource];
-    const Bitmap pixels = m_builder.scene().images[tiles.image].pixels;
+    const Bitmap &pixels = m_builder.scene().images[tiles.image].pixels;
     if (pixels.isNull() || !spendPixels(pixels.size()))
         return std::nullopt;
     Image image;

@@ -1,6 +1,7 @@
 #include "picture/gdi/DeviceContext.h"
 
 #include "core/base/Limits.h"
+#include "core/base/Numeric.h"
 #include "core/raster/Mixture.h"
 #include "picture/scene/Extents.h"
 
@@ -310,7 +311,7 @@ static Argb colourAt(const Scene &scene, const Pattern &tiles, PointD p)
     const Bitmap &pixels = scene.images[tiles.image].pixels;
     const auto index = [](double at, double start, double length, int32_t count) {
         const double times = (at - start) / length;
-        return std::min(int32_t((times - std::floor(times)) * count), count - 1);
+        return std::clamp(truncateToInt32((times - std::floor(times)) * count), 0, count - 1);
     };
     return pixels.colourAt(index(p.x, tiles.tile.left, tiles.tile.width(), pixels.width()),
                            index(p.y, tiles.tile.top, tiles.tile.height(), pixels.height()));
