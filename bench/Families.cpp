@@ -60,16 +60,32 @@ namespace {
                       ByteWriter().u32s({ 0, 0, 0, 0, points }).result());
     }
 
-    // A pen of sixteen dashes and a brush, which every later element repeats.
+    // An EMF that shows all places that coordinates name, each a pixel of its device.
+    EmfBuilder wholeEmf()
+    {
+        EmfBuilder emf;
+        emf.bounds = { 0, 0, 9999, 9999 };
+        emf.frame = { 0, 0, 1000000, 1000000 };
+        emf.handles = 3;
+        return emf;
+    }
+
+    constexpr qint64 kBrush = 2;
+
+    // The same with a brush in its table of objects.
+    EmfBuilder brushedEmf()
+    {
+        return wholeEmf().record(39, { kBrush, 0, 0x654321, 0 });
+    }
+
+    // A pen of sixteen dashes and the brush, which every later element repeats.
     EmfBuilder longStyle()
     {
         ByteWriter pen;
         pen.u32s({ 1, 0, 0, 0, 0, 0x11107, 3, 0, 0x123456, 0, 16 });
         for (int length = 10; length < 26; ++length)
             pen.u32(length);
-        EmfBuilder emf;
-        emf.record(95, pen.result()).record(37, { 1 });
-        return emf.record(39, { 2, 0, 0x654321, 0 }).record(37, { 2 });
+        return brushedEmf().record(95, pen.result()).record(37, { 1 }).record(37, { kBrush });
     }
 
     using Edges = std::array<int, 4>;
@@ -103,14 +119,49 @@ namespace {
             const int y = i / 64 * 4;
             return Edges{ x, y, x + 4, y + 4 };
         };
-        const ByteWriter use = ByteWriter().u32s({ 0, 0, 0, 0, 32 + 16 * count, 0, 1, 1 });
-        return EmfBuilder().record(72, use.result() + region(count, square)).build();
+        const ByteWriter use = ByteWriter().u32s({ 0, 0, 0, 0, 32 + 16 * count, kBrush, 1, 1 });
+        return brushedEmf().record(72, use.result() + region(count, square)).build();
     }
 
     // A bitmap of 8 by 8 pixels of 24 bits.
     Dib bitmap(Coordinates &next)
     {
         return { DibHead{ 8, 8, 24 }.info(), next.words(96, true) };
+    }
+
+    // Adds an EMF+ record, which is a comment of the EMF.
+    void addPlus(EmfBuilder &emf, int type, int flags, const QByteArray &data)
+    {
+        constexpr qint64 kHead = 12, kIdentifier = 0x2B464D45, kComment = 70;
+        ByteWriter body;
+        body.u32(4 + kHead + data.size()).u32(kIdentifier).u16(type).u16(flags);
+        emf.record(kComment, body.u32(kHead + data.size()).u32(data.size()).bytes(data).result());
+    }
+
+    // A file of nothing but EMF+, with a pen as object 0 and a font as object 1.
+    EmfBuilder plusEmf()
+    {
+        constexpr qint64 kVersion = 0xDBC01002;
+        const std::u16string_view face = u"Liberation Sans";
+        EmfBuilder emf = wholeEmf();
+        addPlus(emf, 0x4001, 0, ByteWriter().u32s({ kVersion, 1, 96, 96 }).result());
+        ByteWriter pen;
+        pen.u32s({ kVersion, 0, 0, 0 }).f32(3).u32s({ kVersion, 0, 0xFF123456 });
+        addPlus(emf, 0x4008, 0x0200, pen.result());
+        ByteWriter font;
+        font.u32(kVersion).f32(16).u32s({ 2, 0, 0, qint64(face.size()) });
+        for (const char16_t unit : face)
+            font.u16(unit);
+        addPlus(emf, 0x4008, 0x0601, font.u16(0).result());
+        return emf;
+    }
+
+    // Adds an EMF+ record of 16-bit coordinates behind other bytes.
+    auto plusRecord(int type, int flags, int words, const QByteArray &head)
+    {
+        return [=](EmfBuilder &emf, Coordinates &coordinates) {
+            addPlus(emf, type, flags, head + coordinates.words(words, true));
+        };
     }
 
     // Groups of records. Arguments in braces are evaluated in their order.
@@ -142,7 +193,7 @@ namespace {
     }
     void addEmfRegion(EmfBuilder &emf, Coordinates &next)
     {
-        emf.record(71, bands({ 0, 0, 0, 0, 160, 0 }, next));
+        emf.record(71, bands({ 0, 0, 0, 0, 160, kBrush }, next));
     }
     void addEmfClip(EmfBuilder &emf, Coordinates &next)
     {
@@ -152,6 +203,17 @@ namespace {
     {
         const Box to{ next(), next(), 40, 40 };
         emf.record(81, stretchDib(bitmap(next), to, { 0, 0, 8, 8 }));
+    }
+    void addPlusText(EmfBuilder &emf, Coordinates &next)
+    {
+        const std::u16string_view text = u"Widths & heights, 100 % ";
+        ByteWriter body;
+        body.u32s({ 0xFF123456, 0xFFFFFFFF, qint64(text.size()) });
+        const auto x = float(next()), y = float(next());
+        body.f32(x).f32(y).f32(0).f32(0);
+        for (const char16_t unit : text)
+            body.u16(unit);
+        addPlus(emf, 0x401C, 0x8001, body.result());
     }
     void addWmfBitmap(WmfBuilder &wmf, Coordinates &next)
     {
@@ -164,8 +226,8 @@ namespace {
 
 const std::vector<Family> &families()
 {
-    const EmfBuilder emf;
-    EmfBuilder emfFont;
+    const EmfBuilder emf = wholeEmf();
+    EmfBuilder emfFont = emf;
     ByteWriter emfFontBody;
     emfFontBody.u32s({ 1, -16, 0, 0, 0, 0, 0, 0 });
     for (const char letter : std::string_view("Liberation Sans"))
@@ -178,6 +240,14 @@ const std::vector<Family> &families()
     wmfFontBody.u16s({ 16, 0, 0, 0, 400, 0, 0, 0, 0 }).bytes(QByteArray("Liberation Sans\0", 16));
     wmfFont.record(0x02FB, wmfFontBody.result()).record(0x012D, { 0 });
 
+    const auto plus = [start = plusEmf()](const char *name, auto addGroup) {
+        Family made = family(name, true, start, addGroup);
+        made.isPlus = true;
+        return made;
+    };
+    const QByteArray color = ByteWriter().u32(0xFF123456).result();
+    const QByteArray count = ByteWriter().u32(16).result();
+
     static const std::vector<Family> all{
         family("emf lines", true, emf, record(54, 2)),
         family("emf rectangles", true, emf, record(43, 4)),
@@ -188,7 +258,7 @@ const std::vector<Family> &families()
         family("emf Béziers", false, emf, emfPoints(85, 13, true)),
         family("emf texts", true, emfFont, &addEmfText),
         family("emf pens and selections", true, emf, &addEmfPen),
-        family("emf regions", true, emf, &addEmfRegion),
+        family("emf regions", true, brushedEmf(), &addEmfRegion),
         { "emf frame of one region", true, &emfFrame },
         family("emf clips", true, emf, &addEmfClip),
         family("emf bitmaps", false, emf, &addEmfBitmap),
@@ -198,6 +268,12 @@ const std::vector<Family> &families()
         family("wmf texts", true, wmfFont, &addWmfText),
         family("wmf pens and selections", true, wmf, &addWmfPen),
         family("wmf bitmaps", false, wmf, &addWmfBitmap),
+        plus("emf+ lines", plusRecord(0x400D, 0x4000, 4, ByteWriter().u32(2).result())),
+        plus("emf+ rectangles",
+             plusRecord(0x400A, 0xC000, 4, color + ByteWriter().u32(1).result())),
+        plus("emf+ polygons", plusRecord(0x400C, 0xC000, 32, color + count)),
+        plus("emf+ Béziers", plusRecord(0x4019, 0x4000, 32, count)),
+        plus("emf+ texts", &addPlusText),
     };
     return all;
 }

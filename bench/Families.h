@@ -11,8 +11,9 @@ namespace svgtool::bench {
 struct Family
 {
     const char *name;
-    bool isOfElements; ///< its document is more of elements than of numbers or characters
+    bool isOfElements; ///< its exact text is more of elements than of numbers or characters
     std::function<QByteArray(int)> make; ///< a metafile of so many groups of records
+    bool isPlus = false; ///< of EMF+ records, which only pictures are made of
 };
 
 const std::vector<Family> &families();

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the benchmarks optimised, runs them and prints a table of ratios in Markdown. What else it
+# Builds the benchmarks optimised, runs them and prints tables of ratios in Markdown. What else it
 # says goes to standard error. Nothing else should run on the machine meanwhile.
 # usage: scripts/bench.sh [FILTER]      a regular expression for names of families
 set -euo pipefail
