@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a task needs, those that are missing and no others.
-# usage: scripts/setup.sh build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|cluster|browser
+# usage: scripts/setup.sh build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|cluster|browser|web
 set -euo pipefail
 
 build=(cmake ninja-build g++ pkg-config qt6-base-dev libfreetype-dev libfontconfig-dev
@@ -16,6 +16,7 @@ windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
 cluster=("${build[@]}" python3 python3-distributed python3-pandas)
+web=(emscripten cmake ninja-build pkg-config make dpkg-dev nlohmann-json3-dev nodejs python3)
 browser=(chromium chromium-driver python3-numpy python3-pil python3-selenium)
 package=("${build[@]}" dpkg-dev binutils gzip lintian debootstrap)
 
@@ -32,8 +33,9 @@ package) packages=("${package[@]}") ;;
 archives) packages=("${archives[@]}") ;;
 cluster) packages=("${cluster[@]}") ;;
 browser) packages=("${browser[@]}") ;;
+web) packages=("${web[@]}") ;;
 *)
-    echo "usage: $0 build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|cluster|browser" >&2
+    echo "usage: $0 build|test|ci|tidy|fuzz|bench|coverage|windows|package|archives|cluster|browser|web" >&2
     exit 2
     ;;
 esac
