@@ -157,11 +157,12 @@ def check_inline(browser, paths):
     print(f"{len(paths)} documents on one page")
 
 
-with new_browser() as chromium:
-    if sys.argv[1] == "gallery":
-        check_gallery(chromium, *sys.argv[2:])
-    elif sys.argv[1] == "inline":
-        check_inline(chromium, sys.stdin.read().splitlines())
-    else:
-        check_documents(chromium, sys.stdin.read().splitlines())
-sys.exit(findings > 0)
+if __name__ == "__main__":
+    with new_browser() as chromium:
+        if sys.argv[1] == "gallery":
+            check_gallery(chromium, *sys.argv[2:])
+        elif sys.argv[1] == "inline":
+            check_inline(chromium, sys.stdin.read().splitlines())
+        else:
+            check_documents(chromium, sys.stdin.read().splitlines())
+    sys.exit(findings > 0)
