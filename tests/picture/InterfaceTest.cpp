@@ -8,6 +8,7 @@
 #include <libdeflate.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <thread>
 
 namespace svgtool::test {
@@ -81,6 +82,22 @@ namespace {
     INSTANTIATE_TEST_SUITE_P(Options, PictureSize, testing::ValuesIn(kSizes),
                              testing::PrintToStringParamName());
 
+    TEST(PicturePaper, IsAsLargeWhateverItWasPrintedFor)
+    {
+        const std::vector<int> devices[] = {
+            { 4960, 7016, 210, 297 }, // 600 dots an inch
+            { 14031, 19843, 297, 420 }, // 1200, of a larger sheet
+            { 1920, 1080, 508, 286 }, // a screen, of whole pixels
+        };
+        for (const std::vector<int> &device : devices) {
+            EmfBuilder file;
+            file.device = device;
+            file.frame = { 0, 0, 21000, 29700 }; // A4
+            const Picture picture = draw(file.record(43, { 10, 10, 60, 40 }).build());
+            EXPECT_NEAR(picture.width, 210 / 25.4 * 96, 0.6);
+            EXPECT_NEAR(picture.height, 297 / 25.4 * 96, 0.6);
+        }
+    }
     // A file with a clip, and so with an id.
     EmfBuilder clipped(int right)
     {
@@ -286,19 +303,23 @@ namespace {
         EXPECT_NE(describe(static_cast<PictureError>(99)), nullptr);
     }
 
-    // Each thread begins elsewhere, so that different files are drawn at a time.
+    // Each thread begins elsewhere, so that different files are drawn at a time. SVGTOOL_ROUNDS
+    // says how often, then with the whole corpus.
     TEST(PictureThreads, GiveEqualDocuments)
     {
         std::vector<std::pair<QByteArray, std::string>> files;
-        for (const auto &[path, bytes] :
-             metafilesBelow({ SVGTOOL_SAMPLES_DIR, SVGTOOL_SHARED_DIR "/reference/gdi/emf" }))
+        const char *const wanted = std::getenv("SVGTOOL_ROUNDS");
+        const size_t rounds = wanted ? std::strtoul(wanted, nullptr, 10) : 1;
+        const char *const folder =
+                wanted ? SVGTOOL_SHARED_DIR "/corpus" : SVGTOOL_SHARED_DIR "/reference/gdi/emf";
+        for (const auto &[path, bytes] : metafilesBelow({ SVGTOOL_SAMPLES_DIR, folder }))
             files.emplace_back(bytes, draw(bytes).document);
         ASSERT_GE(files.size(), 3U);
         constexpr size_t kThreads = 32;
         std::vector<std::thread> threads;
         for (size_t first = 0; first < kThreads; ++first)
-            threads.emplace_back([&files, first] {
-                for (size_t i = 0; i < files.size(); ++i) {
+            threads.emplace_back([&files, first, rounds] {
+                for (size_t i = 0; i < files.size() * rounds; ++i) {
                     const auto &[bytes, alone] = files[(first * 7 + i) % files.size()];
                     EXPECT_EQ(draw(bytes).document, alone) << (first * 7 + i) % files.size();
                 }
