@@ -62,7 +62,7 @@ quietly apt-get install -q -y "${runtime[@]}"
 holds() {
     local output
     output=$(inside "${@:2}" 2>&1) || { echo "$output"; fail "${*:2}"; }
-    grep -q "$1" <<<"$output"
+    grep -q -- "$1" <<<"$output"
 }
 holds 'libSVGTool\.so\.0' ldconfig -p || fail "the loader does not know the library"
 inside dpkg-query -W fonts-liberation fonts-dejavu-core librsvg2-bin >/dev/null ||
@@ -96,7 +96,7 @@ inside bash -c '. /usr/share/bash-completion/bash_completion && _completion_load
 quietly apt-get install -q -y --no-install-recommends zsh fish
 inside zsh -c 'autoload -Uz compinit; compinit -D; [ "$_comps[metafile2svg]" = _metafile2svg ]' ||
     fail "zsh does not load our completion"
-holds -- --id-prefix fish -c 'complete -C "metafile2svg --id"' || fail "fish does not complete"
+holds '^--id-prefix' fish -c 'complete -C "metafile2svg --id"' || fail "fish does not complete"
 read -r command < <(sed -n 's/^Exec=//p' "$root/usr/share/thumbnailers/metafile2svg.thumbnailer")
 for sample in chart.emf drawing.wmf; do
     line=${command//%s/96}
