@@ -2,7 +2,9 @@
 #include "picture/api/picture.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 // The interface for C: a thin layer on the one for C++.
@@ -35,19 +37,25 @@ static_assert(int(PictureText::Outlines) == SVGTOOL_TEXT_OUTLINES
               && int(PictureSource::Wmf) == SVGTOOL_SOURCE_WMF
               && int(PictureSource::Emf) == SVGTOOL_SOURCE_EMF);
 
-// Members that the caller's version lacks have their usual values, and those that this version does
-// not know must be zero. False for options that make no sense.
+// Members that the caller's version lacks, one that is cut among them, have their usual values, and
+// those that this version does not know must be zero. False for options that make no sense.
 bool takeOptions(const svgtool_options *given, PictureOptions &options)
 {
     if (given == nullptr)
         return true;
+    constexpr size_t kMembers[] = {
+        offsetof(svgtool_options, width), offsetof(svgtool_options, height),
+        offsetof(svgtool_options, scale), offsetof(svgtool_options, id_prefix),
+        offsetof(svgtool_options, text),  offsetof(svgtool_options, source),
+        sizeof(svgtool_options)
+    };
     svgtool_options known = SVGTOOL_OPTIONS_INIT;
     const auto *const bytes = reinterpret_cast<const unsigned char *>(given);
     if (given->size < sizeof given->size
         || std::any_of(bytes + std::min(sizeof known, given->size), bytes + given->size,
                        [](unsigned char byte) { return byte != 0; }))
         return false;
-    std::memcpy(&known, given, std::min(sizeof known, given->size));
+    std::memcpy(&known, given, *std::prev(std::ranges::upper_bound(kMembers, given->size)));
     if (known.text < SVGTOOL_TEXT_CHARACTERS || known.text > SVGTOOL_TEXT_OUTLINES
         || known.source < SVGTOOL_SOURCE_BEST || known.source > SVGTOOL_SOURCE_EMF)
         return false;
