@@ -34,20 +34,6 @@ static bool oneIn(Random &random, unsigned n)
     return below(random, n) == 0;
 }
 
-uint32_t numberAt(const std::string &bytes, size_t offset, size_t width)
-{
-    uint32_t value = 0;
-    for (size_t i = 0; offset + width <= bytes.size() && i < width; ++i)
-        value |= uint32_t(uint8_t(bytes[offset + i])) << (8 * i);
-    return value;
-}
-
-void setNumberAt(std::string &bytes, size_t offset, size_t width, uint32_t value)
-{
-    for (size_t i = 0; offset + width <= bytes.size() && i < width; ++i)
-        bytes[offset + i] = char(value >> (8 * i));
-}
-
 static size_t headSize(const Format &format)
 {
     return format.type.width + format.size.width;

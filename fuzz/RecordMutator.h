@@ -1,17 +1,12 @@
 #pragma once
 
 #include "core/records/RecordType.h"
+#include "fuzz/Numbers.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <span>
 #include <string>
 
 namespace svgtool::fuzz {
-
-/// Little-endian numbers anywhere in @p bytes; what lies outside reads as 0 and is not written.
-uint32_t numberAt(const std::string &bytes, size_t offset, size_t width);
-void setNumberAt(std::string &bytes, size_t offset, size_t width, uint32_t value);
 
 /// An offset of what a record does not have.
 constexpr size_t kNowhere = SIZE_MAX;

@@ -9,7 +9,7 @@ test=("${build[@]}" libgtest-dev binutils libxml2-utils locales python3 python3-
     python3-jsonschema librsvg2-bin)
 tidy=("${test[@]}" clang-tidy git)
 ci=("${test[@]}" qtbase5-dev clang-format git)
-fuzz=("${test[@]}" clang libclang-rt-14-dev)
+fuzz=("${test[@]}" clang libclang-rt-14-dev python3-lxml w3c-sgml-lib)
 bench=("${build[@]}" libbenchmark-dev python3)
 coverage=("${test[@]}" gcovr)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
