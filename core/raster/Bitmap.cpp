@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace svgtool {
 
@@ -107,6 +108,18 @@ namespace {
             isUsed[pixels[x]] = true;
     }
 
+    void noteBits(const uint8_t *pixels, int32_t width, std::array<bool, 256> &isUsed)
+    {
+        const int32_t whole = width / 8;
+        const auto isAny = [=](uint8_t byte) {
+            return std::any_of(pixels, pixels + whole, [byte](uint8_t it) { return it != byte; });
+        };
+        isUsed[0] = isUsed[0] || isAny(0xFF);
+        isUsed[1] = isUsed[1] || isAny(0);
+        for (int32_t x = whole * 8; x < width; ++x)
+            isUsed[bitOf(pixels, x) ? 1 : 0] = true;
+    }
+
     Argb load32(const uint8_t *bytes)
     {
         Argb colour = 0;
@@ -118,8 +131,34 @@ namespace {
 
 Bitmap::Bitmap(PixelFormat format, IntSize size)
     : m_bytes(bytesOf(format, size)), m_size(size), m_lineBytes(bytesOfLine(format, size.width)),
-      m_format(format)
+      m_step(m_lineBytes), m_format(format)
 {
+}
+
+Bitmap Bitmap::borrowed(PixelFormat format, IntSize size, const uint8_t *top, int64_t step)
+{
+    Bitmap bitmap;
+    bitmap.m_borrowed = top;
+    bitmap.m_size = size;
+    bitmap.m_lineBytes = bytesOfLine(format, size.width);
+    bitmap.m_step = step;
+    bitmap.m_format = format;
+    return bitmap;
+}
+
+void Bitmap::own()
+{
+    if (m_borrowed == nullptr)
+        return;
+    std::vector<uint8_t> bytes;
+    bytes.reserve(bytesOf(m_format, m_size));
+    for (int32_t y = 0; y < height(); ++y) {
+        const uint8_t *const from = std::as_const(*this).line(y);
+        bytes.insert(bytes.end(), from, from + m_lineBytes);
+    }
+    m_bytes = std::move(bytes);
+    m_borrowed = nullptr;
+    m_step = m_lineBytes;
 }
 
 uint8_t Bitmap::indexAt(int32_t x, int32_t y) const
@@ -134,11 +173,8 @@ std::bitset<256> Bitmap::usedIndices() const
     for (int32_t y = 0; isIndexed() && y < height(); ++y) {
         if (m_format == PixelFormat::Indexed8)
             noteIndices(line(y), width(), isUsed);
-        for (int32_t x = 0; m_format == PixelFormat::Indexed1 && x < width(); ++x) {
-            isUsed[bitOf(line(y), x) ? 1 : 0] = true;
-            if (isUsed[0] && isUsed[1])
-                return 3;
-        }
+        else
+            noteBits(line(y), width(), isUsed);
     }
     std::bitset<256> used;
     for (size_t i = 0; i < isUsed.size(); ++i)
@@ -193,6 +229,15 @@ void Bitmap::writeLine(int32_t y, const Argb *colours)
 
 Bitmap Bitmap::cut(const IntRect &part) const
 {
+    const bool isInside = part.x >= 0 && part.y >= 0 && part.width <= width() - part.x
+            && part.height <= height() - part.y;
+    if (m_borrowed != nullptr && isInside && m_format != PixelFormat::Indexed1) {
+        const int64_t pixelBytes = bitsPerPixel(m_format) / 8;
+        Bitmap result = borrowed(m_format, { part.width, part.height },
+                                 line(part.y) + part.x * pixelBytes, m_step);
+        result.m_colours = m_colours;
+        return result;
+    }
     Bitmap result(m_format, { part.width, part.height });
     result.m_colours = m_colours;
     const int64_t from = std::max<int64_t>(part.x, 0);
@@ -221,6 +266,11 @@ void Bitmap::mirror(bool horizontally, bool vertically)
 {
     for (int32_t y = 0; horizontally && y < height(); ++y)
         reverseLine(m_format, line(y), width());
+    if (vertically && m_borrowed != nullptr) {
+        m_borrowed = std::as_const(*this).line(height() - 1);
+        m_step = -m_step;
+        return;
+    }
     for (int32_t y = 0; vertically && y < height() / 2; ++y)
         std::swap_ranges(line(y), line(y) + m_lineBytes, line(height() - 1 - y));
 }
@@ -244,7 +294,10 @@ bool Bitmap::operator==(const Bitmap &other) const
         return false;
     std::vector<Argb> ours = lineBuffer();
     std::vector<Argb> theirs = lineBuffer();
+    const bool sameColours = !isIndexed() || m_colours == other.m_colours;
     for (int32_t y = 0; y < height(); ++y) {
+        if (sameColours && std::equal(line(y), line(y) + m_lineBytes, other.line(y)))
+            continue;
         readLine(y, ours.data());
         other.readLine(y, theirs.data());
         if (ours != theirs)

@@ -38,8 +38,16 @@ public:
     /// @param size  1 by 1 or larger
     /// @throws std::bad_alloc  when there is no memory for so many
     Bitmap(PixelFormat format, IntSize size);
+    /// Of pixels that somebody else owns, who keeps them as long as this bitmap, its copies and its
+    /// parts are there. They are copied when they are to be changed.
+    /// @param top   the first byte of the top line
+    /// @param step  bytes from a line to the one below it, which can be less than 0
+    static Bitmap borrowed(PixelFormat format, IntSize size, const uint8_t *top, int64_t step);
 
-    bool isNull() const { return m_bytes.empty(); }
+    /// Copies what is borrowed.
+    void own();
+
+    bool isNull() const { return m_size.width == 0; }
     PixelFormat format() const { return m_format; }
     bool isIndexed() const { return m_format <= PixelFormat::Indexed8; }
     IntSize size() const { return m_size; }
@@ -49,8 +57,15 @@ public:
 
     int64_t lineBytes() const { return m_lineBytes; }
     /// The bytes of line @p y, from 0 for the top one.
-    uint8_t *line(int32_t y) { return m_bytes.data() + y * m_lineBytes; }
-    const uint8_t *line(int32_t y) const { return m_bytes.data() + y * m_lineBytes; }
+    uint8_t *line(int32_t y)
+    {
+        own();
+        return m_bytes.data() + y * m_step;
+    }
+    const uint8_t *line(int32_t y) const
+    {
+        return (m_borrowed != nullptr ? m_borrowed : m_bytes.data()) + y * m_step;
+    }
     /// The index of a pixel of an indexed bitmap.
     uint8_t indexAt(int32_t x, int32_t y) const;
 
@@ -70,7 +85,8 @@ public:
     /// Line @p y of a Bgra32.
     void writeLine(int32_t y, const Argb *colours);
 
-    /// The pixels of @p part; where that lies outside they are of zero bytes.
+    /// The pixels of @p part, borrowed if these are; where that lies outside they are of zero
+    /// bytes.
     /// @param part  1 by 1 or larger
     Bitmap cut(const IntRect &part) const;
     /// Turns left and right round, top and bottom, or both.
@@ -83,10 +99,12 @@ public:
     bool operator==(const Bitmap &other) const;
 
 private:
-    std::vector<uint8_t> m_bytes;
+    std::vector<uint8_t> m_bytes; ///< none of a bitmap that borrows them
+    const uint8_t *m_borrowed = nullptr; ///< the top line
     std::vector<Argb> m_colours;
     IntSize m_size;
     int64_t m_lineBytes = 0;
+    int64_t m_step = 0; ///< from a line to the next
     PixelFormat m_format = PixelFormat::Indexed1;
 };
 

@@ -59,17 +59,17 @@ namespace {
     }
 
     // The lines as they are, top first; the format lays out its pixels as the file does.
-    Bitmap copyLines(const DibHeader &header, ByteView bits, PixelFormat format)
+    Bitmap linesOf(const DibHeader &header, ByteView bits, PixelFormat format)
     {
-        Bitmap bitmap = emptyBitmap(header, format);
-        for (int32_t y = 0; y < header.height; ++y)
-            std::memcpy(bitmap.line(y), lineOf(header, bits, y).data, size_t(bitmap.lineBytes()));
-        return bitmap;
+        // Bytes are what char may look at, of either sign.
+        const auto *const top = reinterpret_cast<const uint8_t *>(lineOf(header, bits, 0).data);
+        return Bitmap::borrowed(format, { header.width, header.height }, top,
+                                header.isBottomUp ? -header.stride() : header.stride());
     }
 
     Bitmap from1Bit(const DibHeader &header, ByteView bits)
     {
-        Bitmap bitmap = copyLines(header, bits, PixelFormat::Indexed1);
+        Bitmap bitmap = linesOf(header, bits, PixelFormat::Indexed1);
         // What a file has behind the last pixel is anything.
         const auto kept = static_cast<uint8_t>(0xFF00 >> ((header.width - 1) % 8 + 1));
         for (int32_t y = 0; y < header.height; ++y) {
@@ -177,9 +177,9 @@ namespace {
     {
         using Masks = std::array<uint32_t, 4>;
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0 })
-            return copyLines(header, bits, PixelFormat::Bgr32);
+            return linesOf(header, bits, PixelFormat::Bgr32);
         if (header.masks == Masks{ 0xFF0000, 0x00FF00, 0x0000FF, 0xFF000000 })
-            return withUsedAlpha(copyLines(header, bits, PixelFormat::Bgra32));
+            return withUsedAlpha(linesOf(header, bits, PixelFormat::Bgra32));
         return withUsedAlpha(fromFields<uint32_t>(header, bits));
     }
 
@@ -191,11 +191,11 @@ namespace {
         case 4:
             return from4Bits(header, bits);
         case 8:
-            return copyLines(header, bits, PixelFormat::Indexed8);
+            return linesOf(header, bits, PixelFormat::Indexed8);
         case 16:
             return from16Bits(header, bits);
         case 24:
-            return copyLines(header, bits, PixelFormat::Bgr24);
+            return linesOf(header, bits, PixelFormat::Bgr24);
         default:
             return from32Bits(header, bits);
         }
@@ -272,8 +272,11 @@ std::optional<DecodedBitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLe
     auto bitmap = header->isFile()   ? passOn(*header, dib)
             : header->isRunLengths() ? decodeRunLengths(*header, dib, runLengthPixels)
                                      : decodePlain(*header, dib);
-    if (bitmap)
-        bitmap->size = { header->width, header->height };
+    if (!bitmap)
+        return std::nullopt;
+    bitmap->size = { header->width, header->height };
+    if (!dib.isLasting)
+        bitmap->pixels.own();
     return bitmap;
 }
 
@@ -311,6 +314,7 @@ std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes)
                     size_t(needed));
     DecodedBitmap bitmap;
     bitmap.pixels = fromPlainBits(header, { bits.data(), int64_t(bits.size()) });
+    bitmap.pixels.own();
     header.tableEntryBytes = 0;
     if (header.depth <= 8)
         bitmap.pixels.colours() = colourTable(header, {});

@@ -19,6 +19,8 @@ struct DibBytes
             0; ///< of the colour table: 0 colours, 1 palette indices, 2 none; [MS-EMF] 2.1.9
     /// What indices of a palette mean; empty where that is not known: shades of grey.
     std::span<const Argb> palette = {};
+    /// The bits stay where they are as long as what is decoded, which then borrows them.
+    bool isLasting = false;
 };
 
 /// What a record's bitmap holds: pixels, or a whole PNG or JPEG file.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/Bytes.h"
-#include "core/raster/Bitmap.h"
+#include "core/raster/PngLayout.h"
 
 #include <cstddef>
 #include <memory>
@@ -21,7 +21,8 @@ struct PngFile
 
 /// Writes PNG files, which are the same for the same pixels.
 ///
-/// It keeps the tables that compressing takes, 200 kB, from the first file to the last.
+/// It keeps the tables that compressing takes, 200 kB, and up to 4 MiB for lines, from the
+/// first file to the last.
 /// @note One encoder belongs to one thread.
 class PngEncoder
 {
@@ -39,6 +40,7 @@ private:
     /// For so many bytes.
     libdeflate_compressor *compressorFor(size_t size);
 
+    PngBlock m_block; ///< of the lines
     std::unique_ptr<libdeflate_compressor, Free> m_storing, m_compressing;
 };
 

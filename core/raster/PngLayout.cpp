@@ -1,31 +1,94 @@
 #include "core/raster/PngLayout.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace svgtool {
 
 namespace {
 
-    // Adds the colours of all pixels. False, and nothing more is looked at, when they are too many.
-    bool addColours(const Bitmap &bitmap, Palette &palette)
+    template<int kBytes>
+    Argb colourAt(const uint8_t *pixel)
     {
-        if (bitmap.isIndexed()) {
-            const auto used = bitmap.usedIndices();
-            for (size_t i = 0; i < bitmap.colours().size(); ++i) {
-                if (used[i])
-                    palette.add(bitmap.colours()[i]); // of which there are 256 at most
-            }
-            return true;
+        return argb(pixel[2], pixel[1], pixel[0], kBytes == 4 ? pixel[3] : 255U);
+    }
+
+    // How many pixels of a line are as the one before them, in blocks of eight.
+    template<int kBytes>
+    int32_t runOf(const uint8_t *pixel, int32_t left)
+    {
+        const auto word = [](const uint8_t *from) {
+            uint64_t value = 0;
+            std::memcpy(&value, from, sizeof value);
+            return value;
+        };
+        int32_t run = 0;
+        for (; run + 8 <= left; run += 8, pixel += 8 * kBytes) {
+            uint64_t difference = 0;
+            for (int i = 0; i < 8 * kBytes; i += 8)
+                difference |= word(pixel + i) ^ word(pixel + i - kBytes);
+            if (difference != 0)
+                break;
         }
-        std::vector<Argb> line = bitmap.lineBuffer();
-        for (int32_t y = 0; y < bitmap.height(); ++y) {
-            bitmap.readLine(y, line.data());
-            std::optional<Argb> last;
-            for (const Argb colour : line) {
-                if (colour != last && !palette.add(colour))
-                    return false;
+        return run;
+    }
+
+    // The number of each pixel's colour in the palette, which is added to it. False, and nothing
+    // more is looked at, when they are too many.
+    // @param opaque  the bits of a pixel that count as set
+    template<int kBytes>
+    bool numberLine(const uint8_t *pixel, int32_t width, Argb opaque, Palette &palette,
+                    uint8_t *numbers)
+    {
+        Argb last = 0;
+        std::optional<uint8_t> number;
+        for (int32_t x = 0; x < width;) {
+            const Argb colour = colourAt<kBytes>(pixel) | opaque;
+            pixel += kBytes;
+            if (colour != last || !number) {
                 last = colour;
+                number = palette.add(colour);
+                if (!number)
+                    return false;
+                numbers[x++] = *number;
+                continue;
             }
+            numbers[x++] = *number;
+            const int32_t run = runOf<kBytes>(pixel, width - x);
+            std::memset(numbers + x, *number, size_t(run));
+            x += run;
+            pixel += int64_t(run) * kBytes;
+        }
+        return true;
+    }
+
+    // Pages have many lines that are as the one above.
+    bool numberPixels(const Bitmap &bitmap, Palette &palette, PngBlock &block)
+    {
+        const int32_t width = bitmap.width();
+        const Argb opaque = bitmap.format() == PixelFormat::Bgr32 ? kAlphaBits : 0;
+        uint8_t *numbers = block.room((size_t(width) + 1) * size_t(bitmap.height())) + 1;
+        for (int32_t y = 0; y < bitmap.height(); ++y, numbers += width + 1) {
+            const uint8_t *const line = bitmap.line(y);
+            if (y > 0 && std::memcmp(line, bitmap.line(y - 1), size_t(bitmap.lineBytes())) == 0)
+                std::memcpy(numbers, numbers - width - 1, size_t(width));
+            else if (!(bitmap.format() == PixelFormat::Bgr24
+                               ? numberLine<3>(line, width, opaque, palette, numbers)
+                               : numberLine<4>(line, width, opaque, palette, numbers)))
+                return false;
+        }
+        return true;
+    }
+
+    // Adds the colours of all pixels; false when they are too many.
+    bool addColours(const Bitmap &bitmap, Palette &palette, PngBlock &block)
+    {
+        if (!bitmap.isIndexed())
+            return numberPixels(bitmap, palette, block);
+        const auto used = bitmap.usedIndices();
+        for (size_t i = 0; i < bitmap.colours().size(); ++i) {
+            if (used[i])
+                palette.add(bitmap.colours()[i]); // of which there are 256 at most
         }
         return true;
     }
@@ -53,11 +116,12 @@ namespace {
     {
         if (bitmap.format() != PixelFormat::Bgra32)
             return false;
-        std::vector<Argb> line = bitmap.lineBuffer();
         for (int32_t y = 0; y < bitmap.height(); ++y) {
-            bitmap.readLine(y, line.data());
-            if (!std::all_of(line.begin(), line.end(), isOpaque))
-                return true;
+            const uint8_t *const line = bitmap.line(y);
+            for (int64_t at = 3; at < bitmap.lineBytes(); at += 4) {
+                if (line[at] != 255)
+                    return true;
+            }
         }
         return false;
     }
@@ -86,15 +150,35 @@ std::optional<uint8_t> Palette::add(Argb colour)
     return m_numbers[slot];
 }
 
+uint8_t *PngBlock::room(size_t size)
+{
+    if (size > m_size) {
+        m_bytes.reset(); // first, as what is in there is not wanted
+        m_size = 0;
+        m_bytes = std::make_unique_for_overwrite<uint8_t[]>(size);
+        m_size = size;
+    }
+    return m_bytes.get();
+}
+
+void PngBlock::trim()
+{
+    constexpr size_t kWorthKeeping = size_t(4) << 20;
+    if (m_size > kWorthKeeping) {
+        m_bytes.reset();
+        m_size = 0;
+    }
+}
+
 int PngLayout::pixelBits() const
 {
     return colours == PngColours::Rgb ? 24 : colours == PngColours::Rgba ? 32 : depth;
 }
 
-PngLayout choosePngLayout(const Bitmap &bitmap)
+PngLayout choosePngLayout(const Bitmap &bitmap, PngBlock &block)
 {
     PngLayout layout;
-    const bool isFew = addColours(bitmap, layout.palette);
+    const bool isFew = addColours(bitmap, layout.palette, block);
     if (isFew) {
         const std::vector<Argb> &colours = layout.palette.colours();
         const int indexDepth = depthOfIndices(colours.size());

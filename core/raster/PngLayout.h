@@ -3,6 +3,7 @@
 #include "core/raster/Bitmap.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -45,10 +46,30 @@ struct PngLayout
 
     /// Bits of a pixel.
     int pixelBits() const;
+    /// Bytes of a line, behind the number of its filter.
     int64_t lineBytes(int32_t width) const { return (int64_t(width) * pixelBits() + 7) / 8; }
 };
 
+/// A block of bytes that serves one picture after the other: memory that is new takes the kernel
+/// longer than the pixels of a page take to be compressed.
+class PngBlock
+{
+public:
+    /// @return room for so many bytes, which are anything
+    /// @throws std::bad_alloc
+    uint8_t *room(size_t size);
+    uint8_t *bytes() { return m_bytes.get(); }
+    /// Gives back what is worth it.
+    void trim();
+
+private:
+    std::unique_ptr<uint8_t[]> m_bytes;
+    size_t m_size = 0;
+};
+
+/// @param[out] block  of pixels that are no indices, the number of each in the palette, with the
+///                    lines a byte apart and behind a byte; if there are few enough colours
 /// @throws std::bad_alloc
-PngLayout choosePngLayout(const Bitmap &bitmap);
+PngLayout choosePngLayout(const Bitmap &bitmap, PngBlock &block);
 
 } // namespace svgtool

@@ -1,6 +1,6 @@
 #include "picture/api/Options.h"
 
-#include "core/base/ByteOrder.h"
+#include "core/base/Hash.h"
 #include "core/base/Limits.h"
 
 #include <algorithm>
@@ -69,14 +69,7 @@ PictureSize sizeOf(PictureSize natural, const PictureOptions &options)
 
 std::string idPrefixOf(ByteView metafile)
 {
-    // Eight bytes at a time: of a large bitmap, this is a share of the work that shows.
-    constexpr int64_t kStep = sizeof(uint64_t);
-    uint64_t hash = 0xCBF29CE484222325 ^ uint64_t(metafile.size);
-    for (int64_t i = 0; i < metafile.size; i += kStep) {
-        hash ^= fromLittleEndian(readPadded<uint64_t>(tail(metafile, i)));
-        hash *= 0x9E3779B97F4A7C15;
-        hash ^= hash >> 32;
-    }
+    uint64_t hash = hashOf(metafile, 0);
     constexpr size_t kDigits = 6;
     std::string prefix;
     for (size_t base = kLetters; prefix.size() < kDigits; base = kCharacters.size()) {

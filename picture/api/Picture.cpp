@@ -72,6 +72,7 @@ namespace {
     {
         const auto picture = picture::EmfPlayer::pictureOf(facts);
         picture::SceneBuilder builder(picture.device.unitsPerPixel);
+        builder.lend(file);
         picture::Playing playing;
         playing.prefersEmf = options.source == PictureSource::Emf;
         playing.drawsOutlines = options.text == PictureText::Outlines;
@@ -94,6 +95,7 @@ namespace {
                           const PictureOptions &options, RecordTally *tally)
     {
         picture::SceneBuilder builder(picture.device.unitsPerPixel);
+        builder.lend(file);
         picture::DeviceContext context(picture.device, 1, builder);
         if (options.text == PictureText::Outlines)
             context.drawOutlines();

@@ -130,11 +130,13 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
 {
     constexpr uint32_t kOfPalette = 1;
     DibBytes whole = dib;
+    whole.isLasting = m_builder.isLent(dib.bits);
     if (m_state.palette || dib.usage == kOfPalette)
         whole.palette = palette();
     const std::string bits = filledBits(dib, m_left.runLengthPixels);
     if (!bits.empty()) {
         whole.bits = { bits.data(), int64_t(bits.size()) };
+        whole.isLasting = false;
         m_isBitmapCut = true;
     }
     return ConvertTo32Bits(whole, m_left.runLengthPixels);

@@ -54,7 +54,7 @@ struct Hatch
 /// Pixels, or a whole PNG or JPEG file.
 struct Image
 {
-    Bitmap pixels; ///< upright; null when the image is a file
+    Bitmap pixels; ///< upright; may be borrowed of the metafile; null when the image is a file
     std::string file;
     const char *mediaType = "image/png"; ///< of the file
     IntSize size;

@@ -1,9 +1,11 @@
 #include "picture/scene/SceneBuilder.h"
 
+#include "core/base/Hash.h"
 #include "core/base/Limits.h"
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <type_traits>
 #include <utility>
 
@@ -54,6 +56,14 @@ Index SceneBuilder::once(Known &known, std::vector<Resource> &list, const Resour
     return place->second;
 }
 
+bool SceneBuilder::isLent(ByteView bytes) const
+{
+    const std::less<const char *> isBefore; // which tells of bytes of other blocks, too
+    const char *const end = m_lent.data + m_lent.size;
+    return bytes.size > 0 && !isBefore(bytes.data, m_lent.data)
+            && !isBefore(end, bytes.data + bytes.size);
+}
+
 Index SceneBuilder::paint(const Paint &paint)
 {
     return once(m_paints, m_scene.paints, paint, (Key() << paint).take());
@@ -96,32 +106,21 @@ Index SceneBuilder::gradient(const Gradient &gradient)
     return once(m_gradients, m_scene.gradients, gradient, key.take());
 }
 
-// FNV-1a, by words where there are any.
-static uint64_t hashOf(const Image &image)
+static uint64_t hashOfImage(const Image &image)
 {
-    uint64_t hash = 0xCBF29CE484222325;
-    const auto mix = [&hash](uint64_t word) { hash = (hash ^ word) * 0x100000001B3; };
-    const auto mixBytes = [&mix](const void *bytes, size_t size) {
-        const auto *const from = static_cast<const char *>(bytes);
-        size_t i = 0;
-        for (; i + sizeof(uint64_t) <= size; i += sizeof(uint64_t)) {
-            uint64_t word = 0;
-            std::memcpy(&word, from + i, sizeof word);
-            mix(word);
-        }
-        for (; i < size; ++i)
-            mix(uint8_t(from[i]));
-    };
-    mix(uint64_t(uint32_t(image.size.width)) << 32 | uint32_t(image.size.height));
-    mixBytes(image.file.data(), image.file.size());
-    if (!image.pixels.isNull())
-        mixBytes(image.pixels.line(0), size_t(image.pixels.lineBytes() * image.pixels.height()));
+    uint64_t hash = uint64_t(uint32_t(image.size.width)) << 32 | uint32_t(image.size.height);
+    hash = hashOf({ image.file.data(), int64_t(image.file.size()) }, hash);
+    const Bitmap &pixels = image.pixels;
+    for (int32_t y = 0; y < pixels.height(); ++y) {
+        const auto *const line = reinterpret_cast<const char *>(pixels.line(y));
+        hash = hashOf({ line, pixels.lineBytes() }, hash);
+    }
     return hash;
 }
 
 Index SceneBuilder::image(Image image)
 {
-    const uint64_t hash = hashOf(image);
+    const uint64_t hash = hashOfImage(image);
     for (auto [known, end] = m_images.equal_range(hash); known != end; ++known) {
         const Image &other = m_scene.images[known->second];
         if (other.size == image.size && other.file == image.file
@@ -282,7 +281,7 @@ void SceneBuilder::takeBack(const Mark &mark)
 {
     for (; m_scene.images.size() > mark.images; m_scene.images.pop_back()) {
         const auto number = Index(m_scene.images.size() - 1);
-        auto [known, end] = m_images.equal_range(hashOf(m_scene.images.back()));
+        auto [known, end] = m_images.equal_range(hashOfImage(m_scene.images.back()));
         known = std::find_if(known, end, [=](const auto &it) { return it.second == number; });
         if (known != end)
             m_images.erase(known);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Bytes.h"
 #include "core/geometry/Areas.h"
 #include "picture/scene/Allowances.h"
 #include "picture/scene/Scene.h"
@@ -24,6 +25,10 @@ public:
     Scene &scene() { return m_scene; }
     const Scene &scene() const { return m_scene; }
     Scene take() { return std::move(m_scene); }
+
+    /// The bytes of a file that stay where they are as long as the scene: images may borrow them.
+    void lend(ByteView file) { m_lent = file; }
+    bool isLent(ByteView bytes) const;
 
     Index paint(const Paint &paint);
     Index stroke(const Stroke &stroke);
@@ -80,6 +85,7 @@ private:
     std::optional<Clip> cutToParent(Clip clip);
 
     double m_unitsPerPixel;
+    ByteView m_lent;
     Allowances m_allowances;
     Scene m_scene;
     Index m_group = kNone;
