@@ -38,16 +38,48 @@ export class Picture {
     }
 }
 
-const NO_SUCH_FILE = 8; // EBADF of WASI
+// Code pages of Windows by the names that browsers and node know them by.
+const CODE_PAGES = { 874: "windows-874", 932: "shift_jis", 936: "gbk", 949: "euc-kr", 950: "big5",
+                     10000: "macintosh" };
+for (const page of [1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258])
+    CODE_PAGES[page] = `windows-${page}`;
+// That of the IBM PC they do not know, and some versions of node take 1252 for Latin-1. From byte 80
+// on; what is behind the end of a table is Latin-1.
+const TABLES = {
+    437: "ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜ¢£¥₧ƒáíóúñÑªº¿⌐¬½¼¡«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧╨╤╥╙╘╒╓╫╪┘┌"
+        + "█▄▌▐▀αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\xA0",
+    1252: "€\x81‚ƒ„…†‡ˆ‰Š‹Œ\x8DŽ\x8F\x90‘’“”•–—˜™š›œ\x9DžŸ",
+};
+const NO_CHARACTER = -1;
+const decoders = new Map();
 
-// The module asks its surroundings for nothing that matters: it prints nothing and reads no file.
-function importsOf(module) {
-    const imports = {};
-    for (const { module: from, name } of WebAssembly.Module.imports(module)) {
-        imports[from] ??= {};
-        imports[from][name] = () => NO_SUCH_FILE;
+// What a byte or a pair of them stands for in a code page.
+function unitOf(page, bytes) {
+    if (page in TABLES)
+        return TABLES[page][bytes[0] - 0x80]?.charCodeAt() ?? bytes[0];
+    if (!(page in CODE_PAGES))
+        return NO_CHARACTER;
+    if (!decoders.has(page))
+        decoders.set(page, new TextDecoder(CODE_PAGES[page], { fatal: true }));
+    try {
+        const text = decoders.get(page).decode(bytes);
+        return text.length === 1 ? text.charCodeAt(0) : NO_CHARACTER;
+    } catch {
+        return NO_CHARACTER;
     }
-    return imports;
+}
+
+// What the module asks of its surroundings; it prints nothing and reads no file.
+function instanceOf(module) {
+    const unit = (page, address, count) =>
+        unitOf(page, new Uint8Array(exports.memory.buffer, address, count));
+    const { exports } = new WebAssembly.Instance(module, {
+        svgtool: { unit },
+        env: { emscripten_notify_memory_growth() {} },
+        wasi_snapshot_preview1: { proc_exit() {} }, // before the module ends itself
+    });
+    exports._initialize();
+    return exports;
 }
 
 function choice(list, value, what) {
@@ -67,11 +99,7 @@ export class Converter {
 
     // An instance that has ended, for which there is only the one reason, is not used again.
     #instance() {
-        if (this.#exports === undefined) {
-            this.#exports = new WebAssembly.Instance(this.#module, importsOf(this.#module)).exports;
-            this.#exports._initialize?.();
-        }
-        return this.#exports;
+        return this.#exports ??= instanceOf(this.#module);
     }
 
     #text(address, length) {

@@ -1,16 +1,13 @@
 #include "core/text/CharacterSet.h"
 
+#include "core/text/CodePage.h"
 #include "core/text/FaceNames.h"
-
-#include <iconv.h>
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cerrno>
 #include <iterator>
 #include <mutex>
-#include <new>
+#include <optional>
 #include <string_view>
 
 namespace svgtool {
@@ -22,15 +19,14 @@ namespace {
     struct Encoding
     {
         uint8_t charSet;
-        const char *name; ///< as iconv knows it
+        int codePage;
     };
     constexpr Encoding kEncodings[] = {
-        { kAnsi, "CP1252" },       { kMac, "MACINTOSH" },  { kShiftJis, "CP932" },
-        { kHangul, "CP949" },      { kJohab, "JOHAB" },    { kGb2312, "CP936" },
-        { kChineseBig5, "CP950" }, { kGreek, "CP1253" },   { kTurkish, "CP1254" },
-        { kVietnamese, "CP1258" }, { kHebrew, "CP1255" },  { kArabic, "CP1256" },
-        { kBaltic, "CP1257" },     { kRussian, "CP1251" }, { kThai, "CP874" },
-        { kEastEurope, "CP1250" }, { kOem, "CP437" }, // that of most systems
+        { kAnsi, 1252 },    { kMac, 10000 },       { kShiftJis, 932 },    { kHangul, 949 },
+        { kJohab, 1361 },   { kGb2312, 936 },      { kChineseBig5, 950 }, { kGreek, 1253 },
+        { kTurkish, 1254 }, { kVietnamese, 1258 }, { kHebrew, 1255 },     { kArabic, 1256 },
+        { kBaltic, 1257 },  { kRussian, 1251 },    { kThai, 874 },        { kEastEurope, 1250 },
+        { kOem, 437 }, // that of most systems
     };
 
     // Documents were made with ICU's tables before iconv's were used, and must not change. They
@@ -130,7 +126,7 @@ namespace {
         return first <= byte && byte <= last;
     }
 
-    // What a pair stands for that iconv does not know.
+    // What a pair stands for that the system does not know.
     char16_t userUnit(uint8_t charSet, uint8_t lead, uint8_t trail)
     {
         // Bytes from here on are not among the trails of a row.
@@ -151,19 +147,10 @@ namespace {
         return kNoCharacter;
     }
 
-    /// Decodes one character set; keeps what iconv needs for it. Not for two threads at a time.
+    /// Decodes one character set. Not for two threads at a time.
     class Decoder
     {
     public:
-        Decoder() = default;
-        ~Decoder()
-        {
-            if (m_isOpen)
-                iconv_close(m_iconv);
-        }
-        Decoder(const Decoder &) = delete;
-        Decoder &operator=(const Decoder &) = delete;
-
         /// False when the system lacks the encoding.
         bool open(const Encoding &encoding);
         std::u16string decode(std::string_view bytes);
@@ -172,14 +159,11 @@ namespace {
         bool isLead(char character) const;
         bool isTrail(char character) const;
         char16_t single(char character);
-        char16_t readSingle(char character);
-        bool convert(std::string_view &bytes, std::u16string &text);
-        void decodePairs(std::string_view bytes, std::u16string &text);
+        char16_t pair(std::string_view bytes);
 
         uint8_t m_charSet = 0;
         bool m_hasPairs = false;
-        bool m_isOpen = false;
-        iconv_t m_iconv{};
+        CodePage m_codePage;
         std::array<char16_t, 256> m_singles{};
     };
 
@@ -187,17 +171,10 @@ namespace {
 
 bool Decoder::open(const Encoding &encoding)
 {
-    if (m_isOpen)
+    if (m_codePage.isOpen())
         return true;
-    constexpr bool isLittle = std::endian::native == std::endian::little;
-    m_iconv = iconv_open(isLittle ? "UTF-16LE" : "UTF-16BE", encoding.name);
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): what POSIX says it gives when it fails
-    if (m_iconv == iconv_t(-1)) {
-        if (errno == ENOMEM)
-            throw std::bad_alloc();
+    if (!m_codePage.open(encoding.codePage))
         return false;
-    }
-    m_isOpen = true;
     m_charSet = encoding.charSet;
     m_hasPairs = m_charSet >= kShiftJis && m_charSet <= kChineseBig5;
     m_singles.fill(kNotAsked);
@@ -246,54 +223,21 @@ bool Decoder::isTrail(char character) const
     return isTrailByte(byteOf(character), m_charSet);
 }
 
-// Converts from the front of the bytes until they, the room or the characters that iconv knows are
-// used up, and takes those away. True when the last was the reason.
-bool Decoder::convert(std::string_view &bytes, std::u16string &text)
-{
-    char16_t units[256];
-    char *in = const_cast<char *>(bytes.data()); // iconv reads it only
-    size_t inLeft = bytes.size();
-    char *out = reinterpret_cast<char *>(units);
-    size_t outLeft = sizeof units;
-    const bool isStuck =
-            iconv(m_iconv, &in, &inLeft, &out, &outLeft) == size_t(-1) && errno != E2BIG;
-    // Some encodings hold a letter back until they know whether an accent follows.
-    iconv(m_iconv, nullptr, nullptr, &out, &outLeft);
-    text.append(units, (sizeof units - outLeft) / sizeof *units);
-    bytes.remove_prefix(bytes.size() - inLeft);
-    return isStuck;
-}
-
-char16_t Decoder::readSingle(char character)
-{
-    std::string_view byte(&character, 1);
-    std::u16string text;
-    if (!convert(byte, text) && text.size() == 1)
-        return text.front();
-    return isIn(byteOf(character), 0x80, 0x9F) ? char16_t(byteOf(character)) : kNoCharacter;
-}
-
 char16_t Decoder::single(char character)
 {
     char16_t &unit = m_singles[byteOf(character)];
-    if (unit == kNotAsked)
-        unit = readSingle(character);
+    if (unit == kNotAsked) {
+        const bool isControl = isIn(byteOf(character), 0x80, 0x9F);
+        unit = m_codePage.unit({ &character, 1 })
+                       .value_or(isControl ? char16_t(byteOf(character)) : kNoCharacter);
+    }
     return unit;
 }
 
-void Decoder::decodePairs(std::string_view bytes, std::u16string &text)
+char16_t Decoder::pair(std::string_view bytes)
 {
-    while (!bytes.empty()) {
-        const size_t whole = text.size() + bytes.size() / 2;
-        const bool isStuck = convert(bytes, text);
-        if (text.size() + bytes.size() / 2 < whole) {
-            // glibc stops behind the pair A2 E8 of Korean instead of before it.
-            text += kNoCharacter;
-        } else if (isStuck && bytes.size() > 1) {
-            text += userUnit(m_charSet, byteOf(bytes[0]), byteOf(bytes[1]));
-            bytes.remove_prefix(2);
-        }
-    }
+    const std::optional<char16_t> unit = m_codePage.unit(bytes);
+    return unit ? *unit : userUnit(m_charSet, byteOf(bytes[0]), byteOf(bytes[1]));
 }
 
 std::u16string Decoder::decode(std::string_view bytes)
@@ -307,19 +251,16 @@ std::u16string Decoder::decode(std::string_view bytes)
     }
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        size_t length = 0;
-        while (bytes.size() - length > 1 && isLead(bytes[length]) && isTrail(bytes[length + 1]))
-            length += 2;
-        if (length > 0) {
-            decodePairs(bytes.substr(0, length), text);
-        } else if (!isLead(bytes.front())) {
+        size_t length = 1;
+        if (!isLead(bytes.front())) {
             text += single(bytes.front());
-            length = 1;
-        } else if (bytes.size() > 1) {
-            text += m_charSet == kShiftJis ? char16_t(0x001A) : kNoCharacter;
-            length = 1;
-        } else {
+        } else if (bytes.size() == 1) {
             break;
+        } else if (isTrail(bytes[1])) {
+            length = 2;
+            text += pair(bytes.substr(0, length));
+        } else {
+            text += m_charSet == kShiftJis ? char16_t(0x001A) : kNoCharacter;
         }
         bytes.remove_prefix(length);
     }

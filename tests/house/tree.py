@@ -17,7 +17,7 @@ INSTALLED = {"svgtool/SVGTool.h": "exact/svgtool/SVGTool.h",
              "svgtool/picture.h": "picture/api/picture.h",
              "svgtool/picture.hpp": "picture/api/picture.hpp"}
 NO_CODE = "docs|scripts|cmake|build.*|out"
-WINDOWS_H = "_Gdi.cpp"
+WINDOWS_H = ("_Gdi.cpp", "_Windows.cpp")
 QT_VERSION_H = "QtText.h"
 
 
@@ -44,7 +44,7 @@ def include_finding(root, table, file, quoted, name):
     """Gives what is wrong with an include, or None."""
     folder = folder_of(table, str(file.relative_to(root)))
     if name.lower() == "windows.h" and not file.name.endswith(WINDOWS_H):
-        return f"{name} outside {WINDOWS_H} files"
+        return f"{name} outside {' and '.join(WINDOWS_H)} files"
     if folder.startswith(("core", "picture")) and re.match(r"Q[A-Z]|Qt", name):
         return f"{name} of Qt below {folder}/"
     if table[folder] == "anything":
@@ -110,7 +110,7 @@ FAULTS = [
     ("core/base/Bad.h", "#include <QtGlobal>", "of Qt below core/base/"),
     ("core/base/Bad.h", '#include "../style/StyleMgr.h"', "hides its folder"),
     ("exact/emf/Bad.h", '#include "nowhere/Missing.h"', "no file of the tree"),
-    ("core/base/Gdi.h", "#include <Windows.h>", "outside _Gdi.cpp files"),
+    ("core/base/Gdi.h", "#include <Windows.h>", "outside _Gdi.cpp and"),
     ("exact/svg/Bad.cpp", "#ifdef QT_VERSION_MAJOR", "outside QtText.h"),
     ("exact/New.cpp", "", "in no folder of the table"),
 ]
