@@ -34,16 +34,19 @@ public:
         return numbers;
     }
 
-    /// The nearest place on the grid; what is not finite or beyond all sense is cut.
+    /// The nearest place on the grid; what is not finite or beyond all sense is cut. What lies half
+    /// way goes up, on every machine: sines may differ in their last bits.
     int64_t steps(double value) const
     {
         constexpr double kFar = 1e15;
-        const double scaled = std::floor(value * m_scale + 0.5);
+        constexpr double kHalf = 0.5 + 1e-6;
+        const double scaled = std::floor(value * m_scale + kHalf);
         return scaled > -kFar && scaled < kFar ? int64_t(scaled)
                 : scaled >= kFar               ? int64_t(kFar)
                 : scaled <= -kFar              ? -int64_t(kFar)
                                                : 0;
     }
+    double nearest(double value) const { return double(steps(value)) / m_scale; }
     /// How far from itself a value may be written.
     double tolerance() const { return m_tolerance / m_scale; }
     /// Whether a place stands for a value as well as the nearest does.

@@ -58,7 +58,7 @@ void SvgDocument::foreignAttribute(std::string_view name, std::u16string_view te
     m_text.append('"');
 }
 
-void SvgDocument::transform(const Affine &matrix, const RectD &shown, std::string_view name)
+void SvgDocument::transform(const Affine &exact, const RectD &shown, std::string_view name)
 {
     const double reach =
             std::max({ std::abs(shown.left), std::abs(shown.top), std::abs(shown.right),
@@ -70,6 +70,10 @@ void SvgDocument::transform(const Affine &matrix, const RectD &shown, std::strin
         m_text.append(before);
         numbers.append(m_text, value);
     };
+    const Affine matrix{ parts.nearest(exact.a), parts.nearest(exact.b),  parts.nearest(exact.c),
+                         parts.nearest(exact.d), places.nearest(exact.e), places.nearest(exact.f) };
+    if (matrix.isIdentity())
+        return;
     const auto &[a, b, c, d, e, f] = matrix;
     m_text.append(' ', name, "=\"");
     const bool isScaled = a != 1 || d != 1, isMoved = e != 0 || f != 0;
@@ -90,7 +94,7 @@ void SvgDocument::transform(const Affine &matrix, const RectD &shown, std::strin
             write(places, ' ', f);
         m_text.append(')');
     }
-    if (isScaled || !isMoved) {
+    if (isScaled) {
         m_text.append("scale");
         write(parts, '(', a);
         if (a != d)

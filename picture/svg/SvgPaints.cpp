@@ -81,8 +81,7 @@ void beginPattern(SvgDocument &document, Defined kind, Index number, const RectD
     document.id(kind, number);
     document.put(" patternUnits=\"userSpaceOnUse\"");
     writeBox(document, tile);
-    if (!transform.isIdentity())
-        document.transformAll(transform, "patternTransform");
+    document.transformAll(transform, "patternTransform");
     document.put('>');
 }
 
