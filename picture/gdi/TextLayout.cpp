@@ -150,8 +150,11 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
         const double known = double(tables.averageWidth) / tables.unitsPerEm;
         const bool counts = realized.shape.isNamed && known >= kLeast;
         const double average = realized.em * (counts ? known : kUsual);
-        const double stretch =
+        // Beyond that no letter can be told, and librsvg gives up on the whole document.
+        constexpr double kWidest = 1000;
+        const double wanted =
                 std::abs(double(font.width)) * perLogical / (average * realized.axes.scaleX());
+        const double stretch = std::fmin(wanted, kWidest);
         realized.axes.a *= stretch;
         realized.axes.b *= stretch;
     }

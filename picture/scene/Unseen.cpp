@@ -63,6 +63,17 @@ namespace {
                          { 0, -size, text.width, kDescent * size });
     }
 
+    // Of next to no width as it is turned: where that is written as none, librsvg gives up on the
+    // whole document.
+    bool isFlat(const Scene &scene, const Node &node)
+    {
+        const RectD &box = scene.imagePlaces[node.geometry].box;
+        const Affine map = node.transform != kNone ? scene.transforms[node.transform] : Affine();
+        const double longest = std::fmax(box.width() * map.scaleX(), box.height() * map.scaleY());
+        const double area = box.width() * box.height() * std::abs(map.determinant());
+        return !(area > longest * scene.view.width() / scene.width / 1000);
+    }
+
     bool isSeen(const Scene &scene, const Node &node, const RectD &window)
     {
         if (!(node.opacity > 0) || isTakenBack(node) || window.isEmpty())
@@ -70,6 +81,8 @@ namespace {
         if (node.kind == Node::Kind::Text && isBlank(scene, scene.texts[node.geometry]))
             return false;
         if (node.kind == Node::Kind::Path && scene.verbsOf(node).size() < 2)
+            return false;
+        if (node.kind == Node::Kind::Image && isFlat(scene, node))
             return false;
         RectD ink = inkOf(scene, node);
         if (ink.isEmpty())
