@@ -78,6 +78,8 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
   "python3:any (>= 3.9), ${picture_package} (>= ${debian_version})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  "${debian_dir}/python/postinst;${debian_dir}/python/prerm")
 set(CPACK_DEBIAN_PYTHON_DESCRIPTION
   "draws Windows metafiles as SVG (Python 3)
 SVGTool reads Windows metafiles and writes SVG 1.1 documents.

@@ -108,8 +108,11 @@ done
 echo "manual pages, completion and thumbnailer: work"
 
 # Pictures first, which need no Qt to build a host with.
-quietly apt-get install -q -y --no-install-recommends /work/libsvgtoolpicture*.deb cmake make g++ \
-    pkg-config
+pictures=()
+for deb in "${debs[@]}"; do
+    [[ $deb != */libsvgtoolpicture* ]] || pictures+=("$deb")
+done
+quietly apt-get install -q -y --no-install-recommends "${pictures[@]}" cmake make g++ pkg-config
 [ ! -e "$root/usr/include/$(uname -m)-linux-gnu/qt6" ] || fail "Qt's headers are there already"
 quietly cmake -S /work/host/picture -B /work/picture
 quietly cmake --build /work/picture
