@@ -292,7 +292,7 @@ std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes)
     DibHeader header;
     header.width = word(1);
     header.height = word(2);
-    const int64_t lineBytes = word(3);
+    int64_t lineBytes = word(3);
     const auto planes = uint8_t(bytes.data[8]);
     header.depth = uint8_t(bytes.data[9]);
     header.isBottomUp = false;
@@ -303,6 +303,9 @@ std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes)
     else if (header.depth != 1 && header.depth != 4 && header.depth != 8 && header.depth != 24)
         return std::nullopt;
     const int64_t needed = (int64_t(header.width) * header.depth + 7) / 8;
+    // Some name the length that lines of other bitmaps have, and write those of this kind.
+    if (header.height > 0 && lineBytes > (bytes.size - kHeaderBytes) / header.height)
+        lineBytes = (needed + 1) / 2 * 2;
     if (header.width < 1 || header.height < 1 || planes != 1 || lineBytes < needed
         || lineBytes > (bytes.size - kHeaderBytes) / header.height)
         return std::nullopt;

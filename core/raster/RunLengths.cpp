@@ -20,14 +20,20 @@ namespace {
         }
 
         bool isDone() const { return m_y < 0; }
-        void paint(uint8_t index)
+        // So many pixels, of two indices by turns.
+        void paint(uint8_t first, uint8_t second, int count)
         {
-            if (m_x < m_width && !isDone()) {
-                m_pixels[m_y * m_width + m_x] = index;
-                m_used.set(index);
-                ++m_painted;
+            const auto seen = isDone() ? 0 : int(std::clamp<int64_t>(m_width - m_x, 0, count));
+            if (seen > 0) {
+                uint8_t *const pixels = m_pixels + m_y * m_width + m_x;
+                std::memset(pixels, first, size_t(seen));
+                for (int i = 1; first != second && i < seen; i += 2)
+                    pixels[i] = second;
+                m_used.set(first);
+                m_used.set(seen > 1 ? second : first);
+                m_painted += seen;
             }
-            ++m_x;
+            m_x += count;
         }
         void move(int right, int up)
         {
@@ -52,24 +58,22 @@ namespace {
         std::bitset<256> m_used;
     };
 
-    // Pixel number i of a run: of two alternating nibbles, or of one byte.
-    uint8_t indexOf(RunDepth depth, uint8_t byte, int i)
+    // So many pixels of one byte: an index, or two of half a byte by turns.
+    void paintByte(RunPainter &painter, RunDepth depth, uint8_t byte, int count)
     {
         if (depth == RunDepth::Bits8)
-            return byte;
-        return i % 2 == 0 ? byte >> 4 : byte & 0x0F;
+            painter.paint(byte, byte, count);
+        else
+            painter.paint(byte >> 4, byte & 0x0F, count);
     }
 
     // The bytes after an escape that names a count of literal pixels, padded to a 16-bit border.
     int64_t paintLiteral(RunPainter &painter, RunDepth depth, ByteView bytes, int count)
     {
-        for (int i = 0; i < count; ++i) {
-            const int64_t position = depth == RunDepth::Bits8 ? i : i / 2;
-            if (position >= bytes.size)
-                break;
-            painter.paint(indexOf(depth, uint8_t(bytes.data[position]), i));
-        }
-        const int64_t used = depth == RunDepth::Bits8 ? count : (count + 1) / 2;
+        const int perByte = depth == RunDepth::Bits8 ? 1 : 2;
+        const int64_t used = (count + perByte - 1) / perByte;
+        for (int64_t i = 0; i < std::min(used, bytes.size); ++i, count -= perByte)
+            paintByte(painter, depth, uint8_t(bytes.data[i]), std::min(count, perByte));
         return (used + 1) / 2 * 2;
     }
 
@@ -81,8 +85,7 @@ namespace {
             const auto value = uint8_t(bytes.data[position + 1]);
             position += 2;
             if (count > 0) {
-                for (int i = 0; i < count; ++i)
-                    painter.paint(indexOf(depth, value, i));
+                paintByte(painter, depth, value, count);
             } else if (value == 0) {
                 painter.endLine();
             } else if (value == 1) {
