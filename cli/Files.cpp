@@ -2,6 +2,7 @@
 
 #include "cli/Options.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 
@@ -22,17 +23,22 @@ namespace {
     {
         // A Qt 5 byte array ends at 2 GiB, and an input that never ends must not fill the memory.
         constexpr qint64 kLargestInput = qint64(1) << 30;
-        constexpr qint64 kChunk = qint64(1) << 20;
-        QByteArray bytes;
-        QByteArray chunk(int(kChunk), Qt::Uninitialized);
+        constexpr qint64 kLeastRoom = qint64(1) << 16;
+        // With room for a byte more than the file tells of, it is read at once to its end.
+        const qint64 told = std::clamp(file.size(), kLeastRoom, kLargestInput) + 1;
+        QByteArray bytes(int(told), Qt::Uninitialized);
+        qint64 size = 0;
         qint64 count = 0;
-        while ((count = file.read(chunk.data(), kChunk)) > 0) {
-            if (bytes.size() + count > kLargestInput)
+        while ((count = file.read(bytes.data() + size, bytes.size() - size)) > 0) {
+            size += count;
+            if (size > kLargestInput)
                 throw Failure{ name, QStringLiteral("is larger than 1 GiB") };
-            bytes.append(chunk.constData(), int(count));
+            if (size == bytes.size())
+                bytes.resize(int(std::min(2 * size, kLargestInput + 1)));
         }
         if (count < 0)
             throw Failure{ name, QStringLiteral("cannot be read: ") + file.errorString() };
+        bytes.truncate(int(size));
         return bytes;
     }
 
