@@ -1,31 +1,14 @@
 #include "core/raster/Mixture.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <utility>
 #include <vector>
 
 namespace svgtool {
 
 namespace {
-
-    // Calls with each pixel's mixture, but not again with that of the neighbour.
-    template<class Call>
-    void eachPixel(const Bitmap &keep, const Bitmap &flip, Call call)
-    {
-        std::vector<Argb> keepLine = keep.lineBuffer(), flipLine = flip.lineBuffer();
-        std::optional<PixelMixture> last;
-        for (int32_t y = 0; y < keep.height(); ++y) {
-            keep.readLine(y, keepLine.data());
-            flip.readLine(y, flipLine.data());
-            for (size_t x = 0; x < keepLine.size(); ++x) {
-                const PixelMixture pixel{ keepLine[x] & kColourBits, flipLine[x] & kColourBits };
-                if (pixel == last)
-                    continue;
-                call(pixel);
-                last = pixel;
-            }
-        }
-    }
 
     // Whether each of the three bytes has all bits or none.
     constexpr bool isSaturatedColour(Argb colour)
@@ -43,102 +26,106 @@ namespace {
 
 } // namespace
 
-Mixture::Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
-                 const Bitmap &pattern)
-    : m_keep(PixelFormat::Bgr32, source.size()), m_flip(PixelFormat::Bgr32, source.size())
+Mixture::Mixture(MixedTransfer transfer) : m_size(transfer.source.size())
 {
-    std::vector<Argb> keep = source.lineBuffer(), flip = source.lineBuffer();
-    std::vector<Argb> patterns(keep.size(), colour);
-    Argb lastSource = 0, lastPattern = colour; // neighbours are often alike
-    PixelMixture pixel = mixtureOf(operation, colour, 0);
-    for (int32_t y = 0; y < source.height(); ++y) {
-        source.readLine(y, flip.data());
-        if (!pattern.isNull())
-            pattern.readLine(y, patterns.data());
-        for (size_t x = 0; x < flip.size(); ++x) {
-            // What run lengths skip, and what a hatch leaves alone.
-            if (alphaOf(flip[x]) == 0 || (!pattern.isNull() && alphaOf(patterns[x]) == 0)) {
-                keep[x] = kColourBits;
-                flip[x] = 0;
-                continue;
-            }
-            if (flip[x] != lastSource || patterns[x] != lastPattern) {
-                lastSource = flip[x];
-                lastPattern = patterns[x];
-                pixel = mixtureOf(operation, lastPattern, lastSource);
-            }
-            keep[x] = pixel.keep;
-            flip[x] = pixel.flip;
-        }
-        m_keep.writeLine(y, keep.data());
-        m_flip.writeLine(y, flip.data());
-    }
+    m_transfers.push_back(std::move(transfer));
     judge();
 }
 
 void Mixture::judge()
 {
     m_isPlain = m_isSaturated = m_isUnion = m_isDisjoint = true;
-    eachPixel(m_keep, m_flip, [this](PixelMixture pixel) {
-        m_isPlain = m_isPlain && (pixel.isOpaque() || pixel.isNothing());
-        m_isUnion = m_isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
-        m_isDisjoint = m_isDisjoint && (pixel.keep & pixel.flip) == 0;
-        // A channel that keeps nothing is painted, whatever its colour.
-        m_isSaturated = m_isSaturated && isSaturatedColour(pixel.keep)
-                && isSaturatedColour(pixel.flip & pixel.keep);
-    });
-}
-
-void Mixture::chooseByMask(const Mixture &other, const Bitmap &mask)
-{
-    std::vector<Argb> ours = m_keep.lineBuffer(), theirs = ours;
-    for (int32_t y = 0; y < m_keep.height(); ++y) {
-        for (auto [our, their] :
-             { std::pair{ &m_keep, &other.m_keep }, std::pair{ &m_flip, &other.m_flip } }) {
-            our->readLine(y, ours.data());
-            their->readLine(y, theirs.data());
-            for (int32_t x = 0; x < m_keep.width(); ++x) {
-                if (mask.indexAt(x, y) == 0)
-                    ours[size_t(x)] = theirs[size_t(x)];
-            }
-            our->writeLine(y, ours.data());
+    Lines lines(*this);
+    std::optional<PixelMixture> last; // neighbours are often alike
+    for (int32_t y = 0; y < m_size.height; ++y) {
+        for (const PixelMixture pixel : lines.at(y)) {
+            if (pixel == last)
+                continue;
+            last = pixel;
+            m_isPlain = m_isPlain && (pixel.isOpaque() || pixel.isNothing());
+            m_isUnion = m_isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
+            m_isDisjoint = m_isDisjoint && (pixel.keep & pixel.flip) == 0;
+            // A channel that keeps nothing is painted, whatever its colour.
+            m_isSaturated = m_isSaturated && isSaturatedColour(pixel.keep)
+                    && isSaturatedColour(pixel.flip & pixel.keep);
         }
     }
+}
+
+void Mixture::then(Mixture next)
+{
+    m_size = { std::max(m_size.width, next.m_size.width),
+               std::max(m_size.height, next.m_size.height) };
+    std::ranges::move(next.m_transfers, std::back_inserter(m_transfers));
     judge();
 }
 
-void Mixture::resample(IntSize size)
+Bitmap Mixture::bitmapOf(Argb PixelMixture::*colour) const
 {
-    m_keep = resampled(std::move(m_keep), size);
-    m_flip = resampled(std::move(m_flip), size);
+    Bitmap result(PixelFormat::Bgr32, m_size);
+    std::vector<Argb> line = result.lineBuffer();
+    Lines lines(*this);
+    for (int32_t y = 0; y < m_size.height; ++y) {
+        std::ranges::transform(lines.at(y), line.begin(), colour);
+        result.writeLine(y, line.data());
+    }
+    return result;
 }
 
-void Mixture::then(const Mixture &next)
+Mixture::Lines::Lines(const Mixture &mixture)
+    : m_height(mixture.m_size.height), m_pixels(size_t(mixture.m_size.width))
 {
-    // The finer one of the two says how many pixels there are.
-    const IntSize both{ std::max(size().width, next.size().width),
-                        std::max(size().height, next.size().height) };
-    resample(both);
-    std::vector<Argb> keep = m_keep.lineBuffer(), flip = keep;
-    std::vector<Argb> nextKeep = next.m_keep.lineBuffer(), nextFlip = nextKeep;
-    for (int32_t y = 0; y < both.height; ++y) {
-        m_keep.readLine(y, keep.data());
-        m_flip.readLine(y, flip.data());
-        const int32_t line = nearest(y, next.size().height, both.height);
-        next.m_keep.readLine(line, nextKeep.data());
-        next.m_flip.readLine(line, nextFlip.data());
-        for (int32_t x = 0; x < both.width; ++x) {
-            const auto from = size_t(nearest(x, next.size().width, both.width));
-            const auto to = size_t(x);
-            const PixelMixture pixel =
-                    PixelMixture{ keep[to], flip[to] }.then({ nextKeep[from], nextFlip[from] });
-            keep[to] = pixel.keep;
-            flip[to] = pixel.flip;
-        }
-        m_keep.writeLine(y, keep.data());
-        m_flip.writeLine(y, flip.data());
+    for (const MixedTransfer &from : mixture.m_transfers) {
+        const int32_t width = from.source.width();
+        Transfer transfer{ &from, {}, std::vector<PixelMixture>(size_t(width)) };
+        for (int32_t x = 0; x < mixture.m_size.width; ++x)
+            transfer.columns.push_back(nearest(x, width, mixture.m_size.width));
+        m_transfers.push_back(std::move(transfer));
     }
-    judge();
+}
+
+const std::vector<PixelMixture> &Mixture::Lines::at(int32_t y)
+{
+    std::ranges::fill(m_pixels, PixelMixture());
+    for (Transfer &transfer : m_transfers) {
+        const int32_t line = nearest(y, transfer.from->source.height(), m_height);
+        if (transfer.line != line)
+            read(transfer, line);
+        for (size_t x = 0; x < m_pixels.size(); ++x)
+            m_pixels[x] = m_pixels[x].then(transfer.pixels[size_t(transfer.columns[x])]);
+    }
+    return m_pixels;
+}
+
+void Mixture::Lines::read(Transfer &transfer, int32_t line)
+{
+    const MixedTransfer &from = *transfer.from;
+    const size_t width = transfer.pixels.size();
+    transfer.line = line;
+    m_source.resize(width);
+    m_pattern.assign(width, from.colour);
+    from.source.readLine(line, m_source.data());
+    if (!from.pattern.isNull())
+        from.pattern.readLine(line, m_pattern.data());
+    Argb source = m_source[0], pattern = m_pattern[0]; // neighbours are often alike
+    const auto mixturesOf = [&] {
+        return std::array{ mixtureOf(from.outside, pattern, source),
+                           mixtureOf(from.operation, pattern, source) };
+    };
+    auto mixtures = mixturesOf();
+    for (size_t x = 0; x < width; ++x) {
+        // What run lengths skip, and what a hatch leaves alone.
+        if (alphaOf(m_source[x]) == 0 || (!from.pattern.isNull() && alphaOf(m_pattern[x]) == 0)) {
+            transfer.pixels[x] = PixelMixture();
+            continue;
+        }
+        if (m_source[x] != source || m_pattern[x] != pattern) {
+            source = m_source[x];
+            pattern = m_pattern[x];
+            mixtures = mixturesOf();
+        }
+        transfer.pixels[x] = mixtures[from.mask.isNull() ? 1 : from.mask.indexAt(int32_t(x), line)];
+    }
 }
 
 Bitmap resampled(Bitmap bitmap, IntSize size)

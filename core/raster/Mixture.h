@@ -51,25 +51,37 @@ constexpr RasterOperation operationOfRop2(uint32_t mode)
     return RasterOperation((clear | clear << 2 | set << 4 | set << 6) << 16);
 }
 
+/// One transfer that is mixed with what lies beneath.
+struct MixedTransfer
+{
+    Bitmap source; ///< not null
+    RasterOperation operation;
+    Argb colour = 0; ///< of the brush
+    /// Of the size of the source, or null to take the colour for all pixels. Nothing changes where
+    /// it is transparent.
+    Bitmap pattern = {};
+    /// Indexed1 and of the size of the source: where it has a 0 the other operation holds; or null.
+    Bitmap mask = {};
+    RasterOperation outside = kNoOperation;
+};
+
 /// A mixture for each pixel: what one or several transfers do to their part of the picture.
+///
+/// It takes no more memory than their bitmaps do: its lines are computed when they are asked for.
 class Mixture
 {
 public:
-    /// @param source   not null
-    /// @param pattern  of the size of the source, or null to take @p colour for all pixels; nothing
-    ///                 changes where it is transparent
     /// @throws std::bad_alloc
-    Mixture(const Bitmap &source, RasterOperation operation, Argb colour,
-            const Bitmap &pattern = {});
+    explicit Mixture(MixedTransfer transfer);
 
-    IntSize size() const { return m_keep.size(); }
-    /// Takes the pixels of @p other where @p mask has a 0.
-    /// @param mask  Indexed1; both of one size
-    void chooseByMask(const Mixture &other, const Bitmap &mask);
+    IntSize size() const { return m_size; }
+    int64_t pixelCount() const { return int64_t(m_size.width) * m_size.height; }
     /// Gives it so many pixels, as resampled() does.
-    void resample(IntSize size);
-    /// Puts @p next after it, with its pixels taken by their place when the sizes differ.
-    void then(const Mixture &next);
+    void resample(IntSize size) { m_size = size; }
+    /// Puts @p next after it, with as many pixels as the finer one of the two has.
+    void then(Mixture next);
+    /// How many transfers it is made of. Each pixel takes the time of all of them.
+    size_t depth() const { return m_transfers.size(); }
 
     /// Whether no pixel depends on what lies beneath, but for those that leave it alone.
     bool isPlain() const { return m_isPlain; }
@@ -81,39 +93,64 @@ public:
     bool isUnion() const { return m_isUnion; }
     bool isDisjoint() const { return m_isDisjoint; }
 
+    /// Computes the pixels of one line after the other.
+    class Lines
+    {
+    public:
+        explicit Lines(const Mixture &mixture);
+        const std::vector<PixelMixture> &at(int32_t y);
+
+    private:
+        struct Transfer
+        {
+            const MixedTransfer *from;
+            std::vector<int32_t> columns; ///< of its pixels, for each of the mixture
+            std::vector<PixelMixture> pixels; ///< of its line, and of which one that is
+            int32_t line = -1;
+        };
+
+        void read(Transfer &transfer, int32_t line);
+
+        std::vector<Transfer> m_transfers;
+        int32_t m_height;
+        std::vector<Argb> m_source, m_pattern;
+        std::vector<PixelMixture> m_pixels;
+    };
+
     /// The pixels on a ground of these colours: Bgra32, transparent where it stays as it is, or
     /// Bgr32 where it does nowhere.
     /// @param ground  of each pixel; called line by line
     template<class Ground>
     Bitmap over(Ground ground) const
     {
-        Bitmap result(PixelFormat::Bgra32, size());
+        Bitmap result(PixelFormat::Bgra32, m_size);
         bool isOpaque = true;
-        std::vector<Argb> keep = m_keep.lineBuffer(), flip = m_flip.lineBuffer();
-        for (int32_t y = 0; y < result.height(); ++y) {
-            m_keep.readLine(y, keep.data());
-            m_flip.readLine(y, flip.data());
-            for (int32_t x = 0; x < result.width(); ++x) {
-                const PixelMixture pixel{ keep[size_t(x)] & kColourBits,
-                                          flip[size_t(x)] & kColourBits };
+        std::vector<Argb> colours = result.lineBuffer();
+        Lines lines(*this);
+        for (int32_t y = 0; y < m_size.height; ++y) {
+            const std::vector<PixelMixture> &pixels = lines.at(y);
+            for (int32_t x = 0; x < m_size.width; ++x) {
+                const PixelMixture pixel = pixels[size_t(x)];
                 isOpaque = isOpaque && !pixel.isNothing();
-                flip[size_t(x)] =
+                colours[size_t(x)] =
                         pixel.isNothing() ? kClear : pixel.over(ground(x, y)) | kAlphaBits;
             }
-            result.writeLine(y, flip.data());
+            result.writeLine(y, colours.data());
         }
         if (isOpaque)
             result.dropAlpha();
         return result;
     }
-    /// What is multiplied with the picture, and what is then added to it or taken from it.
-    const Bitmap &keep() const { return m_keep; }
-    const Bitmap &flip() const { return m_flip; }
+    /// What is multiplied with the picture, and what is then added to it or taken from it: Bgr32.
+    Bitmap keep() const { return bitmapOf(&PixelMixture::keep); }
+    Bitmap flip() const { return bitmapOf(&PixelMixture::flip); }
 
 private:
     void judge();
+    Bitmap bitmapOf(Argb PixelMixture::*colour) const;
 
-    Bitmap m_keep, m_flip;
+    std::vector<MixedTransfer> m_transfers;
+    IntSize m_size;
     bool m_isPlain = false, m_isSaturated = false;
     bool m_isUnion = false, m_isDisjoint = false;
 };

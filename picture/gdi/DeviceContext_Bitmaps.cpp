@@ -284,8 +284,8 @@ Played DeviceContext::blit(const BlitBox &to, const RectD &from, DecodedBitmap b
     const bool isKnown = !operation.usesPattern() || takeBrushPixels(*place, pattern);
     if (!pattern.isNull())
         pixels = resampled(std::move(pixels), pattern.size());
-    const Played played =
-            paintMixture(Mixture(pixels, operation, patternColour(), pattern), *place);
+    const Played played = paintMixture(
+            Mixture({ std::move(pixels), operation, patternColour(), std::move(pattern) }), *place);
     return isKnown ? played : kTakenForOneColour;
 }
 

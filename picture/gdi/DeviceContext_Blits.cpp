@@ -82,10 +82,11 @@ Played DeviceContext::maskBlt(const BlitBox &to, const BlitSource *source, const
     const bool isKnown = !usesPattern || takeBrushPixels(*place, pattern);
     if (!pattern.isNull())
         pixels = resampled(std::move(pixels), pattern.size());
-    Mixture mixture(pixels, inside, patternColour(), pattern);
-    mixture.chooseByMask(Mixture(pixels, outside, patternColour(), pattern),
-                         resampled(*over, pixels.size()));
-    const Played played = paintMixture(std::move(mixture), *place);
+    const IntSize size = pixels.size();
+    const Played played =
+            paintMixture(Mixture({ std::move(pixels), inside, patternColour(), std::move(pattern),
+                                   resampled(*over, size), outside }),
+                         *place);
     return isKnown ? played : kTakenForOneColour;
 }
 
@@ -192,9 +193,8 @@ Played DeviceContext::plgBlt(std::span<const PointL, 3> corners, const BlitSourc
         return kBadMask;
     if (pixels.pixelCount() > kLayeredPixels)
         return kTooLargeToMix;
-    Mixture mixture(pixels, RasterOperations::SourceCopy, 0);
-    mixture.chooseByMask(Mixture(pixels, kNoOperation, 0), *over);
-    return paintMixture(std::move(mixture), place);
+    return paintMixture(Mixture({ std::move(pixels), RasterOperations::SourceCopy, 0, {}, *over }),
+                        place);
 }
 
 } // namespace svgtool::picture

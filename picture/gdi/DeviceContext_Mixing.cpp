@@ -359,10 +359,12 @@ Played DeviceContext::paintMixture(Mixture mixture, const BlitPlace &place)
     Transferred before = std::move(m_transferred);
     m_transferred = {};
     SceneBuilder::Mark mark = m_builder.mark();
-    if (before.mixture && before.end == mark.nodes && before.isSame(place, visibleClip())) {
+    constexpr size_t kMostDeep = 8;
+    if (before.mixture && before.end == mark.nodes && before.isSame(place, visibleClip())
+        && before.mixture->depth() < kMostDeep) {
         mark = before.mark;
         takeBack(mark);
-        before.mixture->then(mixture);
+        before.mixture->then(std::move(mixture));
         mixture = std::move(*before.mixture);
     }
     const Played played = addMixture(mixture, place);
@@ -406,7 +408,7 @@ bool DeviceContext::spendOnGrounds(Mixture &mixture, const BlitPlace &place,
         rects += ground.rects.size();
     if (rects == 1 && grounds.front().paint->kind == Paint::Kind::Solid)
         return true;
-    if (mixture.keep().pixelCount() > limits::kMixingSteps / int64_t(rects))
+    if (mixture.pixelCount() > limits::kMixingSteps / int64_t(rects))
         return false;
     const auto shown = pixelSize(place.box);
     if (!shown || !place.transform.isIdentity())
@@ -423,19 +425,20 @@ bool DeviceContext::spendOnGrounds(Mixture &mixture, const BlitPlace &place,
 
 void DeviceContext::addBlendedPixels(const Mixture &mixture, const BlitPlace &place)
 {
-    const auto add = [&](const Bitmap &pixels, Blend blend) {
+    const auto add = [&](Bitmap pixels, Blend blend) {
         const size_t first = m_builder.scene().nodes.size();
-        paintPixels(pixels, place, 1);
+        paintPixels(std::move(pixels), place, 1);
         if (m_builder.scene().nodes.size() > first)
             m_builder.scene().nodes.back().blend = blend;
     };
     const auto is = [](const Bitmap &pixels, Argb colour) { return onlyColour(pixels) == colour; };
+    Bitmap flip = mixture.flip();
     if (mixture.isUnion())
-        return add(mixture.flip(), Blend::Screen);
-    if (!is(mixture.keep(), kWhite))
-        add(mixture.keep(), Blend::Multiply);
-    if (!is(mixture.flip(), kBlack))
-        add(mixture.flip(), mixture.isDisjoint() ? Blend::Screen : Blend::Difference);
+        return add(std::move(flip), Blend::Screen);
+    if (Bitmap keep = mixture.keep(); !is(keep, kWhite))
+        add(std::move(keep), Blend::Multiply);
+    if (!is(flip, kBlack))
+        add(std::move(flip), mixture.isDisjoint() ? Blend::Screen : Blend::Difference);
 }
 
 } // namespace svgtool::picture
