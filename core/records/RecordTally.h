@@ -78,12 +78,12 @@ public:
         m_stop.offset += bytes;
         ++m_stop.record;
     }
-    /// Counts a record that lies within the next one. May throw std::bad_alloc.
+    /// Counts a record that lies within the next one, or one before it. May throw std::bad_alloc.
     /// @param offset  in the file
     void noteWithin(uint32_t type, RecordOutcome outcome, int64_t offset, const char *why)
     {
         Count &count = countsOf(type)[size_t(outcome)];
-        if (count.count++ == 0) {
+        if (count.count++ == 0 || offset < count.firstOffset) {
             count.firstOffset = offset;
             count.why = why;
         }

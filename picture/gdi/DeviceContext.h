@@ -12,6 +12,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <optional>
 #include <queue>
 #include <span>
@@ -40,6 +41,10 @@ public:
     }
     /// Whether a bitmap of the record had fewer lines than it should.
     bool isBitmapCut() const { return m_isBitmapCut; }
+    /// Whether what the last record mixed inexactly may be taken back by one that comes yet.
+    bool isProvisional(const Played &played) const;
+    /// Whether anything is left of what record @p number mixed inexactly.
+    bool isInexact(uint32_t number) const { return m_inexact.contains(number); }
     const Device &device() const { return m_device; }
     SceneBuilder &builder() { return m_builder; }
     Index outerClip() const { return m_outerClip; }
@@ -303,10 +308,12 @@ private:
         Node node; ///< as it was to be mixed
         RasterOperation operation;
         size_t first, end; ///< nodes of the scene that have come of it
+        bool isExact;
     };
     static bool isOwnInverse(RasterOperation operation);
     std::optional<size_t> sameInversion(const Node &node, RasterOperation operation) const;
-    void noteInversion(const Node &node, RasterOperation operation, size_t first);
+    void noteInversion(const Node &node, RasterOperation operation, size_t first, bool isExact);
+    void forgetInversions(size_t first, size_t end);
     std::optional<std::vector<size_t>> shapesOver(const Inverted &before, const RectD &area);
     bool isMaskOf(size_t number, const RectD &area);
     std::optional<Paint> stippled(const Paint &paint, const Paint &mask);
@@ -416,6 +423,7 @@ private:
     };
     Transferred m_transferred;
     std::vector<Inverted> m_inverted; ///< in the order of their nodes
+    std::map<uint32_t, size_t> m_inexact; ///< by record: its inexact figures, not taken back
     int64_t m_inversionSteps = limits::kGroundSteps; ///< left for the document
 
     Path m_figure; ///< the one at hand, kept for its memory

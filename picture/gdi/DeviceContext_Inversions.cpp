@@ -55,7 +55,8 @@ std::optional<size_t> DeviceContext::sameInversion(const Node &node,
     return std::nullopt;
 }
 
-void DeviceContext::noteInversion(const Node &node, RasterOperation operation, size_t first)
+void DeviceContext::noteInversion(const Node &node, RasterOperation operation, size_t first,
+                                  bool isExact)
 {
     constexpr size_t kMost = 512; // twice as many as a gradient has steps
     const size_t end = m_builder.scene().nodes.size();
@@ -63,7 +64,22 @@ void DeviceContext::noteInversion(const Node &node, RasterOperation operation, s
         return;
     if (m_inverted.size() == kMost)
         m_inverted.erase(m_inverted.begin(), m_inverted.begin() + kMost / 2);
-    m_inverted.push_back({ node, operation, first, end });
+    m_inverted.push_back({ node, operation, first, end, isExact });
+    if (!isExact)
+        ++m_inexact[node.record];
+}
+
+// Those in [first, end) are taken back, and nothing of them is inexact any more.
+void DeviceContext::forgetInversions(size_t first, size_t end)
+{
+    const auto from = m_inverted.begin() + std::ptrdiff_t(first);
+    const auto to = m_inverted.begin() + std::ptrdiff_t(end);
+    std::for_each(from, to, [this](const Inverted &it) {
+        if (const auto known = m_inexact.find(it.node.record);
+            !it.isExact && known != m_inexact.end() && --known->second == 0)
+            m_inexact.erase(known);
+    });
+    m_inverted.erase(from, to);
 }
 
 // The shapes of one colour that were painted over a figure since; nothing where other things were.
@@ -160,7 +176,7 @@ bool DeviceContext::stippleInversion(size_t number, const AddNode &add, const Re
         for (size_t i = each.first; i < each.end; ++i)
             m_builder.scene().nodes[i].fill = m_builder.scene().nodes[i].stroke = kNone;
     }
-    m_inverted.erase(m_inverted.begin() + std::ptrdiff_t(number), m_inverted.end());
+    forgetInversions(number, m_inverted.size());
     Node part = before.node;
     part.fill = m_builder.paint(*paint);
     add(part);
@@ -193,7 +209,7 @@ bool DeviceContext::takeInversionBack(size_t number, const AddNode &add, const R
         Node &node = m_builder.scene().nodes[i];
         node.fill = node.stroke = kNone;
     }
-    m_inverted.erase(m_inverted.begin() + std::ptrdiff_t(number));
+    forgetInversions(number, number + 1);
     std::ranges::for_each(parts, add);
     return true;
 }

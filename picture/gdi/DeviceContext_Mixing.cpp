@@ -185,6 +185,11 @@ static bool isSaturated(PixelMixture mixture)
     return all(mixture.keep) && all(mixture.flip & mixture.keep);
 }
 
+bool DeviceContext::isProvisional(const Played &played) const
+{
+    return played.why == kManyGrounds.why && isInexact(m_record);
+}
+
 std::vector<DeviceContext::BlendStep> DeviceContext::blendsOf(PixelMixture mixture)
 {
     if (mixture.isOpaque())
@@ -293,7 +298,7 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
         else
             isExact = addBlended(part, add, operation) && isExact;
     }
-    noteInversion(node, operation, mark.nodes);
+    noteInversion(node, operation, mark.nodes, isExact);
     return isExact ? kDone : kManyGrounds;
 }
 

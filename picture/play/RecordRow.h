@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <span>
+#include <vector>
 
 namespace svgtool::picture {
 
@@ -49,18 +50,32 @@ void playRecords(RecordRecovery records, uint32_t number, DeviceContext &context
         if (tally != nullptr && records.damage().bytes > 0)
             tally->noteDamage(records.damage());
     };
+    // What may come out exact is counted when that is known.
+    struct Pending
+    {
+        Played played;
+        uint32_t type, number;
+        int64_t offset;
+    };
+    std::vector<Pending> pending;
     while (const auto record = records.next()) {
         context.setRecord(number);
         if (tally != nullptr)
             tally->begin(record->offset, number);
         const Played played = play(*record);
-        if (tally != nullptr)
+        if (tally != nullptr && context.isProvisional(played))
+            pending.push_back({ played, record->type, number, record->offset });
+        else if (tally != nullptr)
             tally->note(record->type, played.outcome, record->bytes.size, played.why);
         noteDamage();
         // At one that is cut they end.
         number += records.stop() == StopReason::None ? 1U : 0U;
     }
     noteDamage();
+    for (const auto &[played, type, recordNumber, offset] : pending) {
+        const Played last = context.isInexact(recordNumber) ? played : kDone;
+        tally->noteWithin(type, last.outcome, offset, last.why);
+    }
     if (tally != nullptr) {
         tally->begin(records.offset(), number);
         tally->end(records.stop());
