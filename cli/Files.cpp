@@ -44,10 +44,27 @@ namespace {
 
 } // namespace
 
+// Turns letters behind it around, which may hide how a name ends.
+static bool turnsText(QChar character)
+{
+    switch (character.direction()) {
+    case QChar::DirLRE:
+    case QChar::DirLRO:
+    case QChar::DirRLE:
+    case QChar::DirRLO:
+    case QChar::DirLRI:
+    case QChar::DirRLI:
+    case QChar::DirFSI:
+        return true;
+    default:
+        return false;
+    }
+}
+
 QString printable(QString text)
 {
     for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
+        if (character.category() == QChar::Other_Control || turnsText(character))
             character = QLatin1Char('?');
     }
     return text;

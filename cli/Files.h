@@ -88,7 +88,8 @@ void makeFolders(const std::string &path);
 /// Writes a file that the user named as OutputFile does, or standard output. Throws Failure.
 void writeOutput(const std::string &path, std::FILE *standardOutput, const QByteArray &bytes);
 
-/// A name or reason as it may stand in one line: control characters become question marks.
+/// A name or reason as it may stand in one line: control characters, and those that turn others
+/// around, become question marks.
 QString printable(QString text);
 
 /// What a message is about; on a terminal the program's name has the colour of it.

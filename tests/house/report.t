@@ -50,6 +50,13 @@ With the document on standard output the report is on standard error.
   metafile2svg: text.emf: not a metafile: neither an EMF nor a WMF header
   metafile2svg: endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)
 
+Names stand in messages without what a terminal would obey.
+
+  $ cp text.emf $'\e[2J\u202efme.emf' && metafile2svg *fme.emf
+  metafile2svg: ?[2J?fme.emf: not a metafile: neither an EMF nor a WMF header
+  [1]
+  $ rm *fme.emf
+
 Damaged files are converted, and their documents marked if something is missing.
 
   $ damaged() {
