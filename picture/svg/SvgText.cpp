@@ -4,9 +4,11 @@
 
 namespace svgtool::picture {
 
+// Halves of pairs and what XML lacks are none: they may come out as something else or not at all.
 static bool isLetter(char16_t unit)
 {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || unit >= 0xA0;
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z')
+            || (unit >= 0xA0 && unit < 0xD800) || (unit >= 0xE000 && unit < 0xFFFE);
 }
 
 // Whether CSS takes a family's name without quotes: words that begin with a letter.
