@@ -84,9 +84,22 @@ Json jsonOf(const PictureReport &report)
     return json;
 }
 
+// JSON may hold the controls from U+007F on as they are, but a terminal takes them for orders.
 std::string textOf(const Json &json)
 {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string escaped;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool isPair = text[i] == '\xC2' && text[i + 1] < '\xA0';
+        if (isPair || text[i] == '\x7F') {
+            constexpr const char *kDigits = "0123456789abcdef";
+            const auto code = uint8_t(text[isPair ? ++i : i]);
+            escaped += { '\\', 'u', '0', '0', kDigits[code >> 4], kDigits[code & 15] };
+        } else {
+            escaped += text[i];
+        }
+    }
+    return escaped;
 }
 
 std::string reportJson(const Picture &picture)

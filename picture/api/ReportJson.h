@@ -15,7 +15,7 @@ const char *wordOf(RecordsEnd end);
 /// What a report says, with its keys in the order in which people read them.
 nlohmann::ordered_json jsonOf(const PictureReport &report);
 
-/// One line of JSON. Bytes that are no UTF-8 become U+FFFD.
+/// One line of JSON without control characters. Bytes that are no UTF-8 become U+FFFD.
 std::string textOf(const nlohmann::ordered_json &json);
 
 } // namespace svgtool
