@@ -374,6 +374,10 @@ namespace {
         earlier.size = offsetof(svgtool_options, scale);
         earlier.scale = -1; // is not there
         EXPECT_EQ(errorOf(&earlier), SVGTOOL_ERROR_NONE);
+        earlier = SVGTOOL_OPTIONS_INIT;
+        earlier.size = offsetof(svgtool_options, id_prefix) + sizeof(char *) / 2;
+        earlier.id_prefix = "prefix"; // half of which is not there
+        EXPECT_EQ(errorOf(&earlier), SVGTOOL_ERROR_NONE);
         Later later;
         later.known.size = sizeof later;
         EXPECT_EQ(errorOf(&later.known), SVGTOOL_ERROR_NONE);
