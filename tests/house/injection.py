@@ -170,8 +170,8 @@ def convert(tool, texts, folder):
     run(tool, "--info", folder)
     with open(page, encoding="utf-8") as file:
         read = Page(file.read())
-    # Each picture has its name, in which controls are question marks.
-    controls = re.compile("[\0-\x1f\x7f-\x9f]")
+    # Each picture has its name, in which controls and what turns others around are question marks.
+    controls = re.compile("[\0-\x1f\x7f-\x9f\u202a\u202b\u202d\u202e\u2066-\u2068]")
     assert {controls.sub("?", path.decode("utf-8", "replace")) for path in names} <= set(read.names)
     return made, reports, read
 
