@@ -23,9 +23,10 @@ namespace {
             return value;
         };
         int32_t run = 0;
-        for (; run + 8 <= left; run += 8, pixel += 8 * kBytes) {
+        constexpr ptrdiff_t kBlock = ptrdiff_t(8) * kBytes;
+        for (; run + 8 <= left; run += 8, pixel += kBlock) {
             uint64_t difference = 0;
-            for (int i = 0; i < 8 * kBytes; i += 8)
+            for (ptrdiff_t i = 0; i < kBlock; i += 8)
                 difference |= word(pixel + i) ^ word(pixel + i - kBytes);
             if (difference != 0)
                 break;
