@@ -6,6 +6,19 @@
 
 namespace svgtool {
 
+/// The lesser of two numbers; one that is no number does not count. What std::fmin gives, without
+/// a call.
+constexpr double lesser(double a, double b)
+{
+    return b < a || a != a ? b : a;
+}
+
+/// The greater of two numbers, likewise.
+constexpr double greater(double a, double b)
+{
+    return b > a || a != a ? b : a;
+}
+
 /// @p value truncated toward zero. What does not fit, not-a-number included, gives -2147483648,
 /// as the conversion instruction of the x86 processors does.
 inline int32_t truncateToInt32(double value)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/Numeric.h"
+
 #include <cmath>
 #include <optional>
 
@@ -31,8 +33,21 @@ struct RectD
 /// The part that two rectangles share; empty when there is none.
 inline RectD intersection(const RectD &a, const RectD &b)
 {
-    return { std::fmax(a.left, b.left), std::fmax(a.top, b.top), std::fmin(a.right, b.right),
-             std::fmin(a.bottom, b.bottom) };
+    return { greater(a.left, b.left), greater(a.top, b.top), lesser(a.right, b.right),
+             lesser(a.bottom, b.bottom) };
+}
+
+/// The rectangle around two.
+inline RectD hull(const RectD &a, const RectD &b)
+{
+    return { lesser(a.left, b.left), lesser(a.top, b.top), greater(a.right, b.right),
+             greater(a.bottom, b.bottom) };
+}
+
+/// The rectangle around one and a point.
+inline RectD hull(const RectD &a, PointD p)
+{
+    return hull(a, RectD{ p.x, p.y, p.x, p.y });
 }
 
 /// x' = a x + c y + e, y' = b x + d y + f: SVG's matrix(a b c d e f), and XFORM of [MS-EMF] 2.2.28

@@ -8,12 +8,17 @@
 
 namespace svgtool {
 
+// The start of a hull.
+static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+static constexpr RectD kNothing{ kInfinity, kInfinity, -kInfinity, -kInfinity };
+
 RectD mapBounds(const Affine &transform, const RectD &rect)
 {
-    Path path;
-    path.addRect(rect);
-    path.transform(transform);
-    return path.bounds();
+    RectD bounds = kNothing;
+    for (const double x : { rect.left, rect.right })
+        for (const double y : { rect.top, rect.bottom })
+            bounds = hull(bounds, transform.map({ x, y }));
+    return bounds;
 }
 
 Stretch stretchOf(const Affine &map)
@@ -37,16 +42,6 @@ Affine squeezed(PointD along, double times)
              times + (1 - times) * along.y * along.y, 0,     0 };
 }
 
-void Path::open()
-{
-    if (m_isOpen)
-        return;
-    m_verbs.push_back(Verb::Move);
-    m_points.push_back(m_current);
-    m_start = m_current;
-    m_isOpen = true;
-}
-
 void Path::moveTo(PointD point)
 {
     // Of moves in a row only the last one counts.
@@ -58,14 +53,6 @@ void Path::moveTo(PointD point)
     }
     m_current = m_start = point;
     m_isOpen = true;
-}
-
-void Path::lineTo(PointD point)
-{
-    open();
-    m_verbs.push_back(Verb::Line);
-    m_points.push_back(point);
-    m_current = point;
 }
 
 void Path::curveTo(PointD control1, PointD control2, PointD end)
@@ -199,12 +186,9 @@ RectD Path::bounds() const
 {
     if (m_points.empty())
         return {};
-    constexpr double kFar = std::numeric_limits<double>::infinity();
-    RectD rect{ kFar, kFar, -kFar, -kFar };
-    for (const PointD &point : m_points) {
-        rect = { std::fmin(rect.left, point.x), std::fmin(rect.top, point.y),
-                 std::fmax(rect.right, point.x), std::fmax(rect.bottom, point.y) };
-    }
+    RectD rect = kNothing;
+    for (const PointD &point : m_points)
+        rect = hull(rect, point);
     return rect;
 }
 
@@ -228,8 +212,8 @@ std::optional<RectD> rectOf(std::span<const Path::Verb> verbs, std::span<const P
             || (p[0].x == p[1].x && p[1].y == p[2].y && p[2].x == p[3].x && p[3].y == p[0].y);
     if (!isUpright)
         return std::nullopt;
-    return RectD{ std::fmin(p[0].x, p[2].x), std::fmin(p[0].y, p[2].y), std::fmax(p[0].x, p[2].x),
-                  std::fmax(p[0].y, p[2].y) };
+    return RectD{ lesser(p[0].x, p[2].x), lesser(p[0].y, p[2].y), greater(p[0].x, p[2].x),
+                  greater(p[0].y, p[2].y) };
 }
 
 } // namespace svgtool

@@ -23,7 +23,13 @@ public:
 
     void moveTo(PointD point);
     /// Like the curve, begins a figure at the point in force where none is open.
-    void lineTo(PointD point);
+    void lineTo(PointD point)
+    {
+        open();
+        m_verbs.push_back(Verb::Line);
+        m_points.push_back(point);
+        m_current = point;
+    }
     void curveTo(PointD control1, PointD control2, PointD end);
     void close();
     /// Takes back a move that nothing has followed.
@@ -58,7 +64,15 @@ public:
     bool operator==(const Path &) const = default;
 
 private:
-    void open();
+    void open()
+    {
+        if (m_isOpen)
+            return;
+        m_verbs.push_back(Verb::Move);
+        m_points.push_back(m_current);
+        m_start = m_current;
+        m_isOpen = true;
+    }
 
     std::vector<Verb> m_verbs;
     std::vector<PointD> m_points;

@@ -30,20 +30,13 @@ RectD boundsOf(std::span<const PointD> points)
 {
     RectD box{ points[0].x, points[0].y, points[0].x, points[0].y };
     for (const PointD &point : points)
-        box = { std::fmin(box.left, point.x), std::fmin(box.top, point.y),
-                std::fmax(box.right, point.x), std::fmax(box.bottom, point.y) };
+        box = hull(box, point);
     return box;
 }
 
 RectD grown(const RectD &box, double by)
 {
     return { box.left - by, box.top - by, box.right + by, box.bottom + by };
-}
-
-RectD hull(const RectD &a, const RectD &b)
-{
-    return { std::fmin(a.left, b.left), std::fmin(a.top, b.top), std::fmax(a.right, b.right),
-             std::fmax(a.bottom, b.bottom) };
 }
 
 RectD inkOf(const Scene &scene, const Node &node)

@@ -14,9 +14,6 @@ RectD boundsOf(std::span<const PointD> points);
 /// A rectangle with its sides moved outwards.
 RectD grown(const RectD &box, double by);
 
-/// The rectangle around two.
-RectD hull(const RectD &a, const RectD &b);
-
 /// The rectangle around all that a node paints, its stroke included, before its transform; somewhat
 /// more for text. One without width or height is of an area that leaves no mark.
 RectD inkOf(const Scene &scene, const Node &node);
