@@ -65,6 +65,14 @@ public:
         ((end = put(end, pieces)), ...);
         m_end = end;
     }
+    /// Appends what a function writes to a place with room for @p most bytes; it returns the end.
+    template<class Write>
+    void write(int64_t most, Write write)
+    {
+        if (m_limit - m_end < most) [[unlikely]]
+            grow(most);
+        m_end = write(m_end);
+    }
     template<class Piece>
     BasicTextBuffer &operator<<(const Piece &piece)
     {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <string_view>
 
 namespace svgtool::picture {
 
@@ -40,11 +39,12 @@ public:
     {
         constexpr double kFar = 1e15;
         constexpr double kHalf = 0.5 + 1e-6;
-        const double scaled = std::floor(value * m_scale + kHalf);
-        return scaled > -kFar && scaled < kFar ? int64_t(scaled)
-                : scaled >= kFar               ? int64_t(kFar)
-                : scaled <= -kFar              ? -int64_t(kFar)
-                                               : 0;
+        const double scaled = value * m_scale + kHalf;
+        if (scaled > -kFar && scaled < kFar) [[likely]] {
+            const auto whole = int64_t(scaled); // towards zero
+            return whole - (double(whole) > scaled ? 1 : 0);
+        }
+        return scaled >= kFar ? int64_t(kFar) : scaled <= -kFar ? -int64_t(kFar) : 0;
     }
     double nearest(double value) const { return double(steps(value)) / m_scale; }
     /// How far from itself a value may be written.
@@ -57,15 +57,21 @@ public:
 
     /// Writes a number of the grid: no zero before the point, none at the end behind it.
     /// @param out  has room for kMostLength characters
+    /// @param[out] hasPoint  whether it has a decimal point
     /// @return where the number ends
-    char *put(char *out, int64_t steps) const;
+    char *put(char *out, int64_t steps, bool &hasPoint) const;
     void append(TextBuffer &out, double value) const
     {
-        char digits[kMostLength];
-        out.append(std::string_view(digits, size_t(put(digits, steps(value)) - digits)));
+        bool hasPoint = false;
+        out.write(kMostLength, [&](char *at) { return put(at, steps(value), hasPoint); });
     }
+    /// Whether a number begins with its decimal point.
+    bool beginsWithPoint(int64_t steps) const { return steps > 0 && double(steps) < m_scale; }
 
 private:
+    /// The same of numbers of any length, without a sign.
+    char *putLong(char *out, uint64_t number, bool &hasPoint) const;
+
     int m_decimals;
     double m_scale = 1;
     double m_tolerance = 0.5; // in steps

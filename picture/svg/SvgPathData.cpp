@@ -104,14 +104,10 @@ namespace {
             state.isNumber = false;
         }
         for (const int64_t value : values) {
-            char digits[Numbers::kMostLength];
-            const auto size = size_t(m_grid.put(digits, value) - digits);
-            if (state.isNumber && *digits != '-' && !(*digits == '.' && state.hasPoint))
+            if (state.isNumber && value >= 0 && !(state.hasPoint && m_grid.beginsWithPoint(value)))
                 *out++ = ' ';
-            std::memcpy(out, digits, size);
-            out += size;
+            out = m_grid.put(out, value, state.hasPoint);
             state.isNumber = true;
-            state.hasPoint = std::memchr(digits, '.', size) != nullptr;
         }
         // Numbers behind those of a move are lines.
         state.letter = letter == 'm' ? 'l' : letter == 'M' ? 'L' : letter;
