@@ -17,34 +17,41 @@ namespace {
         Common(std::span<const uint32_t> costs, const Style &outer)
             : m_costs(costs), m_isClipSaid(outer[kClip] != SvgStyles::kAny)
         {
-            for (size_t i = 0; i < kProperties; ++i)
-                m_isOpen[i] = outer[i] == SvgStyles::kAny;
+            for (size_t i = 0; i < kProperties; ++i) {
+                if (outer[i] == SvgStyles::kAny)
+                    m_open[m_openCount++] = uint8_t(i);
+            }
         }
 
         void add(const Style &style)
         {
-            for (size_t i = 0; i < kProperties; ++i) {
-                if (!m_isOpen[i] || style[i] == SvgStyles::kAny)
-                    continue;
-                if (m_values[i] == SvgStyles::kAny)
-                    m_values[i] = style[i];
-                m_isOpen[i] = m_values[i] == style[i];
-                ++m_users[i];
+            size_t kept = 0;
+            for (size_t k = 0; k < m_openCount; ++k) {
+                const uint8_t i = m_open[k];
+                const Index value = style[i];
+                if (value != SvgStyles::kAny) {
+                    if (m_values[i] == SvgStyles::kAny)
+                        m_values[i] = value;
+                    else if (m_values[i] != value)
+                        m_values[i] = SvgStyles::kOwn; // which a group does not say
+                    ++m_users[i];
+                }
+                m_open[kept] = i;
+                kept += value == SvgStyles::kAny || isOpen(i) ? 1U : 0U;
             }
+            m_openCount = kept;
         }
         // Whether more elements can still share anything.
         bool isWorthMore() const
         {
-            for (size_t i = 0; i < kProperties; ++i) {
-                if (m_isOpen[i] && m_costs[m_values[i]] > 0)
-                    return true;
-            }
-            return false;
+            return std::any_of(m_open.begin(), m_open.begin() + ptrdiff_t(m_openCount),
+                               [this](uint8_t i) { return m_costs[m_values[i]] > 0; });
         }
         int64_t saved() const
         {
             int64_t bytes = -kTags;
-            for (size_t i = 0; i < kProperties; ++i) {
+            for (size_t k = 0; k < m_openCount; ++k) {
+                const uint8_t i = m_open[k];
                 if (isShared(i))
                     bytes += int64_t(m_users[i] - 1) * m_costs[m_values[i]];
             }
@@ -53,7 +60,8 @@ namespace {
         Style shared() const
         {
             Style style{};
-            for (size_t i = 0; i < kProperties; ++i) {
+            for (size_t k = 0; k < m_openCount; ++k) {
+                const uint8_t i = m_open[k];
                 if (isShared(i))
                     style[i] = m_values[i];
             }
@@ -61,20 +69,26 @@ namespace {
         }
 
     private:
+        // Whether what is said of a property counts: that there is no clip, or what costs anything.
+        bool isOpen(size_t i) const
+        {
+            return m_costs[m_values[i]] > 0 || (i == kClip && m_values[i] == SvgStyles::kDefault);
+        }
         bool isShared(size_t i) const
         {
             // A transform stands within the clip, for it would turn that, too.
-            const bool isUnclipped =
-                    m_isClipSaid || (m_isOpen[kClip] && m_values[kClip] == SvgStyles::kDefault);
+            const bool isUnclipped = m_isClipSaid || m_values[kClip] == SvgStyles::kDefault;
             if (i == kMatrix && !isUnclipped)
                 return false;
-            return m_isOpen[i] && m_users[i] > 1 && m_costs[m_values[i]] > 0;
+            return m_users[i] > 1 && m_costs[m_values[i]] > 0;
         }
 
         std::span<const uint32_t> m_costs;
         bool m_isClipSaid; // by a group around
         Style m_values{};
-        std::array<bool, kProperties> m_isOpen;
+        // The properties in which elements do not differ yet, as far as groups say them.
+        std::array<uint8_t, kProperties> m_open{};
+        size_t m_openCount = 0;
         std::array<uint32_t, kProperties> m_users{};
     };
 

@@ -44,7 +44,9 @@ namespace {
 
 SvgStyles::SvgStyles(SvgDocument &document)
     : m_document(document), m_texts(3), m_fills(document.scene().paints.size(), kAny),
-      m_strokes(document.scene().strokes.size()), m_shown(document.scene().transforms.size())
+      m_strokes(document.scene().strokes.size()), m_clips(document.scene().clips.size(), kAny),
+      m_transforms(document.scene().transforms.size(), kAny),
+      m_fonts(document.scene().fonts.size()), m_shown(document.scene().transforms.size())
 {
     const Scene &scene = document.scene();
     for (const Node &node : scene.nodes) {
@@ -134,52 +136,81 @@ void SvgStyles::addStroke(Style &style, const Node &node)
         valueOf(style, Property::StrokeMiterlimit) = values.miterLimit;
 }
 
-void SvgStyles::addFont(Style &style, const FontStyle &font)
+void SvgStyles::addFont(Style &style, Index font)
 {
-    for (const Property property :
-         { Property::FontFamily, Property::FontSize, Property::FontWeight, Property::FontStyle }) {
-        const int64_t start = m_document.text().size();
-        writeFont(m_document, font, property);
-        valueOf(style, property) = take(start);
+    auto &values = m_fonts[font];
+    for (size_t i = 0; i < values.size(); ++i) {
+        const auto property = Property(size_t(Property::FontFamily) + i);
+        if (values[i] == kAny) {
+            const int64_t start = m_document.text().size();
+            writeFont(m_document, m_document.scene().fonts[font], property);
+            values[i] = take(start);
+        }
+        valueOf(style, property) = values[i];
     }
+}
+
+Index SvgStyles::clip(Index number)
+{
+    if (number == kNone)
+        return kDefault;
+    if (m_clips[number] == kAny) {
+        const int64_t start = m_document.text().size();
+        writeClipReference(m_document, number);
+        m_clips[number] = take(start);
+    }
+    return m_clips[number];
+}
+
+Index SvgStyles::transform(Index number)
+{
+    if (number == kNone)
+        return kDefault;
+    if (m_transforms[number] == kAny) {
+        const int64_t start = m_document.text().size();
+        m_document.transform(m_document.scene().transforms[number], m_shown[number]);
+        m_transforms[number] = take(start);
+    }
+    return m_transforms[number];
+}
+
+Index SvgStyles::fillRule(bool isEvenOdd)
+{
+    if (!isEvenOdd)
+        return kDefault;
+    if (m_evenOdd == kAny) {
+        const int64_t start = m_document.text().size();
+        m_document.attribute("fill-rule", "evenodd");
+        m_evenOdd = take(start);
+    }
+    return m_evenOdd;
 }
 
 Style SvgStyles::styleOf(const Node &node)
 {
     const Scene &scene = m_document.scene();
     Style style{};
-    const int64_t start = m_document.text().size();
-    if (node.clip != kNone) {
-        writeClipReference(m_document, node.clip);
-        // A group with a clip would hide from its nodes what lies beneath it.
-        valueOf(style, Property::ClipPath) = node.blend != Blend::Normal ? kOwn : take(start);
-        m_document.text().truncate(start);
-    } else {
-        valueOf(style, Property::ClipPath) = kDefault;
-    }
+    // A group with a clip would hide from its nodes what lies beneath it.
+    const bool isOwn = node.clip != kNone && node.blend != Blend::Normal;
+    valueOf(style, Property::ClipPath) = isOwn ? kOwn : clip(node.clip);
     if (node.kind == Node::Kind::Image) {
         valueOf(style, Property::Transform) = kOwn;
         return style;
     }
-    if (node.transform != kNone)
-        m_document.transform(scene.transforms[node.transform], m_shown[node.transform]);
-    valueOf(style, Property::Transform) = take(start);
+    valueOf(style, Property::Transform) = transform(node.transform);
     valueOf(style, Property::Fill) = fill(node.fill);
     addStroke(style, node);
     if (node.kind == Node::Kind::Path && node.fill != kNone) {
         const auto verbs = scene.verbsOf(node);
-        if (needsFillRule(verbs, scene.pointsOf(node))) {
-            if (node.isEvenOdd)
-                m_document.attribute("fill-rule", "evenodd");
-            valueOf(style, Property::FillRule) = take(start);
-        }
+        if (needsFillRule(verbs, scene.pointsOf(node)))
+            valueOf(style, Property::FillRule) = fillRule(node.isEvenOdd);
     }
     if (node.kind == Node::Kind::Text && !scene.texts[node.geometry].glyphs.empty()) {
         valueOf(style, Property::FillRule) = kDefault;
     } else if (node.kind == Node::Kind::Text) {
         if (node.transform == kNone) // its turn, if it has one, is its own
             valueOf(style, Property::Transform) = kOwn;
-        addFont(style, scene.fonts[scene.texts[node.geometry].font]);
+        addFont(style, scene.texts[node.geometry].font);
     }
     return style;
 }

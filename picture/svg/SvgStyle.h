@@ -62,15 +62,21 @@ private:
     /// Takes what is behind the first @p start bytes of the document for the text of a value.
     Index take(int64_t start);
     Index fill(Index paint);
+    Index clip(Index number);
+    Index transform(Index number);
+    Index fillRule(bool isEvenOdd);
     const StrokeValues &stroke(Index stroke);
     void addStroke(Style &style, const Node &node);
-    void addFont(Style &style, const FontStyle &font);
+    void addFont(Style &style, Index font);
 
     SvgDocument &m_document;
     std::vector<std::string> m_texts;
     std::unordered_map<std::string, Index> m_known;
     std::vector<Index> m_fills; // by paint
     std::vector<StrokeValues> m_strokes;
+    std::vector<Index> m_clips, m_transforms; // by number, kAny while it is not asked for
+    std::vector<std::array<Index, 4>> m_fonts; // by font: the last properties
+    Index m_evenOdd = kAny;
     std::vector<RectD> m_shown; // by transform, around all that it is applied to
 };
 
