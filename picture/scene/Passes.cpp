@@ -54,10 +54,12 @@ void joinLines(Scene &scene)
                 && nodes.back().group == node.group
                 && scene.points[pointsEnd - 1] == scene.points[range.firstPoint];
         const uint32_t lost = goesOn ? 1 : 0;
-        std::copy_n(scene.verbs.begin() + range.firstVerb + lost, range.verbs - lost,
-                    scene.verbs.begin() + verbsEnd);
-        std::copy_n(scene.points.begin() + range.firstPoint + lost, range.points - lost,
-                    scene.points.begin() + pointsEnd);
+        if (range.firstVerb + lost != verbsEnd)
+            std::copy_n(scene.verbs.begin() + range.firstVerb + lost, range.verbs - lost,
+                        scene.verbs.begin() + verbsEnd);
+        if (range.firstPoint + lost != pointsEnd)
+            std::copy_n(scene.points.begin() + range.firstPoint + lost, range.points - lost,
+                        scene.points.begin() + pointsEnd);
         const uint32_t firstVerb = verbsEnd, firstPoint = pointsEnd;
         verbsEnd += range.verbs - lost;
         pointsEnd += range.points - lost;

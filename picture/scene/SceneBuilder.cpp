@@ -17,6 +17,8 @@ namespace {
     class Key
     {
     public:
+        Key() { m_bytes.reserve(kUsual); }
+
         template<class Value>
         Key &operator<<(const Value &value)
         {
@@ -41,19 +43,26 @@ namespace {
         std::string take() { return std::move(m_bytes); }
 
     private:
+        static constexpr size_t kUsual = 96;
+
         std::string m_bytes;
     };
 
 } // namespace
 
-template<class Resource>
+template<class Resource, class MakeKey>
 Index SceneBuilder::once(Known &known, std::vector<Resource> &list, const Resource &resource,
-                         std::string key)
+                         MakeKey makeKey)
 {
-    const auto [place, isNew] = known.try_emplace(std::move(key), Index(list.size()));
+    if (known.latest != kNone && list[known.latest] == resource)
+        return known.latest;
+    Key key;
+    makeKey(key);
+    const auto [place, isNew] = known.numbers.try_emplace(key.take(), Index(list.size()));
     if (isNew)
         list.push_back(resource);
-    return place->second;
+    known.latest = place->second;
+    return known.latest;
 }
 
 bool SceneBuilder::isLent(ByteView bytes) const
@@ -66,44 +75,45 @@ bool SceneBuilder::isLent(ByteView bytes) const
 
 Index SceneBuilder::paint(const Paint &paint)
 {
-    return once(m_paints, m_scene.paints, paint, (Key() << paint).take());
+    return once(m_paints, m_scene.paints, paint, [&](Key &key) { key << paint; });
 }
 
 Index SceneBuilder::stroke(const Stroke &stroke)
 {
-    Key key;
-    key << stroke.paint << stroke.width << stroke.cap << stroke.join << stroke.miterLimit
-        << stroke.dashOffset << stroke.ground.has_value() << stroke.ground.value_or(Color());
-    for (const double dash : stroke.dashes)
-        key << dash;
-    return once(m_strokes, m_scene.strokes, stroke, key.take());
+    return once(m_strokes, m_scene.strokes, stroke, [&](Key &key) {
+        key << stroke.paint << stroke.width << stroke.cap << stroke.join << stroke.miterLimit
+            << stroke.dashOffset << stroke.ground.has_value() << stroke.ground.value_or(Color());
+        for (const double dash : stroke.dashes)
+            key << dash;
+    });
 }
 
 Index SceneBuilder::hatch(const Hatch &hatch)
 {
-    Key key;
-    key << hatch.tile << hatch.origin << hatch.lineWidth << hatch.color << hatch.ground.has_value()
-        << hatch.ground.value_or(Color()) << hatch.transform << hatch.lines;
-    return once(m_hatches, m_scene.hatches, hatch, key.take());
+    return once(m_hatches, m_scene.hatches, hatch, [&](Key &key) {
+        key << hatch.tile << hatch.origin << hatch.lineWidth << hatch.color
+            << hatch.ground.has_value() << hatch.ground.value_or(Color()) << hatch.transform
+            << hatch.lines;
+    });
 }
 
 Index SceneBuilder::pattern(const Pattern &pattern)
 {
-    Key key;
-    key << pattern.image << pattern.tile.left << pattern.tile.top << pattern.tile.right
-        << pattern.tile.bottom << pattern.transform << pattern.mirrorsX << pattern.mirrorsY
-        << pattern.isSmooth;
-    return once(m_patterns, m_scene.patterns, pattern, key.take());
+    return once(m_patterns, m_scene.patterns, pattern, [&](Key &key) {
+        key << pattern.image << pattern.tile.left << pattern.tile.top << pattern.tile.right
+            << pattern.tile.bottom << pattern.transform << pattern.mirrorsX << pattern.mirrorsY
+            << pattern.isSmooth;
+    });
 }
 
 Index SceneBuilder::gradient(const Gradient &gradient)
 {
-    Key key;
-    key << gradient.from << gradient.to << gradient.spread << gradient.isRadial
-        << gradient.transform;
-    for (const Gradient::Stop &stop : gradient.stops)
-        key << stop.offset << stop.color;
-    return once(m_gradients, m_scene.gradients, gradient, key.take());
+    return once(m_gradients, m_scene.gradients, gradient, [&](Key &key) {
+        key << gradient.from << gradient.to << gradient.spread << gradient.isRadial
+            << gradient.transform;
+        for (const Gradient::Stop &stop : gradient.stops)
+            key << stop.offset << stop.color;
+    });
 }
 
 static uint64_t hashOfImage(const Image &image)
@@ -138,7 +148,7 @@ Index SceneBuilder::clip(const Clip &clip)
 {
     Key key;
     key << clip.parent << clip.isEvenOdd << clip.path;
-    const auto [place, isNew] = m_clips.try_emplace(key.take(), clip.parent);
+    const auto [place, isNew] = m_clips.numbers.try_emplace(key.take(), clip.parent);
     if (!isNew)
         return place->second;
     auto cut = cutToParent(clip);
@@ -190,25 +200,25 @@ Index SceneBuilder::transform(const Affine &matrix)
 {
     if (matrix.isIdentity())
         return kNone;
-    return once(m_transforms, m_scene.transforms, matrix, (Key() << matrix).take());
+    return once(m_transforms, m_scene.transforms, matrix, [&](Key &key) { key << matrix; });
 }
 
 Index SceneBuilder::font(const FontStyle &font)
 {
-    Key key;
-    key << font.generic << font.size << font.weight << font.isItalic << font.isUnderlined
-        << font.isStruckOut;
-    for (const std::u16string &family : font.families) {
-        for (const char16_t unit : family)
-            key << unit;
-        key << u'\0';
-    }
-    return once(m_fonts, m_scene.fonts, font, key.take());
+    return once(m_fonts, m_scene.fonts, font, [&](Key &key) {
+        key << font.generic << font.size << font.weight << font.isItalic << font.isUnderlined
+            << font.isStruckOut;
+        for (const std::u16string &family : font.families) {
+            for (const char16_t unit : family)
+                key << unit;
+            key << u'\0';
+        }
+    });
 }
 
 Index SceneBuilder::glyph(const Path &outline)
 {
-    return once(m_glyphs, m_scene.glyphs, outline, (Key() << outline).take());
+    return once(m_glyphs, m_scene.glyphs, outline, [&](Key &key) { key << outline; });
 }
 
 Index addPath(Scene &scene, const Path &path)

@@ -75,11 +75,17 @@ public:
     void takeBack(const Mark &mark);
 
 private:
-    using Known = std::unordered_map<std::string, Index>;
+    /// Resources by their values.
+    struct Known
+    {
+        std::unordered_map<std::string, Index> numbers;
+        Index latest = kNone; ///< what was asked for, which mostly is asked for again
+    };
 
-    template<class Resource>
+    /// @param makeKey  gives its values side by side: equal resources have equal keys
+    template<class Resource, class MakeKey>
     static Index once(Known &known, std::vector<Resource> &list, const Resource &resource,
-                      std::string key);
+                      MakeKey makeKey);
 
     void add(Node node, Node::Kind kind, size_t geometries);
     std::optional<Clip> cutToParent(Clip clip);

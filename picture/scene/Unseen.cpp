@@ -132,6 +132,8 @@ void dropUnseen(Scene &scene)
 
 void dropClips(Scene &scene)
 {
+    if (scene.clips.empty())
+        return;
     // Outside the view nothing is seen, unless it is shown in a frame of another shape.
     const RectD &view = scene.view;
     const bool isFramed =
