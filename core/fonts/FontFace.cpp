@@ -77,24 +77,31 @@ FT_UInt FontFace::glyphIndex(char32_t character) const
     return glyph;
 }
 
-uint16_t FontFace::readAdvance(char32_t character) const
+uint16_t FontFace::readAdvance(FT_UInt glyph) const
 {
     const bool isScalable = FT_IS_SCALABLE(m_face.get());
     const FT_Int32 flags = isScalable ? FT_LOAD_NO_SCALE : FT_LOAD_DEFAULT;
     FT_Fixed advance = 0;
-    if (FT_Get_Advance(m_face.get(), glyphIndex(character), flags, &advance) != 0)
+    if (FT_Get_Advance(m_face.get(), glyph, flags, &advance) != 0)
         return 0;
     const FT_Fixed units = isScalable ? advance : advance >> 16;
     return static_cast<uint16_t>(std::clamp<FT_Fixed>(units, 0, 0xFFFF));
 }
 
 // Without what is kept here, measuring a text takes more than ten times as long.
+const FontFace::KnownCharacter &FontFace::known(char32_t character)
+{
+    KnownCharacter &place = m_known[character % m_known.size()];
+    if (!place.isKnown || place.character != character) {
+        const FT_UInt glyph = glyphIndex(character);
+        place = { true, character, glyph, readAdvance(glyph) };
+    }
+    return place;
+}
+
 int32_t FontFace::advance(char32_t character)
 {
-    KnownAdvance &place = m_advances[character % m_advances.size()];
-    if (!place.isKnown || place.character != character)
-        place = { true, character, readAdvance(character) };
-    return place.advance;
+    return known(character).advance;
 }
 
 bool FontFace::isHintedAt(int32_t pixels) const
@@ -121,22 +128,29 @@ int32_t FontFace::hintedAdvance(char32_t character, int32_t pixels)
         m_hintedPixels = FT_Set_Pixel_Sizes(m_face.get(), 0, FT_UInt(pixels)) == 0 ? pixels : 0;
         m_hintedAdvances = {};
     }
-    KnownAdvance &place = m_hintedAdvances[character % m_hintedAdvances.size()];
+    KnownCharacter &place = m_hintedAdvances[character % m_hintedAdvances.size()];
     if (!place.isKnown || place.character != character)
-        place = { true, character,
+        place = { true, character, 0,
                   m_hintedPixels > 0 ? readHintedAdvance(character) : uint16_t(0) };
     return place.advance;
 }
 
-int32_t FontFace::kerning(char32_t left, char32_t right) const
+int32_t FontFace::readKerning(FT_UInt left, FT_UInt right) const
 {
     FT_Vector by{};
-    if (!FT_HAS_KERNING(m_face.get())
-        || FT_Get_Kerning(m_face.get(), glyphIndex(left), glyphIndex(right), FT_KERNING_UNSCALED,
-                          &by)
-                != 0)
+    if (FT_Get_Kerning(m_face.get(), left, right, FT_KERNING_UNSCALED, &by) != 0)
         return 0;
     return static_cast<int32_t>(std::clamp<FT_Pos>(by.x, -0xFFFF, 0xFFFF));
+}
+
+int32_t FontFace::kerning(char32_t left, char32_t right)
+{
+    if (!FT_HAS_KERNING(m_face.get()) || (left == 0 && right == 0))
+        return 0;
+    KnownPair &place = m_pairs[(left * 31 + right) % m_pairs.size()];
+    if (place.left != left || place.right != right)
+        place = { left, right, readKerning(known(left).glyph, known(right).glyph) };
+    return place.kerning;
 }
 
 static PointD pointOf(const FT_Vector *at)

@@ -61,9 +61,9 @@ public:
     bool isHintedAt(int32_t pixels) const;
     /// In pixels, at a size at which it is hinted.
     int32_t hintedAdvance(char32_t character, int32_t pixels);
-    bool hasGlyph(char32_t character) const { return glyphIndex(character) != 0; }
+    bool hasGlyph(char32_t character) { return known(character).glyph != 0; }
     /// By which viewers move @p right towards @p left, in font units.
-    int32_t kerning(char32_t left, char32_t right) const;
+    int32_t kerning(char32_t left, char32_t right);
     /// In font units, y downwards; empty where there is none.
     /// @param lacking  what letters are made bold or slanted by, since the face is not
     Path outline(char32_t character, FaceStyle lacking = {}) const;
@@ -75,25 +75,34 @@ public:
     std::u16string charactersOfGlyphs(std::u16string_view glyphs);
 
 private:
-    struct KnownAdvance
+    struct KnownCharacter
     {
         bool isKnown = false;
         char32_t character = 0;
+        FT_UInt glyph = 0;
         uint16_t advance = 0;
     };
+    struct KnownPair
+    {
+        char32_t left = 0, right = 0;
+        int32_t kerning = 0;
+    };
 
+    const KnownCharacter &known(char32_t character);
+    int32_t readKerning(FT_UInt left, FT_UInt right) const;
     FT_UInt glyphIndex(char32_t character) const;
-    uint16_t readAdvance(char32_t character) const;
+    uint16_t readAdvance(FT_UInt glyph) const;
     uint16_t readHintedAdvance(char32_t character) const;
     void readCharacters();
 
     FontFile m_file;
     OpenFace m_face;
     FontTables m_tables;
-    using Advances = std::array<KnownAdvance, 1024>; // a character's place is its remainder
-    Advances m_advances;
+    using Characters = std::array<KnownCharacter, 1024>; // a character's place is its remainder
+    Characters m_known;
+    std::array<KnownPair, 1024> m_pairs; // likewise; that of two zeros is not kerned
     int32_t m_hintedPixels = 0; // of the size that is set, 0 for none
-    Advances m_hintedAdvances;
+    Characters m_hintedAdvances;
     std::vector<char16_t> m_characters; // by glyph number, 0 for none; filled when first needed
 };
 

@@ -365,6 +365,7 @@ private:
 
     // Text. Axes are from where letters lie, along the baseline and down, to the picture.
     using Placed = std::span<const PlacedCharacter>;
+    const std::optional<RealizedFont> &realizedFont(bool isAdvanced);
     void moveBehind(double width, const RealizedFont &font, const Affine &axes);
     Affine textAxes(const TextCall &call, const RealizedFont &font, double width) const;
     Index textClip(const TextCall &call, const RectD &ink, const Affine &axes);
@@ -425,6 +426,16 @@ private:
     std::vector<Inverted> m_inverted; ///< in the order of their nodes
     std::map<uint32_t, size_t> m_inexact; ///< by record: its inexact figures, not taken back
     int64_t m_inversionSteps = limits::kGroundSteps; ///< left for the document
+
+    /// A font with all that its letters depend on.
+    struct Realized
+    {
+        std::shared_ptr<const Font> font;
+        Affine toDevice, world;
+        bool isAdvanced = false;
+        std::optional<RealizedFont> realized;
+    };
+    Realized m_realized;
 
     Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;

@@ -192,15 +192,8 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     node.clip = clip;
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
     const PointD baseline = axes.map({ start, 0 });
-    FontStyle style = fontStyleOf(*m_state.font);
+    FontStyle style = font.style;
     style.size = font.em / scale;
-    if (!font.substitute.empty()) {
-        // The letters stand where those of the face stand that is taken for the one named.
-        Font other;
-        other.face = font.substitute;
-        const FontStyle more = fontStyleOf(other);
-        style.families.insert(style.families.end(), more.families.begin(), more.families.end());
-    }
     if (isTurn(axes) && scale == 1) {
         run.baseline = baseline;
         const double turn = std::atan2(-axes.b, axes.a) * kDegree;
@@ -408,11 +401,22 @@ static std::vector<Part> partsOf(std::vector<PlacedCharacter> &shown, const Real
     return parts;
 }
 
+// That of the state, which mostly is the one of the text before.
+const std::optional<RealizedFont> &DeviceContext::realizedFont(bool isAdvanced)
+{
+    Realized &known = m_realized;
+    if (known.font != m_state.font || known.isAdvanced != isAdvanced
+        || known.toDevice != m_state.toDevice || known.world != m_state.world)
+        known = { m_state.font, m_state.toDevice, m_state.world, isAdvanced,
+                  realizeFont(m_state, m_device, isAdvanced) };
+    return known.realized;
+}
+
 Played DeviceContext::textOut(const TextCall &call)
 {
     if ((call.options & TextOption::kOpaque) != 0 && !isHidden())
         fillTextBox(call, call.box, toPicture(), m_state.backgroundColor);
-    const auto font = realizeFont(m_state, m_device, call.isAdvanced);
+    const std::optional<RealizedFont> &font = realizedFont(call.isAdvanced);
     if (!font || call.text.empty())
         return kDone;
     TextCall resolved = call;

@@ -104,11 +104,25 @@ FontRequest measuredFace(const Font &font, FontShape &shape, std::u16string &sub
     return request;
 }
 
+FontStyle documentStyle(const Font &font, const std::u16string &substitute)
+{
+    FontStyle style = fontStyleOf(font);
+    if (!substitute.empty()) {
+        // The letters stand where those of the face stand that is taken for the one named.
+        Font other;
+        other.face = substitute;
+        const FontStyle more = fontStyleOf(other);
+        style.families.insert(style.families.end(), more.families.begin(), more.families.end());
+    }
+    return style;
+}
+
 std::optional<RealizedFont> realizeFont(const State &state, const Device &device, bool isAdvanced)
 {
     const Font &font = *state.font;
     RealizedFont realized;
     realized.request = measuredFace(font, realized.shape, realized.substitute);
+    realized.style = documentStyle(font, realized.substitute);
     realized.symbols = symbolFont(namedFace(font).face);
     realized.isVertical = font.face.starts_with(u'@');
 

@@ -35,6 +35,7 @@ struct RealizedFont
 {
     FontRequest request;
     FontShape shape;
+    FontStyle style; ///< in a document, but for its size
     /// Is measured in the place of the face that is asked for; empty where that one is there, or
     /// another of its kind.
     std::u16string substitute;
@@ -70,6 +71,10 @@ FontStyle fontStyleOf(const Font &font);
 
 /// The face that a font names.
 FontRequest namedFace(const Font &font);
+
+/// How a document names the letters of a font.
+/// @param substitute  as in RealizedFont
+FontStyle documentStyle(const Font &font, const std::u16string &substitute);
 
 /// The face whose widths stand for those of a font: the named one, or another of its kind.
 /// @param[out] shape  of that face

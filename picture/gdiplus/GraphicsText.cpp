@@ -16,6 +16,7 @@ GraphicsText::Face GraphicsText::faceOf(const plus::Font &font) const
     face.named.face = font.family;
     RealizedFont &realized = face.font;
     realized.request = measuredFace(face.named, realized.shape, realized.substitute);
+    realized.style = documentStyle(face.named, realized.substitute);
     realized.symbols = symbolFont(namedFace(face.named).face);
     realized.em = m_graphics.lengthInWorld(std::abs(font.emSize), font.unit);
     const FontTables &tables = realized.shape.tables;
