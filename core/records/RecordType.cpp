@@ -5,6 +5,7 @@
 #include "core/records/RecordTally.h"
 #include "core/records/WmfRecordTypes.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -26,6 +27,18 @@ std::span<const RecordType> recordTypes(MetafileFormat format)
 
 const RecordType *findRecordType(std::span<const RecordType> types, uint32_t number)
 {
+    if (types.empty() || number < types.front().number)
+        return nullptr;
+    // Numbers of EMF types follow one another with few gaps: each stands at its distance from the
+    // first, or a little before.
+    constexpr size_t kGaps = 8;
+    size_t place = number - types.front().number;
+    if (place < types.size() + kGaps) {
+        place = std::min(place, types.size() - 1);
+        while (types[place].number > number)
+            --place;
+        return types[place].number == number ? &types[place] : nullptr;
+    }
     const auto type = std::ranges::lower_bound(types, number, {}, &RecordType::number);
     return type != types.end() && type->number == number ? &*type : nullptr;
 }
