@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <fstream>
@@ -205,6 +206,19 @@ namespace {
         run<convert>(state, files);
     }
 
+    // The smallest files of the corpus, for scripts/bench_start.py.
+    void runSmallFiles(benchmark::State &state)
+    {
+        constexpr size_t kCount = 40;
+        std::vector<QByteArray> files;
+        for (const auto &[path, bytes] : test::metafilesBelow({ SVGTOOL_SHARED_DIR "/corpus" }))
+            files.push_back(bytes);
+        std::ranges::stable_sort(files, {}, &QByteArray::size);
+        files.resize(std::min(files.size(), kCount));
+        state.counters["files"] = double(files.size());
+        run<drawn>(state, files);
+    }
+
 } // namespace
 } // namespace svgtool::bench
 
@@ -235,6 +249,8 @@ int main(int argc, char *argv[])
                         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("corpus", &runCorpus<exactText>)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("picture corpus", &runCorpus<drawn>)
+            ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("picture small files", &runSmallFiles)
             ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
