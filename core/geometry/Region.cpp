@@ -104,6 +104,35 @@ namespace {
         return true;
     }
 
+    // Whether rectangles are those of a region as they stand.
+    bool areBands(Rects rects)
+    {
+        size_t before = 0, start = 0; // of the band above, and of the one at hand
+        for (size_t i = 0; i < rects.size(); ++i) {
+            const RectI &rect = rects[i], &first = rects[start];
+            if (rect.isEmpty())
+                return false;
+            if (i == start)
+                continue;
+            if (rect.top == first.top) {
+                if (rect.bottom != first.bottom || rect.left <= rects[i - 1].right)
+                    return false;
+                continue;
+            }
+            if (rect.top < first.bottom || continuesBand(rects.first(i), before, start))
+                return false;
+            before = start;
+            start = i;
+        }
+        return !continuesBand(rects, before, start);
+    }
+
+    bool contains(const RectI &outer, const RectI &inner)
+    {
+        return outer.left <= inner.left && outer.top <= inner.top && inner.right <= outer.right
+                && inner.bottom <= outer.bottom;
+    }
+
     // Where the border of a path crosses the middle of a row.
     struct Crossing
     {
@@ -178,6 +207,8 @@ Region::Region(const RectI &rect)
 
 std::optional<Region> Region::combined(const Region &a, const Region &b, Mode mode)
 {
+    if (mode == Mode::And && b.m_rects.size() == 1 && contains(b.m_rects.front(), a.bounds()))
+        return a;
     Region result;
     std::vector<RectI> &out = result.m_rects;
     Bands bandsA(a.m_rects), bandsB(b.m_rects);
@@ -208,6 +239,11 @@ std::optional<Region> Region::combined(const Region &a, const Region &b, Mode mo
 
 std::optional<Region> Region::of(std::span<const RectI> rects)
 {
+    if (rects.size() <= kMostRects && areBands(rects)) {
+        Region region;
+        region.m_rects.assign(rects.begin(), rects.end());
+        return region;
+    }
     // By halves, so that many rectangles in no order take n log n and not the square.
     if (rects.size() <= 1)
         return rects.empty() ? Region() : Region(rects.front());

@@ -27,8 +27,8 @@ namespace {
         // Goes on to the line @p y, below which these spans lie.
         void step(int32_t y, std::span<const RectI> spans)
         {
-            std::vector<size_t> below;
-            below.reserve(2 * spans.size());
+            std::vector<size_t> &below = m_below;
+            below.clear();
             const auto edge = [spans](size_t index) {
                 const RectI &rect = spans[index / 2];
                 return index % 2 == 0 ? rect.left : rect.right;
@@ -55,7 +55,7 @@ namespace {
                 i += isAbove;
                 j += isBelow;
             }
-            m_open = std::move(below);
+            std::swap(m_open, m_below);
         }
 
         Path path()
@@ -101,6 +101,7 @@ namespace {
 
         std::vector<Side> m_sides;
         std::vector<size_t> m_open; ///< from the left
+        std::vector<size_t> m_below; ///< kept for its memory
         Kind m_kind = Kind::None;
         size_t m_start = 0;
     };

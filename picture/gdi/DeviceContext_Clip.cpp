@@ -66,12 +66,12 @@ Played DeviceContext::changeClip(ClipState clip)
     }
     if (shown) {
         const Region whole(wholePicture());
-        const auto part = combined(shown, whole, Region::Mode::And);
+        auto part = combined(shown, whole, Region::Mode::And);
         if (!part)
             return kTooLarge;
         visible.isEmpty = part->isEmpty();
         if (*part != whole)
-            visible.region = std::make_shared<Region>(*part);
+            visible.region = std::make_shared<Region>(std::move(*part));
     }
     if (clip.paths != kNone && m_clipPaths[clip.paths].leavesNothing)
         visible.isEmpty = true;
@@ -173,10 +173,10 @@ Played DeviceContext::selectClipRegion(const Region &region, uint32_t number)
             return kTooLarge;
         clip = { m_state.meta.paths, std::make_shared<Region>(*pixels) };
     }
-    const auto result = combined(clip.region, region, *mode);
+    auto result = combined(clip.region, region, *mode);
     if (!result)
         return kTooLarge;
-    clip.region = std::make_shared<Region>(*result);
+    clip.region = std::make_shared<Region>(std::move(*result));
     return changeClip(std::move(clip));
 }
 
