@@ -405,8 +405,10 @@ static std::vector<Part> partsOf(std::vector<PlacedCharacter> &shown, const Real
 const std::optional<RealizedFont> &DeviceContext::realizedFont(bool isAdvanced)
 {
     Realized &known = m_realized;
-    if (known.font != m_state.font || known.isAdvanced != isAdvanced
-        || known.toDevice != m_state.toDevice || known.world != m_state.world)
+    const bool isKnown =
+            known.font == m_state.font || (known.font != nullptr && *known.font == *m_state.font);
+    if (!isKnown || known.isAdvanced != isAdvanced || known.toDevice != m_state.toDevice
+        || known.world != m_state.world)
         known = { m_state.font, m_state.toDevice, m_state.world, isAdvanced,
                   realizeFont(m_state, m_device, isAdvanced) };
     return known.realized;

@@ -80,6 +80,8 @@ struct Font
     uint8_t charSet = 1;
     uint8_t pitchAndFamily = 0;
     std::u16string face;
+
+    bool operator==(const Font &) const = default;
 };
 
 /// Shared by its slot and the states in which it is selected, so that all see its entries change.
