@@ -232,6 +232,7 @@ const std::vector<Family> &families()
     emfFontBody.u32s({ 1, -16, 0, 0, 0, 0, 0, 0 });
     for (const char letter : std::string_view("Liberation Sans"))
         emfFontBody.u16(letter);
+    emfFontBody.u16(0);
     emfFont.record(82, emfFontBody.result()).record(37, { 1 });
     WmfBuilder wmf;
     wmf.placeable(0, 0, 10000, 10000, 96).record(0x020C, { 10000, 10000 });
