@@ -206,12 +206,13 @@ namespace {
         run<convert>(state, files);
     }
 
-    // The smallest files of the corpus, for scripts/bench_start.py.
+    // The smallest sound files of the corpus, for scripts/bench_start.py.
     void runSmallFiles(benchmark::State &state)
     {
         constexpr size_t kCount = 40;
         std::vector<QByteArray> files;
-        for (const auto &[path, bytes] : test::metafilesBelow({ SVGTOOL_SHARED_DIR "/corpus" }))
+        for (const auto &[path, bytes] : test::metafilesBelow(
+                     { SVGTOOL_SHARED_DIR "/corpus/emf", SVGTOOL_SHARED_DIR "/corpus/wmf" }))
             files.push_back(bytes);
         std::ranges::stable_sort(files, {}, &QByteArray::size);
         files.resize(std::min(files.size(), kCount));

@@ -29,9 +29,9 @@ def cpu_time(command):
 
 
 def small_files(count):
-    """The smallest files of the corpus."""
-    files = [path for pattern in ("*.emf", "*.wmf")
-             for path in ROOT.parent.joinpath("shared/corpus").rglob(pattern)]
+    """The smallest sound files of the corpus."""
+    files = [path for kind in ("emf", "wmf")
+             for path in ROOT.parent.joinpath("shared/corpus", kind).rglob(f"*.{kind}")]
     return sorted(files, key=lambda path: (path.stat().st_size, str(path)))[:count]
 
 
@@ -52,8 +52,9 @@ def main(build, runs="50"):
         commands = {
             "an empty Qt Core program": [f"{build}/bench/empty_program"],
             "`metafile2svg --version`": [tool, "--version"],
-            "`metafile2svg` of a small file": [tool, files[-1], "-o", f"{folder}/one.svg"],
-            "`metafile2svg` of 40 small files": [tool, *files, "-d", folder],
+            "`metafile2svg` of a small file": [tool, "--force", files[-1], "-o",
+                                               f"{folder}/one.svg"],
+            "`metafile2svg` of 40 small files": [tool, "--force", *files, "-o", f"{folder}/"],
         }
         times = {name: [] for name in commands}
         for _ in range(int(runs)):
