@@ -38,9 +38,13 @@ Unpacking unpackGzip(ByteView file, std::string &bytes)
     if (!decompressor)
         throw std::bad_alloc();
     const int64_t most = std::min(kMostBytes, file.size * kMostTimes);
-    // The last bytes tell the size, unless others stand behind them.
+    // The last bytes tell the size, if they are to be believed: what is much more than is usual has
+    // to show that it is there.
+    constexpr int64_t kUsualTimes = 16;
     const uint32_t named = fromLittleEndian(readPadded<uint32_t>(tail(file, file.size - 4)));
-    for (int64_t room = std::clamp<int64_t>(named, 1, most);; room = std::min(room * 2, most)) {
+    const int64_t usual = std::min(most, file.size * kUsualTimes);
+    for (int64_t room = std::clamp<int64_t>(named, 1, usual);; room = std::min(room * 4, most)) {
+        bytes.clear(); // so that nothing is copied
         bytes.resize(size_t(room));
         size_t taken = 0;
         size_t given = 0;

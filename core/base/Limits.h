@@ -44,9 +44,9 @@ inline constexpr size_t kCutPoints = 2'000'000;
 
 /// Metafiles around one that is played.
 inline constexpr int kNestedMetafiles = 8;
-/// Bytes of all that are played: a short record may ask for a long one, again and again. Each one
-/// costs some bytes more, and some for each slot of its table.
-inline constexpr int64_t kNestedBytes = int64_t(32) << 20;
+/// Bytes of all that are played, beyond those of the whole file: a short record may ask for a long
+/// one, again and again. Each one costs some bytes more, and some for each slot of its table.
+inline constexpr int64_t kNestedBytes = int64_t(3) << 20;
 inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 
 // Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.
@@ -72,9 +72,9 @@ inline constexpr int64_t kFloodSteps = int64_t(1) << 24;
 /// else the whole of them, looked at, would show nothing.
 inline constexpr double kViewedSide = 1600;
 
-/// Pixels of the boxes around all triangles of gradients that are drawn as images. It takes a few
-/// bytes to ask for a whole page of them, and each is compressed.
-inline constexpr double kGradientPixels = double(1 << 23);
+/// Pixels of the boxes around all triangles of gradients that are drawn as images, and of those
+/// images. It takes a few bytes to ask for a whole page of them, and each is compressed.
+inline constexpr double kGradientPixels = double(1 << 24);
 
 // Paths.
 
@@ -84,7 +84,7 @@ inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
 /// Points that lines in the place of curves and outlines in the place of lines may have, together.
 inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 
-// Areas that are combined: clips and regions of EMF+.
+// Areas that are combined: regions of EMF+, and clips of both formats that are cut to each other.
 
 /// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
 /// as many rows as their square.

@@ -74,6 +74,7 @@ namespace {
         picture::SceneBuilder builder(picture.device.unitsPerPixel);
         builder.lend(file);
         picture::Playing playing;
+        playing.bytes += file.size;
         playing.prefersEmf = options.source == PictureSource::Emf;
         playing.drawsOutlines = options.text == PictureText::Outlines;
         RecordTally records;

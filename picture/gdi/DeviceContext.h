@@ -13,9 +13,11 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <queue>
 #include <span>
+#include <tuple>
 #include <vector>
 
 namespace svgtool::picture {
@@ -37,10 +39,10 @@ public:
     void setRecord(uint32_t number)
     {
         m_record = number;
-        m_isBitmapCut = false;
+        m_shortfall = kDone;
     }
-    /// Whether a bitmap of the record had fewer lines than it should.
-    bool isBitmapCut() const { return m_isBitmapCut; }
+    /// What the bitmaps of the record lack, beside what became of the call.
+    const Played &shortfall() const { return m_shortfall; }
     /// Whether what the last record mixed inexactly may be taken back by one that comes yet.
     bool isProvisional(const Played &played) const;
     /// Whether anything is left of what record @p number mixed inexactly.
@@ -238,6 +240,8 @@ private:
     Index fillPaint();
     Paint brushPaint(const Brush &brush);
     Paint patternPaint(const Brush &brush);
+    /// In the scene; kNone where there are too many pixels in the brushes of all colours.
+    Index brushImage(const Brush &brush);
     /// The pixels of a brush, which it repeats; null for one of a colour.
     Bitmap brushTile(const Brush &brush) const;
     /// How many pixels of the picture a box has; nothing where it has none, or too many.
@@ -408,7 +412,10 @@ private:
     bool m_drawsOutlines = false;
     uint8_t m_systemCharSet = 0;
     std::vector<ClipPath> m_clipPaths;
-    bool m_isBitmapCut = false;
+    Played m_shortfall; ///< of the record
+    /// Brushes of bitmaps by what they show: theirs, and the colours where those are not.
+    using ShownBrush = std::tuple<std::shared_ptr<const DecodedBitmap>, Argb, Argb>;
+    std::map<ShownBrush, Index> m_brushImages; ///< in the scene
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.
@@ -425,7 +432,6 @@ private:
     Transferred m_transferred;
     std::vector<Inverted> m_inverted; ///< in the order of their nodes
     std::map<uint32_t, size_t> m_inexact; ///< by record: its inexact figures, not taken back
-    int64_t m_inversionSteps = limits::kGroundSteps; ///< left for the document
 
     /// A font with all that its letters depend on.
     struct Realized

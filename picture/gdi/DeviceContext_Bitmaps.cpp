@@ -137,7 +137,7 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
     if (!bits.empty()) {
         whole.bits = { bits.data(), int64_t(bits.size()) };
         whole.isLasting = false;
-        m_isBitmapCut = true;
+        m_shortfall = approximated("its bitmap lacks lines");
     }
     return ConvertTo32Bits(whole, m_left.runLengthPixels);
 }

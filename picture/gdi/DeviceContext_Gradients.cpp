@@ -226,6 +226,7 @@ Played DeviceContext::fillTriangleImage(std::span<const Triangle3> corners)
     if (triangles.empty())
         return kDone;
     const double area = bounds.width() / pixel * (bounds.height() / pixel);
+    pixelsOfAll += area; // they may lie far apart
     if (!(pixelsOfAll <= m_left.gradientPixels && area <= kMostImagePixels))
         return notDone("its triangles are too large");
     m_left.gradientPixels -= pixelsOfAll;

@@ -91,7 +91,7 @@ std::optional<std::vector<size_t>> DeviceContext::shapesOver(const Inverted &bef
     std::vector<size_t> shapes;
     for (size_t i = before.end; i < scene.nodes.size(); ++i) {
         const Node &node = scene.nodes[i];
-        if (--m_inversionSteps < 0)
+        if (--m_left.inversionSteps < 0)
             return std::nullopt;
         if (isTakenBack(node) || intersection(m_grounds.boundsOfNode(scene, i), area).isEmpty())
             continue;
@@ -118,7 +118,7 @@ bool DeviceContext::isMaskOf(size_t number, const RectD &area)
         || mask.node.transform != before.node.transform)
         return false;
     for (size_t i = before.end; i < scene.nodes.size(); ++i) {
-        if (--m_inversionSteps < 0)
+        if (--m_left.inversionSteps < 0)
             return false;
         if ((i < mask.first || i >= mask.end) && !isTakenBack(scene.nodes[i])
             && !intersection(m_grounds.boundsOfNode(scene, i), area).isEmpty())

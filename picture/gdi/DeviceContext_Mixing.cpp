@@ -304,6 +304,8 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
 
 void DeviceContext::takeBack(const SceneBuilder::Mark &mark)
 {
+    if (m_builder.mark().images > mark.images)
+        std::erase_if(m_brushImages, [&](const auto &it) { return it.second >= mark.images; });
     m_builder.takeBack(mark);
     m_grounds.forget(mark.nodes);
     while (!m_inverted.empty() && m_inverted.back().end > mark.nodes)

@@ -19,18 +19,36 @@ std::optional<Brush> DeviceContext::patternBrush(const BlitSource &source, bool 
     return brush;
 }
 
+Index DeviceContext::brushImage(const Brush &brush)
+{
+    const ShownBrush shown{ brush.pattern, brush.isMono ? argbOf(m_state.textColor) : kClear,
+                            brush.isMono ? argbOf(m_state.backgroundColor) : kClear };
+    const auto known = m_brushImages.find(shown);
+    if (known != m_brushImages.end())
+        return known->second;
+    // One costs no more than the record that made it; its colours change with a few bytes.
+    if (brush.isMono && !spendPixels(brush.pattern->size))
+        return kNone;
+    Image image;
+    image.pixels = brushTile(brush);
+    image.size = image.pixels.size();
+    return m_brushImages[shown] = m_builder.image(std::move(image));
+}
+
 Paint DeviceContext::patternPaint(const Brush &brush)
 {
     const double pixel = m_device.unitsPerPixel;
     const PointD origin{ m_device.view.left + m_state.brushOrigin.x * pixel,
                          m_device.view.top + m_state.brushOrigin.y * pixel };
-    Image image;
-    image.pixels = brushTile(brush);
-    image.size = image.pixels.size();
     Pattern pattern;
-    pattern.tile = { origin.x, origin.y, origin.x + image.size.width * pixel,
-                     origin.y + image.size.height * pixel };
-    pattern.image = m_builder.image(std::move(image));
+    pattern.image = brushImage(brush);
+    if (pattern.image == kNone) {
+        m_shortfall = kTakenForOneColour;
+        return { Paint::Kind::Solid, m_state.textColor, kNone };
+    }
+    const IntSize size = brush.pattern->size;
+    pattern.tile = { origin.x, origin.y, origin.x + size.width * pixel,
+                     origin.y + size.height * pixel };
     return { Paint::Kind::Pattern, {}, m_builder.pattern(pattern) };
 }
 

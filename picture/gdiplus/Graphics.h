@@ -197,8 +197,9 @@ private:
     Tip tipOf(const plus::Pen &pen) const;
     Stroke strokeOf(const plus::Pen &pen, const Tip &tip, const Path *figure);
     Played strokeParts(const plus::Pen &pen, const Tip &tip, const Figure &figure,
-                       const Path &inWorld);
-    void addBody(Node node, const plus::Pen &pen, const Path &body, const Stroke &whole);
+                       const Path &inWorld, bool isMesh);
+    /// @return false where there were too many stripes
+    bool addBody(Node node, const plus::Pen &pen, const Path &body, const Stroke &whole);
     Played fillStroke(const plus::PathGradientBrush &brush, const StrokeParts &parts,
                       const Stroke &stroke, const Tip &tip);
 

@@ -125,7 +125,7 @@ bool Graphics::StrokeParts::add(const Path &figure, const std::vector<double> &d
 }
 
 Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure &figure,
-                             const Path &inWorld)
+                             const Path &inWorld, bool isMesh)
 {
     const Affine toNode = m_state.toPicture.then(tip.shape.inverse().value_or(Affine()));
     const double tolerance = m_device.unitsPerPixel / 50;
@@ -133,7 +133,6 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
     path.transform(toNode);
     Stroke stroke = strokeOf(pen, tip, &inWorld);
     const auto *const gradient = std::get_if<plus::PathGradientBrush>(&pen.brush);
-    const bool isMesh = gradient != nullptr && !radialPaint(*gradient, Affine());
     const bool cutsDashes =
             !stroke.dashes.empty() && (pen.dashCap != plus::DashCap::Flat || isMesh);
     StrokeParts parts(pen, tip.width, m_device.unitsPerPixel, m_left.pointsUsedAgain);
@@ -156,7 +155,7 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
         stroke.dashOffset += parts.startInset;
     stroke.cap = parts.isRound ? Cap::Round : Cap::Butt;
     node.transform = m_builder.transform(tip.shape);
-    addBody(node, pen, parts.body, stroke);
+    const bool isWhole = addBody(node, pen, parts.body, stroke);
     if (!parts.fill.isEmpty()) {
         Node ends = node;
         ends.isEvenOdd = false;
@@ -172,24 +171,25 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
         node.stroke = m_builder.stroke(stroke);
         m_builder.add(node, line);
     }
-    return kDone;
+    return isWhole ? kDone : approximated("its line has too many stripes");
 }
 
-// The line itself, or the stripes that it is made of.
-void Graphics::addBody(Node node, const plus::Pen &pen, const Path &body, const Stroke &whole)
+// The line itself, or the stripes that it is made of, as many as may be.
+bool Graphics::addBody(Node node, const plus::Pen &pen, const Path &body, const Stroke &whole)
 {
+    constexpr size_t kNodeWork = 16; // what a node takes beside its points
     if (body.isEmpty())
-        return;
+        return true;
     if (pen.stripes.empty()) {
         node.stroke = m_builder.stroke(whole);
         m_builder.add(node, body);
-        return;
+        return true;
     }
     const std::vector<Path> figures = figuresOf(body);
     for (size_t i = 0; i + 1 < pen.stripes.size(); i += 2) {
         const double from = pen.stripes[i], to = pen.stripes[i + 1];
-        if (!spend(body.points().size()))
-            return;
+        if (!spend(kNodeWork + body.points().size()))
+            return false;
         Path stripe;
         for (const Path &figure : figures)
             stripe.append(beside(figure, ((from + to) / 2 - 0.5) * whole.width));
@@ -198,6 +198,7 @@ void Graphics::addBody(Node node, const plus::Pen &pen, const Path &body, const 
         node.stroke = m_builder.stroke(stroke);
         m_builder.add(node, stripe);
     }
+    return true;
 }
 
 // A stroke of a brush that is no paint of a stroke: its outline is filled.
@@ -208,6 +209,9 @@ Played Graphics::fillStroke(const plus::PathGradientBrush &brush, const StrokePa
     const auto back = m_state.toPicture.inverse();
     if (!lines || !back)
         return notDone("its line has too many points");
+    constexpr size_t kPointsOfLine = 16; // with what is left for the filling
+    m_left.pointsOfOutlines -=
+            std::min(m_left.pointsOfOutlines, kPointsOfLine * lines->points().size());
     Path outline = outlineOf(*lines,
                              { stroke.width, parts.isRound ? Cap::Round : Cap::Butt, stroke.join,
                                stroke.miterLimit });

@@ -9,6 +9,9 @@
 
 namespace svgtool::picture {
 
+static constexpr Played kFlat =
+        approximated("its gradient has too many parts, and is drawn in one colour");
+
 // Widths below this many pixels show no caps.
 static constexpr double kThin = 1.5;
 
@@ -105,11 +108,25 @@ static std::optional<Cap> commonCap(const plus::Pen &pen, bool isThin, bool hasE
     return start;
 }
 
+// What a pen has many of, and every line of it needs.
+static size_t partsOf(const plus::Pen &pen)
+{
+    size_t parts = pen.dashes.size() + pen.stripes.size();
+    for (const auto &cap : { pen.customStartCap, pen.customEndCap }) {
+        const auto *const figures = cap ? std::get_if<plus::PathCap>(cap.get()) : nullptr;
+        if (figures == nullptr)
+            continue;
+        for (const auto &figure : { &figures->fill, &figures->line })
+            parts += *figure ? (*figure)->outline.points().size() : 0;
+    }
+    return parts;
+}
+
 Played Graphics::stroke(const plus::Pen &pen, const Figure &figure)
 {
     if (isClippedAway())
         return kDone;
-    if (!hasStops(pen.brush) || !spend(pen.dashes.size() + pen.stripes.size()))
+    if (!hasStops(pen.brush) || !spend(partsOf(pen)))
         return notDone("its pen has been used too often");
     const auto *const solid = std::get_if<plus::SolidBrush>(&pen.brush);
     if (solid != nullptr && colorOf(solid->color).alpha == 0)
@@ -120,10 +137,13 @@ Played Graphics::stroke(const plus::Pen &pen, const Figure &figure)
     const bool hasEnds = std::ranges::count(verbs, Path::Verb::Move)
             != std::ranges::count(verbs, Path::Verb::Close);
     const auto *const gradient = std::get_if<plus::PathGradientBrush>(&pen.brush);
-    const bool isMesh = gradient != nullptr && !radialPaint(*gradient, Affine());
+    const bool isFilled = gradient != nullptr && !radialPaint(*gradient, Affine());
+    const bool isMesh = isFilled && m_left.pointsOfOutlines > 0;
     const auto cap = commonCap(pen, tip.isThin, hasEnds);
-    if (!cap || isMesh || !pen.stripes.empty())
-        return strokeParts(pen, tip, figure, path);
+    if (!cap || isMesh || !pen.stripes.empty()) {
+        const Played played = strokeParts(pen, tip, figure, path, isMesh);
+        return played.isDone() && isFilled && !isMesh ? kFlat : played;
+    }
     Node node = newNode();
     Stroke stroke = strokeOf(pen, tip, &path);
     stroke.cap = *cap;
@@ -142,7 +162,7 @@ Played Graphics::stroke(const plus::Pen &pen, const Figure &figure)
         addFigure(node, figure);
     else
         m_builder.add(node, path, map.then(tip.shape.inverse().value_or(Affine())));
-    return kDone;
+    return isFilled ? kFlat : kDone;
 }
 
 } // namespace svgtool::picture

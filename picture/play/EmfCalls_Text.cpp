@@ -110,8 +110,13 @@ Played playPolyTextOut(DeviceContext &dc, ByteView record, Encoding encoding)
     if (!slice(record, fields.offset(), count * kTextSize))
         return kTooShort;
     Played played = kDone;
+    int64_t charactersLeft = record.size; // for strings may lie on each other
     for (uint32_t i = 0; i < count; ++i) {
-        const Played one = draw(dc, record, takeText(fields), encoding, isAdvanced);
+        const TextFields text = takeText(fields);
+        charactersLeft -= text.count;
+        if (charactersLeft < 0)
+            return notDone("its texts have more characters than it has bytes");
+        const Played one = draw(dc, record, text, encoding, isAdvanced);
         if (!one.isDone())
             played = one;
     }

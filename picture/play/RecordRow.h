@@ -33,9 +33,7 @@ inline Played playByRow(std::span<const RecordRow> rows, DeviceContext &context,
     if (row->play == nullptr)
         return row->otherwise;
     const Played played = row->play(context, record);
-    return played.outcome == RecordOutcome::Drawn && context.isBitmapCut()
-            ? approximated("its bitmap lacks lines")
-            : played;
+    return played.isDone() ? context.shortfall() : played;
 }
 
 /// Plays the records that are left, up to the end record.

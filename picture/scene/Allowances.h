@@ -22,6 +22,7 @@ struct Allowances
     double gradientPixels = limits::kGradientPixels;
     int64_t floodSteps = limits::kFloodSteps;
     int64_t groundSteps = limits::kGroundSteps;
+    int64_t inversionSteps = limits::kGroundSteps;
 };
 
 } // namespace svgtool::picture

@@ -125,6 +125,12 @@ static uint64_t hashOfImage(const Image &image)
         const auto *const line = reinterpret_cast<const char *>(pixels.line(y));
         hash = hashOf({ line, pixels.lineBytes() }, hash);
     }
+    // Of the colours those that are seen: bitmaps that differ in others are the same.
+    const auto used = pixels.usedIndices();
+    for (size_t i = 0; i < pixels.colours().size() && i < used.size(); ++i) {
+        if (used[i])
+            hash = (hash ^ pixels.colours()[i]) * 0x100000001B3;
+    }
     return hash;
 }
 

@@ -19,18 +19,26 @@ bool needsLinks(const SvgDocument &document)
                });
 }
 
-// Images inside of patterns stand there, and are not counted.
+// Images that several patterns or several nodes show are defined once; one of each kind says it
+// twice, since it needs no more.
 void useImages(SvgDocument &document)
 {
     const Scene &scene = document.scene();
-    std::vector<bool> isSeen(scene.images.size());
-    for (const Node &node : scene.nodes) {
-        if (node.kind != Node::Kind::Image)
-            continue;
-        const Index image = scene.imagePlaces[node.geometry].image;
-        if (isSeen[image])
+    std::vector<bool> isSeen(scene.images.size()), isTile(scene.images.size());
+    const auto note = [&document](std::vector<bool> &seen, Index image) {
+        if (seen[image])
             document.use(Defined::Image, image);
-        isSeen[image] = true;
+        seen[image] = true;
+    };
+    for (const Node &node : scene.nodes) {
+        if (node.kind == Node::Kind::Image)
+            note(isSeen, scene.imagePlaces[node.geometry].image);
+    }
+    const size_t count = document.definitions().size();
+    for (size_t i = 0; i < count; ++i) {
+        const auto [kind, resource] = document.definitions()[i];
+        if (kind == Defined::Pattern)
+            note(isTile, scene.patterns[resource].image);
     }
 }
 
@@ -61,7 +69,7 @@ static void writeContents(SvgDocument &document, const Image &image, const RectD
 static constexpr std::string_view kSharp =
         "image-rendering:optimizeSpeed;image-rendering:pixelated";
 
-// A tile beside its mirrored images is defined, and used so often.
+// A tile beside its mirrored images is defined, and used so often, as is one of several patterns.
 void usePattern(SvgDocument &document, Index number)
 {
     const Pattern &pattern = document.scene().patterns[number];
@@ -69,7 +77,7 @@ void usePattern(SvgDocument &document, Index number)
         document.use(Defined::Image, pattern.image);
 }
 
-static void writeMirrored(SvgDocument &document, const Pattern &pattern)
+static void writeTiles(SvgDocument &document, const Pattern &pattern)
 {
     const Image &image = document.scene().images[pattern.image];
     const double width = pattern.tile.width() / image.size.width;
@@ -79,10 +87,14 @@ static void writeMirrored(SvgDocument &document, const Pattern &pattern)
             if ((isBelow && !pattern.mirrorsY) || (isRight && !pattern.mirrorsX))
                 continue;
             document.put("<use");
-            document.transform({ isRight ? -width : width, 0, 0, isBelow ? -height : height,
-                                 isRight ? 2 * pattern.tile.width() : 0,
-                                 isBelow ? 2 * pattern.tile.height() : 0 },
-                               boxOf(image));
+            const Affine place{ isRight ? -width : width,
+                                0,
+                                0,
+                                isBelow ? -height : height,
+                                isRight ? 2 * pattern.tile.width() : 0,
+                                isBelow ? 2 * pattern.tile.height() : 0 };
+            if (!place.isIdentity())
+                document.transform(place, boxOf(image));
             document.link(Defined::Image, pattern.image);
             if (!pattern.isSmooth)
                 document.attribute("style", kSharp);
@@ -98,8 +110,8 @@ void definePattern(SvgDocument &document, Index number)
     const RectD all{ tile.left, tile.top, tile.right + (pattern.mirrorsX ? tile.width() : 0),
                      tile.bottom + (pattern.mirrorsY ? tile.height() : 0) };
     beginPattern(document, Defined::Pattern, number, all, pattern.transform);
-    if (pattern.mirrorsX || pattern.mirrorsY) {
-        writeMirrored(document, pattern);
+    if (document.isUsed(Defined::Image, pattern.image)) {
+        writeTiles(document, pattern);
     } else {
         document.put("<image");
         writeContents(document, document.scene().images[pattern.image],
