@@ -67,6 +67,7 @@ damaged, 4 with --strict: all, but some are damaged or lack drawing.
         { ' ', "text", "HOW", "characters, or outlines: alike everywhere" },
         { ' ', "prefer", "KIND", "of two pictures in a file: wmf; emf, not EMF+" },
         { ' ', "id-prefix", "P", "what ids begin with; by default a hash" },
+        { ' ', "limit", "MB", "no larger documents; by default 300" },
         { ' ', "exact", "", "the library's exact text, and not a picture" },
         { ' ', "Telling", "", "" },
         { ' ', "info", "", "tell format, size, bounds, records; write nothing" },
@@ -285,6 +286,7 @@ damaged, 4 with --strict: all, but some are damaged or lack drawing.
             { options.isExact && given("text"), "--exact leaves text as it is" },
             { options.isExact && given("prefer"), "--exact always takes the file's own records" },
             { options.isExact && given("id-prefix"), "--exact leaves ids as they are" },
+            { options.isExact && given("limit"), "--exact leaves nothing out for its length" },
             { options.isExact && options.isStrict,
               "--exact leaves out what it leaves out, so --strict has no use" },
             { given("dpi") && given("scale"), "--dpi and --scale exclude each other" },
@@ -339,6 +341,7 @@ damaged, 4 with --strict: all, but some are damaged or lack drawing.
         options.scale = given("dpi") ? positiveNumber(arguments, "dpi", 1) / kPixelsPerInch
                                      : positiveNumber(arguments, "scale", 1);
         options.idPrefix = arguments.value("id-prefix");
+        options.limit = positiveNumber(arguments, "limit", options.limit);
         options.isOutlined = isOutlined(arguments);
         options.source = source(arguments);
         rejectContradictions(arguments, options);

@@ -46,6 +46,7 @@ struct Options
     double height = 0;
     double scale = 1;
     std::string idPrefix; ///< of the document's ids; empty for one by the metafile
+    double limit = 300; ///< of a document, in millions of bytes
     bool isOutlined = false; ///< letters are drawn as shapes
     PictureSource source = PictureSource::Best; ///< of a picture
 };

@@ -11,7 +11,7 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
                        const QByteArray &comment, FileResult &result)
 {
     // The library takes nothing smaller, and nobody sees a difference.
-    constexpr double kLeastSide = 0.001, kLeastScale = 1e-6;
+    constexpr double kLeastSide = 0.001, kLeastScale = 1e-6, kLeastLimit = 0.01;
     PictureOptions wanted;
     wanted.width = options.width > 0 ? std::max(options.width, kLeastSide) : 0;
     wanted.height = options.height > 0 ? std::max(options.height, kLeastSide) : 0;
@@ -19,6 +19,7 @@ QByteArray drawPicture(const QByteArray &metafile, const Options &options,
     wanted.text = options.isOutlined ? PictureText::Outlines : PictureText::Characters;
     wanted.source = options.source;
     wanted.idPrefix = options.idPrefix;
+    wanted.limit = std::max(options.limit, kLeastLimit);
     RecordTally records;
     const Picture picture = drawInspected({ metafile.constData(), metafile.size() }, result.facts,
                                           wanted, comment.toStdString(), records);

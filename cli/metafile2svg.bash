@@ -28,14 +28,14 @@ _metafile2svg() {
             mapfile -t COMPREPLY < <(compgen -W 'wmf emf' -- "$current")
             return
             ;;
-        -j | --jobs | --width | --height | --scale | --dpi | --id-prefix)
+        -j | --jobs | --width | --height | --scale | --dpi | --id-prefix | --limit)
             return
             ;;
         esac
         if [[ $current == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W '-o --output -r --recursive -j --jobs --force --check
-                --fail-fast --width --height --scale --dpi --text --prefer --id-prefix --exact --info
-                --report --json --gallery --strict -q --quiet --dump-skipped --log-level -h --help -V
+                --fail-fast --width --height --scale --dpi --text --prefer --id-prefix --limit --exact
+                --info --report --json --gallery --strict -q --quiet --dump-skipped --log-level -h --help -V
                 --version' -- "$current")
             return
         fi

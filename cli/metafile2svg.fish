@@ -13,6 +13,7 @@ complete -c metafile2svg -l dpi -x -d 'Pixels to an inch of the picture'
 complete -c metafile2svg -l text -x -a 'characters outlines' -d 'What letters become'
 complete -c metafile2svg -l prefer -x -a 'wmf emf' -d 'Which of two pictures in a file'
 complete -c metafile2svg -l id-prefix -x -d 'What ids begin with'
+complete -c metafile2svg -l limit -x -d 'No larger documents, in megabytes'
 complete -c metafile2svg -l exact -d "The library's exact text, and not a picture"
 complete -c metafile2svg -l info -d 'Tell format, size, bounds and records'
 complete -c metafile2svg -l report -d 'Tell what became of the records, and why'

@@ -15,6 +15,7 @@ _arguments -s -S \
     '--text=[what letters become]:how:(characters outlines)' \
     '--prefer=[which of two pictures in a file]:kind:(wmf emf)' \
     '--id-prefix=[what ids begin with]:prefix' \
+    '--limit=[no larger documents]:megabytes' \
     "--exact[the library's exact text, and not a picture]" \
     '--info[tell format, size, bounds and records]' \
     '--report[tell what became of the records, and why]' \

@@ -19,6 +19,8 @@ inline constexpr double kNaturalArea = double(1 << 24);
 /// A side and a scale that are asked for: what lies outside is a slip of whoever asks.
 inline constexpr double kLeastSide = 0.001, kMostSide = 1e6;
 inline constexpr double kLeastScale = 1e-6, kMostScale = 1e6;
+/// Millions of bytes of a document, as they can be asked for: less has no room for a picture.
+inline constexpr double kLeastLimit = 0.01, kMostLimit = 1e6;
 /// Characters of a prefix, which stands in every reference.
 inline constexpr size_t kPrefix = 64;
 

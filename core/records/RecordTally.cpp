@@ -19,6 +19,19 @@ RecordTally::Counts &RecordTally::findCounts(uint32_t type)
     return entry->counts;
 }
 
+void RecordTally::lose(uint32_t type, int64_t offset, const char *why)
+{
+    using enum RecordOutcome;
+    Counts &counts = countsOf(type);
+    for (const RecordOutcome before : { Drawn, Approximated, Neutral }) {
+        if (counts[size_t(before)].count > 0) {
+            --counts[size_t(before)].count;
+            break;
+        }
+    }
+    noteWithin(type, RecordOutcome::Skipped, offset, why);
+}
+
 void RecordTally::noteDamage(const Damage &damage)
 {
     if (m_damages.size() < kMostDamages)

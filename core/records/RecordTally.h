@@ -88,6 +88,10 @@ public:
             count.why = why;
         }
     }
+    /// A record that was counted as anything else turns out to be skipped. May throw
+    /// std::bad_alloc.
+    /// @param offset  in the file
+    void lose(uint32_t type, int64_t offset, const char *why);
     /// Records went on behind damaged bytes. What is beyond kMostDamages counts with the last one.
     /// May throw std::bad_alloc.
     void noteDamage(const Damage &damage);

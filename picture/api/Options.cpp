@@ -42,6 +42,7 @@ bool isValid(const PictureOptions &options)
 {
     return isSide(options.width) && isSide(options.height)
             && isWithin(options.scale, limits::kLeastScale, limits::kMostScale)
+            && isWithin(options.limit, limits::kLeastLimit, limits::kMostLimit)
             && isPrefix(options.idPrefix);
 }
 

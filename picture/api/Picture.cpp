@@ -6,13 +6,14 @@
 #include "core/records/EmfDescription.h"
 #include "core/records/EmfRecords.h"
 #include "core/records/Fields.h"
+#include "core/records/RecordRecovery.h"
 #include "core/records/WmfEscapes.h"
 #include "picture/play/EmfPlayer.h"
 #include "picture/play/WmfPlayer.h"
 #include "picture/scene/Grounds.h"
 #include "picture/scene/Images.h"
 #include "picture/scene/Passes.h"
-#include "picture/svg/SvgWriter.h"
+#include "picture/svg/SvgLimit.h"
 
 #include <cstddef>
 #include <new>
@@ -39,7 +40,9 @@ namespace {
     };
 
     // Passes over the scene, and the document.
-    Picture finished(Playback playback, ByteView file, const PictureOptions &options)
+    // @param[out] leftOut  numbers of records of which it lacks something
+    Picture finished(Playback playback, ByteView file, const PictureOptions &options,
+                     std::vector<uint32_t> &leftOut)
     {
         Picture result;
         picture::Scene &scene = playback.scene;
@@ -63,9 +66,28 @@ namespace {
         picture::joinFigures(scene);
         picture::enlargeImages(scene);
         picture::layPaper(scene);
-        result.document = picture::writeSvg(
-                scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix);
+        constexpr double kMega = 1e6;
+        result.document = picture::writeWithin(
+                scene, options.idPrefix.empty() ? idPrefixOf(file) : options.idPrefix,
+                int64_t(options.limit * kMega), leftOut);
         return result;
+    }
+
+    // @param numbers  of records that were counted as drawn, rising
+    void noteLeftOut(std::span<const uint32_t> numbers, ByteView file, const MetafileFacts &facts,
+                     RecordTally &tally)
+    {
+        RecordRecovery records(file, facts);
+        uint32_t number = facts.format == MetafileFormat::Emf ? 2 : 1; // as they are played
+        for (auto next = numbers.begin(); next != numbers.end(); ++number) {
+            const auto record = records.next();
+            if (!record)
+                return;
+            if (number != *next)
+                continue;
+            tally.lose(record->type, record->offset, kBeyondLimit);
+            ++next;
+        }
     }
 
     Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options)
@@ -128,7 +150,9 @@ namespace {
         playback.scene.comment = comment;
         tally = std::move(playback.records);
         const std::string_view sizeGuess = playback.sizeGuess;
-        Picture result = finished(std::move(playback), file, options);
+        std::vector<uint32_t> leftOut;
+        Picture result = finished(std::move(playback), file, options, leftOut);
+        noteLeftOut(leftOut, file, facts, tally);
         result.report = reportOf(facts, tally);
         result.report.sizeGuess = sizeGuess;
         return result;
@@ -226,7 +250,7 @@ const char *describe(PictureError error) noexcept
     case PictureError::TooLarge:
         return "its gzip data unpack to more than 1 GiB";
     case PictureError::BadOptions:
-        return "the options ask for a size or a prefix that is not allowed";
+        return "the options ask for a size, a limit or a prefix that is not allowed";
     case PictureError::OutOfMemory:
         return "there is not enough memory";
     case PictureError::Internal:

@@ -66,6 +66,7 @@ bool takeOptions(const svgtool_options *given, PictureOptions &options)
         options.idPrefix = known.id_prefix;
     options.text = PictureText(known.text);
     options.source = PictureSource(known.source);
+    options.limit = known.limit;
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "picture/api/Report.h"
 
+#include <string_view>
+
 namespace svgtool {
 
 static RecordFate fateOf(RecordOutcome outcome)
@@ -68,11 +70,15 @@ PictureReport reportOf(const MetafileFacts &facts, const RecordTally &tally)
 {
     static_assert(RecordLine::kOtherTypes == RecordTally::kOtherTypes);
     PictureReport report;
-    for (const RecordTally::Line &line : tally.lines())
+    for (const RecordTally::Line &line : tally.lines()) {
+        // Comments are no loss, but for the EMF+ records in them.
+        const RecordLoss loss = std::string_view(line.why) == kBeyondLimit
+                ? RecordLoss::Drawing
+                : lossOf(findRecordType(facts.format, line.type));
         report.records.push_back({ line.type, recordName(facts.format, line.type),
-                                   fateOf(line.outcome),
-                                   lossOf(findRecordType(facts.format, line.type)), line.count,
-                                   line.firstOffset, line.why });
+                                   fateOf(line.outcome), loss, line.count, line.firstOffset,
+                                   line.why });
+    }
     report.totals = totalsOf(report.records);
     const RecordTally::Stop &stop = tally.stop();
     report.end = endOf(stop.reason);

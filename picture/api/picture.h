@@ -77,11 +77,16 @@ typedef struct svgtool_options
     const char *id_prefix;
     int32_t text; /**< SVGTOOL_TEXT_... */
     int32_t source; /**< SVGTOOL_SOURCE_... */
+    /**
+     * What the document may have at most, in millions of bytes, from 0.01 to 1000000. What does not
+     * fit is not drawn, and the report says so.
+     */
+    double limit;
 } svgtool_options;
 
 #define SVGTOOL_OPTIONS_INIT                                                                       \
     {                                                                                              \
-        sizeof(svgtool_options), 0, 0, 1, NULL, 0, 0                                               \
+        sizeof(svgtool_options), 0, 0, 1, NULL, 0, 0, 300                                          \
     }
 
 /** A picture, or why there is none. */

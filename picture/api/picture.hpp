@@ -27,7 +27,7 @@ enum class PictureError {
     NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
     DamagedGzip, ///< the bytes begin as gzip's, and cannot be unpacked
     TooLarge, ///< unpacked, the bytes are more than 1 GiB
-    BadOptions, ///< a size or a prefix that PictureOptions does not allow
+    BadOptions, ///< a size, a limit or a prefix that PictureOptions does not allow
     OutOfMemory,
     Internal, ///< a fault of this library; it should not happen
 };
@@ -71,6 +71,9 @@ struct PictureOptions
     std::string idPrefix;
     PictureText text = PictureText::Characters; ///< what becomes of letters
     PictureSource source = PictureSource::Best; ///< which of several pictures
+    /// What the document may have at most, in millions of bytes, from 0.01 to 1,000,000. What does
+    /// not fit is not drawn, and the report says so. Usual documents have less than 1.
+    double limit = 300;
 };
 
 /// What became of records of one type.

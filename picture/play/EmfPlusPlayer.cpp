@@ -174,6 +174,8 @@ void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, R
         if (!head.fits(records) || findRecordType(kEmfPlusRecordTypes, head.type) == nullptr) {
             m_isDamaged = true;
             const int64_t damaged = damagedBytes(records);
+            if (tally != nullptr)
+                tally->noteDamage({ offset, damaged });
             offset += damaged;
             records = tail(records, damaged);
             continue;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <vector>
 
 namespace svgtool::picture::emfplus {
 
@@ -95,6 +96,7 @@ Played drawMetafile(Play &play, const std::string &file, RectD source,
     shown.path.transform(fromBounds);
     const Index clip = graphics.clipTo(shown);
     SceneBuilder &builder = play.context.builder();
+    const size_t first = builder.mark().nodes;
     ++playing.depth;
     if (isEmf) {
         EmfPlayer::playFile(bytes, facts, device, builder, clip, playing, nullptr);
@@ -106,6 +108,10 @@ Played drawMetafile(Play &play, const std::string &file, RectD source,
         WmfPlayer(context, *wmf, escapes).playAll(bytes, facts, nullptr);
     }
     --playing.depth;
+    const uint32_t record = graphics.newNode().record; // the one of the whole file
+    std::vector<Node> &nodes = builder.scene().nodes;
+    for (size_t i = first; i < nodes.size(); ++i) // a flood may have joined some
+        nodes[i].record = record;
     return kDone;
 }
 

@@ -128,6 +128,12 @@ bool SvgDocument::use(Defined kind, Index resource)
     return true;
 }
 
+void SvgDocument::forget(size_t count)
+{
+    for (; m_definitions.size() > count; m_definitions.pop_back())
+        number(m_definitions.back().kind, m_definitions.back().resource) = kNone;
+}
+
 bool SvgDocument::isUsed(Defined kind, Index resource) const
 {
     const std::vector<Index> &numbers = m_numbers[size_t(kind)];

@@ -61,6 +61,8 @@ public:
         Defined kind;
         Index resource;
     };
+    /// Makes those from number @p count on unused again.
+    void forget(size_t count);
     /// Those in use, by number.
     std::span<const Definition> definitions() const { return m_definitions; }
     /// Appends ` id="..."`.

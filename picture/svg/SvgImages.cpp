@@ -19,26 +19,32 @@ bool needsLinks(const SvgDocument &document)
                });
 }
 
-// Images that several patterns or several nodes show are defined once; one of each kind says it
-// twice, since it needs no more.
-void useImages(SvgDocument &document)
+ImageUses::ImageUses(SvgDocument &document)
+    : m_document(document), m_isSeen(document.scene().images.size()),
+      m_isTile(document.scene().images.size())
 {
-    const Scene &scene = document.scene();
-    std::vector<bool> isSeen(scene.images.size()), isTile(scene.images.size());
-    const auto note = [&document](std::vector<bool> &seen, Index image) {
-        if (seen[image])
-            document.use(Defined::Image, image);
-        seen[image] = true;
-    };
-    for (const Node &node : scene.nodes) {
-        if (node.kind == Node::Kind::Image)
-            note(isSeen, scene.imagePlaces[node.geometry].image);
-    }
-    const size_t count = document.definitions().size();
-    for (size_t i = 0; i < count; ++i) {
-        const auto [kind, resource] = document.definitions()[i];
+}
+
+void ImageUses::add(std::vector<bool> &seen, Index image)
+{
+    if (seen[image])
+        m_document.use(Defined::Image, image);
+    seen[image] = true;
+}
+
+void ImageUses::addNode(const Node &node)
+{
+    if (node.kind == Node::Kind::Image)
+        add(m_isSeen, m_document.scene().imagePlaces[node.geometry].image);
+}
+
+void ImageUses::addTiles(size_t first)
+{
+    const size_t count = m_document.definitions().size(); // without the images
+    for (size_t i = first; i < count; ++i) {
+        const auto [kind, resource] = m_document.definitions()[i];
         if (kind == Defined::Pattern)
-            note(isTile, scene.patterns[resource].image);
+            add(m_isTile, m_document.scene().patterns[resource].image);
     }
 }
 

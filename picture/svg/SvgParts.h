@@ -12,6 +12,11 @@ namespace svgtool::picture {
 /// Writes the style attribute, if there is anything for it: what SVG 1.1 has no attribute for.
 /// @param properties  of CSS, without the blend
 void writeStyle(SvgDocument &document, Blend blend, std::string_view properties);
+/// Notes what a node needs in <defs>, but for images and letters.
+void useDefinitions(SvgDocument &document, const Node &node);
+void writeDefinition(SvgDocument &document, const SvgDocument::Definition &definition);
+/// Writes a node that stands in no group.
+void writeAlone(SvgDocument &document, const Node &node, SvgStyles &styles);
 
 // SvgPathData.cpp
 void writePathData(SvgDocument &document, std::span<const Path::Verb> verbs,
@@ -71,8 +76,22 @@ void defineClip(SvgDocument &document, Index clip);
 void writeClipReference(SvgDocument &document, Index clip);
 
 // SvgImages.cpp
-/// Notes which images are shown more than once, and so are defined.
-void useImages(SvgDocument &document);
+/// Notes which images are shown more than once, and so are defined. Images that several patterns or
+/// several nodes show are; one of each kind says it twice, since it needs no more.
+class ImageUses
+{
+public:
+    explicit ImageUses(SvgDocument &document);
+    void addNode(const Node &node);
+    /// @param first  of the definitions whose tiles are added
+    void addTiles(size_t first);
+
+private:
+    void add(std::vector<bool> &seen, Index image);
+
+    SvgDocument &m_document;
+    std::vector<bool> m_isSeen, m_isTile; ///< by image
+};
 void defineImage(SvgDocument &document, Index image);
 void usePattern(SvgDocument &document, Index pattern);
 void definePattern(SvgDocument &document, Index pattern);

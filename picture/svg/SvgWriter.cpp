@@ -99,43 +99,27 @@ namespace {
             document.put("</g>\n");
     }
 
-    void writeDefinitions(SvgDocument &document)
+    // Each of these is false, and leaves off, where the document gets longer than it may.
+
+    bool writeDefinitions(SvgDocument &document, int64_t most)
     {
         const Scene &scene = document.scene();
-        for (const Node &node : scene.nodes) {
-            useClip(document, node.clip);
-            if (node.fill != kNone)
-                usePaint(document, scene.paints[node.fill]);
-            if (node.stroke != kNone)
-                usePaint(document, scene.strokes[node.stroke].paint);
-        }
-        useImages(document);
+        for (const Node &node : scene.nodes)
+            useDefinitions(document, node);
+        ImageUses images(document);
+        for (const Node &node : scene.nodes)
+            images.addNode(node);
+        images.addTiles(0);
         if (document.definitions().empty())
-            return;
+            return true;
         document.put("<defs>\n");
-        for (const auto &[kind, resource] : document.definitions()) {
-            switch (kind) {
-            case Defined::Clip:
-                defineClip(document, resource);
-                break;
-            case Defined::Hatch:
-                defineHatch(document, resource);
-                break;
-            case Defined::Pattern:
-                definePattern(document, resource);
-                break;
-            case Defined::Gradient:
-                defineGradient(document, resource);
-                break;
-            case Defined::Image:
-                defineImage(document, resource);
-                break;
-            case Defined::Glyph:
-                defineGlyph(document, resource);
-                break;
-            }
+        for (const SvgDocument::Definition &definition : document.definitions()) {
+            writeDefinition(document, definition);
+            if (document.text().size() > most)
+                return false;
         }
         document.put("</defs>\n");
+        return true;
     }
 
     void writeNote(SvgDocument &document, std::string_view name, std::u16string_view text)
@@ -147,7 +131,7 @@ namespace {
         document.put("</", name, ">\n");
     }
 
-    void writeNodes(SvgDocument &document)
+    bool writeNodes(SvgDocument &document, int64_t most)
     {
         const auto &nodes = document.scene().nodes;
         SvgStyles styles(document);
@@ -181,9 +165,12 @@ namespace {
                 open.push_back(inner);
             }
             writeNode(document, nodes[i], styles, each[i], open.back().said);
+            if (document.text().size() > most)
+                return false;
         }
         for (; open.size() > 1; open.pop_back())
             document.put("</g>\n");
+        return true;
     }
 
     void writeHead(SvgDocument &document)
@@ -216,15 +203,57 @@ namespace {
 
 } // namespace
 
-std::string writeSvg(const Scene &scene, std::string_view idPrefix)
+void useDefinitions(SvgDocument &document, const Node &node)
+{
+    const Scene &scene = document.scene();
+    useClip(document, node.clip);
+    if (node.fill != kNone)
+        usePaint(document, scene.paints[node.fill]);
+    if (node.stroke != kNone)
+        usePaint(document, scene.strokes[node.stroke].paint);
+}
+
+void writeDefinition(SvgDocument &document, const SvgDocument::Definition &definition)
+{
+    const auto &[kind, resource] = definition;
+    switch (kind) {
+    case Defined::Clip:
+        return defineClip(document, resource);
+    case Defined::Hatch:
+        return defineHatch(document, resource);
+    case Defined::Pattern:
+        return definePattern(document, resource);
+    case Defined::Gradient:
+        return defineGradient(document, resource);
+    case Defined::Image:
+        return defineImage(document, resource);
+    case Defined::Glyph:
+        return defineGlyph(document, resource);
+    }
+}
+
+void writeAlone(SvgDocument &document, const Node &node, SvgStyles &styles)
+{
+    const Style style = styles.styleOf(node);
+    writeNode(document, node, styles, style, Style{});
+}
+
+std::optional<std::string> writeSvg(const Scene &scene, std::string_view idPrefix, int64_t most)
 {
     SvgDocument document(scene, idPrefix);
     useGlyphs(document);
     writeHead(document);
-    writeDefinitions(document);
-    writeNodes(document);
+    if (!writeDefinitions(document, most) || !writeNodes(document, most))
+        return std::nullopt;
     document.put("</svg>\n");
+    if (document.text().size() > most)
+        return std::nullopt;
     return document.text().take();
+}
+
+std::string writeSvg(const Scene &scene, std::string_view idPrefix)
+{
+    return *writeSvg(scene, idPrefix, kAnyLength);
 }
 
 } // namespace svgtool::picture

@@ -174,6 +174,8 @@ Wrong usage.
   > --log-level loud a.emf
   > --prefer best a.emf
   > --id-prefix 1a a.emf
+  > --limit 0 a.emf
+  > --exact --limit 9 a.emf
   > --dpi 0 a.emf
   > --dpi 72 --scale 2 a.emf
   > --exact --strict a.emf
@@ -201,6 +203,8 @@ Wrong usage.
   metafile2svg: there is no log level loud
   metafile2svg: --prefer can be wmf or emf
   metafile2svg: --id-prefix needs a letter, and up to 63 letters, digits, - and _
+  metafile2svg: --limit needs a number above 0 and up to 1000000
+  metafile2svg: --exact leaves nothing out for its length
   metafile2svg: --dpi needs a number above 0 and up to 1000000
   metafile2svg: --dpi and --scale exclude each other
   metafile2svg: --exact leaves out what it leaves out, so --strict has no use

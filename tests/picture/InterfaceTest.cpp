@@ -57,6 +57,8 @@ namespace {
         { "prefixOfDigits", { 0, 0, 1, "9a" }, 0, 0 },
         { "prefixOfMarkup", { 0, 0, 1, "a\"" }, 0, 0 },
         { "prefixTooLong", { 0, 0, 1, std::string(65, 'a') }, 0, 0 },
+        { "withoutRoom", { 0, 0, 1, {}, {}, {}, 0.009 }, 0, 0 },
+        { "withoutNumberOfBytes", { 0, 0, 1, {}, {}, {}, kNaN }, 0, 0 },
     };
 
     void PrintTo(const SizeCase &row, std::ostream *out)
@@ -124,6 +126,35 @@ namespace {
         PictureOptions options;
         options.idPrefix = "mine-";
         EXPECT_TRUE(idOf(draw(clipped(50).build(), options)).starts_with("mine-"));
+    }
+
+    // A line that is too long is left out, and what lies behind it is there.
+    TEST(PictureLimit, LeavesOutWhatDoesNotFit)
+    {
+        constexpr int kPoints = 4000;
+        ByteWriter line;
+        line.u32s({ 0, 0, 0, 0, kPoints });
+        for (int i = 0; i < kPoints; ++i)
+            line.u16(i * 37 % 200).u16(i * 59 % 100);
+        const QByteArray file =
+                plain().record(87, line.result()).record(42, { 70, 10, 90, 40 }).build();
+        const Picture whole = draw(file);
+        EXPECT_GT(whole.document.size(), 20000U);
+        EXPECT_EQ(verdictOf(whole), PictureVerdict::Complete);
+        PictureOptions options;
+        options.limit = 0.01;
+        const Picture picture = draw(file, options);
+        EXPECT_LE(picture.document.size(), 10000U);
+        EXPECT_NE(picture.document.find("<rect"), std::string::npos);
+        EXPECT_NE(picture.document.find("<ellipse"), std::string::npos);
+        EXPECT_EQ(verdictOf(picture), PictureVerdict::Lost);
+        EXPECT_EQ(picture.report.totals.drawing, 3U);
+        EXPECT_EQ(picture.report.totals.drawingLost, 1U);
+        const RecordLine &lost = picture.report.records.back();
+        EXPECT_EQ(lost.name, "EMR_POLYLINE16");
+        EXPECT_EQ(lost.fate, RecordFate::NotDone);
+        EXPECT_EQ(lost.firstOffset, 112);
+        EXPECT_EQ(lost.reason, "the document would get larger than it may");
     }
 
     // The description of a header: its text, at an offset, said to have as many units.

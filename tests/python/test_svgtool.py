@@ -21,6 +21,7 @@ class Convert(unittest.TestCase):
         for options, arguments in (
             ({}, []),
             ({"width": 100, "id_prefix": "own-"}, ["--width", "100", "--id-prefix", "own-"]),
+            ({"limit": 0.01}, ["--limit", "0.01"]),
             ({"scale": 2, "text": "outlines", "source": "wmf"},
              ["--scale", "2", "--text", "outlines", "--prefer", "wmf"]),
         ):

@@ -115,6 +115,7 @@ def convert(
     text: str = "characters",
     source: str = "best",
     id_prefix: str = "",
+    limit: float = 300,
 ) -> Picture:
     """Draws a metafile, also one that gzip has packed, as GDI would.
 
@@ -126,6 +127,8 @@ def convert(
     source         of a metafile with several pictures: "best"; "wmf", although it holds an EMF;
                    "emf", although it holds EMF+ records
     id_prefix      what ids begin with; by default made of the metafile's bytes
+    limit          of the document in millions of bytes; what does not fit is not drawn, and the
+                   report says so
 
     Raises NotAMetafile, BadOptions, MemoryError or, for a fault of the library, Error.
     """
@@ -134,7 +137,7 @@ def convert(
     data = metafile if isinstance(metafile, bytes) else bytes(metafile)
     options = _library.Options(
         ctypes.sizeof(_library.Options), width, height, scale, id_prefix.encode() or None,
-        _TEXTS[text], _SOURCES[source])
+        _TEXTS[text], _SOURCES[source], limit)
     handle = _lib.svgtool_draw(data, len(data), ctypes.byref(options))
     error = _lib.svgtool_picture_error(handle)
     if error == 0:

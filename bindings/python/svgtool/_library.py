@@ -20,6 +20,7 @@ class Options(ctypes.Structure):
         ("id_prefix", c_char_p),
         ("text", c_int32),
         ("source", c_int32),
+        ("limit", c_double),
     ]
 
 
