@@ -12,6 +12,7 @@ struct State
     size_t calls = 0;
     long held = 0;
     size_t moved = 0;
+    size_t given = 0;
 };
 static thread_local State state;
 
@@ -37,6 +38,11 @@ size_t FailingAllocator::calls() const
     return state.calls;
 }
 
+size_t FailingAllocator::bytesGiven() const
+{
+    return state.given;
+}
+
 size_t FailingAllocator::bytesMoved() const
 {
     return state.moved;
@@ -49,11 +55,12 @@ long FailingAllocator::blocksHeld() const
 
 } // namespace svgtool::test
 
-static bool mayGive()
+static bool mayGive(size_t bytes)
 {
     if (!state.isWatching)
         return true;
     ++state.calls;
+    state.given += bytes;
     const bool fails = state.failing != 0
             && (state.failsOn ? state.calls >= state.failing : state.calls == state.failing);
     if (fails)
@@ -81,23 +88,23 @@ void *__memmove_chk(void *to, const void *from, size_t size, size_t room);
 // These stand in for the C library's in the whole program, Qt and the C++ library included.
 void *malloc(size_t size)
 {
-    return mayGive() ? given(__libc_malloc(size)) : nullptr;
+    return mayGive(size) ? given(__libc_malloc(size)) : nullptr;
 }
 
 void *calloc(size_t count, size_t size)
 {
-    return mayGive() ? given(__libc_calloc(count, size)) : nullptr;
+    return mayGive(count * size) ? given(__libc_calloc(count, size)) : nullptr;
 }
 
 void *realloc(void *block, size_t size)
 {
-    void *const moved = mayGive() ? __libc_realloc(block, size) : nullptr;
+    void *const moved = mayGive(size) ? __libc_realloc(block, size) : nullptr;
     return block == nullptr ? given(moved) : moved;
 }
 
 void *memalign(size_t alignment, size_t size)
 {
-    return mayGive() ? given(__libc_memalign(alignment, size)) : nullptr;
+    return mayGive(size) ? given(__libc_memalign(alignment, size)) : nullptr;
 }
 
 void *aligned_alloc(size_t alignment, size_t size)

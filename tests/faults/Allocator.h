@@ -20,6 +20,8 @@ public:
 
     /// From now on calls only count.
     void stopFailing();
+    /// Bytes that were asked for so far, given back or not.
+    size_t bytesGiven() const;
     /// Calls so far.
     size_t calls() const;
     /// Bytes that memmove was asked for, as it is to put something into the middle of a text.
