@@ -19,7 +19,7 @@ apt-get "${options[@]}" update
 (cd "$work" && apt-get "${options[@]}" source libdeflate)
 source=$(echo "$work"/libdeflate-*/)
 
-make -s -C "$source" CC="$compiler" AR="$archiver" CFLAGS=-O2 libdeflate.a
+make -s -C "$source" CC="$compiler" AR="$archiver" CFLAGS=-O2 STATIC_LIB_SUFFIX=.a libdeflate.a
 mkdir -p "$folder"/{include,lib/pkgconfig,share/cmake}
 cp "$source/libdeflate.h" "$folder/include"
 cp "$source/libdeflate.a" "$folder/lib"

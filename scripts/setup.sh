@@ -13,6 +13,7 @@ fuzz=("${test[@]}" clang libclang-rt-14-dev python3-lxml w3c-sgml-lib)
 bench=("${build[@]}" libbenchmark-dev python3)
 coverage=("${test[@]}" gcovr)
 windows=(g++-mingw-w64-x86-64 wine wine64 python3 fontconfig
+    cmake ninja-build pkg-config make dpkg-dev nlohmann-json3-dev
     fonts-liberation fonts-dejavu-core fonts-dejavu-extra)
 archives=(parallel)
 cluster=("${build[@]}" python3 python3-distributed python3-pandas)

@@ -7,7 +7,6 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-fonts=/usr/share/fonts/truetype
 reference=${SVGTOOL_SHARED_DIR:-../shared}/reference/text-metrics.json
 if [ ! -r "$reference" ]; then
     echo "test-windows-metrics: there is no $reference" >&2
@@ -15,45 +14,17 @@ if [ ! -r "$reference" ]; then
 fi
 ./scripts/setup.sh windows
 
-work=$(mktemp -d)
-export WINEPREFIX=$work/prefix
-finish() {
-    # Ends the Wine of this prefix and no other.
-    wineserver -k -w 2>/dev/null || true
-    rm -rf "$work"
-}
-trap finish EXIT
-
-# The fonts of the recording alone, whatever else is installed, and none of the user's settings.
-mkdir "$work/home"
-cat >"$work/fonts.conf" <<END
-<?xml version="1.0"?>
-<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
-<fontconfig>
-  <dir>$fonts/liberation</dir>
-  <dir>$fonts/dejavu</dir>
-  <cachedir>$work/cache</cachedir>
-</fontconfig>
-END
-export HOME=$work/home FONTCONFIG_FILE=$work/fonts.conf LC_ALL=C.UTF-8
-export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
-unset DISPLAY WAYLAND_DISPLAY
-
 # Wine's own fonts would take the place of what the recording's GDI substituted.
 if [ -n "$(ls -A /usr/share/wine/fonts 2>/dev/null)" ]; then
     echo "test-windows-metrics: the numbers do not hold with Wine's fonts; remove fonts-wine" >&2
     exit 2
 fi
 
+. scripts/wine.sh
 x86_64-w64-mingw32-g++ -std=c++20 -O2 -static -DUNICODE -D_UNICODE \
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast \
     -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough \
     -Werror -I. tests/windows/metrics_main.cpp core/fonts/FontEngine_Gdi.cpp \
     -lgdi32 -luser32 -o "$work/metrics.exe"
 
-wine wineboot --init >"$work/boot.log" 2>&1 || {
-    cat "$work/boot.log" >&2
-    exit 2
-}
-wine --version
 python3 tests/windows/metrics.py "$reference" wine "$work/metrics.exe"

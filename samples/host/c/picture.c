@@ -3,6 +3,11 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 /* All bytes of a file; NULL, and a message, where it cannot be read. */
 static void *contents(const char *path, size_t *size)
 {
@@ -33,6 +38,9 @@ int main(int argc, char *argv[])
 {
     if (argc != 2)
         return 2;
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY); /* or ends of lines would change */
+#endif
     size_t size = 0;
     void *bytes = contents(argv[1], &size);
     if (bytes == NULL)
