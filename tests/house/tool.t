@@ -218,7 +218,7 @@ Wrong usage.
   metafile2svg: chart.svg is no metafile; to write it, say -o chart.svg
   metafile2svg: Unknown option 'x'
   $ echo $statuses
-  22222222222222222222222222
+  2222222222222222222222222222
   $ metafile2svg ''
   metafile2svg: a file name is empty (metafile2svg --help explains)
   [2]
