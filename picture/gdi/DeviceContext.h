@@ -321,7 +321,7 @@ private:
     std::optional<std::vector<size_t>> shapesOver(const Inverted &before, const RectD &area);
     bool isMaskOf(size_t number, const RectD &area);
     std::optional<Paint> stippled(const Paint &paint, const Paint &mask);
-    bool stippleInversion(size_t number, const AddNode &add, const RectD &area);
+    bool stippleInversion(size_t number, const RectD &area);
     bool takeInversionBack(size_t number, const AddNode &add, const RectD &area);
 
     // Bitmaps.

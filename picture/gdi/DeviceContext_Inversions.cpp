@@ -161,32 +161,33 @@ std::optional<Paint> DeviceContext::stippled(const Paint &paint, const Paint &ma
     return Paint{ Paint::Kind::Pattern, {}, m_builder.pattern(tiles) };
 }
 
-bool DeviceContext::stippleInversion(size_t number, const AddNode &add, const RectD &area)
+bool DeviceContext::stippleInversion(size_t number, const RectD &area)
 {
     const Inverted before = m_inverted[number];
     if (before.node.fill == kNone || before.node.stroke != kNone
         || before.operation != kPatternInvert || !isMaskOf(number, area))
         return false;
     const Inverted mask = m_inverted.back();
-    const Scene &scene = m_builder.scene();
+    Scene &scene = m_builder.scene();
     const auto paint = stippled(scene.paints[before.node.fill], scene.paints[mask.node.fill]);
     if (!paint)
         return false;
-    for (const Inverted &each : { before, mask }) {
-        for (size_t i = each.first; i < each.end; ++i)
-            m_builder.scene().nodes[i].fill = m_builder.scene().nodes[i].stroke = kNone;
+    for (size_t i = before.first; i < before.end; ++i)
+        scene.nodes[i].fill = scene.nodes[i].stroke = kNone;
+    // Where a ground took more than one to be masked, they paint the same.
+    for (size_t i = mask.first; i < mask.end; ++i) {
+        scene.nodes[i].fill = m_builder.paint(*paint);
+        scene.nodes[i].blend = Blend::Normal;
+        scene.nodes[i].opacity = 1;
     }
     forgetInversions(number, m_inverted.size());
-    Node part = before.node;
-    part.fill = m_builder.paint(*paint);
-    add(part);
     return true;
 }
 
 // Takes a figure back that was mixed before, and leaves it on the shapes that were painted since.
 bool DeviceContext::takeInversionBack(size_t number, const AddNode &add, const RectD &area)
 {
-    if (stippleInversion(number, add, area))
+    if (stippleInversion(number, area))
         return true;
     const Inverted before = m_inverted[number];
     const auto shapes = shapesOver(before, area);
