@@ -25,7 +25,7 @@ std::optional<svgtool::DecodedBitmap> decode(svgtool::ByteView bytes, const Use 
 {
     using namespace svgtool;
     if (use.form % 3 == 0)
-        return decodeBitmap16(bytes, LongLines::Mended);
+        return decodeBitmap16(bytes);
     if (use.form % 3 == 1) {
         const auto dib = splitPackedDib(bytes, use.usage % 4);
         return dib ? ConvertTo32Bits(*dib, pixelsLeft) : std::nullopt;

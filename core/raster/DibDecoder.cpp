@@ -280,7 +280,7 @@ std::optional<DecodedBitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLe
     return bitmap;
 }
 
-std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes, LongLines longLines)
+std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes)
 {
     // Type, width, height, bytes of a line, planes, bits of a pixel; then the bits, top line first.
     constexpr int64_t kHeaderBytes = 10;
@@ -292,7 +292,7 @@ std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes, LongLines longLines)
     DibHeader header;
     header.width = word(1);
     header.height = word(2);
-    int64_t lineBytes = word(3);
+    const int64_t lineBytes = word(3);
     const auto planes = uint8_t(bytes.data[8]);
     header.depth = uint8_t(bytes.data[9]);
     header.isBottomUp = false;
@@ -303,12 +303,8 @@ std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes, LongLines longLines)
     else if (header.depth != 1 && header.depth != 4 && header.depth != 8 && header.depth != 24)
         return std::nullopt;
     const int64_t needed = (int64_t(header.width) * header.depth + 7) / 8;
-    if (header.width < 1 || header.height < 1)
-        return std::nullopt;
-    const int64_t most = (bytes.size - kHeaderBytes) / header.height;
-    if (longLines == LongLines::Mended && lineBytes > most)
-        lineBytes = (needed + 1) / 2 * 2;
-    if (planes != 1 || lineBytes < needed || lineBytes > most)
+    if (header.width < 1 || header.height < 1 || planes != 1 || lineBytes < needed
+        || lineBytes > (bytes.size - kHeaderBytes) / header.height)
         return std::nullopt;
 
     // Lines end on 16-bit borders here; the decoder wants 32-bit ones.

@@ -58,17 +58,10 @@ std::optional<DibBytes> splitPackedDib(ByteView packed, uint32_t usage);
 /// @throws std::bad_alloc
 std::optional<DecodedBitmap> ConvertTo32Bits(const DibBytes &dib, int64_t &runLengthPixels);
 
-/// What becomes of a device-dependent bitmap that names longer lines than it has, as some name
-/// those that a bitmap with a header would have.
-enum class LongLines : uint8_t {
-    Refused,
-    Mended, ///< its lines are taken to be as long as they must
-};
-
 /// Decodes a device-dependent bitmap ([MS-WMF] 2.2.2.1) of one plane and any depth of the above.
 /// The palette of its device is not known: up to 8 bits it becomes black, white and grey.
 /// @return nothing when it makes no sense or its bits are too few
 /// @throws std::bad_alloc
-std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes, LongLines longLines);
+std::optional<DecodedBitmap> decodeBitmap16(ByteView bytes);
 
 } // namespace svgtool

@@ -71,8 +71,7 @@ qint32 WMF2SVGConverter::paintWithoutBitmap(const TransferTarget &moved, ByteVie
 qint32 WMF2SVGConverter::drawBitmap(BitmapTransfer transfer, ByteView bytes, quint32 usage,
                                     bool isDeviceDependent)
 {
-    // Hosts know such bitmaps with long lines as left out.
-    auto bitmap = isDeviceDependent ? decodeBitmap16(bytes, LongLines::Refused) : std::nullopt;
+    auto bitmap = isDeviceDependent ? decodeBitmap16(bytes) : std::nullopt;
     if (!isDeviceDependent) {
         if (const auto dib = splitPackedDib(bytes, usage))
             bitmap = m_writer.decode(*dib);

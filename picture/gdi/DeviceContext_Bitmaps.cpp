@@ -144,8 +144,7 @@ std::optional<DecodedBitmap> DeviceContext::decode(const DibBytes &dib)
 
 std::optional<DecodedBitmap> DeviceContext::decode(const BlitSource &source)
 {
-    return source.bitmap16.data != nullptr ? decodeBitmap16(source.bitmap16, LongLines::Mended)
-                                           : decode(source.dib);
+    return source.bitmap16.data != nullptr ? decodeBitmap16(source.bitmap16) : decode(source.dib);
 }
 
 // Boxes are of whole device units, as GDI's are, unless the world turns them.
