@@ -193,7 +193,7 @@ void checkDocument(std::string_view svg)
         u"stop",    u"linearGradient", u"radialGradient",
     };
     require(svg.starts_with("<svg ") && svg.ends_with("</svg>\n"));
-    QXmlStreamReader reader(QByteArray::fromRawData(svg.data(), qsizetype(svg.size())));
+    QXmlStreamReader reader(QByteArray::fromRawData(svg.data(), int(svg.size())));
     while (!reader.atEnd()) {
         const auto token = reader.readNext();
         require(token != QXmlStreamReader::DTD && token != QXmlStreamReader::EntityReference
