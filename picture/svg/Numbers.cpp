@@ -49,7 +49,8 @@ char *Numbers::put(char *out, int64_t steps, bool &hasPoint) const
     }
     const uint64_t digits = digitsOf(uint32_t(number));
     const uint64_t characters = digits + 0x3030303030303030;
-    const int first = std::countr_zero(digits) / kWord;
+    // Less than kWord anyhow, as one of the digits is not 0.
+    const int first = std::countr_zero(digits) / kWord % kWord;
     const int end = kWord - std::countl_zero(digits) / kWord;
     const int point = kWord - m_decimals;
     store(out, characters >> (8 * first));

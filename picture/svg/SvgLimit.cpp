@@ -128,7 +128,7 @@ std::string writeWithin(Scene &scene, std::string_view idPrefix, int64_t most,
         document = writeSvg(scene, idPrefix, scene.nodes.empty() ? kAnyLength : most);
     }
     std::ranges::sort(records);
-    records.erase(std::ranges::unique(records).begin(), records.end());
+    records.erase(std::unique(records.begin(), records.end()), records.end());
     return std::move(*document);
 }
 
