@@ -386,6 +386,8 @@ Played DeviceContext::addMixture(Mixture mixture, const BlitPlace &place)
         return paintPixels(mixture.over([](int32_t, int32_t) { return kBlack; }), place, 1);
     const RectD area = intersection(mapBounds(place.transform, place.box), m_device.view);
     const auto grounds = m_grounds.under(m_builder, area, visibleClip());
+    if (grounds.empty())
+        return kDone; // beside the picture
     const bool isKnown = std::ranges::all_of(grounds, [](const Ground &ground) {
         return ground.paint && ground.paint->kind != Paint::Kind::Hatch;
     });
