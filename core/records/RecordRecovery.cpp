@@ -11,12 +11,14 @@ namespace {
     constexpr int kChain = 3;
     constexpr int64_t kNowhere = std::numeric_limits<int64_t>::max();
 
-    // Whether all records up to where the header says that they end were found without help.
-    bool isWhole(const MetafileFacts &facts)
+    // Whether all records up to the end that the header names, or that of the file, were found
+    // without help.
+    bool isWhole(ByteView file, const MetafileFacts &facts)
     {
         const RecordTally::Stop &stop = facts.records.stop();
         return stop.reason == StopReason::EndRecord && !facts.isEndCut
-                && stop.offset + headBytes(facts.format) >= facts.headerBytes;
+                && stop.offset + readHead(facts.format, tail(file, stop.offset)).bytes
+                >= std::min(facts.headerBytes, file.size);
     }
 
     bool fits(const RecordHead &head, MetafileFormat format, ByteView rest)
@@ -28,7 +30,8 @@ namespace {
 
 RecordRecovery::RecordRecovery(ByteView file, const MetafileFacts &facts)
     : m_format(facts.format), m_file(file), m_namedEnd(facts.headerBytes),
-      m_isWhole(isWhole(facts)), m_offset(std::clamp<int64_t>(facts.firstRecord, 0, file.size))
+      m_isWhole(isWhole(file, facts)),
+      m_offset(std::clamp<int64_t>(facts.firstRecord, 0, file.size))
 {
 }
 
