@@ -59,15 +59,17 @@ namespace {
         return true;
     }
 
-    // Whether the records from a place on are right although they do not all look it: the first
-    // does, or they come by another place, from which plausible ones lead on, or they go on to the
-    // end.
+    // Whether the records from a place on are right although they do not all look it: the type of
+    // the first is known, whatever its size, or they come by another place, from which plausible
+    // ones lead on, or they go on to the end.
     bool isFirstRecord(ByteView file, int64_t offset, int64_t other)
     {
+        const uint32_t first = readHead(MetafileFormat::Emf, tail(file, offset)).type;
+        if (first != Emr::Header && findRecordType(kEmfRecordTypes, first) != nullptr)
+            return true;
         RecordIterator records(MetafileFormat::Emf, file, offset);
         while (const auto record = records.next()) {
-            const bool isFirst = record->offset == offset;
-            if (record->offset == other || (isFirst && isPlausible(MetafileFormat::Emf, *record)))
+            if (record->offset == other)
                 return true;
         }
         return records.stop() == StopReason::EndRecord || records.offset() == file.size;
