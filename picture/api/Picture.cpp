@@ -39,12 +39,9 @@ namespace {
         RecordTally records;
     };
 
-    // Passes over the scene, and the document.
-    // @param[out] leftOut  numbers of records of which it lacks something
-    Picture finished(Playback playback, ByteView file, const PictureOptions &options,
-                     std::vector<uint32_t> &leftOut)
+    // Passes over the scene, up to what can be seen.
+    void arrange(Playback &playback, const PictureOptions &options)
     {
-        Picture result;
         picture::Scene &scene = playback.scene;
         // Lines' ends lie by the pixels of the natural size, whatever is asked for.
         scene.width = playback.natural.width;
@@ -57,10 +54,18 @@ namespace {
         scene.width = size.width;
         scene.height = size.height;
         picture::ensureSize(scene);
-        result.width = scene.width;
-        result.height = scene.height;
         picture::cutFar(scene);
         picture::dropUnseen(scene);
+    }
+
+    // The other passes, and the document.
+    // @param[out] leftOut  numbers of records of which it lacks something
+    Picture finished(picture::Scene &scene, ByteView file, const PictureOptions &options,
+                     std::vector<uint32_t> &leftOut)
+    {
+        Picture result;
+        result.width = scene.width;
+        result.height = scene.height;
         picture::dropClips(scene);
         picture::fillGaps(scene);
         picture::joinFigures(scene);
@@ -90,78 +95,102 @@ namespace {
         }
     }
 
-    Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options)
+    // The box around what is drawn, wherever it lies.
+    template<class Play>
+    RectD drawnAnywhere(const picture::Shown &shown, Play play)
     {
-        const auto picture = picture::EmfPlayer::pictureOf(facts);
-        picture::SceneBuilder builder(picture.device.unitsPerPixel);
-        builder.lend(file);
-        picture::Playing playing;
-        playing.bytes += file.size;
-        playing.prefersEmf = options.source == PictureSource::Emf;
-        playing.drawsOutlines = options.text == PictureText::Outlines;
-        RecordTally records;
-        picture::EmfPlayer::playFile(file, facts, picture.device, builder, picture::kNone, playing,
-                                     &records);
-        picture::Scene scene = builder.take();
-        scene.view = picture.device.view;
-        const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
-        EmfDescription description = readDescription(header);
-        scene.title = std::move(description.title);
-        scene.description = std::move(description.program);
-        return {
-            std::move(scene), { picture.width, picture.height }, picture.guess, std::move(records)
-        };
+        const picture::Device device = shown.everywhere();
+        picture::Scene all = play(device, nullptr);
+        all.width = device.view.width() / device.unitsPerPixel;
+        all.height = device.view.height() / device.unitsPerPixel;
+        return picture::drawnBounds(all);
     }
 
-    picture::Scene playIn(const picture::WmfPlayer::Picture &picture, ByteView file,
-                          const MetafileFacts &facts, const WmfEscapes &escapes,
-                          const PictureOptions &options, RecordTally *tally)
+    // Whether what would lie outside the picture is moved into it.
+    enum class Outside : uint8_t { Stays, IsMoved };
+
+    // @param play  plays the file in a device
+    template<class Play>
+    Playback playShown(picture::Shown &shown, Outside outside, Play play)
     {
-        picture::SceneBuilder builder(picture.device.unitsPerPixel);
-        builder.lend(file);
-        picture::DeviceContext context(picture.device, 1, builder);
-        if (options.text == PictureText::Outlines)
-            context.drawOutlines();
-        picture::WmfPlayer(context, picture, escapes).playAll(file, facts, tally);
-        picture::Scene scene = builder.take();
-        scene.view = picture.device.view;
-        return scene;
+        if (outside == Outside::IsMoved)
+            shown.moveHere(drawnAnywhere(shown, play));
+        RecordTally records;
+        picture::Scene scene = play(shown.device, &records);
+        return { std::move(scene), { shown.width, shown.height }, shown.guess, std::move(records) };
+    }
+
+    Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
+                     Outside outside)
+    {
+        auto shown = picture::EmfPlayer::shownOf(facts);
+        const auto play = [&](const picture::Device &device, RecordTally *tally) {
+            picture::SceneBuilder builder(device.unitsPerPixel);
+            builder.lend(file);
+            picture::Playing playing;
+            playing.bytes += file.size;
+            playing.prefersEmf = options.source == PictureSource::Emf;
+            playing.drawsOutlines = options.text == PictureText::Outlines;
+            picture::EmfPlayer::playFile(file, facts, device, builder, picture::kNone, playing,
+                                         tally);
+            picture::Scene scene = builder.take();
+            scene.view = device.view;
+            return scene;
+        };
+        Playback playback = playShown(shown, outside, play);
+        const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
+        EmfDescription description = readDescription(header);
+        playback.scene.title = std::move(description.title);
+        playback.scene.description = std::move(description.program);
+        return playback;
     }
 
     Playback playWmf(ByteView file, const MetafileFacts &facts, const WmfEscapes &escapes,
-                     const PictureOptions &options)
+                     const PictureOptions &options, Outside outside)
     {
         auto picture = picture::WmfPlayer::pictureOf(file, facts);
-        if (picture.showsAll) {
-            picture::Scene all = playIn(picture, file, facts, escapes, options, nullptr);
-            picture::ensureSize(all);
-            picture.show(picture::drawnBounds(all));
-        }
-        RecordTally records;
-        picture::Scene scene = playIn(picture, file, facts, escapes, options, &records);
-        return {
-            std::move(scene), { picture.width, picture.height }, picture.guess, std::move(records)
+        const auto play = [&](const picture::Device &device, RecordTally *tally) {
+            picture::SceneBuilder builder(device.unitsPerPixel);
+            builder.lend(file);
+            picture::DeviceContext context(device, 1, builder);
+            if (options.text == PictureText::Outlines)
+                context.drawOutlines();
+            picture::WmfPlayer(context, picture, escapes).playAll(file, facts, tally);
+            picture::Scene scene = builder.take();
+            scene.view = device.view;
+            return scene;
         };
+        if (picture.showsAll)
+            picture.show(drawnAnywhere(picture, play));
+        return playShown(picture, outside, play);
     }
 
-    Picture drawPlayed(Playback playback, ByteView file, const MetafileFacts &facts,
+    // @param play  plays the file once more
+    template<class Play>
+    Picture drawPlayed(Playback playback, Play play, ByteView file, const MetafileFacts &facts,
                        const PictureOptions &options, std::string_view comment, RecordTally &tally)
     {
+        const bool isDrawn = !playback.scene.nodes.empty();
+        arrange(playback, options);
+        if (isDrawn && playback.scene.nodes.empty()) {
+            playback = play(Outside::IsMoved);
+            arrange(playback, options);
+        }
         playback.scene.comment = comment;
         tally = std::move(playback.records);
-        const std::string_view sizeGuess = playback.sizeGuess;
         std::vector<uint32_t> leftOut;
-        Picture result = finished(std::move(playback), file, options, leftOut);
+        Picture result = finished(playback.scene, file, options, leftOut);
         noteLeftOut(leftOut, file, facts, tally);
         result.report = reportOf(facts, tally);
-        result.report.sizeGuess = sizeGuess;
+        result.report.sizeGuess = playback.sizeGuess;
         return result;
     }
 
     Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
                     std::string_view comment, RecordTally &tally)
     {
-        return drawPlayed(playEmf(file, facts, options), file, facts, options, comment, tally);
+        const auto play = [&](Outside outside) { return playEmf(file, facts, options, outside); };
+        return drawPlayed(play(Outside::Stays), play, file, facts, options, comment, tally);
     }
 
     Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
@@ -181,11 +210,14 @@ namespace {
         };
         if (holdsEmf && !escapes.isEmfDamaged)
             return drawInner();
-        Playback playback = playWmf(file, facts, escapes, options);
+        const auto play = [&](Outside outside) {
+            return playWmf(file, facts, escapes, options, outside);
+        };
+        Playback playback = play(Outside::Stays);
         // Those records come behind it, and may be lost.
         if (holdsEmf && playback.scene.nodes.empty())
             return drawInner();
-        return drawPlayed(std::move(playback), file, facts, options, comment, tally);
+        return drawPlayed(std::move(playback), play, file, facts, options, comment, tally);
     }
 
     Picture drawAny(ByteView file, const MetafileFacts &facts, const PictureOptions &options,

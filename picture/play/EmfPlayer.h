@@ -5,6 +5,7 @@
 #include "core/records/RecordIterator.h"
 #include "picture/gdi/DeviceContext.h"
 #include "picture/play/EmfPlusPlayer.h"
+#include "picture/play/Shown.h"
 
 #include <cstdint>
 #include <memory>
@@ -18,13 +19,7 @@ class EmfPlayer
 {
 public:
     /// What a header says of the picture.
-    struct Picture
-    {
-        Device device;
-        double width = 0, height = 0; ///< CSS pixels
-        const char *guess = ""; ///< why the size is one; empty where the header tells it
-    };
-    static Picture pictureOf(const MetafileFacts &facts);
+    static Shown shownOf(const MetafileFacts &facts);
 
     /// What is done with EMF+ records where a file holds its picture in those of both kinds.
     enum class Dual : uint8_t {

@@ -36,9 +36,9 @@ static std::optional<RectD> viewOf(const MetafileFacts &facts, const Device &dev
     return view.width() >= kLeast && view.height() >= kLeast ? std::optional(view) : std::nullopt;
 }
 
-EmfPlayer::Picture EmfPlayer::pictureOf(const MetafileFacts &facts)
+Shown EmfPlayer::shownOf(const MetafileFacts &facts)
 {
-    Picture picture;
+    Shown picture;
     Device &device = picture.device;
     double density[2] = {};
     for (size_t i = 0; i < 2; ++i) {

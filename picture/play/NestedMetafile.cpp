@@ -79,7 +79,7 @@ Played drawMetafile(Play &play, const std::string &file, RectD source,
     std::optional<WmfPlayer::Picture> wmf;
     if (!isEmf)
         wmf = WmfPlayer::pictureOf(bytes, facts);
-    Frame frame(isEmf ? EmfPlayer::pictureOf(facts).device : wmf->device);
+    Frame frame(isEmf ? EmfPlayer::shownOf(facts).device : wmf->device);
     const RectD bounds = boundsOf(facts, frame.view);
     if (source.isEmpty())
         source = bounds;

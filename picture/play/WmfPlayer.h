@@ -4,6 +4,7 @@
 #include "core/records/MetafileFacts.h"
 #include "core/records/WmfEscapes.h"
 #include "picture/gdi/DeviceContext.h"
+#include "picture/play/Shown.h"
 
 #include <cstdint>
 
@@ -15,14 +16,11 @@ class WmfPlayer
 {
 public:
     /// What headers, or the first window, say of the picture.
-    struct Picture
+    struct Picture : Shown
     {
-        Device device;
         PointL viewport; ///< extent that a player sets
         PointL windowOrigin, windowExtent; ///< until the file sets its own
-        double width = 0, height = 0; ///< CSS pixels
-        const char *guess = ""; ///< why the size is one; empty where the file tells it
-        bool showsAll = false; ///< nothing tells the size: the view is all that can be reached
+        bool showsAll = false; ///< nothing tells the size
 
         /// Makes the size that of what was drawn, as far as anything was.
         void show(const RectD &drawn);

@@ -124,7 +124,6 @@ namespace {
 WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &facts)
 {
     constexpr Size kScreen{ 1024, 768 };
-    constexpr RectD kReach{ -32768, -32768, 32768, 32768 }; // of coordinates
     Picture picture;
     const HeaderBox &box = facts.bounds;
     const Size boxSize{ std::abs(double(box.right) - box.left),
@@ -151,9 +150,7 @@ WmfPlayer::Picture WmfPlayer::pictureOf(ByteView file, const MetafileFacts &fact
         picture.windowOrigin = { box.left, box.top };
         picture.windowExtent = { wrapSub(box.right, box.left), wrapSub(box.bottom, box.top) };
     }
-    if (picture.showsAll)
-        picture.device.view = kReach;
-    else
+    if (!picture.showsAll)
         showViewport(picture, hints);
     return picture;
 }
