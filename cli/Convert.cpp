@@ -71,7 +71,7 @@ namespace {
     {
         QByteArray svg;
         RecordTally records;
-        const qint32 code = convertExact(bytes, svg, &records);
+        const qint32 code = exactPath().convert(bytes, svg, &records);
         if (!isSuccess(code))
             throw Failure{ result.input, reasonOf(code, result.facts) };
         result.report = reportOf(result.facts, records);
@@ -85,7 +85,7 @@ namespace {
         // The list of records is the exact path's.
         QByteArray unused;
         if (!options.dumpFile.empty())
-            convertExact(bytes, unused, nullptr);
+            exactPath().convert(bytes, unused, nullptr);
         const Damage damage = damageOf({ bytes.constData(), bytes.size() }, result.facts);
         QByteArray comment;
         if (damage.isIncomplete)

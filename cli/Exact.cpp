@@ -1,15 +1,10 @@
-#include "cli/Exact.h"
+#include "cli/ExactEntry.h"
 
 #include <QLoggingCategory>
 
 namespace svgtool {
 
-qint32 convertExact(const QByteArray &metafileData, QByteArray &svgOut, RecordTally *tally)
-{
-    return convertMetaFile(metafileData, svgOut, tally);
-}
-
-void showLog(const std::string &level)
+static void showLog(const std::string &level)
 {
     // What the library logs is for the curious; QT_LOGGING_RULES="svgtool=true" shows it too.
     QString rules;
@@ -31,14 +26,8 @@ void showLog(const std::string &level)
         setLogLevel(QByteArrayLiteral("TRACE"));
 }
 
-bool startRecordList(int descriptor, QString *reason)
-{
-    return startRecordDump(descriptor, reason);
-}
-
-bool stopRecordList(QString *reason)
-{
-    return stopRecordDump(reason);
-}
-
 } // namespace svgtool
+
+extern "C" const svgtool::ExactPath metafile2svgExactPath{
+    svgtool::convertMetaFile, svgtool::showLog, svgtool::startRecordDump, svgtool::stopRecordDump
+};

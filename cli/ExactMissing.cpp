@@ -3,24 +3,9 @@
 
 namespace svgtool {
 
-static const QString kReason = QStringLiteral("the exact path is not in this build");
-
-qint32 convertExact(const QByteArray &, QByteArray &, RecordTally *)
+const ExactPath &exactPath()
 {
-    throw Failure{ QString(), kReason };
-}
-
-void showLog(const std::string &) { }
-
-bool startRecordList(int, QString *reason)
-{
-    *reason = kReason;
-    return false;
-}
-
-bool stopRecordList(QString *)
-{
-    return true;
+    throw Failure{ QString(), QStringLiteral("the exact path is not in this build") };
 }
 
 } // namespace svgtool

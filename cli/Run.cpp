@@ -95,11 +95,11 @@ namespace {
     public:
         explicit RecordList(const std::string &path) : m_path(path), m_file(path)
         {
-            check(startRecordList(m_file.descriptor(), &m_reason));
+            check(exactPath().startRecordList(m_file.descriptor(), &m_reason));
         }
         void finish()
         {
-            check(stopRecordList(&m_reason));
+            check(exactPath().stopRecordList(&m_reason));
             m_file.finish();
         }
 
@@ -123,7 +123,8 @@ namespace {
             printMessage(streams, plan.problem);
             return ExitStatus::WrongUsage;
         }
-        showLog(options.logLevel);
+        if (!options.logLevel.empty())
+            exactPath().showLog(options.logLevel);
         if (!plan.isBatch && options.output.empty())
             options.output = kStandardStream;
         std::optional<RecordList> list;

@@ -49,6 +49,14 @@ if(TARGET metafile2svg)
       INSTALL_RPATH "$ORIGIN/${libraries_from_tool}")
   endif()
   install(TARGETS metafile2svg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  if(TARGET metafile2svg_exact)
+    cmake_path(SET module_dir NORMALIZE "${CMAKE_INSTALL_BINDIR}/${SVGTOOL_EXACT_MODULE_DIR}")
+    file(RELATIVE_PATH libraries_from_module
+      "${CMAKE_INSTALL_FULL_BINDIR}/${SVGTOOL_EXACT_MODULE_DIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+    set_target_properties(metafile2svg_exact PROPERTIES
+      INSTALL_RPATH "$ORIGIN/${libraries_from_module}")
+    install(TARGETS metafile2svg_exact LIBRARY DESTINATION ${module_dir} COMPONENT tool)
+  endif()
   if(NOT WIN32)
     install(PROGRAMS ${PROJECT_SOURCE_DIR}/cli/metafile2svg-thumbnailer
       DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)

@@ -73,7 +73,7 @@ grep -q '<text ' "$root/work/tool.svg" || fail "the document has no text"
 inside metafile2svg --exact /work/chart.emf -o /work/exact.svg || fail "the tool does not convert"
 echo "the tool: converts"
 
-for file in usr/bin/metafile2svg "usr/lib/$(uname -m)-linux-gnu"/libSVGTool{,Picture}.so.0*; do
+for file in usr/bin/metafile2svg usr/lib/metafile2svg/exact.so "usr/lib/$(uname -m)-linux-gnu"/libSVGTool{,Picture}.so.0*; do
     flags=$(readelf -Wld "$root/$file")
     [[ $flags == *GNU_RELRO* && $flags == *BIND_NOW* ]] || fail "$file can be relocated later"
     grep -q '__stack_chk_fail' < <(readelf -W --dyn-syms "$root/$file") ||

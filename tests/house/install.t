@@ -5,6 +5,7 @@ host needs is there; the version is in the libraries' names.
   $ quietly "$CMAKE_COMMAND" --install "$BUILD" --config "$CONFIG" --prefix "$PWD/first"
   $ mv first moved && cd moved && prefix=$PWD
   $ find . -type f | sort | sed -E "s/[.]so[.0-9]*$/.so/;s/-${CONFIG,,}[.]cmake/-CONFIG.cmake/
+  >     s,^[.]/lib/metafile2svg,MODULE,
   >     s,^[.]/$CMAKE_INSTALL_BINDIR,BIN,;s,^[.]/$CMAKE_INSTALL_LIBDIR,LIB,
   >     s,^[.]/$CMAKE_INSTALL_INCLUDEDIR,INCLUDE,;s,^[.]/$CMAKE_INSTALL_MANDIR,MAN,
   >     s,^[.]/$CMAKE_INSTALL_DATADIR,DATA," | LC_ALL=C sort
@@ -35,11 +36,12 @@ host needs is there; the version is in the libraries' names.
   LIB/pkgconfig/svgtool.pc
   MAN/man1/metafile2svg-thumbnailer.1
   MAN/man1/metafile2svg.1
+  MODULE/exact.so
   $ lib=$prefix/$CMAKE_INSTALL_LIBDIR && cd ..
   $ grep -rlF -e "$BUILD" -e "$ROOT" -e "$PWD/first" "$lib/cmake" "$lib/pkgconfig"
   [1]
 
-The installed tool is what the hosts are compared with.
+The installed tool is what the hosts are compared with. It loads Qt Gui for exact texts alone.
 
   $ sample=$ROOT/samples/chart.emf
   $ tool() { env -u LD_LIBRARY_PATH "$prefix/$CMAKE_INSTALL_BINDIR/metafile2svg" "$@"; }
@@ -47,6 +49,12 @@ The installed tool is what the hosts are compared with.
   $ grep -c '</svg>' exact.svg shown.svg
   exact.svg:1
   shown.svg:1
+  $ objdump -p "$prefix/$CMAKE_INSTALL_BINDIR/metafile2svg" | grep 'NEEDED.*Gui'
+  [1]
+  $ mv "$prefix/lib/metafile2svg" . && tool --width 800 "$sample" | cmp shown.svg -
+  $ tool --exact "$sample" 2>&1 | grep -o 'the exact path cannot be loaded'
+  the exact path cannot be loaded
+  $ mv metafile2svg "$prefix/lib"
 
 Hosts built with the CMake package, and hosts of one file with what pkg-config says. Qt wants
 position-independent code; $CMAKE_CXX_FLAGS and what pkg-config says are lists of words.

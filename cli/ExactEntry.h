@@ -1,0 +1,6 @@
+#pragma once
+
+#include "cli/Exact.h"
+
+/// What the module of the exact path lets out, by this name.
+extern "C" [[gnu::visibility("default")]] const svgtool::ExactPath metafile2svgExactPath;

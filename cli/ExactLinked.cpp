@@ -1,0 +1,10 @@
+#include "cli/ExactEntry.h"
+
+namespace svgtool {
+
+const ExactPath &exactPath()
+{
+    return metafile2svgExactPath;
+}
+
+} // namespace svgtool
