@@ -17,5 +17,5 @@ ctest --preset coverage --label-regex '^tool$' >/dev/null || true
 mkdir -p build/coverage/report
 # Tests, fuzz targets and benchmarks are no part of it.
 gcovr --root . --object-directory build/coverage --exclude-unreachable-branches \
-    --filter '(cli|emf|geometry|logging|platform|records|style|svg|svgtool|wmf)/' \
+    --filter '(cli|core|exact|picture)/' \
     --html-details build/coverage/report/index.html --print-summary

@@ -157,8 +157,10 @@ namespace {
                 blocksOf(reader, std::istringstream(layout.substr(layout[0] == '!' ? 1 : 0)));
         const Bytes oldSource = source;
         const Bytes old = destination;
+        auto *const to = destination.data(); // clang captures no names of parts
+        auto *const from = source.data();
         const std::string lines = test::linesOf(basic_logging::tracelevel, "TRACE", [&] {
-            const bool result = reader.call(destination.data(), source.data());
+            const bool result = reader.call(to, from);
             EXPECT_EQ(result, kIsBig || !answersFalse);
         });
         EXPECT_EQ(source, oldSource);
