@@ -1,5 +1,7 @@
 #include "core/records/RecordRecovery.h"
 
+#include "core/records/Fields.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -19,6 +21,27 @@ namespace {
         return stop.reason == StopReason::EndRecord && !facts.isEndCut
                 && stop.offset + readHead(facts.format, tail(file, stop.offset)).bytes
                 >= std::min(facts.headerBytes, file.size);
+    }
+
+    // The type of a record: another one than it says where that makes no sense, but tells enough.
+    uint32_t likelyType(MetafileFormat format, const Record &record)
+    {
+        // The lowest byte is all that those of an EMF have, and different in all of a WMF.
+        constexpr uint32_t kTypeBits = 0xFF;
+        constexpr int64_t kIdentifier = 12;
+        constexpr uint32_t kEmfPlus = 0x2B464D45;
+        const bool isEmf = format == MetafileFormat::Emf;
+        if (isEmf && Fields(record.bytes, kIdentifier).dword() == kEmfPlus)
+            return Emr::GdiComment;
+        const auto types = recordTypes(format);
+        if (findRecordType(types, record.type) != nullptr)
+            return record.type;
+        const auto type =
+                std::ranges::find(types, record.type & kTypeBits,
+                                  [](const RecordType &each) { return each.number & kTypeBits; });
+        const bool isLikely =
+                type != types.end() && isPlausible(format, type->number, record.bytes.size);
+        return isLikely && (isEmf || type->number != Meta::Eof) ? type->number : record.type;
     }
 
     bool fits(const RecordHead &head, MetafileFormat format, ByteView rest)
@@ -142,11 +165,9 @@ std::optional<Record> RecordRecovery::next()
 {
     m_damage = {};
     std::optional<Record> record = find();
-    // Types of an EMF are bytes, so the others of their fields are no loss.
-    constexpr uint32_t kTypeBits = 0xFF;
-    if (record && m_format == MetafileFormat::Emf && record->type > kTypeBits
-        && isPlausible(m_format, record->type & kTypeBits, record->bytes.size)) {
-        record->type &= kTypeBits;
+    const uint32_t type = record ? likelyType(m_format, *record) : 0;
+    if (record && type != record->type) {
+        record->type = type;
         if (m_damage.bytes == 0)
             m_damage = { record->offset, record->bytes.size };
     }

@@ -13,7 +13,8 @@ namespace svgtool {
 /// on at the next place behind its head from which a chain of plausible records leads on, and the
 /// record, if its type is known, gets the bytes that it may have. So one whose size is wrong is
 /// still there, and loses no other; and the last one of a file that is cut is as long as the file.
-/// Of a type of an EMF that is unknown the lowest byte counts, if a record like it is as long.
+/// Of a type that is unknown the lowest byte counts, if a record like it is as long, and what holds
+/// EMF+ records is a comment.
 /// An end record before the end that the header names ends them only if no chain lies behind it.
 ///
 /// Records begin at or behind where the ones before them end. Each byte is looked at once as a

@@ -7,10 +7,10 @@ A WMF of a rectangle, a record of no known type, which is skipped, and the end: 
   $ head='\1\0\11\0\0\3\36\0\0\0\0\0\13\0\0\0\0\0'
   $ rectangle='\7\0\0\0\33\4\11\0\11\0\1\0\1\0'
   $ arc='\13\0\0\0\27\10\0\0\0\0\0\0\0\0\11\0\11\0\1\0\1\0'
-  $ end='\3\0\0\0\0\0' odd=${arc/'\10'/'\11'}
+  $ end='\3\0\0\0\0\0' odd=${arc/'\27'/'\120'}
   $ printf "$head$rectangle$odd$end" >whole.wmf
   $ metafile2svg --report whole.wmf -o whole.svg >report
-  metafile2svg: whole.wmf: 1 of 2 drawing records not drawn: META 0x917
+  metafile2svg: whole.wmf: 1 of 2 drawing records not drawn: META 0x850
 
 With the document on standard output the report is on standard error.
 
@@ -20,7 +20,7 @@ With the document on standard output the report is on standard error.
   [1]
   $ metafile2svg -q --report --json --check whole.wmf
   [
-  {"file":"whole.wmf","result":"converted","verdict":"lost","format":"WMF","width":*,"totals":{"drawing":2,"drawingLost":1,"stateIgnored":0,"approximated":0},"records":[{"name":"META_RECTANGLE","type":1051,"weight":"drawing","outcome":"drawn","count":1,"firstOffset":18},{"name":"META 0x917","type":2327,"weight":"drawing","outcome":"skipped","count":1,"firstOffset":32,"reason":"its type is not known"}],"end":{"reason":"end record","record":3,"offset":54}} (glob)
+  {"file":"whole.wmf","result":"converted","verdict":"lost","format":"WMF","width":*,"totals":{"drawing":2,"drawingLost":1,"stateIgnored":0,"approximated":0},"records":[{"name":"META_RECTANGLE","type":1051,"weight":"drawing","outcome":"drawn","count":1,"firstOffset":18},{"name":"META 0x850","type":2128,"weight":"drawing","outcome":"skipped","count":1,"firstOffset":32,"reason":"its type is not known"}],"end":{"reason":"end record","record":3,"offset":54}} (glob)
   ]
   $ metafile2svg -q --info whole.wmf | tee info
   whole.wmf: converted, lost
@@ -29,9 +29,9 @@ With the document on standard output the report is on standard error.
     picture  * pixels* (glob)
     records  3 up to the end record at offset 54
       META_RECTANGLE                   1
-      META 0x917                       1
+      META 0x850                       1
     records: 1 drawn, 0 approximated, 1 skipped, 0 neutral; ended by end record, record 3 (offset 54)
-    skipped      META 0x917                       1  first at offset 32: its type is not known
+    skipped      META 0x850                       1  first at offset 32: its type is not known
     drawn        META_RECTANGLE                   1  first at offset 18
   $ sed 2,7d info | cmp - report
   $ metafile2svg --info chart.emf --scale 1.25 | sed -n 4,7p
@@ -43,7 +43,7 @@ With the document on standard output the report is on standard error.
   $ metafile2svg -q --info --json text.emf endless.wmf 2>messages
   [
   {"file":"text.emf","result":"failed","verdict":"refused","format":"unknown","message":"text.emf: not a metafile: neither an EMF nor a WMF header","bytes":30},
-  {"file":"endless.wmf","result":"damaged","verdict":"damaged","format":"WMF","message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","bytes":54,"headerBytes":60,"recordTypes":[{"name":"META_RECTANGLE","type":1051,"count":1,"firstOffset":18},{"name":"META 0x917","type":2327,"count":1,"firstOffset":32}],"recordsEnd":{"reason":"end of data","record":3,"offset":54},"width":*,"records":[*],"end":{"reason":"end of data","record":3,"offset":54}} (glob)
+  {"file":"endless.wmf","result":"damaged","verdict":"damaged","format":"WMF","message":"endless.wmf: truncated, 54 of 60 bytes, stopped at record 3 (offset 54)","bytes":54,"headerBytes":60,"recordTypes":[{"name":"META_RECTANGLE","type":1051,"count":1,"firstOffset":18},{"name":"META 0x850","type":2128,"count":1,"firstOffset":32}],"recordsEnd":{"reason":"end of data","record":3,"offset":54},"width":*,"records":[*],"end":{"reason":"end of data","record":3,"offset":54}} (glob)
   ]
   [1]
   $ cat messages
