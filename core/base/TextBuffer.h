@@ -83,10 +83,10 @@ public:
     /// Makes room for @p size bytes in all, or leaves it as it is when there is no memory.
     void reserve(int64_t size) noexcept
     {
-        if (size <= m_limit - m_begin || size > kMost)
+        if (size <= capacity() || size > kMost)
             return;
         try {
-            resize(size);
+            makeRoom(size);
         } catch (...) {
             // Less may do.
         }
@@ -114,13 +114,22 @@ private:
     static constexpr auto kMost = static_cast<int64_t>(std::min<uint64_t>(
             std::numeric_limits<Size>::max() / 2, std::numeric_limits<int64_t>::max() / 2));
 
-    void resize(int64_t capacity)
+    int64_t capacity() const { return static_cast<int64_t>(m_block.capacity()); }
+    // The same text in a block for more of it.
+    void makeRoom(int64_t capacity)
+    {
+        m_block.reserve(static_cast<Size>(capacity));
+        use(m_limit - m_begin);
+    }
+    // Blocks fill with zeros what they are resized by, and memory that nobody has touched is not
+    // taken yet: so no more of one is used than is about to be written.
+    void use(int64_t bytes)
     {
         const int64_t size = m_end - m_begin;
-        m_block.resize(static_cast<Size>(capacity));
+        m_block.resize(static_cast<Size>(bytes));
         m_begin = m_block.data();
         m_end = m_begin + size;
-        m_limit = m_begin + capacity;
+        m_limit = m_begin + bytes;
     }
     [[gnu::noinline]] void grow(int64_t room)
     {
@@ -131,9 +140,12 @@ private:
         // Each step copies all of the text, so they are few while the room that is left over is
         // little.
         constexpr int64_t kSmall = 1 << 20;
-        const int64_t before = m_limit - m_begin;
+        const int64_t before = capacity();
         const int64_t larger = std::min((before < kSmall ? 4 : 2) * before, kMost);
-        resize(std::max({ larger, size + room, kFirst }));
+        if (size + room > before)
+            makeRoom(std::max({ larger, size + room, kFirst }));
+        constexpr int64_t kStep = 1 << 16;
+        use(std::max(size + room, std::min(size + kStep, capacity())));
     }
 
     // How long a piece can become at most, and the piece itself at a place with that much room;
