@@ -47,8 +47,10 @@ inline constexpr size_t kCutPoints = 2'000'000;
 /// Metafiles around one that is played.
 inline constexpr int kNestedMetafiles = 8;
 /// Bytes of all that are played, beyond those of the whole file: a short record may ask for a long
-/// one, again and again. Each one costs some bytes more, and some for each slot of its table.
+/// one, again and again. Fewer where letters are outlines, of which each takes more than 50 bytes.
+/// Each metafile costs some bytes more, and some for each slot of its table.
 inline constexpr int64_t kNestedBytes = int64_t(3) << 20;
+inline constexpr int64_t kNestedBytesOfOutlines = int64_t(1) << 18;
 inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 
 // Bitmaps, and what lies beneath them. A few bytes may ask for many pixels.

@@ -127,10 +127,8 @@ namespace {
         const auto play = [&](const picture::Device &device, RecordTally *tally) {
             picture::SceneBuilder builder(device.unitsPerPixel);
             builder.lend(file);
-            picture::Playing playing;
-            playing.bytes += file.size;
-            playing.prefersEmf = options.source == PictureSource::Emf;
-            playing.drawsOutlines = options.text == PictureText::Outlines;
+            picture::Playing playing(file.size, options.source == PictureSource::Emf,
+                                     options.text == PictureText::Outlines);
             picture::EmfPlayer::playFile(file, facts, device, builder, picture::kNone, playing,
                                          tally);
             picture::Scene scene = builder.take();
