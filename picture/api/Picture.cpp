@@ -15,6 +15,7 @@
 #include "picture/scene/Passes.h"
 #include "picture/svg/SvgLimit.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <stdexcept>
@@ -97,31 +98,48 @@ namespace {
 
     // The box around what is drawn, wherever it lies.
     template<class Play>
-    RectD drawnAnywhere(const picture::Shown &shown, Play play)
+    RectD drawnAnywhere(const picture::Shown &shown, bool isClipped, Play play)
     {
-        const picture::Device device = shown.everywhere();
+        picture::Device device = shown.everywhere();
+        device.isClipped = isClipped;
         picture::Scene all = play(device, nullptr);
         all.width = device.view.width() / device.unitsPerPixel;
         all.height = device.view.height() / device.unitsPerPixel;
         return picture::drawnBounds(all);
     }
 
-    // Whether what would lie outside the picture is moved into it.
-    enum class Outside : uint8_t { Stays, IsMoved };
+    // Whether what would not be seen, outside the picture or cut off, is shown all the same.
+    enum class Unseen : uint8_t { Stays, IsShown };
+
+    template<class Play>
+    void showUnseen(picture::Shown &shown, const MetafileFacts &facts, Play play)
+    {
+        const RectD drawn = drawnAnywhere(shown, true, play);
+        if (!drawn.isEmpty())
+            return shown.moveHere(drawn);
+        // Where recorders tell what is painted, clips that leave nothing of it are damaged.
+        const HeaderBox &bounds = facts.bounds;
+        if (facts.format != MetafileFormat::Emf || bounds.left >= bounds.right
+            || bounds.top >= bounds.bottom)
+            return;
+        const RectD whole = drawnAnywhere(shown, false, play);
+        if (!whole.isEmpty())
+            shown.leaveUnclipped(whole);
+    }
 
     // @param play  plays the file in a device
     template<class Play>
-    Playback playShown(picture::Shown &shown, Outside outside, Play play)
+    Playback playShown(picture::Shown &shown, Unseen unseen, const MetafileFacts &facts, Play play)
     {
-        if (outside == Outside::IsMoved)
-            shown.moveHere(drawnAnywhere(shown, play));
+        if (unseen == Unseen::IsShown)
+            showUnseen(shown, facts, play);
         RecordTally records;
         picture::Scene scene = play(shown.device, &records);
         return { std::move(scene), { shown.width, shown.height }, shown.guess, std::move(records) };
     }
 
     Playback playEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
-                     Outside outside)
+                     Unseen unseen)
     {
         auto shown = picture::EmfPlayer::shownOf(facts);
         const auto play = [&](const picture::Device &device, RecordTally *tally) {
@@ -135,7 +153,7 @@ namespace {
             scene.view = device.view;
             return scene;
         };
-        Playback playback = playShown(shown, outside, play);
+        Playback playback = playShown(shown, unseen, facts, play);
         const ByteView header = slice(file, 0, facts.firstRecord).value_or(file);
         EmfDescription description = readDescription(header);
         playback.scene.title = std::move(description.title);
@@ -144,7 +162,7 @@ namespace {
     }
 
     Playback playWmf(ByteView file, const MetafileFacts &facts, const WmfEscapes &escapes,
-                     const PictureOptions &options, Outside outside)
+                     const PictureOptions &options, Unseen unseen)
     {
         auto picture = picture::WmfPlayer::pictureOf(file, facts);
         const auto play = [&](const picture::Device &device, RecordTally *tally) {
@@ -159,8 +177,19 @@ namespace {
             return scene;
         };
         if (picture.showsAll)
-            picture.show(drawnAnywhere(picture, play));
-        return playShown(picture, outside, play);
+            picture.show(drawnAnywhere(picture, true, play));
+        return playShown(picture, unseen, facts, play);
+    }
+
+    // Whether there are records that should be seen.
+    bool hasDrawn(MetafileFormat format, const RecordTally &tally)
+    {
+        const auto lines = tally.lines();
+        return std::ranges::any_of(lines, [format](const RecordTally::Line &line) {
+            const RecordType *const type = findRecordType(format, line.type);
+            return type != nullptr && type->loss == Loss::Drawing
+                    && line.outcome != RecordOutcome::Skipped;
+        });
     }
 
     // @param play  plays the file once more
@@ -168,10 +197,9 @@ namespace {
     Picture drawPlayed(Playback playback, Play play, ByteView file, const MetafileFacts &facts,
                        const PictureOptions &options, std::string_view comment, RecordTally &tally)
     {
-        const bool isDrawn = !playback.scene.nodes.empty();
         arrange(playback, options);
-        if (isDrawn && playback.scene.nodes.empty()) {
-            playback = play(Outside::IsMoved);
+        if (playback.scene.nodes.empty() && hasDrawn(facts.format, playback.records)) {
+            playback = play(Unseen::IsShown);
             arrange(playback, options);
         }
         playback.scene.comment = comment;
@@ -187,8 +215,8 @@ namespace {
     Picture drawEmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
                     std::string_view comment, RecordTally &tally)
     {
-        const auto play = [&](Outside outside) { return playEmf(file, facts, options, outside); };
-        return drawPlayed(play(Outside::Stays), play, file, facts, options, comment, tally);
+        const auto play = [&](Unseen unseen) { return playEmf(file, facts, options, unseen); };
+        return drawPlayed(play(Unseen::Stays), play, file, facts, options, comment, tally);
     }
 
     Picture drawWmf(ByteView file, const MetafileFacts &facts, const PictureOptions &options,
@@ -208,10 +236,10 @@ namespace {
         };
         if (holdsEmf && !escapes.isEmfDamaged)
             return drawInner();
-        const auto play = [&](Outside outside) {
-            return playWmf(file, facts, escapes, options, outside);
+        const auto play = [&](Unseen unseen) {
+            return playWmf(file, facts, escapes, options, unseen);
         };
-        Playback playback = play(Outside::Stays);
+        Playback playback = play(Unseen::Stays);
         // Those records come behind it, and may be lost.
         if (holdsEmf && playback.scene.nodes.empty())
             return drawInner();

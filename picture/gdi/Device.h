@@ -15,6 +15,7 @@ struct Device
     /// Units of the picture that a pixel has, of thin pens and hatches: a CSS pixel of it, or more
     /// in one that is larger than what is looked at in its own size.
     double unitsPerPixel = 1;
+    bool isClipped = true; ///< records may cut off what others draw
 };
 
 } // namespace svgtool::picture

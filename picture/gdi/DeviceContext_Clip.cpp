@@ -56,6 +56,8 @@ std::optional<Region> DeviceContext::combined(const std::shared_ptr<const Region
 // Puts a clip in force, with what it leaves to be seen.
 Played DeviceContext::changeClip(ClipState clip)
 {
+    if (!m_device.isClipped)
+        return notDone("it would leave nothing of the picture");
     Visible visible;
     std::shared_ptr<const Region> shown = clip.region ? clip.region : m_state.meta.region;
     if (clip.region && m_state.meta.region) {

@@ -30,4 +30,11 @@ void Shown::moveHere(const RectD &drawn)
     guess = "nothing lies in it, so what is drawn elsewhere is moved there";
 }
 
+void Shown::leaveUnclipped(const RectD &drawn)
+{
+    device.isClipped = false;
+    if (intersection(drawn, device.view).isEmpty())
+        moveHere(drawn);
+}
+
 } // namespace svgtool::picture

@@ -17,6 +17,9 @@ struct Shown
     /// not fit, or be too small to be looked at.
     /// @param drawn  the box around all of it, as it was shown everywhere()
     void moveHere(const RectD &drawn);
+    /// Shows what clips would cut off.
+    /// @param drawn  as above, without clips
+    void leaveUnclipped(const RectD &drawn);
 };
 
 } // namespace svgtool::picture
