@@ -145,12 +145,26 @@ int32_t FontFace::readKerning(FT_UInt left, FT_UInt right) const
 
 int32_t FontFace::kerning(char32_t left, char32_t right)
 {
-    if (!FT_HAS_KERNING(m_face.get()) || (left == 0 && right == 0))
+    if (left == 0 && right == 0)
         return 0;
     KnownPair &place = m_pairs[(left * 31 + right) % m_pairs.size()];
     if (place.left != left || place.right != right)
         place = { left, right, readKerning(known(left).glyph, known(right).glyph) };
     return place.kerning;
+}
+
+std::vector<CharacterShape> FontFace::characters(std::u32string_view text)
+{
+    const bool isKerned = FT_HAS_KERNING(m_face.get());
+    std::vector<CharacterShape> shapes(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const KnownCharacter &character = known(text[i]);
+        shapes[i].advance = character.advance;
+        shapes[i].hasGlyph = character.glyph != 0;
+        if (isKerned && i > 0)
+            shapes[i].kerning = kerning(text[i - 1], text[i]);
+    }
+    return shapes;
 }
 
 static PointD pointOf(const FT_Vector *at)

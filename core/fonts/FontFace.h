@@ -61,9 +61,8 @@ public:
     bool isHintedAt(int32_t pixels) const;
     /// In pixels, at a size at which it is hinted.
     int32_t hintedAdvance(char32_t character, int32_t pixels);
-    bool hasGlyph(char32_t character) { return known(character).glyph != 0; }
-    /// By which viewers move @p right towards @p left, in font units.
-    int32_t kerning(char32_t left, char32_t right);
+    /// As characterShapes.
+    std::vector<CharacterShape> characters(std::u32string_view text);
     /// In font units, y downwards; empty where there is none.
     /// @param lacking  what letters are made bold or slanted by, since the face is not
     Path outline(char32_t character, FaceStyle lacking = {}) const;
@@ -89,6 +88,8 @@ private:
     };
 
     const KnownCharacter &known(char32_t character);
+    /// By which viewers move @p right towards @p left, in font units.
+    int32_t kerning(char32_t left, char32_t right);
     int32_t readKerning(FT_UInt left, FT_UInt right) const;
     FT_UInt glyphIndex(char32_t character) const;
     uint16_t readAdvance(FT_UInt glyph) const;

@@ -21,6 +21,28 @@ static std::optional<KnownFace> knownFace(FontCatalog &catalog, const FontReques
     return !known && isMissing(u"Arial") ? KnownFace::substitute(request) : known;
 }
 
+namespace {
+
+    /// What stands for a face: numbers that are known without its font, or an open one.
+    struct Measured
+    {
+        FontRequest request;
+        std::optional<KnownFace> known;
+        std::shared_ptr<FontFace> face; ///< null where there is none
+    };
+
+} // namespace
+
+// That of the text before, which mostly has the same face; the engine's lock guards it.
+static const Measured &measured(FontEngine &engine, const FontRequest &request)
+{
+    static std::optional<Measured> latest;
+    if (!latest || latest->request != request)
+        latest = { request, knownFace(engine.catalog, request),
+                   engine.catalog.face(request.face, request.weight, request.isItalic) };
+    return *latest;
+}
+
 FontShape fontShape(const FontRequest &request)
 {
     FontEngine &engine = fontEngine();
@@ -40,18 +62,10 @@ std::vector<CharacterShape> characterShapes(std::u32string_view text, const Font
 {
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
-    const auto known = knownFace(engine.catalog, request);
-    const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
-    if (known || !face)
-        return known.value_or(KnownFace::substitute(request)).characters(text);
-    std::vector<CharacterShape> shapes(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        shapes[i].advance = face->advance(text[i]);
-        shapes[i].hasGlyph = face->hasGlyph(text[i]);
-        if (i > 0)
-            shapes[i].kerning = face->kerning(text[i - 1], text[i]);
-    }
-    return shapes;
+    const Measured &by = measured(engine, request);
+    if (by.known || !by.face)
+        return by.known.value_or(KnownFace::substitute(request)).characters(text);
+    return by.face->characters(text);
 }
 
 std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest &request,
@@ -59,12 +73,13 @@ std::vector<int32_t> hintedAdvances(std::u32string_view text, const FontRequest 
 {
     FontEngine &engine = fontEngine();
     const std::lock_guard lock(engine.mutex);
-    const auto face = engine.catalog.face(request.face, request.weight, request.isItalic);
+    const Measured &by = measured(engine, request);
     std::vector<int32_t> advances;
-    if (knownFace(engine.catalog, request) || !face || !face->isHintedAt(pixels))
+    if (by.known || !by.face || !by.face->isHintedAt(pixels))
         return advances;
+    advances.reserve(text.size());
     for (const char32_t character : text)
-        advances.push_back(face->hintedAdvance(character, pixels));
+        advances.push_back(by.face->hintedAdvance(character, pixels));
     return advances;
 }
 

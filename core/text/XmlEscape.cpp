@@ -20,6 +20,8 @@ namespace {
     size_t characterLength(std::string_view text)
     {
         const auto lead = static_cast<unsigned char>(text.front());
+        if (lead >= 0x20 && lead < 0x80)
+            return 1;
         const size_t length = lead < 0x80 ? 1
                 : lead < 0xC0             ? 0
                 : lead < 0xE0             ? 2

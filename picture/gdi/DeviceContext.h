@@ -192,7 +192,7 @@ public:
     /// @param axes     from where the letters lie, along the baseline and down, to the picture
     /// @param clip     of the scene
     /// @param options  of TextOption: glyphs, right to left
-    Played paintLetters(const std::vector<PlacedCharacter> &characters, const Font &named,
+    Played paintLetters(std::vector<PlacedCharacter> characters, const Font &named,
                         const RealizedFont &font, const Affine &axes, Color color, Index clip,
                         uint32_t options);
 
@@ -442,6 +442,7 @@ private:
         std::optional<RealizedFont> realized;
     };
     Realized m_realized;
+    FontStyle m_textStyle; ///< the one at hand, kept for its memory
 
     Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;

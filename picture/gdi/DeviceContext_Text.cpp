@@ -28,20 +28,23 @@ static bool isBlank(char32_t character)
     return character == U' ' || character == 0xA0;
 }
 
-// Without the blanks at its ends and the controls.
-static std::vector<PlacedCharacter> shownCharacters(const std::vector<PlacedCharacter> &characters)
+// Leaves the blanks at the ends out, and the controls.
+static void keepShown(std::vector<PlacedCharacter> &characters)
 {
-    std::vector<PlacedCharacter> shown;
-    for (PlacedCharacter each : characters) {
+    size_t count = 0;
+    for (PlacedCharacter &each : characters) {
         constexpr char32_t kSoftHyphen = 0xAD; // drawn by GDI, but by no viewer within a line
         if (each.character == kSoftHyphen)
             each.character = U'-';
-        if (isShown(each.character) && !(shown.empty() && isBlank(each.character)))
-            shown.push_back(each);
+        if (!isShown(each.character) || (count == 0 && isBlank(each.character)))
+            continue;
+        PlacedCharacter &place = characters[count++];
+        if (&place != &each)
+            place = each;
     }
-    while (!shown.empty() && isBlank(shown.back().character))
-        shown.pop_back();
-    return shown;
+    while (count > 0 && isBlank(characters[count - 1].character))
+        --count;
+    characters.resize(count);
 }
 
 static void appendUtf16(std::u16string &out, char32_t character)
@@ -164,6 +167,8 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     const double scale = std::max(font.em / kLargestSize, 1.0);
     Text run;
     std::vector<uint32_t> units; // the first of each character
+    units.reserve(characters.size());
+    run.characters.reserve(characters.size());
     bool isShaped = false, isReversed = false;
     run.width = (std::abs(characters.back().x - characters.front().x) + font.em) / scale;
     for (const PlacedCharacter &each : characters) {
@@ -192,8 +197,6 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
     node.clip = clip;
     node.fill = m_builder.paint({ Paint::Kind::Solid, m_state.textColor, kNone });
     const PointD baseline = axes.map({ start, 0 });
-    FontStyle style = font.style;
-    style.size = font.em / scale;
     if (isTurn(axes) && scale == 1) {
         run.baseline = baseline;
         const double turn = std::atan2(-axes.b, axes.a) * kDegree;
@@ -204,6 +207,9 @@ void DeviceContext::drawText(std::span<const PlacedCharacter> characters, const 
         placed.f = baseline.y;
         node.transform = m_builder.transform(placed);
     }
+    FontStyle &style = m_textStyle;
+    style = font.style;
+    style.size = font.em / scale;
     if (!leavesLines(characters))
         style.isUnderlined = style.isStruckOut = false;
     run.font = m_builder.font(style);
@@ -328,12 +334,12 @@ void DeviceContext::moveBehind(double width, const RealizedFont &font, const Aff
         m_state.current = toLogical->map(end);
 }
 
-Played DeviceContext::paintLetters(const std::vector<PlacedCharacter> &characters,
-                                   const Font &named, const RealizedFont &font, const Affine &axes,
-                                   Color color, Index clip, uint32_t options)
+Played DeviceContext::paintLetters(std::vector<PlacedCharacter> characters, const Font &named,
+                                   const RealizedFont &font, const Affine &axes, Color color,
+                                   Index clip, uint32_t options)
 {
-    const auto shown = shownCharacters(characters);
-    if (shown.empty())
+    keepShown(characters);
+    if (characters.empty())
         return kDone;
     State own = m_state;
     m_state.font = std::make_shared<const Font>(named);
@@ -342,9 +348,9 @@ Played DeviceContext::paintLetters(const std::vector<PlacedCharacter> &character
     m_state.visible = std::make_shared<Visible>(Visible{ nullptr, false, clip });
     TextCall call;
     call.options = options;
-    const Played played = drawLetters(shown, call, font, axes, clip);
-    const PlacedCharacter &first = shown.front(), &last = shown.back();
-    if (!leavesLines(shown) && first.y == last.y) {
+    const Played played = drawLetters(characters, call, font, axes, clip);
+    const PlacedCharacter &first = characters.front(), &last = characters.back();
+    if (!leavesLines(characters) && first.y == last.y) {
         const double perUnit = font.em / font.shape.tables.unitsPerEm;
         drawLines(call, { first.x, first.y }, last.x - first.x + last.shape.advance * perUnit, font,
                   axes);
@@ -430,10 +436,11 @@ Played DeviceContext::textOut(const TextCall &call)
             played = approximated("it names glyphs of a font that is not installed");
         resolved.text = named;
     }
-    const TextLayout layout = layOut(resolved, m_state, *font);
+    TextLayout layout = layOut(resolved, m_state, *font);
     const Affine axes = textAxes(call, *font, layout.width);
     moveBehind(layout.width, *font, axes);
-    auto shown = shownCharacters(layout.characters);
+    std::vector<PlacedCharacter> &shown = layout.characters;
+    keepShown(shown);
     if (std::ranges::any_of(shown, isPrivateCode))
         played = approximated("it has symbols that are no characters of Unicode");
     if (std::ranges::find(shown, U'\uFFFD', &PlacedCharacter::character) != shown.end())

@@ -181,6 +181,8 @@ std::optional<RealizedFont> realizeFont(const State &state, const Device &device
 std::u32string decode(std::u16string_view text, std::vector<size_t> &units)
 {
     std::u32string characters;
+    characters.reserve(text.size());
+    units.reserve(text.size() + 1);
     for (size_t i = 0; i < text.size(); ++i) {
         units.push_back(i);
         const char32_t unit = text[i];
@@ -218,7 +220,8 @@ static double ownAdvance(char32_t code, const PlacedCharacter &placed, const Rea
 {
     const int32_t em = font.shape.tables.unitsPerEm;
     int32_t advance = placed.shape.advance;
-    if (const int32_t known = symbolAdvance(font.symbols, code); known != 0)
+    const bool isSymbol = font.symbols != SymbolFont::None;
+    if (const int32_t known = isSymbol ? symbolAdvance(font.symbols, code) : 0; known != 0)
         advance = known * em / 1000;
     else if (!placed.shape.hasGlyph && isWide(placed.character))
         advance = em;
@@ -327,7 +330,7 @@ bool liesOnSide(char32_t character)
     return isWide(character) && !goesWithLine;
 }
 
-bool isRightToLeft(char32_t character)
+bool isRightToLeftBeyondLatin(char32_t character)
 {
     return (character >= 0x590 && character < 0x900) || (character >= 0xFB1D && character < 0xFE00)
             || (character >= 0xFE70 && character < 0xFEFF)
@@ -335,9 +338,9 @@ bool isRightToLeft(char32_t character)
             || (character >= 0x1E800 && character < 0x1F000);
 }
 
-bool needsShaping(char32_t character)
+bool needsShapingBeyondLatin(char32_t character)
 {
-    return isRightToLeft(character) || (character >= 0x300 && character < 0x370)
+    return isRightToLeftBeyondLatin(character) || (character >= 0x300 && character < 0x370)
             || (character >= 0x900 && character < 0x10A0)
             || (character >= 0x1780 && character < 0x1800);
 }

@@ -108,9 +108,20 @@ std::vector<TextRun> divided(std::span<const PlacedCharacter> characters, const 
 
 /// What lies on its side in a face for vertical lines.
 bool liesOnSide(char32_t character);
+
+inline constexpr char32_t kFirstBeyondLatin = 0x300;
+bool isRightToLeftBeyondLatin(char32_t character);
+bool needsShapingBeyondLatin(char32_t character);
+
 /// What is written from right to left by its nature.
-bool isRightToLeft(char32_t character);
+inline bool isRightToLeft(char32_t character)
+{
+    return character >= kFirstBeyondLatin && isRightToLeftBeyondLatin(character);
+}
 /// Letters that join, stack or change places, which only a viewer's own layout gets right.
-bool needsShaping(char32_t character);
+inline bool needsShaping(char32_t character)
+{
+    return character >= kFirstBeyondLatin && needsShapingBeyondLatin(character);
+}
 
 } // namespace svgtool::picture

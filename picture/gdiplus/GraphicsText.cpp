@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace svgtool::picture {
 
@@ -49,7 +50,7 @@ Played GraphicsText::paint(std::span<const PlacedCharacter> characters, const Fa
     axes = { axes.a / scale, axes.b / scale, axes.c / scale, axes.d / scale, axes.e, axes.f };
     const Color color{ uint8_t(solid->color >> 16), uint8_t(solid->color >> 8),
                        uint8_t(solid->color), uint8_t(solid->color >> 24) };
-    return m_context.paintLetters(placed, face.named, font, axes, color, clip, options);
+    return m_context.paintLetters(std::move(placed), face.named, font, axes, color, clip, options);
 }
 
 // What is no plain colour is filled as figures are.

@@ -1,5 +1,7 @@
 #include "picture/play/EmfCalls.h"
 
+#include "picture/play/TextCharacters.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -82,6 +84,7 @@ Played createFont(DeviceContext &dc, ByteView record)
             break;
         font.face += unit;
     }
+    font.charSet = textCharSet(font, dc.systemCharSet());
     return dc.createObject(handle, font);
 }
 

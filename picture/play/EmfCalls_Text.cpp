@@ -52,6 +52,7 @@ namespace {
         if (fields.advancesAt == 0 || !slice(record, fields.advancesAt, size))
             return;
         Fields values(record, fields.advancesAt);
+        text.advances.reserve(fields.count);
         for (uint32_t i = 0; i < fields.count; ++i) {
             text.advances.push_back(values.longInt());
             if (hasPairs)

@@ -34,7 +34,7 @@ static void joinPairs(TextCharacters &text, ByteView bytes, uint8_t charSet)
 // Fonts that do not tell have the character set of the system; but what they are called may tell,
 // also where an old program calls any set ANSI. The bytes of a symbol font are codes of its own,
 // whatever set is asked for.
-static uint8_t textCharSet(const Font &font, uint8_t ofSystem)
+uint8_t textCharSet(const Font &font, uint8_t ofSystem)
 {
     if (symbolFont(font.face) != SymbolFont::None)
         return CharSet::kSymbol;
@@ -47,7 +47,9 @@ static uint8_t textCharSet(const Font &font, uint8_t ofSystem)
 
 void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc)
 {
-    const uint8_t charSet = textCharSet(*dc.state().font, dc.systemCharSet());
+    uint8_t charSet = dc.state().font->charSet;
+    if (charSet == CharSet::kDefault) // a stock font
+        charSet = dc.systemCharSet();
     text.units = decodeAsGdi(bytes, charSet);
     if (int64_t(text.units.size()) != bytes.size)
         joinPairs(text, bytes, charSet);

@@ -18,6 +18,9 @@ struct TextCharacters
     std::vector<int32_t> rises; ///< likewise
 };
 
+/// The character set of a font's 8-bit texts, for the one that its record names.
+uint8_t textCharSet(const Font &font, uint8_t ofSystem);
+
 /// Text of 8-bit characters as the selected font reads it.
 /// @param text  with one advance for each byte, or none; its units are replaced
 void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc);

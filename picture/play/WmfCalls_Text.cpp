@@ -45,6 +45,7 @@ Played extTextOut(DeviceContext &dc, ByteView record)
     TextCharacters characters;
     // An advance for each byte.
     if (slice(record, fields.offset(), count * (hasPairs ? 4 : 2))) {
+        characters.advances.reserve(size_t(count));
         for (int64_t i = 0; i < count; ++i) {
             characters.advances.push_back(fields.shortInt());
             if (hasPairs)
