@@ -2,6 +2,7 @@
 #include "picture/scene/Passes.h"
 
 #include <algorithm>
+#include <span>
 
 namespace svgtool::picture {
 
@@ -70,8 +71,25 @@ namespace {
                        });
         }
 
-        // A new path of all.
+        // A new path of all, where they are if they lie side by side.
         Index joined()
+        {
+            PathRange whole = m_scene.paths[m_nodes.front().geometry];
+            bool isInRow = true;
+            for (const Node &node : std::span(m_nodes).subspan(1)) {
+                const PathRange &range = m_scene.paths[node.geometry];
+                isInRow = isInRow && range.firstVerb == whole.firstVerb + whole.verbs
+                        && range.firstPoint == whole.firstPoint + whole.points;
+                whole.verbs += range.verbs;
+                whole.points += range.points;
+            }
+            if (!isInRow)
+                whole = copied();
+            m_scene.paths.push_back(whole);
+            return Index(m_scene.paths.size() - 1);
+        }
+
+        PathRange copied()
         {
             Scene &scene = m_scene;
             PathRange whole{ uint32_t(scene.verbs.size()), 0, uint32_t(scene.points.size()), 0 };
@@ -86,8 +104,7 @@ namespace {
                 std::copy_n(scene.points.begin() + range.firstPoint, range.points,
                             scene.points.end() - range.points);
             }
-            scene.paths.push_back(whole);
-            return Index(scene.paths.size() - 1);
+            return whole;
         }
 
         Scene &m_scene;
@@ -100,23 +117,24 @@ namespace {
 
 void joinFigures(Scene &scene)
 {
-    std::vector<Node> nodes;
-    nodes.reserve(scene.nodes.size());
+    // What is kept moves down over what is joined.
+    auto &nodes = scene.nodes;
+    size_t kept = 0;
     Run run(scene);
-    for (const Node &node : scene.nodes) {
+    for (const Node &node : nodes) {
         const bool isPath = node.kind == Node::Kind::Path;
         if (isPath && run.take(node))
             continue;
         if (!run.isEmpty())
-            nodes.push_back(run.end());
+            nodes[kept++] = run.end();
         if (isPath)
             run.take(node);
         else
-            nodes.push_back(node);
+            nodes[kept++] = node;
     }
     if (!run.isEmpty())
-        nodes.push_back(run.end());
-    scene.nodes = std::move(nodes);
+        nodes[kept++] = run.end();
+    nodes.resize(kept);
 }
 
 } // namespace svgtool::picture

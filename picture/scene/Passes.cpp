@@ -37,21 +37,21 @@ void joinLines(Scene &scene)
 {
     // The ranges of a line and of what goes on from it lie side by side, so that the joined one
     // only loses the move between them. What is kept moves down over what is lost.
-    std::vector<Node> nodes;
-    nodes.reserve(scene.nodes.size());
+    auto &nodes = scene.nodes;
+    size_t kept = 0; // nodes
     bool canGoOn = false; // the last node of the result is an open line at the end of the blocks
     uint32_t verbsEnd = 0, pointsEnd = 0;
     for (const Node &node : scene.nodes) {
         if (node.kind != Node::Kind::Path) {
             canGoOn = false;
-            nodes.push_back(node);
+            nodes[kept++] = node;
             continue;
         }
         const bool isLine = isOpenLine(scene, node);
         PathRange &range = scene.paths[node.geometry];
-        const bool goesOn = isLine && canGoOn && nodes.back().stroke == node.stroke
-                && nodes.back().clip == node.clip && nodes.back().transform == node.transform
-                && nodes.back().group == node.group
+        const bool goesOn = isLine && canGoOn && nodes[kept - 1].stroke == node.stroke
+                && nodes[kept - 1].clip == node.clip && nodes[kept - 1].transform == node.transform
+                && nodes[kept - 1].group == node.group
                 && scene.points[pointsEnd - 1] == scene.points[range.firstPoint];
         const uint32_t lost = goesOn ? 1 : 0;
         if (range.firstVerb + lost != verbsEnd)
@@ -64,7 +64,7 @@ void joinLines(Scene &scene)
         verbsEnd += range.verbs - lost;
         pointsEnd += range.points - lost;
         if (goesOn) {
-            PathRange &whole = scene.paths[nodes.back().geometry];
+            PathRange &whole = scene.paths[nodes[kept - 1].geometry];
             whole.verbs += range.verbs - lost;
             whole.points += range.points - lost;
             // Back where it began, it is a figure without ends.
@@ -79,10 +79,10 @@ void joinLines(Scene &scene)
         }
         range.firstVerb = firstVerb;
         range.firstPoint = firstPoint;
-        nodes.push_back(node);
+        nodes[kept++] = node;
         canGoOn = isLine;
     }
-    scene.nodes = std::move(nodes);
+    nodes.resize(kept);
     scene.verbs.resize(verbsEnd);
     scene.points.resize(pointsEnd);
 }

@@ -228,8 +228,8 @@ struct Node
     Kind kind = Kind::Path;
     bool isEvenOdd = true; ///< how a path is filled
     Blend blend = Blend::Normal;
-    float opacity = 1; ///< of the whole node, from 0 to 1
     bool isExact = false; ///< its ends lie where they are to be seen, and no other line goes on
+    float opacity = 1; ///< of the whole node, from 0 to 1
     Index geometry = kNone; ///< in the list of its kind
     Index fill = kNone; ///< in Scene::paints
     Index stroke = kNone; ///< in Scene::strokes

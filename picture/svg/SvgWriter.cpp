@@ -4,6 +4,8 @@
 #include "picture/svg/SvgGroups.h"
 #include "picture/svg/SvgParts.h"
 
+#include <cmath>
+
 namespace svgtool::picture {
 
 using Defined = SvgDocument::Defined;
@@ -131,6 +133,37 @@ namespace {
         document.put("</", name, ">\n");
     }
 
+    // How long a document gets is seen early on, so that it is not moved again and again as it
+    // grows, into twice the memory.
+    class Forecast
+    {
+    public:
+        Forecast(SvgDocument &document, size_t nodes)
+            : m_text(document.text()), m_nodes(nodes), m_start(m_text.size())
+        {
+        }
+
+        void update(size_t nodesDone)
+        {
+            constexpr int64_t kMostTimes = 3; // for what is still to come may be shorter
+            const int64_t size = m_text.size(), written = size - m_start;
+            if (written < m_next)
+                return;
+            m_next = 2 * written;
+            const double each = double(written) / double(nodesDone);
+            const double rest = 1.1 * each * double(m_nodes - nodesDone);
+            m_text.reserve(size + int64_t(std::fmin(rest, double(kMostTimes * size))));
+        }
+
+    private:
+        static constexpr int64_t kFirst = 1 << 16;
+
+        TextBuffer &m_text;
+        size_t m_nodes;
+        int64_t m_start;
+        int64_t m_next = kFirst; // bytes
+    };
+
     bool writeNodes(SvgDocument &document, int64_t most)
     {
         const auto &nodes = document.scene().nodes;
@@ -148,7 +181,9 @@ namespace {
         };
         std::vector<Open> open{ { nodes.size() + 1, Style{} } };
         auto next = groups.begin();
+        Forecast forecast(document, nodes.size());
         for (size_t i = 0; i < nodes.size(); ++i) {
+            forecast.update(i);
             for (; open.back().end == i; open.pop_back())
                 document.put("</g>\n");
             for (; next != groups.end() && next->begin == i; ++next) {
