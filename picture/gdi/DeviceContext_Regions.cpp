@@ -59,28 +59,35 @@ Played DeviceContext::invertRegion(std::span<const RectI> rects)
     return paintRects(rects, Brush(), kInversion);
 }
 
-Played DeviceContext::frameRegion(std::span<const RectI> rects, uint32_t handle, PointD edge)
+// The frame is what a region loses when it is moved by the edge to each of the four sides.
+// @return nothing when there would be too many rectangles
+static std::optional<Region> frameOf(const Region &region, PointD edge)
 {
-    // The frame is what a region loses when it is moved by the edge to each of the four sides.
-    const auto region = Region::of(rects);
-    if (!region)
-        return kTooManyRects;
-    if (region->isEmpty())
-        return kDone;
     const int32_t dx = truncateToInt32(std::abs(edge.x)), dy = truncateToInt32(std::abs(edge.y));
-    const RectI all = region->bounds();
+    const RectI all = region.bounds();
     const RectI around{ wrapSub(all.left, 1), wrapSub(all.top, 1), wrapAdd(all.right, 1),
                         wrapAdd(all.bottom, 1) };
-    const auto outside = Region::combined(Region(around), *region, Region::Mode::Difference);
+    const auto outside = Region::combined(Region(around), region, Region::Mode::Difference);
     if (!outside)
-        return kTooManyRects;
+        return std::nullopt;
     std::vector<RectI> grown;
+    grown.reserve(2 * outside->rects().size());
     for (const RectI &rect : outside->rects()) {
         grown.push_back({ wrapSub(rect.left, dx), rect.top, wrapAdd(rect.right, dx), rect.bottom });
         grown.push_back({ rect.left, wrapSub(rect.top, dy), rect.right, wrapAdd(rect.bottom, dy) });
     }
     const auto near = Region::of(grown);
-    const auto frame = near ? Region::combined(*region, *near, Region::Mode::And) : std::nullopt;
+    return near ? Region::combined(region, *near, Region::Mode::And) : std::nullopt;
+}
+
+Played DeviceContext::frameRegion(std::span<const RectI> rects, uint32_t handle, PointD edge)
+{
+    const auto region = Region::of(rects);
+    if (!region)
+        return kTooManyRects;
+    if (region->isEmpty())
+        return kDone;
+    const auto frame = frameOf(*region, edge);
     return frame ? fillRegion(frame->rects(), handle) : kTooManyRects;
 }
 
