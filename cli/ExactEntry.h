@@ -3,4 +3,4 @@
 #include "cli/Exact.h"
 
 /// What the module of the exact path lets out, by this name.
-extern "C" [[gnu::visibility("default")]] const svgtool::ExactPath metafile2svgExactPath;
+extern "C" const svgtool::ExactPath metafile2svgExactPath;
