@@ -198,7 +198,9 @@ std::u32string decode(std::u16string_view text, std::vector<size_t> &units)
 char32_t meaning(char32_t code, SymbolFont symbols)
 {
     constexpr char32_t kBlank = 0xF020; // of any symbol font
-    return code == kBlank ? U' ' : symbolCharacter(symbols, code);
+    if (code == kBlank)
+        return U' ';
+    return symbols == SymbolFont::None ? code : symbolCharacter(symbols, code);
 }
 
 // As wide as they are high, in fonts that have them.

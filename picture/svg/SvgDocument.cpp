@@ -25,6 +25,7 @@ SvgDocument::SvgDocument(const Scene &scene, std::string_view prefix)
 static std::string utf8Of(std::u16string_view text)
 {
     std::u16string kept;
+    kept.reserve(text.size());
     for (const char16_t unit : text) {
         if (unit >= 0x20 && unit < 0xFFFE)
             kept += unit;
