@@ -108,11 +108,19 @@ namespace {
               dataSize(fields.dword())
         {
         }
+        bool isKnown() const { return findRecordType(kEmfPlusRecordTypes, type) != nullptr; }
         bool fits(ByteView records) const
         {
             return size >= kBytes && size <= records.size && dataSize <= size - kBytes;
         }
     };
+
+    // Whether a record stands here, or nothing more.
+    bool goesOn(ByteView records)
+    {
+        const Head head{ Fields(records) };
+        return records.size == 0 || (head.isKnown() && head.fits(records));
+    }
 
     // Whether so many plausible records lead on that it is no chance, or fewer up to the end.
     bool leadsOn(ByteView records)
@@ -122,20 +130,20 @@ namespace {
             const Head head{ Fields(records) };
             if (records.size == 0)
                 return count > 0;
-            if (!head.fits(records) || head.size % 4 != 0
-                || findRecordType(kEmfPlusRecordTypes, head.type) == nullptr)
+            if (!head.fits(records) || head.size % 4 != 0 || !head.isKnown())
                 return false;
             records = tail(records, head.size);
         }
         return true;
     }
 
-    // Bytes up to the place behind a damaged head from which records lead on.
-    int64_t damagedBytes(ByteView records)
+    // Bytes up to the place behind a damaged head, or within it where it is none, from which
+    // records lead on.
+    int64_t damagedBytes(ByteView records, bool hasHead)
     {
-        int64_t bytes = 4;
+        int64_t bytes = hasHead ? Head::kBytes : 1;
         while (bytes < records.size && !leadsOn(tail(records, bytes)))
-            bytes += 4;
+            ++bytes;
         return std::min(bytes, records.size);
     }
 
@@ -171,18 +179,21 @@ void EmfPlusPlayer::playAll(ByteView records, int64_t offset, uint32_t number, R
     m_play.graphics.grant(size_t(records.size));
     while (records.size > 0) {
         const Head head{ Fields(records) };
-        if (!head.fits(records) || findRecordType(kEmfPlusRecordTypes, head.type) == nullptr) {
+        const auto &[type, flags, named, dataSize] = head;
+        int64_t size = named;
+        if (!head.isKnown() || !head.fits(records) || !goesOn(tail(records, size))) {
             m_isDamaged = true;
-            const int64_t damaged = damagedBytes(records);
+            size = damagedBytes(records, head.isKnown());
             if (tally != nullptr)
-                tally->noteDamage({ offset, damaged });
-            offset += damaged;
-            records = tail(records, damaged);
+                tally->noteDamage({ offset, size });
+        }
+        if (!head.isKnown() || size < Head::kBytes) {
+            offset += size;
+            records = tail(records, size);
             continue;
         }
-        const auto &[type, flags, size, dataSize] = head;
-        const PlusRecord taken{ flags, { records.data + Head::kBytes, int64_t(dataSize) } };
-        const Played played = playOne(type, taken);
+        const int64_t data = std::min<int64_t>(dataSize, size - Head::kBytes);
+        const Played played = playOne(type, { flags, { records.data + Head::kBytes, data } });
         m_isDamaged =
                 m_isDamaged || played.why == kDamagedRecord.why || played.why == kNoObject.why;
         m_isLeftToGdi = type == EmfPlus::GetDC;
