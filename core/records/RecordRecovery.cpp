@@ -84,6 +84,9 @@ bool RecordRecovery::isChain(int64_t place) const
         const RecordHead head = readHead(m_format, rest);
         if (!fits(head, m_format, rest) || !isPlausible(m_format, head.type, head.bytes))
             return false;
+        // That of a WMF is no more than its head.
+        if (head.isEnd && m_format != MetafileFormat::Emf && head.bytes != headBytes(m_format))
+            return false;
         if (head.isEnd)
             return count > 0 || head.bytes == rest.size;
         place += head.bytes;
