@@ -24,6 +24,26 @@ namespace {
         return int32_t(((int64_t(at) * 2 + 1) * from - 1) / (int64_t(to) * 2));
     }
 
+    // The mixtures of an operation and a pattern. Each bit of the source counts by itself, so what
+    // becomes of any follows from what becomes of black and of white.
+    class BySource
+    {
+    public:
+        BySource(RasterOperation operation, Argb pattern)
+            : m_black(mixtureOf(operation, pattern, 0)),
+              m_white(mixtureOf(operation, pattern, kColourBits))
+        {
+        }
+        PixelMixture of(Argb source) const
+        {
+            return { (m_white.keep & source) | (m_black.keep & ~source),
+                     (m_white.flip & source) | (m_black.flip & ~source) };
+        }
+
+    private:
+        PixelMixture m_black, m_white;
+    };
+
 } // namespace
 
 Mixture::Mixture(MixedTransfer transfer) : m_size(transfer.source.size())
@@ -107,24 +127,20 @@ void Mixture::Lines::read(Transfer &transfer, int32_t line)
     from.source.readLine(line, m_source.data());
     if (!from.pattern.isNull())
         from.pattern.readLine(line, m_pattern.data());
-    Argb source = m_source[0], pattern = m_pattern[0]; // neighbours are often alike
-    const auto mixturesOf = [&] {
-        return std::array{ mixtureOf(from.outside, pattern, source),
-                           mixtureOf(from.operation, pattern, source) };
-    };
-    auto mixtures = mixturesOf();
+    Argb pattern = m_pattern[0]; // neighbours are often alike
+    std::array mixers{ BySource(from.outside, pattern), BySource(from.operation, pattern) };
     for (size_t x = 0; x < width; ++x) {
         // What run lengths skip, and what a hatch leaves alone.
         if (alphaOf(m_source[x]) == 0 || (!from.pattern.isNull() && alphaOf(m_pattern[x]) == 0)) {
             transfer.pixels[x] = PixelMixture();
             continue;
         }
-        if (m_source[x] != source || m_pattern[x] != pattern) {
-            source = m_source[x];
+        if (m_pattern[x] != pattern) {
             pattern = m_pattern[x];
-            mixtures = mixturesOf();
+            mixers = { BySource(from.outside, pattern), BySource(from.operation, pattern) };
         }
-        transfer.pixels[x] = mixtures[from.mask.isNull() ? 1 : from.mask.indexAt(int32_t(x), line)];
+        const size_t which = from.mask.isNull() ? 1 : from.mask.indexAt(int32_t(x), line);
+        transfer.pixels[x] = mixers[which].of(m_source[x]);
     }
 }
 
