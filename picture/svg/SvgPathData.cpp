@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <initializer_list>
 
 namespace svgtool::picture {
 
@@ -26,11 +26,9 @@ namespace {
     bool goesOn(Place a, Place b)
     {
         constexpr int64_t kLong = int64_t(1) << 30;
-        for (const int64_t part : { a.x, a.y, b.x, b.y }) {
-            if (std::abs(part) > kLong)
-                return false;
-        }
-        return a.x * b.y == a.y * b.x && a.x * b.x + a.y * b.y >= 0;
+        const int64_t longest = std::max(std::max(std::abs(a.x), std::abs(a.y)),
+                                         std::max(std::abs(b.x), std::abs(b.y)));
+        return longest <= kLong && a.x * b.y == a.y * b.x && a.x * b.x + a.y * b.y >= 0;
     }
 
     // What the next command goes on from.
@@ -41,13 +39,19 @@ namespace {
         bool hasPoint = false; // that number has a decimal point
     };
 
-    // A command as it would be written, and what it leaves for the next one.
+    // Where a command that was written ends, and what it leaves for the next one.
     struct Command
     {
-        std::array<char, 1 + 6 * (1 + Numbers::kMostLength)> text;
-        size_t size = 0;
+        char *end;
         Before after;
     };
+
+    template<size_t count>
+    using Values = std::array<int64_t, count>;
+
+    // The longest that a command of so many numbers can be.
+    template<size_t count>
+    constexpr size_t kMostLength = 1 + count *(1 + Numbers::kMostLength);
 
     // Path data in its shortest form. Places are on the grid before they are subtracted, so that
     // no error adds up along relative commands.
@@ -76,10 +80,13 @@ namespace {
         void writeCubic(const PointD *points);
         void close();
 
-        Command command(const Before &before, char letter,
-                        std::initializer_list<int64_t> values) const;
-        void put(const Command &command);
-        void putShorter(const Command &relative, const Command &absolute);
+        template<size_t count>
+        Command command(char *out, const Before &before, char letter,
+                        const Values<count> &values) const;
+        template<size_t room, class First, class Second>
+        void putShorter(First first, Second second, bool takesSecond = false);
+        template<size_t count>
+        void put(char relative, const Values<count> &way, char absolute, const Values<count> &to);
 
         SvgDocument &m_document;
         const Numbers &m_grid;
@@ -93,40 +100,57 @@ namespace {
         bool m_isParabola = false; // the curve before is one
     };
 
-    Command PathData::command(const Before &before, char letter,
-                              std::initializer_list<int64_t> values) const
+    template<size_t count>
+    Command PathData::command(char *out, const Before &before, char letter,
+                              const Values<count> &values) const
     {
-        Command command;
-        char *out = command.text.data();
-        Before state = before;
+        // Numbers behind those of a move are lines.
+        Before state{ letter == 'm'           ? 'l'
+                              : letter == 'M' ? 'L'
+                                              : letter,
+                      before.isNumber, before.hasPoint };
         if (letter != before.letter) {
             *out++ = letter;
             state.isNumber = false;
         }
         for (const int64_t value : values) {
-            if (state.isNumber && value >= 0 && !(state.hasPoint && m_grid.beginsWithPoint(value)))
-                *out++ = ' ';
+            const bool isApart = value < 0 || (state.hasPoint && m_grid.beginsWithPoint(value));
+            *out = ' ';
+            out += state.isNumber && !isApart ? 1 : 0;
             out = m_grid.put(out, value, state.hasPoint);
             state.isNumber = true;
         }
-        // Numbers behind those of a move are lines.
-        state.letter = letter == 'm' ? 'l' : letter == 'M' ? 'L' : letter;
-        command.size = size_t(out - command.text.data());
-        command.after = state;
-        return command;
+        return { out, state };
     }
 
-    void PathData::put(const Command &command)
+    // Puts the shorter one of two ways to write something, each a function of the place for it.
+    // @param takesSecond  of two that are equally long
+    template<size_t room, class First, class Second>
+    void PathData::putShorter(First first, Second second, bool takesSecond)
     {
-        m_document.put(std::string_view(command.text.data(), command.size));
-        m_before = command.after;
+        m_document.text().write(int64_t(room), [&](char *out) {
+            std::array<char, room> other; // which is copied whole, since its length is not foreseen
+            const Command one = first(out), two = second(other.data());
+            const std::ptrdiff_t length = two.end - other.data(), least = one.end - out;
+            if (length > least || (length == least && !takesSecond)) {
+                m_before = one.after;
+                return one.end;
+            }
+            std::memcpy(out, other.data(), room);
+            m_before = two.after;
+            return out + length;
+        });
     }
 
-    void PathData::putShorter(const Command &relative, const Command &absolute)
+    template<size_t count>
+    void PathData::put(char relative, const Values<count> &way, char absolute,
+                       const Values<count> &to)
     {
-        const bool isRelative = relative.size < absolute.size
-                || (relative.size == absolute.size && m_before.letter != absolute.after.letter);
-        put(isRelative ? relative : absolute);
+        const Before before = m_before;
+        putShorter<kMostLength<count>>(
+                [&](char *out) { return command(out, before, relative, way); },
+                [&](char *out) { return command(out, before, absolute, to); },
+                before.letter == absolute);
     }
 
     void PathData::writeMove()
@@ -134,10 +158,15 @@ namespace {
         if (!m_hasMove)
             return;
         m_hasMove = false;
+        const Before before = m_before;
         const Place way = m_start - m_current;
-        put(std::min(command(m_before, 'M', { m_start.x, m_start.y }),
-                     command(m_before, 'm', { way.x, way.y }),
-                     [](const Command &a, const Command &b) { return a.size < b.size; }));
+        putShorter<kMostLength<2>>(
+                [&](char *out) {
+                    return command<2>(out, before, 'M', { m_start.x, m_start.y });
+                },
+                [&](char *out) {
+                    return command<2>(out, before, 'm', { way.x, way.y });
+                });
         m_current = m_lastControl = m_start;
     }
 
@@ -145,15 +174,17 @@ namespace {
     void PathData::writeMoveAndLine(Place way)
     {
         m_hasMove = false;
+        const Before before = m_before;
         const Place to = m_start + way, move = m_start - m_current;
-        const Command absolute = command(m_before, 'M', { m_start.x, m_start.y });
-        const Command absoluteLine = command(absolute.after, 'L', { to.x, to.y });
-        const Command relative = command(m_before, 'm', { move.x, move.y });
-        const Command relativeLine = command(relative.after, 'l', { way.x, way.y });
-        const bool isRelative =
-                relative.size + relativeLine.size < absolute.size + absoluteLine.size;
-        put(isRelative ? relative : absolute);
-        put(isRelative ? relativeLine : absoluteLine);
+        putShorter<2 * kMostLength<2>>(
+                [&](char *out) {
+                    const Command moved = command<2>(out, before, 'M', { m_start.x, m_start.y });
+                    return command<2>(moved.end, moved.after, 'L', { to.x, to.y });
+                },
+                [&](char *out) {
+                    const Command moved = command<2>(out, before, 'm', { move.x, move.y });
+                    return command<2>(moved.end, moved.after, 'l', { way.x, way.y });
+                });
     }
 
     // A line that goes on as the one before makes that one longer.
@@ -180,12 +211,11 @@ namespace {
         } else {
             writeMove();
             if (way.y == 0)
-                putShorter(command(m_before, 'h', { way.x }), command(m_before, 'H', { to.x }));
+                put<1>('h', { way.x }, 'H', { to.x });
             else if (way.x == 0)
-                putShorter(command(m_before, 'v', { way.y }), command(m_before, 'V', { to.y }));
+                put<1>('v', { way.y }, 'V', { to.y });
             else
-                putShorter(command(m_before, 'l', { way.x, way.y }),
-                           command(m_before, 'L', { to.x, to.y }));
+                put<2>('l', { way.x, way.y }, 'L', { to.x, to.y });
         }
         m_current = m_lastControl = to;
     }
@@ -241,12 +271,11 @@ namespace {
         const Place way = to - m_current, toControl = control - m_current;
         const Place mirror = mirrored(true);
         if (isNear(mirror, middle)) {
-            putShorter(command(m_before, 't', { way.x, way.y }),
-                       command(m_before, 'T', { to.x, to.y }));
+            put<2>('t', { way.x, way.y }, 'T', { to.x, to.y });
             m_lastControl = mirror; // where the next one is mirrored
         } else {
-            putShorter(command(m_before, 'q', { toControl.x, toControl.y, way.x, way.y }),
-                       command(m_before, 'Q', { control.x, control.y, to.x, to.y }));
+            put<4>('q', { toControl.x, toControl.y, way.x, way.y }, 'Q',
+                   { control.x, control.y, to.x, to.y });
             m_lastControl = control;
         }
         return true;
@@ -257,12 +286,11 @@ namespace {
         const Place c2 = place(points[1]), to = place(points[2]);
         const Place r2 = c2 - m_current, way = to - m_current;
         if (isNear(mirrored(false), points[0])) {
-            putShorter(command(m_before, 's', { r2.x, r2.y, way.x, way.y }),
-                       command(m_before, 'S', { c2.x, c2.y, to.x, to.y }));
+            put<4>('s', { r2.x, r2.y, way.x, way.y }, 'S', { c2.x, c2.y, to.x, to.y });
         } else {
             const Place c1 = place(points[0]), r1 = c1 - m_current;
-            putShorter(command(m_before, 'c', { r1.x, r1.y, r2.x, r2.y, way.x, way.y }),
-                       command(m_before, 'C', { c1.x, c1.y, c2.x, c2.y, to.x, to.y }));
+            put<6>('c', { r1.x, r1.y, r2.x, r2.y, way.x, way.y }, 'C',
+                   { c1.x, c1.y, c2.x, c2.y, to.x, to.y });
         }
         m_lastControl = c2;
     }
