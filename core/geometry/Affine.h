@@ -44,10 +44,12 @@ inline RectD hull(const RectD &a, const RectD &b)
              greater(a.bottom, b.bottom) };
 }
 
-/// The rectangle around one and a point.
+/// The rectangle around one, whose edges are numbers, and a point; parts of it that are none do not
+/// count.
 inline RectD hull(const RectD &a, PointD p)
 {
-    return hull(a, RectD{ p.x, p.y, p.x, p.y });
+    return { p.x < a.left ? p.x : a.left, p.y < a.top ? p.y : a.top, p.x > a.right ? p.x : a.right,
+             p.y > a.bottom ? p.y : a.bottom };
 }
 
 /// x' = a x + c y + e, y' = b x + d y + f: SVG's matrix(a b c d e f), and XFORM of [MS-EMF] 2.2.28

@@ -42,6 +42,16 @@ Affine squeezed(PointD along, double times)
              times + (1 - times) * along.y * along.y, 0,     0 };
 }
 
+RectD boundsOf(std::span<const PointD> points)
+{
+    if (points.empty())
+        return {};
+    RectD box = kNothing;
+    for (const PointD &point : points)
+        box = hull(box, point);
+    return box;
+}
+
 void Path::moveTo(PointD point)
 {
     // Of moves in a row only the last one counts.
@@ -53,6 +63,19 @@ void Path::moveTo(PointD point)
     }
     m_current = m_start = point;
     m_isOpen = true;
+}
+
+void Path::linesTo(std::span<const PointD> points, const Affine &map)
+{
+    if (points.empty())
+        return;
+    open();
+    m_verbs.insert(m_verbs.end(), points.size(), Verb::Line);
+    const size_t first = m_points.size();
+    m_points.resize(first + points.size());
+    for (size_t i = 0; i < points.size(); ++i)
+        m_points[first + i] = map.map(points[i]);
+    m_current = m_points.back();
 }
 
 void Path::curveTo(PointD control1, PointD control2, PointD end)
@@ -184,12 +207,7 @@ std::optional<Path> Path::flattened(double tolerance, size_t mostPoints) const
 
 RectD Path::bounds() const
 {
-    if (m_points.empty())
-        return {};
-    RectD rect = kNothing;
-    for (const PointD &point : m_points)
-        rect = hull(rect, point);
-    return rect;
+    return boundsOf(m_points);
 }
 
 void Path::clear()

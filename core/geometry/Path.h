@@ -30,6 +30,8 @@ public:
         m_points.push_back(point);
         m_current = point;
     }
+    /// Lines from one to the other of the points where a map puts them.
+    void linesTo(std::span<const PointD> points, const Affine &map);
     void curveTo(PointD control1, PointD control2, PointD end);
     void close();
     /// Takes back a move that nothing has followed.
@@ -80,6 +82,9 @@ private:
     PointD m_start; ///< of the figure that is open, or was last
     bool m_isOpen = false;
 };
+
+/// The box around points; nothing is in it where there are none.
+RectD boundsOf(std::span<const PointD> points);
 
 /// The upright rectangle that one figure of lines goes round, closed or not; nothing for all else.
 std::optional<RectD> rectOf(std::span<const Path::Verb> verbs, std::span<const PointD> points);

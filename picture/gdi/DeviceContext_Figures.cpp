@@ -31,8 +31,7 @@ Played DeviceContext::endFigure(uint8_t parts)
 
 void DeviceContext::addLines(Path &path, std::span<const PointD> points) const
 {
-    for (const PointD &point : points)
-        path.lineTo(device(point));
+    path.linesTo(points, m_state.toDevice);
 }
 
 Played DeviceContext::moveTo(PointD point)

@@ -4,8 +4,8 @@ namespace svgtool::picture::emf {
 
 static std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count, Width width)
 {
-    return width == Width::Short ? picture::takePoints(record, fields, count, 4, takeShortPoint)
-                                 : picture::takePoints(record, fields, count, 8, takePoint);
+    return width == Width::Short ? picture::takePoints<int16_t>(record, fields, count)
+                                 : picture::takePoints<int32_t>(record, fields, count);
 }
 
 Played playPoints(DeviceContext &dc, ByteView record, Width width, PointsCall call)

@@ -32,12 +32,6 @@ inline PointD takePoint(Fields &fields)
     return { double(point.x), double(point.y) };
 }
 
-inline PointD takeShortPoint(Fields &fields)
-{
-    const int16_t x = fields.shortInt();
-    return { double(x), double(fields.shortInt()) };
-}
-
 inline RectD takeBox(Fields &fields)
 {
     const PointD first = takePoint(fields), second = takePoint(fields);

@@ -4,6 +4,7 @@
 #include "picture/gdi/DeviceContext.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -71,17 +72,20 @@ Played playBox(DeviceContext &dc, ByteView record)
 inline constexpr Played kTooFewPoints = notDone("it names more points than it has");
 
 /// As many points as a record says, or as there are in it.
-/// @param bytes  that each has
-/// @param take   gives the next one
-template<class Take>
-std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count, int64_t bytes,
-                               Take take)
+/// @tparam Number  of which each has two, x first
+template<class Number>
+std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count)
 {
-    const int64_t most = std::max<int64_t>(record.size - fields.offset(), 0) / bytes;
+    using Pair = std::array<Number, 2>;
+    const ByteView rest = tail(record, fields.offset());
+    count = std::min(count, rest.size / int64_t(sizeof(Pair)));
     std::vector<PointD> points;
-    points.reserve(size_t(std::min(count, most)));
-    for (int64_t i = 0; i < std::min(count, most); ++i)
-        points.push_back(take(fields));
+    points.reserve(size_t(count));
+    for (int64_t i = 0; i < count; ++i) {
+        const auto pair = elementAt<Pair>(rest, i);
+        points.push_back({ double(fromLittleEndian(pair[0])), double(fromLittleEndian(pair[1])) });
+    }
+    fields.skip(count * int64_t(sizeof(Pair)));
     return points;
 }
 

@@ -19,16 +19,11 @@ std::optional<RectD> outlined(const DeviceContext &dc, const RectD &box)
     return mapBounds(*toLogical, pixels);
 }
 
-static std::vector<PointD> takePoints(ByteView record, Fields &fields, int64_t count)
-{
-    return picture::takePoints(record, fields, count, 4, takeArrayPoint);
-}
-
 Played polyline(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
     const int64_t count = fields.word();
-    const auto points = takePoints(record, fields, count);
+    const auto points = takePoints<int16_t>(record, fields, count);
     return ofPoints(points, count, dc.polyline(points));
 }
 
@@ -36,7 +31,7 @@ Played polygon(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
     const int64_t count = fields.word();
-    const auto points = takePoints(record, fields, count);
+    const auto points = takePoints<int16_t>(record, fields, count);
     return ofPoints(points, count, dc.polygon(points));
 }
 
@@ -52,7 +47,7 @@ Played polyPolygon(DeviceContext &dc, ByteView record)
         counts.push_back(fields.word());
         sum += counts.back();
     }
-    const auto points = takePoints(record, fields, sum);
+    const auto points = takePoints<int16_t>(record, fields, sum);
     trimFigures(counts, points.size());
     return ofPoints(points, sum, dc.polyPolygon(points, counts));
 }

@@ -26,14 +26,6 @@ namespace {
 
 } // namespace
 
-RectD boundsOf(std::span<const PointD> points)
-{
-    RectD box{ points[0].x, points[0].y, points[0].x, points[0].y };
-    for (const PointD &point : points)
-        box = hull(box, point);
-    return box;
-}
-
 RectD grown(const RectD &box, double by)
 {
     return { box.left - by, box.top - by, box.right + by, box.bottom + by };

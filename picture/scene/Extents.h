@@ -8,9 +8,6 @@ namespace svgtool::picture {
 
 // How far things of a scene reach.
 
-/// The rectangle around points, of which there is at least one.
-RectD boundsOf(std::span<const PointD> points);
-
 /// A rectangle with its sides moved outwards.
 RectD grown(const RectD &box, double by);
 

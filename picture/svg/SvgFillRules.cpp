@@ -20,9 +20,11 @@ namespace {
             if (next == 0)
                 continue;
             turns += way * next < 0 || way == 0 ? 1 : 0;
+            if (turns > 2)
+                return false;
             way = next;
         }
-        return turns <= 2;
+        return true;
     }
 
     bool isSimple(std::span<const PointD> figure)
