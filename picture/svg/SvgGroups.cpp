@@ -23,7 +23,8 @@ namespace {
             }
         }
 
-        void add(const Style &style)
+        /// @param times  that it comes in a row
+        void add(const Style &style, uint32_t times)
         {
             size_t kept = 0;
             for (size_t k = 0; k < m_openCount; ++k) {
@@ -34,7 +35,7 @@ namespace {
                         m_values[i] = value;
                     else if (m_values[i] != value)
                         m_values[i] = SvgStyles::kOwn; // which a group does not say
-                    ++m_users[i];
+                    m_users[i] += times;
                 }
                 m_open[kept] = i;
                 kept += value == SvgStyles::kAny || isOpen(i) ? 1U : 0U;
@@ -152,7 +153,7 @@ namespace {
     class Grouping
     {
     public:
-        Grouping(const Scene &scene, std::span<const Style> styles, std::span<const uint32_t> costs)
+        Grouping(const Scene &scene, const StyleList &styles, std::span<const uint32_t> costs)
             : m_styles(styles), m_costs(costs), m_nodeGroups(nodeGroupsOf(scene)),
               m_next(m_nodeGroups.begin())
         {
@@ -173,8 +174,11 @@ namespace {
                 Group group = *m_next++;
                 at = group.end;
                 Common common(m_costs, outer);
-                for (size_t i = group.begin; i < group.end; ++i)
-                    common.add(m_styles[i]);
+                for (size_t i = group.begin; i < group.end;) {
+                    const size_t alike = m_styles.endOfAlike(i, group.end);
+                    common.add(m_styles[i], uint32_t(alike - i));
+                    i = alike;
+                }
                 group.values = common.shared();
                 m_groups.push_back(group);
                 divideScene(group.begin, group.end, valuesOf(group, outer));
@@ -206,16 +210,25 @@ namespace {
             Group best{ begin, begin, {}, kNone };
             int64_t most = 0;
             Common common(m_costs, outer);
-            common.add(m_styles[begin]);
-            for (size_t i = begin + 1; i < end && common.isWorthMore(); ++i) {
-                common.add(m_styles[i]);
-                const int64_t saved = common.saved();
-                if (saved > most) {
-                    most = saved;
-                    best = { begin, i + 1, common.shared(), kNone };
-                } else if (i - best.end > kAhead) {
+            common.add(m_styles[begin], 1);
+            for (size_t i = begin + 1; i < end && common.isWorthMore();) {
+                // Each of those that are alike saves as much as the others, but for the first.
+                const size_t alike = m_styles.endOfAlike(i, end);
+                common.add(m_styles[i], 1);
+                const int64_t first = common.saved();
+                common.add(m_styles[i], uint32_t(alike - i - 1));
+                const int64_t last = common.saved();
+                if (last > most) {
+                    const int64_t each = last > first ? (last - first) / int64_t(alike - i - 1) : 1;
+                    const size_t better = first > most ? i : i + 1 + size_t((most - first) / each);
+                    if (better > best.end + kAhead + 1)
+                        break;
+                    most = last;
+                    best = { begin, alike, common.shared(), kNone };
+                } else if (alike > best.end + kAhead + 1) {
                     break;
                 }
+                i = alike;
             }
             const Style &own = m_styles[begin];
             const auto isSaid = [&](size_t i) {
@@ -229,7 +242,7 @@ namespace {
             return best;
         }
 
-        std::span<const Style> m_styles;
+        const StyleList &m_styles;
         std::span<const uint32_t> m_costs;
         std::vector<Group> m_nodeGroups;
         std::vector<Group>::const_iterator m_next; // of them, which is still to come
@@ -238,7 +251,7 @@ namespace {
 
 } // namespace
 
-std::vector<Group> groupsOf(const Scene &scene, std::span<const Style> styles,
+std::vector<Group> groupsOf(const Scene &scene, const StyleList &styles,
                             std::span<const uint32_t> costs)
 {
     Grouping grouping(scene, styles, costs);

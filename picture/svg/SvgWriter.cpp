@@ -4,6 +4,7 @@
 #include "picture/svg/SvgGroups.h"
 #include "picture/svg/SvgParts.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace svgtool::picture {
@@ -48,14 +49,15 @@ namespace {
         }
     }
 
-    // Writes the values that no group around has said.
-    void writeValues(SvgDocument &document, const SvgStyles &styles, const Style &values,
-                     const Style &outer)
+    // The attributes for values that no group around has said.
+    std::string attributesOf(const SvgStyles &styles, const Style &values, const Style &outer)
     {
+        std::string attributes;
         for (size_t i = 0; i < kProperties; ++i) {
             if (outer[i] == SvgStyles::kAny)
-                document.put(styles.text(values[i]));
+                attributes += styles.text(values[i]);
         }
+        return attributes;
     }
 
     // Takes back what has been written since.
@@ -66,8 +68,8 @@ namespace {
         return text;
     }
 
-    void writeNode(SvgDocument &document, const Node &node, const SvgStyles &styles,
-                   const Style &style, const Style &outer)
+    /// @param style  attributes that no group around has
+    void writeNode(SvgDocument &document, const Node &node, std::string_view style)
     {
         // The clip of what is mixed with its ground goes around it, together with the mode: before
         // the node's transform, and in no group that would keep the ground from it.
@@ -81,7 +83,7 @@ namespace {
         const Scene &scene = document.scene();
         writeElement(document, node);
         const int64_t attributes = document.text().size();
-        writeValues(document, styles, style, outer);
+        document.put(style);
         if (node.opacity < 1) {
             constexpr Numbers kFine(3); // finer than the colours of a screen
             document.put(" opacity=\"");
@@ -168,10 +170,10 @@ namespace {
     {
         const auto &nodes = document.scene().nodes;
         SvgStyles styles(document);
-        std::vector<Style> each;
+        StyleList each;
         each.reserve(nodes.size());
         for (const Node &node : nodes)
-            each.push_back(styles.styleOf(node));
+            each.add(styles.styleOf(node));
         const std::vector<Group> groups = groupsOf(document.scene(), each, styles.costs());
 
         struct Open
@@ -182,14 +184,14 @@ namespace {
         std::vector<Open> open{ { nodes.size() + 1, Style{} } };
         auto next = groups.begin();
         Forecast forecast(document, nodes.size());
+        std::string own; // of the node and those behind it that say the same
+        size_t ownEnd = 0;
         for (size_t i = 0; i < nodes.size(); ++i) {
             forecast.update(i);
             for (; open.back().end == i; open.pop_back())
                 document.put("</g>\n");
             for (; next != groups.end() && next->begin == i; ++next) {
-                document.put("<g");
-                writeValues(document, styles, next->values, open.back().said);
-                document.put(">\n");
+                document.put("<g", attributesOf(styles, next->values, open.back().said), ">\n");
                 if (next->nodeGroup != kNone)
                     writeNote(document, "title", document.scene().groups[next->nodeGroup].title);
                 Open inner{ next->end, open.back().said };
@@ -199,7 +201,12 @@ namespace {
                 }
                 open.push_back(inner);
             }
-            writeNode(document, nodes[i], styles, each[i], open.back().said);
+            if (i >= ownEnd) {
+                const size_t nextGroup = next != groups.end() ? next->begin : nodes.size();
+                ownEnd = each.endOfAlike(i, std::min(open.back().end, nextGroup));
+                own = attributesOf(styles, each[i], open.back().said);
+            }
+            writeNode(document, nodes[i], own);
             if (document.text().size() > most)
                 return false;
         }
@@ -269,8 +276,7 @@ void writeDefinition(SvgDocument &document, const SvgDocument::Definition &defin
 
 void writeAlone(SvgDocument &document, const Node &node, SvgStyles &styles)
 {
-    const Style style = styles.styleOf(node);
-    writeNode(document, node, styles, style, Style{});
+    writeNode(document, node, attributesOf(styles, styles.styleOf(node), Style{}));
 }
 
 std::optional<std::string> writeSvg(const Scene &scene, std::string_view idPrefix, int64_t most)
