@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 
 namespace svgtool::picture {
 
@@ -17,21 +18,31 @@ namespace {
 
         void add(const RectD &area)
         {
-            each(area, [this](size_t cell) { m_cells[cell] = true; });
+            const Cells cells = cellsOf(area);
+            for (int row = cells.top; row <= cells.bottom; ++row)
+                m_rows[size_t(row)] |= cells.columns;
         }
         bool meets(const RectD &area) const
         {
-            bool meets = false;
-            each(area, [&](size_t cell) { meets = meets || m_cells[cell]; });
-            return meets;
+            const Cells cells = cellsOf(area);
+            for (int row = cells.top; row <= cells.bottom; ++row) {
+                if ((m_rows[size_t(row)] & cells.columns) != 0)
+                    return true;
+            }
+            return false;
         }
 
     private:
-        static constexpr int kCells = 64; ///< along a side
+        static constexpr int kCells = 64; ///< along a side, as a word has bits
 
-        /// Cells of which the area has a part; none where it lies outside or is no rectangle.
-        template<class Visit>
-        void each(const RectD &area, const Visit &visit) const
+        struct Cells
+        {
+            int top, bottom;
+            uint64_t columns; ///< a bit each
+        };
+
+        /// Those of which the area has a part; none where it lies outside or is no rectangle.
+        Cells cellsOf(const RectD &area) const
         {
             const auto cell = [](double place, double start, double length) {
                 const double share = std::floor((place - start) / length * kCells);
@@ -41,13 +52,14 @@ namespace {
             const int right = std::min(cell(area.right, m_view.left, m_view.width()), kCells - 1);
             const int top = std::max(cell(area.top, m_view.top, m_view.height()), 0);
             const int bottom = std::min(cell(area.bottom, m_view.top, m_view.height()), kCells - 1);
-            for (int y = top; y <= bottom; ++y)
-                for (int x = left; x <= right; ++x)
-                    visit(size_t(y) * kCells + size_t(x));
+            constexpr uint64_t kAll = ~uint64_t(0);
+            const bool hasColumns = left <= right;
+            return { top, bottom,
+                     hasColumns ? (kAll << left) & (kAll >> (kCells - 1 - right)) : 0 };
         }
 
         RectD m_view;
-        std::array<bool, size_t(kCells) * kCells> m_cells{};
+        std::array<uint64_t, kCells> m_rows{};
     };
 
 } // namespace
