@@ -4,6 +4,7 @@
 #include "core/base/Limits.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <functional>
 #include <type_traits>
@@ -17,15 +18,14 @@ namespace {
     class Key
     {
     public:
-        Key() { m_bytes.reserve(kUsual); }
-
         template<class Value>
         Key &operator<<(const Value &value)
         {
             static_assert(std::is_arithmetic_v<Value> || std::is_enum_v<Value>);
-            char bytes[sizeof value];
-            std::memcpy(bytes, &value, sizeof value);
-            m_bytes.append(bytes, sizeof value);
+            if (sizeof value > kRoom - m_size)
+                flush();
+            std::memcpy(m_room.data() + m_size, &value, sizeof value);
+            m_size += sizeof value;
             return *this;
         }
         Key &operator<<(PointD p) { return *this << p.x << p.y; }
@@ -40,11 +40,23 @@ namespace {
                 *this << point;
             return *this;
         }
-        std::string take() { return std::move(m_bytes); }
+        std::string take()
+        {
+            flush();
+            return std::move(m_bytes);
+        }
 
     private:
-        static constexpr size_t kUsual = 96;
+        void flush()
+        {
+            m_bytes.append(m_room.data(), m_size);
+            m_size = 0;
+        }
 
+        static constexpr size_t kRoom = 256; // more than most take
+
+        std::array<char, kRoom> m_room;
+        size_t m_size = 0; // of what is in it, which comes behind the bytes
         std::string m_bytes;
     };
 
