@@ -267,6 +267,18 @@ private:
     bool hasPen() const { return m_state.pen.line != Pen::Line::Null; }
     Nib nib(uint8_t parts) const;
     Index penStroke(const Nib &nib, bool isClosed);
+    /// A pen as it was used last.
+    struct UsedPen
+    {
+        uint64_t look = 0; ///< of the state
+        bool isFramed = false, isClosed = false;
+        Nib nib;
+        Index stroke = kNone;
+    };
+    /// The pen of the state.
+    const UsedPen &usePen(uint8_t parts, bool isClosed);
+    /// To be called where anything that usePen() goes by has changed.
+    void changePenLook() { m_state.penLook = ++m_penLooks; }
 
     // Paths: DeviceContext_Paths.cpp.
     /// The path of the last bracket, which is gone then; null without one.
@@ -443,6 +455,9 @@ private:
     };
     Realized m_realized;
     FontStyle m_textStyle; ///< the one at hand, kept for its memory
+
+    UsedPen m_usedPen;
+    uint64_t m_penLooks = 0;
 
     Path m_figure; ///< the one at hand, kept for its memory
     bool m_isInPath = false;

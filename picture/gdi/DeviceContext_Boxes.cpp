@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 
 namespace svgtool::picture {
@@ -89,23 +90,25 @@ std::optional<Played> DeviceContext::paintBox(const RectD &box, PointD radii, ui
     PointD mappedRadii = map.mapVector(radii);
     mappedRadii = { std::abs(mappedRadii.x), std::abs(mappedRadii.y) };
     if (hasPen()) {
-        const Nib nib = this->nib(parts);
+        const UsedPen &pen = usePen(parts, true);
+        const Nib &nib = pen.nib;
         if (!nib.shape.isIdentity())
             return std::nullopt;
-        node.stroke = penStroke(nib, true);
+        node.stroke = pen.stroke;
         mapped = { mapped.left + nib.offset.x, mapped.top + nib.offset.y,
                    mapped.right + nib.offset.x, mapped.bottom + nib.offset.y };
     }
     const PointD half{ mapped.width() / 2, mapped.height() / 2 };
     constexpr double kRounding = 1 - 1e-9;
-    return addMixed(node, [&](const Node &part) {
+    const auto add = [&](const Node &part) {
         if (mappedRadii.x >= half.x * kRounding && mappedRadii.y >= half.y * kRounding)
             m_builder.add(part, Ellipse{ centerOf(mapped), half });
         else
             m_builder.add(part,
                           Rect{ mapped, std::min(mappedRadii.x, half.x),
                                 std::min(mappedRadii.y, half.y) });
-    });
+    };
+    return addMixed(node, std::ref(add));
 }
 
 Played DeviceContext::rectangle(const RectD &given)

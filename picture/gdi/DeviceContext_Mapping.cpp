@@ -38,6 +38,7 @@ bool DeviceContext::extentsCount() const
 
 void DeviceContext::updateMapping()
 {
+    changePenLook();
     double x = 1, y = 1;
     if (const auto millimeters = millimetersOf(m_state.mapMode)) {
         x = *millimeters * m_device.pixelsX / m_device.millimetersX;

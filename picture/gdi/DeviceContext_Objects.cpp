@@ -152,14 +152,16 @@ Played DeviceContext::selectObject(uint32_t handle)
     if (chosen == nullptr || std::holds_alternative<std::monostate>(*chosen))
         return kNoObject;
     // What is selected is a copy: that it is deleted while selected changes nothing.
-    if (const auto *pen = std::get_if<Pen>(chosen))
+    if (const auto *pen = std::get_if<Pen>(chosen)) {
         m_state.pen = *pen;
-    else if (const auto *brush = std::get_if<Brush>(chosen))
+        changePenLook();
+    } else if (const auto *brush = std::get_if<Brush>(chosen)) {
         m_state.brush = *brush;
-    else if (const auto *font = std::get_if<Font>(chosen))
+    } else if (const auto *font = std::get_if<Font>(chosen)) {
         m_state.font = std::make_shared<const Font>(*font);
-    else
+    } else {
         return kNeutral; // palettes are selected in a way of their own
+    }
     return kDone;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <numbers>
 
 namespace svgtool::picture {
@@ -114,17 +115,19 @@ Played DeviceContext::paint(const Path &path, uint8_t parts, bool isEvenOdd)
         node.fill = fillPaint();
     Affine place = m_device.toPicture;
     if ((parts & kStroke) != 0 && hasPen()) {
-        const Nib nib = this->nib(parts);
+        const UsedPen &pen = usePen(parts, path.verbs().back() == Path::Verb::Close);
+        const Nib &nib = pen.nib;
         place = place.then(Affine::translation(nib.offset.x, nib.offset.y));
         const bool isShaped = !nib.shape.isIdentity();
         if (isShaped && node.fill != kNone)
             node.fill = m_builder.paint(unshaped(m_builder.scene().paints[node.fill], nib.shape));
-        node.stroke = penStroke(nib, path.verbs().back() == Path::Verb::Close);
+        node.stroke = pen.stroke;
         node.transform = m_builder.transform(nib.shape);
         if (isShaped)
             place = place.then(nib.shape.inverse().value_or(Affine()));
     }
-    return addMixed(node, [&](const Node &part) { m_builder.add(part, path, place); });
+    const auto add = [&](const Node &part) { m_builder.add(part, path, place); };
+    return addMixed(node, std::ref(add)); // which takes no memory of its own
 }
 
 void DeviceContext::fillBox(const RectD &box, Color color)

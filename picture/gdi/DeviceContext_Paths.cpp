@@ -118,8 +118,9 @@ Played DeviceContext::widenPath()
         spendPoints(limits::kPointsOfOutlines);
         return kTooManyPoints;
     }
-    const Nib nib = this->nib(kStroke);
-    const Stroke stroke = m_builder.scene().strokes[penStroke(nib, false)];
+    const UsedPen &pen = usePen(kStroke, false);
+    const Nib &nib = pen.nib;
+    const Stroke stroke = m_builder.scene().strokes[pen.stroke];
     const Affine toNib = m_device.toPicture.then(Affine::translation(nib.offset.x, nib.offset.y))
                                  .then(nib.shape.inverse().value_or(Affine()));
     const Affine fromPicture = m_device.toPicture.inverse().value_or(Affine());

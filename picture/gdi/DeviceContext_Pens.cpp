@@ -117,4 +117,17 @@ Index DeviceContext::penStroke(const Nib &nib, bool isClosed)
     return m_builder.stroke(stroke);
 }
 
+const DeviceContext::UsedPen &DeviceContext::usePen(uint8_t parts, bool isClosed)
+{
+    const bool isFramed = (parts & kFramed) != 0;
+    const bool isSame = m_usedPen.look == m_state.penLook && m_usedPen.isFramed == isFramed
+            && m_usedPen.isClosed == isClosed;
+    // Other brushes depend on more, and on images that may be taken back.
+    if (!isSame || m_state.pen.brush.kind != Brush::Kind::Solid) {
+        const Nib nib = this->nib(parts);
+        m_usedPen = { m_state.penLook, isFramed, isClosed, nib, penStroke(nib, isClosed) };
+    }
+    return m_usedPen;
+}
+
 } // namespace svgtool::picture

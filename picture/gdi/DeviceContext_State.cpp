@@ -51,12 +51,14 @@ Played DeviceContext::setBackgroundMode(uint32_t mode)
     if (mode != kTransparent && mode != kOpaque)
         return notDone("there is no such background mode");
     m_state.isOpaque = mode == kOpaque;
+    changePenLook();
     return kDone;
 }
 
 Played DeviceContext::setBackgroundColor(Color color)
 {
     m_state.backgroundColor = color;
+    changePenLook();
     return kDone;
 }
 
@@ -86,6 +88,7 @@ Played DeviceContext::setRop2(uint32_t mode)
     if (mode < 1 || mode > 16)
         return notDone("there is no such mix mode");
     m_state.rop2 = mode;
+    changePenLook();
     return kDone;
 }
 
@@ -94,6 +97,7 @@ Played DeviceContext::setMiterLimit(double limit)
     if (!(limit >= 1) || !std::isfinite(limit))
         return notDone("no miter has such a limit");
     m_state.miterLimit = limit;
+    changePenLook();
     return kDone;
 }
 

@@ -133,6 +133,7 @@ struct State
     uint32_t layout = 0; ///< LAYOUT_ bits
     Affine toDevice; ///< logical to device units, made of the above
     Pen pen;
+    uint64_t penLook = 0; ///< another number whenever the same pen may look different
     Brush brush;
     std::shared_ptr<const Font> font;
     Color textColor;
