@@ -42,9 +42,17 @@ void SvgDocument::content(std::u16string_view text)
 
 void SvgDocument::attribute(std::string_view name, double length)
 {
-    m_text.append(' ', name, "=\"");
-    number(length);
-    m_text.append('"');
+    constexpr int64_t kMarkup = 4;
+    m_text.write(int64_t(name.size()) + kMarkup + Numbers::kMostLength, [&](char *out) {
+        bool hasPoint = false;
+        *out++ = ' ';
+        out = std::copy(name.begin(), name.end(), out);
+        *out++ = '=';
+        *out++ = '"';
+        out = m_grid.put(out, m_grid.steps(length), hasPoint);
+        *out++ = '"';
+        return out;
+    });
 }
 
 void SvgDocument::attribute(std::string_view name, std::string_view markup)

@@ -192,6 +192,10 @@ namespace {
         void divide(size_t begin, size_t end, const Style &outer)
         {
             while (begin < end) {
+                if (hasAllSaid(m_styles[begin], outer)) {
+                    begin = m_styles.endOfAlike(begin, end);
+                    continue;
+                }
                 const Group group = bestFrom(begin, end, outer);
                 if (group.end == group.begin) {
                     ++begin;
@@ -201,6 +205,16 @@ namespace {
                 divide(group.begin, group.end, valuesOf(group, outer));
                 begin = group.end;
             }
+        }
+
+        // Whether elements of a style say nothing themselves.
+        bool hasAllSaid(const Style &style, const Style &outer) const
+        {
+            for (size_t i = 0; i < kProperties; ++i) {
+                if (outer[i] == SvgStyles::kAny && m_costs[style[i]] > 0)
+                    return false;
+            }
+            return true;
         }
 
         Group bestFrom(size_t begin, size_t end, const Style &outer) const
@@ -216,8 +230,9 @@ namespace {
                 const size_t alike = m_styles.endOfAlike(i, end);
                 common.add(m_styles[i], 1);
                 const int64_t first = common.saved();
-                common.add(m_styles[i], uint32_t(alike - i - 1));
-                const int64_t last = common.saved();
+                if (alike > i + 1)
+                    common.add(m_styles[i], uint32_t(alike - i - 1));
+                const int64_t last = alike > i + 1 ? common.saved() : first;
                 if (last > most) {
                     const int64_t each = last > first ? (last - first) / int64_t(alike - i - 1) : 1;
                     const size_t better = first > most ? i : i + 1 + size_t((most - first) / each);
