@@ -24,6 +24,8 @@ namespace {
 
         void joinAll()
         {
+            if (std::ranges::none_of(m_scene.nodes, [this](auto &node) { return isPixel(node); }))
+                return;
             const std::vector<Node> nodes = std::move(m_scene.nodes);
             m_scene.nodes.clear();
             for (size_t i = 0; i < nodes.size();) {
