@@ -342,7 +342,7 @@ namespace {
         const char *const wanted = std::getenv("SVGTOOL_ROUNDS");
         const size_t rounds = wanted ? std::strtoul(wanted, nullptr, 10) : 1;
         const char *const folder =
-                wanted ? SVGTOOL_SHARED_DIR "/corpus" : SVGTOOL_SHARED_DIR "/reference/gdi/emf";
+                wanted ? SVGTOOL_SHARED_DIR "/corpus" : SVGTOOL_SHARED_DIR "/reference";
         for (const auto &[path, bytes] : metafilesBelow({ SVGTOOL_SAMPLES_DIR, folder }))
             files.emplace_back(bytes, draw(bytes).document);
         ASSERT_GE(files.size(), 3U);
