@@ -156,9 +156,10 @@ namespace {
             std::swap(a, b);
         const int32_t first = firstCentre(a.y, within.top, within.bottom);
         const int32_t end = firstCentre(b.y, within.top, within.bottom);
-        if (size_t(end - first) > left)
+        const auto rows = size_t(int64_t(end) - first);
+        if (rows > left)
             return false;
-        left -= size_t(end - first);
+        left -= rows;
         for (int32_t row = first; row < end; ++row) {
             const double x = a.x + (b.x - a.x) * ((row + 0.5 - a.y) / (b.y - a.y));
             crossings.push_back({ row, firstCentre(x, within.left, within.right), turn });
