@@ -13,12 +13,14 @@ fi
 out=$(mktemp -d)
 trap 'rm -rf "$out"' EXIT
 
+environment=() # of the tool
+
 # Converts all files with the tool of PRESET, with the further arguments, and prints one sum for
 # each document.
 documents() {
     rm -rf "$out/svg"
     # Some of the files are damaged, so the status tells nothing.
-    "build/$1/cli/metafile2svg" -q -r --force "${@:2}" -o "$out/svg/" \
+    env "${environment[@]}" "build/$1/cli/metafile2svg" -q -r --force "${@:2}" -o "$out/svg/" \
         samples ../shared/corpus ../shared/reference >"$out/messages" 2>&1 || true
     (cd "$out/svg" && find . -type f -print0 | sort -z | xargs -0 sha256sum)
 }
@@ -46,7 +48,9 @@ for preset in "$@"; do
 done
 for language in tr_TR de_DE; do
     localedef -i "$language" -f UTF-8 "$out/$language.UTF-8" >/dev/null 2>&1
-    LOCPATH=$out LC_ALL=$language.UTF-8 compare .picture "$1" -j 1
+    environment=(LOCPATH="$out" LC_ALL="$language.UTF-8")
+    compare .picture "$1" -j 1
 done
+environment=()
 compare .picture "$1" -j 32
 exit "$status"
