@@ -27,6 +27,7 @@ namespace {
         k48bppRgb = 0x0010300C,
         k64bppArgb = 0x0034400D,
         k64bppPargb = 0x001A400E,
+        k64bppPargbOfGdiplus = 0x001C400E, // as its headers have it
     };
 
     uint32_t widened(uint32_t value, uint32_t most)
@@ -103,7 +104,7 @@ namespace {
             return takeDeep(fields, false, false);
         case k64bppArgb:
             return takeDeep(fields, true, false);
-        default: // k64bppPargb
+        default: // k64bppPargb, k64bppPargbOfGdiplus
             return takeDeep(fields, true, true);
         }
     }
@@ -118,7 +119,7 @@ namespace {
         constexpr uint32_t kDirect[] = { k16bppGrayScale, k16bppRgb555, k16bppRgb565,
                                          k16bppArgb1555,  k24bppRgb,    k32bppRgb,
                                          k32bppArgb,      k32bppPargb,  k48bppRgb,
-                                         k64bppArgb,      k64bppPargb };
+                                         k64bppArgb,      k64bppPargb,  k64bppPargbOfGdiplus };
         return isIndexed(format) || std::ranges::find(kDirect, format) != std::end(kDirect);
     }
 
@@ -177,7 +178,8 @@ std::optional<Bitmap> decodeBitmap(const plus::PixelBitmap &bitmap)
             colour = takeColour(fields, bitmap.format);
         decoded.writeLine(y, line.data());
     }
-    if ((bitmap.format & plus::PixelFormatBit::kAlpha) == 0)
+    using namespace plus::PixelFormatBit;
+    if ((bitmap.format & (kAlpha | kPremultiplied)) == 0)
         decoded.dropAlpha();
     return decoded;
 }

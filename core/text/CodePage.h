@@ -25,7 +25,7 @@ public:
 
 private:
     int m_number = 0;
-    void *m_converter = nullptr; ///< iconv's, where that is asked
+    [[maybe_unused]] void *m_converter = nullptr; ///< iconv's, where that is asked
 };
 
 } // namespace svgtool

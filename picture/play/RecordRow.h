@@ -69,15 +69,15 @@ void playRecords(RecordRecovery records, uint32_t number, DeviceContext &context
         // At one that is cut they end.
         number += records.stop() == StopReason::None ? 1U : 0U;
     }
+    if (tally == nullptr)
+        return;
     noteDamage();
     for (const auto &[played, type, recordNumber, offset] : pending) {
         const Played last = context.isInexact(recordNumber) ? played : kDone;
         tally->noteWithin(type, last.outcome, offset, last.why);
     }
-    if (tally != nullptr) {
-        tally->begin(records.offset(), number);
-        tally->end(records.stop());
-    }
+    tally->begin(records.offset(), number);
+    tally->end(records.stop());
 }
 
 } // namespace svgtool::picture
