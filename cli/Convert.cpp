@@ -42,7 +42,9 @@ namespace {
         case Unpacking::Done:
             return QByteArray::fromStdString(contents);
         case Unpacking::TooLarge:
-            throw Failure{ name, QStringLiteral("its gzip data unpack to more than 1 GiB") };
+            throw Failure{ name,
+                           QStringLiteral("its gzip data unpack to more than 32 MiB and 32 "
+                                          "times their length") };
         case Unpacking::Damaged:
             break;
         }

@@ -976,7 +976,7 @@ def wmf_regions(n):
     return wmf(upto(n, [], lambda i: [reg(i), wrec(0x12C, w(0)), wrec(0x41B, w(*xy(), *xy())), wrec(0x1F0, w(0))]))
 @family
 def gz_zeros(n):
-    # as much as gzip can name
+    # more than is unpacked
     raw = emf(upto(min(n * 1000, 200_000_000), [], lambda i: rec(70, bytes(1 << 20))))
     return gzip.compress(raw, 9, mtime=0)
 @family
@@ -986,7 +986,18 @@ def gz_names(n):
     return b[:-4] + dw(0x3FFFFFFF)
 @family
 def gz_rects(n):
-    raw = emf(upto(n * 200, [], lambda i: rec(43, dw(1, 1, 50, 50)))) if n <= 1 << 20 else b'x'
+    # as much as is unpacked
+    raw = emf(upto(max(32_000_000, n * 32), [], lambda i: rec(43, dw(1, 1, 50, 50))))
+    return gzip.compress(raw, 9, mtime=0)
+@family
+def gz_boxes(n):
+    raw = emf(upto(max(32_000_000, n * 32), [], lambda i: rec(43, dw(*[x % 9 * 9 for x in (i, i // 9, i // 7, i // 5)]))))
+    return gzip.compress(raw, 9, mtime=0)
+@family
+def gz_texts(n):
+    text = 'A'.encode('utf-16le') * 2
+    def m(i): return rec(84, dw(0, 0, 9, 9, 1) + f(1, 1) + dw(i % 99, i % 77, 2, 76, 0, 0, 0, 9, 9, 0) + text)
+    raw = emf(upto(max(32_000_000, n * 32), [], m))
     return gzip.compress(raw, 9, mtime=0)
 
 # -- measuring

@@ -306,7 +306,7 @@ const char *describe(PictureError error) noexcept
     case PictureError::DamagedGzip:
         return "its gzip data are damaged";
     case PictureError::TooLarge:
-        return "its gzip data unpack to more than 1 GiB";
+        return "its gzip data unpack to more than 32 MiB and 32 times their length";
     case PictureError::BadOptions:
         return "the options ask for a size, a limit or a prefix that is not allowed";
     case PictureError::OutOfMemory:

@@ -26,7 +26,7 @@ enum class PictureError {
     None, ///< there is one
     NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
     DamagedGzip, ///< the bytes begin as gzip's, and cannot be unpacked
-    TooLarge, ///< unpacked, the bytes are more than 1 GiB
+    TooLarge, ///< unpacked, the bytes are more than gzip may have packed
     BadOptions, ///< a size, a limit or a prefix that PictureOptions does not allow
     OutOfMemory,
     Internal, ///< a fault of this library; it should not happen
@@ -198,8 +198,8 @@ struct Picture
 /// @param options   nothing of them is kept
 /// @return a picture, or an error with nothing else set
 /// @note Throws nothing. May be called on any number of threads at once. Time and memory are in
-///       proportion to the metafile's size and that of the bitmaps in it. What is unpacked is no
-///       more than 1 GiB and 1100 times what came in.
+///       proportion to the metafile's size and that of the bitmaps in it. What gzip has
+///       packed is no more than 32 MiB, or 32 times what came in if that is more, and 1 GiB.
 SVGTOOL_PICTURE_EXPORT Picture drawMetafile(std::span<const std::byte> metafile,
                                             const PictureOptions &options = {}) noexcept;
 

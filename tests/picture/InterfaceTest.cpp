@@ -1,3 +1,4 @@
+#include "core/base/Gzip.h"
 #include "picture/api/picture.h"
 #include "picture/api/picture.hpp"
 #include "support/Corpus.h"
@@ -255,6 +256,18 @@ namespace {
         EXPECT_EQ(draw(packed + "more").document, document);
         EXPECT_EQ(draw(packed.left(packed.size() - 1)).error, PictureError::DamagedGzip);
         EXPECT_EQ(draw(QByteArray(packed).replace(50, 1, "!")).error, PictureError::DamagedGzip);
+    }
+
+    TEST(Gzip, IsRefusedWhereItIsToBecomeHuge)
+    {
+        const auto errorOf = [](size_t mebibytes) {
+            const std::string zeros(mebibytes << 20, '\0');
+            return draw(QByteArray::fromStdString(
+                                packGzip({ zeros.data(), int64_t(zeros.size()) })))
+                    .error;
+        };
+        EXPECT_EQ(errorOf(32), PictureError::NotAMetafile); // which it is when it is unpacked
+        EXPECT_EQ(errorOf(33), PictureError::TooLarge);
     }
 
     TEST(PictureText, StaysTextWhereItHasNoOutlines)

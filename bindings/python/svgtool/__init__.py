@@ -27,7 +27,7 @@ class Error(Exception):
 
 
 class NotAMetafile(Error, ValueError):
-    """The bytes are no metafile, or what gzip has packed is damaged or larger than 1 GiB."""
+    """The bytes are no metafile, or what gzip has packed is damaged or too large."""
 
 
 class BadOptions(Error, ValueError):
