@@ -58,6 +58,8 @@ inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 /// Pixels that the run-length encoded bitmaps of a document have beyond those that their bytes
 /// paint, in all.
 inline constexpr int64_t kRunLengthPixels = int64_t(64) << 20;
+/// The same in a picture, which may mix them: 16 Mi of them take a second then.
+inline constexpr int64_t kRunLengthPixelsOfPicture = int64_t(24) << 20;
 /// Pixels of a bitmap that is enlarged to those of the picture, and of all of them. Enlarging is
 /// for small ones, whose copies compress to little, and must not cost more than the rest.
 inline constexpr int64_t kEnlargedPixels = int64_t(1) << 20;

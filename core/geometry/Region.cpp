@@ -133,13 +133,32 @@ namespace {
                 && inner.bottom <= outer.bottom;
     }
 
-    // Where the border of a path crosses the middle of a row.
-    struct Crossing
+    // Where the border of a path crosses the middle of a row, as a number that ascends with the
+    // row, and with the first column whose centre lies behind it: there may be millions of them.
+    class Crossing
     {
-        int32_t row, column; ///< the first column whose centre lies behind it
-        int32_t turn; ///< 1 downwards, -1 upwards
+    public:
+        Crossing(int32_t row, int32_t column, bool isDown, const RectI &within)
+            : m_bits((uint64_t(int64_t(row) - within.top) << 32
+                      | uint32_t(int64_t(column) - within.left))
+                             << 1
+                     | uint64_t(isDown))
+        {
+        }
 
-        auto operator<=>(const Crossing &) const = default;
+        int32_t row(const RectI &within) const
+        {
+            return int32_t(within.top + int64_t(m_bits >> 33));
+        }
+        int32_t column(const RectI &within) const
+        {
+            return int32_t(within.left + int64_t(uint32_t(m_bits >> 1)));
+        }
+        int32_t turn() const { return (m_bits & 1) != 0 ? 1 : -1; }
+        bool operator<(const Crossing &other) const { return m_bits < other.m_bits; }
+
+    private:
+        uint64_t m_bits; ///< 31 of the row, 32 of the column, 1 of the turn
     };
 
     int32_t firstCentre(double from, int32_t least, int32_t most)
@@ -151,8 +170,8 @@ namespace {
     bool addCrossings(PointD a, PointD b, const RectI &within, size_t &left,
                       std::vector<Crossing> &crossings)
     {
-        const int32_t turn = a.y < b.y ? 1 : -1;
-        if (turn < 0)
+        const bool isDown = a.y < b.y;
+        if (!isDown)
             std::swap(a, b);
         const int32_t first = firstCentre(a.y, within.top, within.bottom);
         const int32_t end = firstCentre(b.y, within.top, within.bottom);
@@ -162,7 +181,7 @@ namespace {
         left -= rows;
         for (int32_t row = first; row < end; ++row) {
             const double x = a.x + (b.x - a.x) * ((row + 0.5 - a.y) / (b.y - a.y));
-            crossings.push_back({ row, firstCentre(x, within.left, within.right), turn });
+            crossings.emplace_back(row, firstCentre(x, within.left, within.right), isDown, within);
         }
         return true;
     }
@@ -194,7 +213,7 @@ namespace {
         lineTo(start);
         if (!fits)
             return std::nullopt;
-        std::ranges::sort(crossings);
+        std::sort(crossings.begin(), crossings.end());
         return crossings;
     }
 
@@ -258,30 +277,36 @@ std::optional<Region> Region::of(std::span<const RectI> rects)
 std::optional<Region> Region::ofPath(const Path &path, bool isEvenOdd, const RectI &within,
                                      size_t &crossings)
 {
-    const auto found = crossingsOf(path, within, crossings);
+    const RectD box = path.bounds();
+    const RectI area{ within.left, firstCentre(box.top, within.top, within.bottom), within.right,
+                      firstCentre(box.bottom, within.top, within.bottom) };
+    // Figures so far from each other are no picture's, and have no numbers.
+    if (int64_t(area.bottom) - area.top > std::numeric_limits<int32_t>::max())
+        return std::nullopt;
+    const auto found = crossingsOf(path, area, crossings);
     if (!found)
         return std::nullopt;
     Region result;
     std::vector<RectI> &out = result.m_rects;
     size_t band = 0; // where the last band begins
-    for (auto row = found->begin(); row != found->end();) {
+    for (auto at = found->begin(); at != found->end();) {
         const size_t start = out.size();
+        const int32_t row = at->row(area);
         int32_t winding = 0;
-        auto at = row;
-        for (; at != found->end() && at->row == row->row; ++at) {
+        for (; at != found->end() && at->row(area) == row; ++at) {
+            const int32_t column = at->column(area);
             const bool wasInside = isEvenOdd ? winding % 2 != 0 : winding != 0;
-            winding += at->turn;
+            winding += at->turn();
             const bool isInside = isEvenOdd ? winding % 2 != 0 : winding != 0;
-            if (!wasInside && isInside && out.size() > start && out.back().right == at->column)
+            if (!wasInside && isInside && out.size() > start && out.back().right == column)
                 continue; // it goes on where the one before has ended
             if (!wasInside && isInside)
-                out.push_back({ at->column, at->row, at->column, at->row + 1 });
+                out.push_back({ column, row, column, row + 1 });
             else if (wasInside && !isInside)
-                out.back().right = at->column;
+                out.back().right = column;
         }
         const auto fresh = out.begin() + std::ptrdiff_t(start);
         out.erase(std::remove_if(fresh, out.end(), std::mem_fn(&RectI::isEmpty)), out.end());
-        row = at;
         if (out.size() > kMostRects)
             return std::nullopt;
         if (continuesBand(out, band, start)) {

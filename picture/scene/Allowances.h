@@ -17,7 +17,7 @@ struct Allowances
     size_t pointsOfOutlines = limits::kPointsOfOutlines;
     size_t meshPieces = limits::kAllMeshPieces;
     size_t dashes = limits::kDashes;
-    int64_t runLengthPixels = limits::kRunLengthPixels;
+    int64_t runLengthPixels = limits::kRunLengthPixelsOfPicture;
     int64_t brushPixels = limits::kAllEnlargedPixels; ///< of brushes that are mixed with pixels
     double gradientPixels = limits::kGradientPixels;
     int64_t floodSteps = limits::kFloodSteps;
