@@ -15,8 +15,8 @@ enum class Unpacking {
     TooLarge, ///< there is more in it than is taken
 };
 
-/// Unpacks what gzip has packed, as far as it is no more than 32 MiB, or 32 times @p file if that is
-/// more, and 1 GiB. Bytes behind its end are ignored.
+/// Unpacks what gzip has packed, as far as it is no more than 32 MiB, or 32 times @p file if that
+/// is more, and 1 GiB. Bytes behind its end are ignored.
 /// @param file        one for which isGzip() holds
 /// @param[out] bytes  what was packed; of no use unless done
 /// @note May throw std::bad_alloc.
