@@ -69,6 +69,13 @@ namespace {
         size_t next[2] = {}; // end 2 * side + 0 or 1 that a level line leads to
     };
 
+    // Where an edge crosses the lines around a row, or one line within it.
+    struct Crossed
+    {
+        double top, bottom;
+        size_t edge;
+    };
+
     // Goes down row by row. Within a row no edge ends and none crosses another.
     class Sweep
     {
@@ -86,6 +93,8 @@ namespace {
         bool isInside(int32_t a, int32_t b) const;
         bool findRows(double top, double bottom, size_t &work, std::vector<double> &rows);
         void row(double top, double bottom);
+        void cross(double top, double bottom);
+        void takeOrder();
         void link(double y, const std::vector<Side> &below);
 
         std::vector<Edge> m_edges;
@@ -93,6 +102,7 @@ namespace {
         bool m_isEvenOdd[2];
         std::vector<size_t> m_lastSides; // of each edge
         std::vector<size_t> m_active; // edges, from the left
+        std::vector<Crossed> m_crossed; // the same where they are sorted; kept for its memory
         std::vector<Side> m_sides;
         std::vector<size_t> m_open; // sides that end where the next row begins
     };
@@ -114,33 +124,48 @@ namespace {
         return false;
     }
 
+    // Sorts the edges by where they cross two lines.
+    void Sweep::cross(double top, double bottom)
+    {
+        m_crossed.clear();
+        for (const size_t edge : m_active)
+            m_crossed.push_back({ m_edges[edge].at(top), m_edges[edge].at(bottom), edge });
+        std::ranges::sort(m_crossed, [](const Crossed &a, const Crossed &b) {
+            return a.top < b.top || (a.top == b.top && a.bottom < b.bottom);
+        });
+    }
+
+    // The edges stand as they were found to cross.
+    void Sweep::takeOrder()
+    {
+        for (size_t i = 0; i < m_crossed.size(); ++i)
+            m_active[i] = m_crossed[i].edge;
+    }
+
     // Where edges cross between two lines; both lines are in the list.
     bool Sweep::findRows(double top, double bottom, size_t &work, std::vector<double> &rows)
     {
         rows = { top, bottom };
-        std::ranges::sort(m_active, {}, [&](size_t edge) {
-            return std::pair(m_edges[edge].at(top), m_edges[edge].at(bottom));
-        });
+        cross(top, bottom);
         // Sorted by their ends, those change places that cross.
-        for (size_t i = 1; i < m_active.size(); ++i) {
-            const size_t moved = m_active[i];
-            const Edge &edge = m_edges[moved];
+        for (size_t i = 1; i < m_crossed.size(); ++i) {
+            const Crossed moved = m_crossed[i];
             size_t place = i;
-            for (; place > 0 && m_edges[m_active[place - 1]].at(bottom) > edge.at(bottom);
-                 --place) {
-                const Edge &other = m_edges[m_active[place - 1]];
-                const double above = edge.at(top) - other.at(top);
-                const double below = other.at(bottom) - edge.at(bottom);
+            for (; place > 0 && m_crossed[place - 1].bottom > moved.bottom; --place) {
+                const Crossed &other = m_crossed[place - 1];
+                const double above = moved.top - other.top;
+                const double below = other.bottom - moved.bottom;
                 const double y = top + (bottom - top) * (above / (above + below));
                 if (top < y && y < bottom)
                     rows.push_back(y);
-                m_active[place] = m_active[place - 1];
+                m_crossed[place] = other;
                 if (work <= 1)
                     return false;
                 --work;
             }
-            m_active[place] = moved;
+            m_crossed[place] = moved;
         }
+        takeOrder();
         std::ranges::sort(rows);
         rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
         const size_t cost = rows.size() * m_active.size();
@@ -153,7 +178,8 @@ namespace {
     void Sweep::row(double top, double bottom)
     {
         const double middle = top + (bottom - top) / 2;
-        std::ranges::sort(m_active, {}, [&](size_t edge) { return m_edges[edge].at(middle); });
+        cross(middle, middle);
+        takeOrder();
         std::vector<Side> sides;
         int32_t turns[2] = {};
         for (const size_t number : m_active) {
