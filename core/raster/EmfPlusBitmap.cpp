@@ -27,7 +27,7 @@ namespace {
         k48bppRgb = 0x0010300C,
         k64bppArgb = 0x0034400D,
         k64bppPargb = 0x001A400E,
-        k64bppPargbOfGdiplus = 0x001C400E, // as its headers have it
+        k64bppPargbByBits = 0x001C400E, // with the one of alpha, as 32 bits have it
     };
 
     uint32_t widened(uint32_t value, uint32_t most)
@@ -104,7 +104,7 @@ namespace {
             return takeDeep(fields, false, false);
         case k64bppArgb:
             return takeDeep(fields, true, false);
-        default: // k64bppPargb, k64bppPargbOfGdiplus
+        default: // k64bppPargb, k64bppPargbByBits
             return takeDeep(fields, true, true);
         }
     }
@@ -119,7 +119,7 @@ namespace {
         constexpr uint32_t kDirect[] = { k16bppGrayScale, k16bppRgb555, k16bppRgb565,
                                          k16bppArgb1555,  k24bppRgb,    k32bppRgb,
                                          k32bppArgb,      k32bppPargb,  k48bppRgb,
-                                         k64bppArgb,      k64bppPargb,  k64bppPargbOfGdiplus };
+                                         k64bppArgb,      k64bppPargb,  k64bppPargbByBits };
         return isIndexed(format) || std::ranges::find(kDirect, format) != std::end(kDirect);
     }
 

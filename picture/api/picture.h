@@ -34,7 +34,7 @@ typedef enum svgtool_error {
     SVGTOOL_ERROR_NONE = 0, /**< there is one */
     SVGTOOL_ERROR_NOT_A_METAFILE = 1, /**< the bytes begin neither as an EMF nor as a WMF */
     SVGTOOL_ERROR_DAMAGED_GZIP = 2, /**< they begin as gzip's, and cannot be unpacked */
-    SVGTOOL_ERROR_TOO_LARGE = 3, /**< unpacked, they are more than gzip may have packed */
+    SVGTOOL_ERROR_TOO_LARGE = 3, /**< they unpack to over 32 MiB and 32 times their length */
     SVGTOOL_ERROR_BAD_OPTIONS = 4, /**< what svgtool_options does not allow */
     SVGTOOL_ERROR_OUT_OF_MEMORY = 5,
     SVGTOOL_ERROR_INTERNAL = 6 /**< a fault of this library; it should not happen */

@@ -26,7 +26,7 @@ enum class PictureError {
     None, ///< there is one
     NotAMetafile, ///< the bytes begin neither as an EMF nor as a WMF
     DamagedGzip, ///< the bytes begin as gzip's, and cannot be unpacked
-    TooLarge, ///< unpacked, the bytes are more than gzip may have packed
+    TooLarge, ///< what gzip has packed is more than 32 MiB and 32 times the bytes
     BadOptions, ///< a size, a limit or a prefix that PictureOptions does not allow
     OutOfMemory,
     Internal, ///< a fault of this library; it should not happen
