@@ -49,12 +49,11 @@ namespace {
 Mixture::Mixture(MixedTransfer transfer) : m_size(transfer.source.size())
 {
     m_transfers.push_back(std::move(transfer));
-    judge();
 }
 
-void Mixture::judge()
+Mixture::Kind Mixture::kind() const
 {
-    m_isPlain = m_isSaturated = m_isUnion = m_isDisjoint = true;
+    Kind kind;
     Lines lines(*this);
     std::optional<PixelMixture> last; // neighbours are often alike
     for (int32_t y = 0; y < m_size.height; ++y) {
@@ -62,14 +61,15 @@ void Mixture::judge()
             if (pixel == last)
                 continue;
             last = pixel;
-            m_isPlain = m_isPlain && (pixel.isOpaque() || pixel.isNothing());
-            m_isUnion = m_isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
-            m_isDisjoint = m_isDisjoint && (pixel.keep & pixel.flip) == 0;
+            kind.isPlain = kind.isPlain && (pixel.isOpaque() || pixel.isNothing());
+            kind.isUnion = kind.isUnion && (pixel.keep ^ pixel.flip) == kColourBits;
+            kind.isDisjoint = kind.isDisjoint && (pixel.keep & pixel.flip) == 0;
             // A channel that keeps nothing is painted, whatever its colour.
-            m_isSaturated = m_isSaturated && isSaturatedColour(pixel.keep)
+            kind.isSaturated = kind.isSaturated && isSaturatedColour(pixel.keep)
                     && isSaturatedColour(pixel.flip & pixel.keep);
         }
     }
+    return kind;
 }
 
 void Mixture::then(Mixture next)
@@ -77,7 +77,6 @@ void Mixture::then(Mixture next)
     m_size = { std::max(m_size.width, next.m_size.width),
                std::max(m_size.height, next.m_size.height) };
     std::ranges::move(next.m_transfers, std::back_inserter(m_transfers));
-    judge();
 }
 
 Bitmap Mixture::bitmapOf(Argb PixelMixture::*colour) const
@@ -106,11 +105,18 @@ Mixture::Lines::Lines(const Mixture &mixture)
 
 const std::vector<PixelMixture> &Mixture::Lines::at(int32_t y)
 {
-    std::ranges::fill(m_pixels, PixelMixture());
+    bool isOther = false;
     for (Transfer &transfer : m_transfers) {
         const int32_t line = nearest(y, transfer.from->source.height(), m_height);
-        if (transfer.line != line)
+        if (transfer.line != line) {
             read(transfer, line);
+            isOther = true;
+        }
+    }
+    if (!isOther) // it is enlarged
+        return m_pixels;
+    std::ranges::fill(m_pixels, PixelMixture());
+    for (const Transfer &transfer : m_transfers) {
         for (size_t x = 0; x < m_pixels.size(); ++x)
             m_pixels[x] = m_pixels[x].then(transfer.pixels[size_t(transfer.columns[x])]);
     }
@@ -127,20 +133,28 @@ void Mixture::Lines::read(Transfer &transfer, int32_t line)
     from.source.readLine(line, m_source.data());
     if (!from.pattern.isNull())
         from.pattern.readLine(line, m_pattern.data());
-    Argb pattern = m_pattern[0]; // neighbours are often alike
+    const bool isMasked = !from.mask.isNull(), isPatterned = !from.pattern.isNull();
+    const auto maskAt = [&](size_t x) {
+        return isMasked ? from.mask.indexAt(int32_t(x), line) : uint8_t(1);
+    };
+    Argb pattern = m_pattern[0];
     std::array mixers{ BySource(from.outside, pattern), BySource(from.operation, pattern) };
-    for (size_t x = 0; x < width; ++x) {
+    const auto mixtureAt = [&](size_t x) {
         // What run lengths skip, and what a hatch leaves alone.
-        if (alphaOf(m_source[x]) == 0 || (!from.pattern.isNull() && alphaOf(m_pattern[x]) == 0)) {
-            transfer.pixels[x] = PixelMixture();
-            continue;
-        }
+        if (alphaOf(m_source[x]) == 0 || (isPatterned && alphaOf(m_pattern[x]) == 0))
+            return PixelMixture();
         if (m_pattern[x] != pattern) {
             pattern = m_pattern[x];
             mixers = { BySource(from.outside, pattern), BySource(from.operation, pattern) };
         }
-        const size_t which = from.mask.isNull() ? 1 : from.mask.indexAt(int32_t(x), line);
-        transfer.pixels[x] = mixers[which].of(m_source[x]);
+        return mixers[maskAt(x)].of(m_source[x]);
+    };
+    transfer.pixels[0] = mixtureAt(0);
+    for (size_t x = 1; x < width; ++x) {
+        const bool isLikeLast = m_source[x] == m_source[x - 1]
+                && (!isPatterned || m_pattern[x] == m_pattern[x - 1])
+                && (!isMasked || maskAt(x) == maskAt(x - 1));
+        transfer.pixels[x] = isLikeLast ? transfer.pixels[x - 1] : mixtureAt(x);
     }
 }
 

@@ -83,15 +83,21 @@ public:
     /// How many transfers it is made of. Each pixel takes the time of all of them.
     size_t depth() const { return m_transfers.size(); }
 
-    /// Whether no pixel depends on what lies beneath, but for those that leave it alone.
-    bool isPlain() const { return m_isPlain; }
-    /// Whether all bits of each channel that depends on what lies beneath depend alike, so that
-    /// multiplying, adding and taking differences do the same as the bits.
-    bool isSaturated() const { return m_isSaturated; }
-    /// Whether it is OR with the colours of flip(), and whether what is flipped is not kept: then
-    /// it is added.
-    bool isUnion() const { return m_isUnion; }
-    bool isDisjoint() const { return m_isDisjoint; }
+    /// What holds for all pixels.
+    struct Kind
+    {
+        /// None depends on what lies beneath, but for those that leave it alone.
+        bool isPlain = true;
+        /// All bits of each channel that depends on what lies beneath depend alike, so that
+        /// multiplying, adding and taking differences do the same as the bits.
+        bool isSaturated = true;
+        /// It is OR with the colours of flip().
+        bool isUnion = true;
+        /// What is flipped is not kept: it is added.
+        bool isDisjoint = true;
+    };
+    /// Looks at each pixel, of which it computes them all.
+    Kind kind() const;
 
     /// Computes the pixels of one line after the other.
     class Lines
@@ -146,13 +152,10 @@ public:
     Bitmap flip() const { return bitmapOf(&PixelMixture::flip); }
 
 private:
-    void judge();
     Bitmap bitmapOf(Argb PixelMixture::*colour) const;
 
     std::vector<MixedTransfer> m_transfers;
     IntSize m_size;
-    bool m_isPlain = false, m_isSaturated = false;
-    bool m_isUnion = false, m_isDisjoint = false;
 };
 
 /// As many pixels of @p bitmap as @p size has, each the one whose place its centre has: what GDI

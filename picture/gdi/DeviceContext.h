@@ -55,8 +55,9 @@ public:
     /// From now on letters are drawn by their outlines, as far as there are any.
     void drawOutlines() { m_drawsOutlines = true; }
     /// The character set of texts whose fonts leave it to the system.
-    void setSystemCharSet(uint8_t charSet) { m_systemCharSet = charSet; }
-    uint8_t systemCharSet() const { return m_systemCharSet; }
+    /// @param find  tells it, once, when it is first asked for
+    void setSystemCharSet(std::function<uint8_t()> find) { m_findCharSet = std::move(find); }
+    uint8_t systemCharSet();
 
     // State.
     Played saveState();
@@ -316,7 +317,8 @@ private:
     Played paintMixture(Mixture mixture, const BlitPlace &place);
     Played addMixture(Mixture mixture, const BlitPlace &place);
     bool spendOnGrounds(Mixture &mixture, const BlitPlace &place, std::span<const Ground> grounds);
-    void addBlendedPixels(const Mixture &mixture, const BlitPlace &place);
+    void addBlendedPixels(const Mixture &mixture, const Mixture::Kind &kind,
+                          const BlitPlace &place);
 
     // What mixing twice takes back: DeviceContext_Inversions.cpp.
     struct Inverted
@@ -422,7 +424,8 @@ private:
     std::priority_queue<uint32_t, std::vector<uint32_t>, std::greater<>> m_freed;
     uint32_t m_record = 0;
     bool m_drawsOutlines = false;
-    uint8_t m_systemCharSet = 0;
+    std::function<uint8_t()> m_findCharSet;
+    std::optional<uint8_t> m_systemCharSet; ///< once it was asked for
     std::vector<ClipPath> m_clipPaths;
     Played m_shortfall; ///< of the record
     /// Brushes of bitmaps by what they show: theirs, and the colours where those are not.

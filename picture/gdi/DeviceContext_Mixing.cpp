@@ -382,7 +382,8 @@ Played DeviceContext::paintMixture(Mixture mixture, const BlitPlace &place)
 
 Played DeviceContext::addMixture(Mixture mixture, const BlitPlace &place)
 {
-    if (mixture.isPlain())
+    const Mixture::Kind kind = mixture.kind();
+    if (kind.isPlain)
         return paintPixels(mixture.over([](int32_t, int32_t) { return kBlack; }), place, 1);
     const RectD area = intersection(mapBounds(place.transform, place.box), m_device.view);
     const auto grounds = m_grounds.under(m_builder, area, visibleClip());
@@ -403,8 +404,8 @@ Played DeviceContext::addMixture(Mixture mixture, const BlitPlace &place)
                 overGrounds(mixture, m_builder.scene(), grounds, toBox.then(place.transform)),
                 place, 1);
     }
-    addBlendedPixels(mixture, place);
-    return mixture.isSaturated() ? kDone : kManyGrounds;
+    addBlendedPixels(mixture, kind, place);
+    return kind.isSaturated ? kDone : kManyGrounds;
 }
 
 // Gives a mixture as many pixels as the picture has there, where the ground is not of one colour.
@@ -432,7 +433,8 @@ bool DeviceContext::spendOnGrounds(Mixture &mixture, const BlitPlace &place,
     return true;
 }
 
-void DeviceContext::addBlendedPixels(const Mixture &mixture, const BlitPlace &place)
+void DeviceContext::addBlendedPixels(const Mixture &mixture, const Mixture::Kind &kind,
+                                     const BlitPlace &place)
 {
     const auto add = [&](Bitmap pixels, Blend blend) {
         const size_t first = m_builder.scene().nodes.size();
@@ -442,12 +444,12 @@ void DeviceContext::addBlendedPixels(const Mixture &mixture, const BlitPlace &pl
     };
     const auto is = [](const Bitmap &pixels, Argb colour) { return onlyColour(pixels) == colour; };
     Bitmap flip = mixture.flip();
-    if (mixture.isUnion())
+    if (kind.isUnion)
         return add(std::move(flip), Blend::Screen);
     if (Bitmap keep = mixture.keep(); !is(keep, kWhite))
         add(std::move(keep), Blend::Multiply);
     if (!is(flip, kBlack))
-        add(std::move(flip), mixture.isDisjoint() ? Blend::Screen : Blend::Difference);
+        add(std::move(flip), kind.isDisjoint ? Blend::Screen : Blend::Difference);
 }
 
 } // namespace svgtool::picture

@@ -14,6 +14,13 @@ DeviceContext::DeviceContext(const Device &device, size_t handles, SceneBuilder 
     updateMapping();
 }
 
+uint8_t DeviceContext::systemCharSet()
+{
+    if (!m_systemCharSet)
+        m_systemCharSet = m_findCharSet();
+    return *m_systemCharSet;
+}
+
 Played DeviceContext::saveState()
 {
     if (m_saved.size() == limits::kSavedStates) {

@@ -84,7 +84,7 @@ Played createFont(DeviceContext &dc, ByteView record)
             break;
         font.face += unit;
     }
-    font.charSet = textCharSet(font, dc.systemCharSet());
+    font.charSet = textCharSet(font);
     return dc.createObject(handle, font);
 }
 

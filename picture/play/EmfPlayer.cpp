@@ -258,7 +258,7 @@ void EmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *
 {
     uint32_t number = 2; // the header is the first
     const RecordRecovery records(file, facts);
-    m_context.setSystemCharSet(systemCharSet(records, MetafileFormat::Emf));
+    m_context.setSystemCharSet([=] { return systemCharSet(records, MetafileFormat::Emf); });
     playRecords(records, number, m_context, tally,
                 [&](const Record &record) { return play(record, number++, tally); });
     while (m_context.builder().groupDepth() > m_groupsBefore)

@@ -34,21 +34,21 @@ static void joinPairs(TextCharacters &text, ByteView bytes, uint8_t charSet)
 // Fonts that do not tell have the character set of the system; but what they are called may tell,
 // also where an old program calls any set ANSI. The bytes of a symbol font are codes of its own,
 // whatever set is asked for.
-uint8_t textCharSet(const Font &font, uint8_t ofSystem)
+uint8_t textCharSet(const Font &font)
 {
     if (symbolFont(font.face) != SymbolFont::None)
         return CharSet::kSymbol;
     const FaceName name = readFaceName(font.face);
     const bool isOneScript = name.family.size() < font.face.size();
     if (font.charSet == CharSet::kDefault)
-        return name.charSet != CharSet::kDefault ? name.charSet : ofSystem;
+        return name.charSet;
     return font.charSet == CharSet::kAnsi && isOneScript ? name.charSet : font.charSet;
 }
 
-void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc)
+void decodeCharacters(TextCharacters &text, ByteView bytes, DeviceContext &dc)
 {
     uint8_t charSet = dc.state().font->charSet;
-    if (charSet == CharSet::kDefault) // a stock font
+    if (charSet == CharSet::kDefault)
         charSet = dc.systemCharSet();
     text.units = decodeAsGdi(bytes, charSet);
     if (int64_t(text.units.size()) != bytes.size)

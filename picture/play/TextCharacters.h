@@ -18,12 +18,13 @@ struct TextCharacters
     std::vector<int32_t> rises; ///< likewise
 };
 
-/// The character set of a font's 8-bit texts, for the one that its record names.
-uint8_t textCharSet(const Font &font, uint8_t ofSystem);
+/// The character set of a font's 8-bit texts, for the one that its record names; that of the system
+/// stays CharSet::kDefault.
+uint8_t textCharSet(const Font &font);
 
 /// Text of 8-bit characters as the selected font reads it.
 /// @param text  with one advance for each byte, or none; its units are replaced
-void decodeCharacters(TextCharacters &text, ByteView bytes, const DeviceContext &dc);
+void decodeCharacters(TextCharacters &text, ByteView bytes, DeviceContext &dc);
 
 /// The name of a face in bytes, of which a font's character set does not always tell.
 std::u16string decodeFace(ByteView bytes, uint8_t charSet);

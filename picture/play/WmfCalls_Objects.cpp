@@ -44,7 +44,7 @@ Played createFont(DeviceContext &dc, ByteView record)
     const bool isSystems = font.charSet == CharSet::kDefault;
     font.face = decodeFace({ face.data(), int64_t(face.size()) },
                            isSystems ? dc.systemCharSet() : font.charSet);
-    font.charSet = textCharSet(font, dc.systemCharSet());
+    font.charSet = textCharSet(font);
     return dc.createInFreeSlot(font);
 }
 

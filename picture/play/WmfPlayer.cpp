@@ -136,7 +136,7 @@ Played WmfPlayer::play(uint32_t type, ByteView record)
 void WmfPlayer::playAll(ByteView file, const MetafileFacts &facts, RecordTally *tally)
 {
     const RecordRecovery records(file, facts);
-    m_context.setSystemCharSet(systemCharSet(records, facts.format));
+    m_context.setSystemCharSet([=] { return systemCharSet(records, facts.format); });
     playRecords(records, 1, m_context, tally,
                 [this](const Record &record) { return play(record.type, record.bytes); });
 }
