@@ -58,8 +58,9 @@ inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 /// Pixels that the run-length encoded bitmaps of a document have beyond those that their bytes
 /// paint, in all.
 inline constexpr int64_t kRunLengthPixels = int64_t(64) << 20;
-/// The same in a picture, which may mix them: 16 Mi of them take a second then.
-inline constexpr int64_t kRunLengthPixelsOfPicture = int64_t(24) << 20;
+/// The same in a picture, which may mix them, for some ten times as long: a page of 300 dots an inch
+/// has 8 Mi.
+inline constexpr int64_t kRunLengthPixelsOfPicture = int64_t(12) << 20;
 /// Pixels of a bitmap that is enlarged to those of the picture, and of all of them. Enlarging is
 /// for small ones, whose copies compress to little, and must not cost more than the rest.
 inline constexpr int64_t kEnlargedPixels = int64_t(1) << 20;
@@ -68,7 +69,7 @@ inline constexpr int64_t kAllEnlargedPixels = int64_t(8) << 20;
 /// for all areas of a document, and pixels mixed times the parts that they may lie in.
 inline constexpr size_t kGroundParts = 64;
 inline constexpr int64_t kGroundSteps = int64_t(1) << 25;
-inline constexpr int64_t kMixingSteps = int64_t(1) << 26;
+inline constexpr int64_t kMixingSteps = int64_t(1) << 25;
 
 /// Nodes and points that all floods of a document may look at.
 inline constexpr int64_t kFloodSteps = int64_t(1) << 24;
@@ -94,7 +95,7 @@ inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 
 /// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
 /// as many rows as their square.
-inline constexpr size_t kAreaWork = size_t(1) << 23;
+inline constexpr size_t kAreaWork = size_t(1) << 22;
 
 // Pens and brushes of EMF+.
 
@@ -111,6 +112,6 @@ inline constexpr size_t kClipWork = size_t(1) << 21;
 /// What a path among the clips takes beside its corners: it is a definition of the document.
 inline constexpr size_t kClipPathWork = 32;
 /// Rows of pixels that the lines of one path may cross where it becomes a region.
-inline constexpr size_t kClipCrossings = size_t(1) << 20;
+inline constexpr size_t kClipCrossings = size_t(1) << 19;
 
 } // namespace svgtool::limits
