@@ -29,6 +29,12 @@ public:
         const uint32_t low = byte();
         return (limit > 256 ? byte() << 8 | low : low) % limit;
     }
+    /// A byte below @p low, and one below @p high above it.
+    uint32_t word(uint32_t low, uint32_t high)
+    {
+        const uint32_t first = below(low); // compilers order operands as they like
+        return first | below(high) << 8;
+    }
     bool oneIn(uint32_t n) { return below(n) == 0; }
 
     /// Mostly a coordinate within a small picture or near it, at times any number.

@@ -38,7 +38,7 @@ QByteArray fontBytes(Choices &from)
 {
     return ByteWriter()
             .u16(int(from.below(4)))
-            .u16(int(from.below(2) | from.below(256) << 8))
+            .u16(int(from.word(2, 256)))
             .u16(int(from.below(256)))
             .u16(int(from.below(256) << 8))
             .result();
@@ -73,7 +73,7 @@ void addText(Choices &from, EmfBuilder &emf)
     ByteWriter body;
     body.u32s({ 0, 0, 0, 0, 1 + from.below(2) }).f32(1).f32(1);
     body.u32s({ from.number(), from.number(), count, kTextAt });
-    body.u32(from.below(256) | from.below(32) << 8 | (hasPairs ? 0x2000 : 0));
+    body.u32(from.word(256, 32) | (hasPairs ? 0x2000 : 0));
     body.u32s({ from.number(), from.number(), from.number(), from.number() });
     body.u32(hasAdvances ? advancesAt : 0);
     body.bytes(text.leftJustified(int(advancesAt) - kTextAt, '\0'));
@@ -163,7 +163,7 @@ void addText(Choices &from, WmfBuilder &wmf)
         wmf.record(0x0521, body.result());
         return;
     }
-    const int options = int(from.below(8) | from.below(64) << 8);
+    const int options = int(from.word(8, 64));
     body.u16s({ from.number(), from.number(), count, options });
     if ((options & 6) != 0)
         body.u16s({ from.number(), from.number(), from.number(), from.number() });
