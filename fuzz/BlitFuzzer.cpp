@@ -54,17 +54,18 @@ void addBlt(Choices &from, EmfBuilder &emf)
     const Dib mask = from.oneIn(2) ? Dib{} : dib(from);
     const auto extra = ByteWriter().u32s({ from.number(), from.number() }).result();
     const quint32 type = from.one({ 76U, 77U, 78U, 114U, 116U });
-    const qint64 rop = type == 114 ? from.below(256) << 16 | from.below(2) << 24 : operation(from);
+    const qint64 rop = type == 114 ? qint64(from.word(256, 2)) << 16 : operation(from);
+    const int32_t x = from.number(), y = from.number();
     emf.record(type,
-               blt(source, to, from.number(), from.number(), rop,
-                   type == 76 || type == 78 ? QByteArray() : extra, type == 78 ? mask : Dib{}));
+               blt(source, to, x, y, rop, type == 76 || type == 78 ? QByteArray() : extra,
+                   type == 78 ? mask : Dib{}));
 }
 
 void addStretchDib(Choices &from, EmfBuilder &emf)
 {
     const Dib source = dib(from);
-    const Box to = box(from);
-    emf.record(81, stretchDib(source, to, box(from), operation(from)));
+    const Box to = box(from), part = box(from);
+    emf.record(81, stretchDib(source, to, part, operation(from)));
 }
 
 void addOther(Choices &from, EmfBuilder &emf)

@@ -58,8 +58,8 @@ inline constexpr int64_t kNestedCost = 1024, kNestedSlotCost = 64;
 /// Pixels that the run-length encoded bitmaps of a document have beyond those that their bytes
 /// paint, in all.
 inline constexpr int64_t kRunLengthPixels = int64_t(64) << 20;
-/// The same in a picture, which may mix them, for some ten times as long: a page of 300 dots an inch
-/// has 8 Mi.
+/// The same in a picture, which may mix them, for some ten times as long: a page of 300 dots an
+/// inch has 8 Mi.
 inline constexpr int64_t kRunLengthPixelsOfPicture = int64_t(12) << 20;
 /// Pixels of a bitmap that is enlarged to those of the picture, and of all of them. Enlarging is
 /// for small ones, whose copies compress to little, and must not cost more than the rest.
