@@ -162,14 +162,44 @@ Index SceneBuilder::image(Image image)
     return number;
 }
 
-Index SceneBuilder::clip(const Clip &clip)
+template<class Value>
+static ByteView bytesOf(std::span<const Value> values)
 {
+    return { reinterpret_cast<const char *>(values.data()), int64_t(values.size_bytes()) };
+}
+
+static bool areSame(ByteView a, ByteView b)
+{
+    return std::ranges::equal(std::span(a.data, size_t(a.size)), std::span(b.data, size_t(b.size)));
+}
+
+// There may be many, which a key for each would double.
+Index SceneBuilder::clipAlone(Clip clip)
+{
+    const ByteView verbs = bytesOf(clip.path.verbs()), points = bytesOf(clip.path.points());
+    const uint64_t hash = hashOf(points, hashOf(verbs, clip.isEvenOdd ? 1 : 0));
+    for (auto [known, end] = m_clipsAlone.equal_range(hash); known != end; ++known) {
+        const Clip &other = m_scene.clips[known->second];
+        if (other.isEvenOdd == clip.isEvenOdd && areSame(bytesOf(other.path.verbs()), verbs)
+            && areSame(bytesOf(other.path.points()), points))
+            return known->second;
+    }
+    const auto number = Index(m_scene.clips.size());
+    m_clipsAlone.emplace(hash, number);
+    m_scene.clips.push_back(std::move(clip));
+    return number;
+}
+
+Index SceneBuilder::clip(Clip clip)
+{
+    if (clip.parent == kNone)
+        return clipAlone(std::move(clip));
     Key key;
     key << clip.parent << clip.isEvenOdd << clip.path;
     const auto [place, isNew] = m_clips.numbers.try_emplace(key.take(), clip.parent);
     if (!isNew)
         return place->second;
-    auto cut = cutToParent(clip);
+    auto cut = cutToParent(std::move(clip));
     if (cut) {
         place->second = Index(m_scene.clips.size());
         m_scene.clips.push_back(std::move(*cut));
@@ -187,8 +217,6 @@ std::optional<Area> SceneBuilder::combined(const Area &a, const Area &b, AreaMod
 std::optional<Clip> SceneBuilder::cutToParent(Clip clip)
 {
     const auto box = rectOf(clip.path.verbs(), clip.path.points());
-    if (clip.parent == kNone)
-        return clip;
     const Clip &outer = m_scene.clips[clip.parent];
     const size_t work = clip.path.points().size() + outer.path.points().size();
     if (!outer.isWhole() || work > m_allowances.areaWork)
@@ -278,6 +306,31 @@ void SceneBuilder::add(Node node, const Path &path, const Affine &place)
         for (PointD &point : std::span(m_scene.points).last(path.points().size()))
             point = place.map(point);
     }
+    add(node, Node::Kind::Path, m_scene.paths.size());
+}
+
+void SceneBuilder::add(Node node, std::span<const RectI> rects, const Affine &place)
+{
+    using Verb = Path::Verb;
+    static constexpr Verb kVerbs[] = { Verb::Move, Verb::Line, Verb::Line, Verb::Line,
+                                       Verb::Close };
+    const auto count = rects.size() - size_t(std::ranges::count_if(rects, &RectI::isEmpty));
+    PathRange range{ uint32_t(m_scene.verbs.size()), uint32_t(count * std::size(kVerbs)),
+                     uint32_t(m_scene.points.size()), uint32_t(count * 4) };
+    m_scene.verbs.resize(m_scene.verbs.size() + range.verbs);
+    m_scene.points.resize(m_scene.points.size() + range.points);
+    auto verb = m_scene.verbs.end() - range.verbs;
+    auto point = m_scene.points.end() - range.points;
+    for (const RectI &rect : rects) {
+        if (rect.isEmpty())
+            continue;
+        verb = std::ranges::copy(kVerbs, verb).out;
+        const double left = rect.left, top = rect.top, right = rect.right, bottom = rect.bottom;
+        for (const PointD corner : { PointD{ left, top }, PointD{ right, top },
+                                     PointD{ right, bottom }, PointD{ left, bottom } })
+            *point++ = place.map(corner);
+    }
+    m_scene.paths.push_back(range);
     add(node, Node::Kind::Path, m_scene.paths.size());
 }
 

@@ -2,9 +2,11 @@
 
 #include "core/base/Bytes.h"
 #include "core/geometry/Areas.h"
+#include "core/geometry/Region.h"
 #include "picture/scene/Allowances.h"
 #include "picture/scene/Scene.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -38,7 +40,7 @@ public:
     Index gradient(const Gradient &gradient);
     /// Cut to its parent, since some viewers know nothing of clips that are cut to others; it stays
     /// as it is where that is too much work. The parent itself where nothing of that is cut off.
-    Index clip(const Clip &clip);
+    Index clip(Clip clip);
     /// kNone for the identity.
     Index transform(const Affine &matrix);
     Index font(const FontStyle &font);
@@ -52,6 +54,8 @@ public:
     /// The geometry of the node is added with it, the rest of it taken as it stands.
     /// @param place  to the units of the node, which lie in front of its transform
     void add(Node node, const Path &path, const Affine &place = {});
+    /// The same with a path of rectangles, without those in which nothing is.
+    void add(Node node, std::span<const RectI> rects, const Affine &place);
     void add(Node node, const Rect &rect);
     void add(Node node, const Ellipse &ellipse);
     void add(Node node, Text text);
@@ -88,6 +92,7 @@ private:
                       MakeKey makeKey);
 
     void add(Node node, Node::Kind kind, size_t geometries);
+    Index clipAlone(Clip clip);
     std::optional<Clip> cutToParent(Clip clip);
 
     double m_unitsPerPixel;
@@ -96,8 +101,10 @@ private:
     Scene m_scene;
     Index m_group = kNone;
     size_t m_depth = 0;
-    Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_clips, m_transforms;
+    Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_transforms;
     Known m_fonts, m_glyphs;
+    Known m_clips; ///< within others, as they were before they were cut to them
+    std::unordered_multimap<uint64_t, Index> m_clipsAlone; ///< by a hash of their paths
     std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
 };
 
