@@ -21,6 +21,12 @@ public:
         Close, ///< none; the point in force is the figure's first again
     };
 
+    /// Makes room, as far as it is not there.
+    void reserve(size_t verbs, size_t points)
+    {
+        m_verbs.reserve(verbs);
+        m_points.reserve(points);
+    }
     void moveTo(PointD point);
     /// Like the curve, begins a figure at the point in force where none is open.
     void lineTo(PointD point)

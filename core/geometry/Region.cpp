@@ -68,6 +68,13 @@ namespace {
     void combineSpans(Rects a, Rects b, Region::Mode mode, int32_t top, int32_t bottom,
                       std::vector<RectI> &out)
     {
+        if (a.empty() || b.empty()) { // the other one stays as it is, or nothing does
+            if (holds(mode, !a.empty(), !b.empty())) {
+                for (const RectI &rect : a.empty() ? b : a)
+                    out.push_back({ rect.left, top, rect.right, bottom });
+            }
+            return;
+        }
         size_t i = 0, j = 0; // of edges: two a rectangle
         const auto edge = [](Rects spans, size_t index) {
             const RectI &rect = spans[index / 2];
@@ -125,12 +132,6 @@ namespace {
             start = i;
         }
         return !continuesBand(rects, before, start);
-    }
-
-    bool contains(const RectI &outer, const RectI &inner)
-    {
-        return outer.left <= inner.left && outer.top <= inner.top && inner.right <= outer.right
-                && inner.bottom <= outer.bottom;
     }
 
     // Where the border of a path crosses the middle of a row, as a number that ascends with the
@@ -227,10 +228,11 @@ Region::Region(const RectI &rect)
 
 std::optional<Region> Region::combined(const Region &a, const Region &b, Mode mode)
 {
-    if (mode == Mode::And && b.m_rects.size() == 1 && contains(b.m_rects.front(), a.bounds()))
+    if (mode == Mode::And && b.m_rects.size() == 1 && b.m_rects.front().contains(a.bounds()))
         return a;
     Region result;
     std::vector<RectI> &out = result.m_rects;
+    out.reserve(a.m_rects.size() + b.m_rects.size()); // what it mostly has at most
     Bands bandsA(a.m_rects), bandsB(b.m_rects);
     int32_t y = std::min(bandsA.top(), bandsB.top());
     size_t band = 0; // where the last band of the result begins
@@ -257,18 +259,27 @@ std::optional<Region> Region::combined(const Region &a, const Region &b, Mode mo
     return result;
 }
 
-std::optional<Region> Region::of(std::span<const RectI> rects)
+std::optional<Region> Region::of(std::vector<RectI> rects)
 {
+    if (rects.size() > kMostRects || !areBands(rects))
+        return together(rects);
+    Region region;
+    region.m_rects = std::move(rects);
+    return region;
+}
+
+// By halves, so that many rectangles in no order take n log n and not the square.
+std::optional<Region> Region::together(std::span<const RectI> rects)
+{
+    if (rects.size() <= 1)
+        return rects.empty() ? Region() : Region(rects.front());
     if (rects.size() <= kMostRects && areBands(rects)) {
         Region region;
         region.m_rects.assign(rects.begin(), rects.end());
         return region;
     }
-    // By halves, so that many rectangles in no order take n log n and not the square.
-    if (rects.size() <= 1)
-        return rects.empty() ? Region() : Region(rects.front());
-    const auto first = of(rects.first(rects.size() / 2));
-    const auto second = of(rects.subspan(rects.size() / 2));
+    const auto first = together(rects.first(rects.size() / 2));
+    const auto second = together(rects.subspan(rects.size() / 2));
     if (!first || !second)
         return std::nullopt;
     return combined(*first, *second, Mode::Or);

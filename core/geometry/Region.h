@@ -17,6 +17,11 @@ struct RectI
     int32_t left = 0, top = 0, right = 0, bottom = 0;
 
     bool isEmpty() const { return left >= right || top >= bottom; }
+    bool contains(const RectI &other) const
+    {
+        return left <= other.left && top <= other.top && other.right <= right
+                && other.bottom <= bottom;
+    }
     bool operator==(const RectI &) const = default;
 };
 
@@ -32,7 +37,7 @@ public:
     Region() = default;
     explicit Region(const RectI &rect);
     /// The area that the rectangles cover together; nothing when it would have too many.
-    static std::optional<Region> of(std::span<const RectI> rects);
+    static std::optional<Region> of(std::vector<RectI> rects);
     /// @return nothing when the result would have more than kMostRects rectangles
     static std::optional<Region> combined(const Region &a, const Region &b, Mode mode);
 
@@ -54,6 +59,8 @@ public:
     bool operator==(const Region &) const = default;
 
 private:
+    static std::optional<Region> together(std::span<const RectI> rects);
+
     std::vector<RectI> m_rects;
 };
 

@@ -24,6 +24,8 @@ namespace {
     class Tracer
     {
     public:
+        explicit Tracer(size_t rects) { m_sides.reserve(2 * rects); }
+
         // Goes on to the line @p y, below which these spans lie.
         void step(int32_t y, std::span<const RectI> spans)
         {
@@ -61,6 +63,8 @@ namespace {
         Path path()
         {
             Path path;
+            // A rectangle has two sides with two ends each, and begins a figure at the most.
+            path.reserve(m_sides.size() / 2 * 5, m_sides.size() * 2);
             for (Side &first : m_sides) {
                 if (first.next == kNothing)
                     continue;
@@ -110,7 +114,7 @@ namespace {
 
 Path Region::outline() const
 {
-    Tracer tracer;
+    Tracer tracer(m_rects.size());
     int32_t bottom = 0;
     for (size_t first = 0; first < m_rects.size();) {
         size_t end = first;

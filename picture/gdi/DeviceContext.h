@@ -141,7 +141,7 @@ public:
 
     // Clips and regions.
     Played selectClipPath(uint32_t mode);
-    Played selectClipRegion(const Region &region, uint32_t mode);
+    Played selectClipRegion(Region region, uint32_t mode);
     Played resetClip();
     Played intersectClip(const RectD &box);
     Played excludeClip(const RectD &box);
@@ -370,8 +370,8 @@ private:
         Index inScene;
     };
     bool spendClipWork(size_t work);
-    std::optional<Region> combined(const std::shared_ptr<const Region> &region, const Region &with,
-                                   Region::Mode mode);
+    /// @param region  null is the whole picture
+    std::optional<Region> combined(const Region *region, const Region &with, Region::Mode mode);
     Played changeClip(ClipState clip);
     Played intersectPath(Path path, bool isEvenOdd);
     Played combinePath(const Path &path, bool isEvenOdd, Region::Mode mode);

@@ -43,11 +43,11 @@ bool DeviceContext::spendClipWork(size_t work)
     return true;
 }
 
-std::optional<Region> DeviceContext::combined(const std::shared_ptr<const Region> &region,
-                                              const Region &with, Region::Mode mode)
+std::optional<Region> DeviceContext::combined(const Region *region, const Region &with,
+                                              Region::Mode mode)
 {
     const Region whole(wholePicture());
-    const Region &first = region ? *region : whole;
+    const Region &first = region != nullptr ? *region : whole;
     if (!spendClipWork(first.rects().size() + with.rects().size()))
         return std::nullopt;
     return Region::combined(first, with, mode);
@@ -61,14 +61,14 @@ Played DeviceContext::changeClip(ClipState clip)
     Visible visible;
     std::shared_ptr<const Region> shown = clip.region ? clip.region : m_state.meta.region;
     if (clip.region && m_state.meta.region) {
-        const auto both = combined(clip.region, *m_state.meta.region, Region::Mode::And);
+        auto both = combined(clip.region.get(), *m_state.meta.region, Region::Mode::And);
         if (!both)
             return kTooLarge;
-        shown = std::make_shared<Region>(*both);
+        shown = std::make_shared<Region>(std::move(*both));
     }
     if (shown) {
         const Region whole(wholePicture());
-        auto part = combined(shown, whole, Region::Mode::And);
+        auto part = combined(shown.get(), whole, Region::Mode::And);
         if (!part)
             return kTooLarge;
         visible.isEmpty = part->isEmpty();
@@ -145,8 +145,7 @@ std::optional<Region> DeviceContext::regionOf(const ClipState &clip)
     auto region = clip.region ? *clip.region : Region(wholePicture());
     for (Index at = clip.paths; at != m_state.meta.paths; at = m_clipPaths[at].before) {
         const auto pixels = regionOf(m_clipPaths[at].path, m_clipPaths[at].isEvenOdd);
-        auto both = pixels ? combined(std::make_shared<Region>(region), *pixels, Region::Mode::And)
-                           : std::nullopt;
+        auto both = pixels ? combined(&region, *pixels, Region::Mode::And) : std::nullopt;
         if (!both)
             return std::nullopt;
         region = std::move(*both);
@@ -159,10 +158,10 @@ Played DeviceContext::resetClip()
     return changeClip({ m_state.meta.paths, nullptr });
 }
 
-Played DeviceContext::selectClipRegion(const Region &region, uint32_t number)
+Played DeviceContext::selectClipRegion(Region region, uint32_t number)
 {
     if (number == kCopy)
-        return changeClip({ m_state.meta.paths, std::make_shared<Region>(region) });
+        return changeClip({ m_state.meta.paths, std::make_shared<Region>(std::move(region)) });
     const auto mode = regionMode(number);
     if (!mode)
         return kNoMode;
@@ -170,12 +169,12 @@ Played DeviceContext::selectClipRegion(const Region &region, uint32_t number)
     // What only takes away leaves paths as they are.
     if (*mode != Region::Mode::And && *mode != Region::Mode::Difference
         && clip.paths != m_state.meta.paths) {
-        const auto pixels = regionOf(clip);
+        auto pixels = regionOf(clip);
         if (!pixels)
             return kTooLarge;
-        clip = { m_state.meta.paths, std::make_shared<Region>(*pixels) };
+        clip = { m_state.meta.paths, std::make_shared<Region>(std::move(*pixels)) };
     }
-    auto result = combined(clip.region, region, *mode);
+    auto result = combined(clip.region.get(), region, *mode);
     if (!result)
         return kTooLarge;
     clip.region = std::make_shared<Region>(std::move(*result));
@@ -197,12 +196,10 @@ Played DeviceContext::combinePath(const Path &path, bool isEvenOdd, Region::Mode
 {
     const auto earlier = regionOf(m_state.clip);
     const auto pixels = regionOf(path, isEvenOdd);
-    const auto result = earlier && pixels
-            ? combined(std::make_shared<Region>(*earlier), *pixels, mode)
-            : std::nullopt;
+    auto result = earlier && pixels ? combined(&*earlier, *pixels, mode) : std::nullopt;
     if (!result)
         return kTooLarge;
-    return changeClip({ m_state.meta.paths, std::make_shared<Region>(*result) });
+    return changeClip({ m_state.meta.paths, std::make_shared<Region>(std::move(*result)) });
 }
 
 Played DeviceContext::selectClipPath(uint32_t number)
@@ -285,10 +282,10 @@ Played DeviceContext::offsetClip(PointD offset)
             return kTooLarge;
     }
     if (m_state.clip.region) {
-        const auto moved = m_state.clip.region->moved(dx, dy);
+        auto moved = m_state.clip.region->moved(dx, dy);
         if (!spendClipWork(moved.rects().size()))
             return kTooLarge;
-        clip.region = std::make_shared<Region>(moved);
+        clip.region = std::make_shared<Region>(std::move(moved));
     }
     return changeClip(std::move(clip));
 }
@@ -297,10 +294,10 @@ Played DeviceContext::setMetaRegion()
 {
     ClipState meta = m_state.clip;
     if (meta.region && m_state.meta.region) {
-        const auto both = combined(meta.region, *m_state.meta.region, Region::Mode::And);
+        auto both = combined(meta.region.get(), *m_state.meta.region, Region::Mode::And);
         if (!both)
             return kTooLarge;
-        meta.region = std::make_shared<Region>(*both);
+        meta.region = std::make_shared<Region>(std::move(*both));
     } else if (!meta.region) {
         meta.region = m_state.meta.region;
     }

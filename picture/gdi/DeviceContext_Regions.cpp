@@ -4,6 +4,7 @@
 #include "picture/scene/Floods.h"
 #include "picture/scene/Passes.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace svgtool::picture {
@@ -30,16 +31,11 @@ Played DeviceContext::paintRects(std::span<const RectI> rects, const Brush &brus
                 : addMixed(
                         node, [&](const Node &part) { m_builder.add(part, box); }, operation);
     }
-    Path path;
-    for (const RectI &rect : rects) {
-        if (!rect.isEmpty())
-            path.addRect(boxOf(rect));
-    }
+    if (std::ranges::all_of(rects, &RectI::isEmpty))
+        return kDone;
     const Affine place = toPicture();
-    return path.isEmpty()
-            ? kDone
-            : addMixed(
-                    node, [&](const Node &part) { m_builder.add(part, path, place); }, operation);
+    return addMixed(
+            node, [&](const Node &part) { m_builder.add(part, rects, place); }, operation);
 }
 
 Played DeviceContext::fillRegion(std::span<const RectI> rects, uint32_t handle)
@@ -76,13 +72,13 @@ static std::optional<Region> frameOf(const Region &region, PointD edge)
         grown.push_back({ wrapSub(rect.left, dx), rect.top, wrapAdd(rect.right, dx), rect.bottom });
         grown.push_back({ rect.left, wrapSub(rect.top, dy), rect.right, wrapAdd(rect.bottom, dy) });
     }
-    const auto near = Region::of(grown);
+    const auto near = Region::of(std::move(grown));
     return near ? Region::combined(region, *near, Region::Mode::And) : std::nullopt;
 }
 
 Played DeviceContext::frameRegion(std::span<const RectI> rects, uint32_t handle, PointD edge)
 {
-    const auto region = Region::of(rects);
+    const auto region = Region::of({ rects.begin(), rects.end() });
     if (!region)
         return kTooManyRects;
     if (region->isEmpty())

@@ -85,6 +85,7 @@ std::optional<std::vector<RectI>> readRegion(ByteView record, int64_t offset, in
     if (!rects)
         return std::nullopt;
     std::vector<RectI> result;
+    result.reserve(size_t(count));
     Fields fields(*rects);
     for (int64_t i = 0; i < count; ++i) {
         const PointL first = takePair(fields), second = takePair(fields);
@@ -100,9 +101,10 @@ Played selectClipRegion(DeviceContext &dc, ByteView record)
     const uint32_t bytes = fields.dword(), mode = fields.dword();
     if (bytes == 0 && mode == kCopy)
         return dc.resetClip();
-    const auto rects = readRegion(record, fields.offset(), bytes);
-    const auto region = rects ? Region::of(*rects) : std::nullopt;
-    return region ? dc.selectClipRegion(*region, mode) : notDone("its region makes no sense");
+    auto rects = readRegion(record, fields.offset(), bytes);
+    auto region = rects ? Region::of(std::move(*rects)) : std::nullopt;
+    return region ? dc.selectClipRegion(std::move(*region), mode)
+                  : notDone("its region makes no sense");
 }
 
 } // namespace svgtool::picture::emf

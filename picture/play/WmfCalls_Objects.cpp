@@ -76,8 +76,8 @@ Played createRegion(DeviceContext &dc, ByteView record)
         }
         fields.skip(2 * (count % 2) + 2); // the count again
     }
-    const auto region = Region::of(rects);
-    return region ? dc.createInFreeSlot(std::make_shared<const Region>(*region))
+    auto region = Region::of(std::move(rects));
+    return region ? dc.createInFreeSlot(std::make_shared<const Region>(std::move(*region)))
                   : unusable("it has too many rectangles");
 }
 
