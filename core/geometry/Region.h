@@ -25,6 +25,12 @@ struct RectI
     bool operator==(const RectI &) const = default;
 };
 
+/// The same in numbers of another kind.
+inline RectD boxOf(const RectI &rect)
+{
+    return { double(rect.left), double(rect.top), double(rect.right), double(rect.bottom) };
+}
+
 /// An area of rectangles in bands: from the top, each from the left, none touching the next one of
 /// its band, and no two bands that could be one.
 class Region

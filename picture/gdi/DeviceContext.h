@@ -378,6 +378,7 @@ private:
     std::optional<Region> regionOf(const ClipState &clip);
     std::optional<Region> regionOf(const Path &path, bool isEvenOdd);
     bool addPath(Index &paths, Path path, bool isEvenOdd);
+    bool isCutOff(const RectD &ink) const;
     Index visibleClip();
     RectI wholePicture() const;
 

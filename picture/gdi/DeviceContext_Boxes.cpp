@@ -1,5 +1,7 @@
 #include "picture/gdi/DeviceContext.h"
 
+#include "picture/scene/Extents.h"
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -83,21 +85,27 @@ std::optional<Played> DeviceContext::paintBox(const RectD &box, PointD radii, ui
         return std::nullopt;
     if (!isSeen())
         return kDone;
-    Node node = newNode();
-    node.isEvenOdd = true;
-    if ((parts & kFill) != 0)
-        node.fill = fillPaint();
     PointD mappedRadii = map.mapVector(radii);
     mappedRadii = { std::abs(mappedRadii.x), std::abs(mappedRadii.y) };
+    Index stroke = kNone;
+    double reach = 0;
     if (hasPen()) {
         const UsedPen &pen = usePen(parts, true);
         const Nib &nib = pen.nib;
         if (!nib.shape.isIdentity())
             return std::nullopt;
-        node.stroke = pen.stroke;
+        stroke = pen.stroke;
+        reach = nib.width;
         mapped = { mapped.left + nib.offset.x, mapped.top + nib.offset.y,
                    mapped.right + nib.offset.x, mapped.bottom + nib.offset.y };
     }
+    if (isCutOff(grown(mapped, reach)))
+        return kDone;
+    Node node = newNode();
+    node.isEvenOdd = true;
+    node.stroke = stroke;
+    if ((parts & kFill) != 0)
+        node.fill = fillPaint();
     const PointD half{ mapped.width() / 2, mapped.height() / 2 };
     constexpr double kRounding = 1 - 1e-9;
     const auto add = [&](const Node &part) {

@@ -1,5 +1,7 @@
 #include "picture/gdi/DeviceContext.h"
 
+#include "picture/scene/Extents.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -72,14 +74,27 @@ Played DeviceContext::changeClip(ClipState clip)
         if (!part)
             return kTooLarge;
         visible.isEmpty = part->isEmpty();
-        if (*part != whole)
+        if (*part != whole) {
+            visible.box = mapBounds(m_device.toPicture, boxOf(part->bounds()));
             visible.region = std::make_shared<Region>(std::move(*part));
+        }
     }
     if (clip.paths != kNone && m_clipPaths[clip.paths].leavesNothing)
         visible.isEmpty = true;
     m_state.clip = std::move(clip);
     m_state.visible = std::make_shared<Visible>(std::move(visible));
     return kDone;
+}
+
+// Whether the clip surely hides what is painted in a box of the picture. What it hides is dropped
+// from the scene anyway; but many clips show nothing, and are not to be made then. How large the
+// pixels will be is not known yet, into which a viewer may smooth edges.
+bool DeviceContext::isCutOff(const RectD &ink) const
+{
+    constexpr double kLeastPixels = 64; // that a picture has along a side, unless it is an icon
+    const Visible &visible = *m_state.visible;
+    const double margin = std::fmax(m_device.view.width(), m_device.view.height()) / kLeastPixels;
+    return visible.region && intersection(grown(ink, margin), visible.box).isEmpty();
 }
 
 Index DeviceContext::visibleClip()

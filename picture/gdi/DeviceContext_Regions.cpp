@@ -20,10 +20,6 @@ Played DeviceContext::paintRects(std::span<const RectI> rects, const Brush &brus
     Node node = newNode();
     node.fill = m_builder.paint(brushPaint(brush));
     node.isEvenOdd = false;
-    const auto boxOf = [](const RectI &rect) {
-        return RectD{ double(rect.left), double(rect.top), double(rect.right),
-                      double(rect.bottom) };
-    };
     if (rects.size() == 1 && m_state.toDevice.keepsRectangles()) {
         const Rect box{ mapBounds(toPicture(), boxOf(rects[0])), 0, 0 };
         return box.box.isEmpty()

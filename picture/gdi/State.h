@@ -118,6 +118,7 @@ struct Visible
     std::shared_ptr<const Region> region; ///< null is the whole picture
     bool isEmpty = false;
     std::optional<Index> clip; ///< in the scene, where it has been asked for
+    RectD box = {}; ///< around the region, in units of the picture
 };
 
 /// A bit of State::layout.
