@@ -111,7 +111,9 @@ inline constexpr size_t kMeshPieces = 4096, kAllMeshPieces = size_t(1) << 16;
 inline constexpr size_t kClipWork = size_t(1) << 21;
 /// What a path among the clips takes beside its corners: it is a definition of the document.
 inline constexpr size_t kClipPathWork = 32;
-/// Rows of pixels that the lines of one path may cross where it becomes a region.
+/// Rows of pixels that the lines of one path may cross where it becomes a region; and what each
+/// takes beside rectangles, since they have to be sorted.
 inline constexpr size_t kClipCrossings = size_t(1) << 19;
+inline constexpr size_t kClipCrossingWork = 2;
 
 } // namespace svgtool::limits

@@ -147,10 +147,11 @@ static std::optional<RectI> pixelsOf(const Path &path)
 
 std::optional<Region> DeviceContext::regionOf(const Path &path, bool isEvenOdd)
 {
-    const size_t most = std::min(m_left.clipWork, limits::kClipCrossings);
+    const size_t most =
+            std::min(m_left.clipWork / limits::kClipCrossingWork, limits::kClipCrossings);
     size_t left = most;
     auto region = Region::ofPath(path, isEvenOdd, wholePicture(), left);
-    m_left.clipWork -= most - left;
+    m_left.clipWork -= (most - left) * limits::kClipCrossingWork;
     return region;
 }
 
