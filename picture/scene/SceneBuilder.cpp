@@ -314,7 +314,8 @@ void SceneBuilder::add(Node node, std::span<const RectI> rects, const Affine &pl
     using Verb = Path::Verb;
     static constexpr Verb kVerbs[] = { Verb::Move, Verb::Line, Verb::Line, Verb::Line,
                                        Verb::Close };
-    const auto count = rects.size() - size_t(std::ranges::count_if(rects, &RectI::isEmpty));
+    const auto isNothing = [](const RectI &rect) { return rect.isEmpty(); };
+    const auto count = rects.size() - size_t(std::count_if(rects.begin(), rects.end(), isNothing));
     PathRange range{ uint32_t(m_scene.verbs.size()), uint32_t(count * std::size(kVerbs)),
                      uint32_t(m_scene.points.size()), uint32_t(count * 4) };
     m_scene.verbs.resize(m_scene.verbs.size() + range.verbs);
@@ -324,7 +325,7 @@ void SceneBuilder::add(Node node, std::span<const RectI> rects, const Affine &pl
     for (const RectI &rect : rects) {
         if (rect.isEmpty())
             continue;
-        verb = std::ranges::copy(kVerbs, verb).out;
+        verb = std::copy(std::begin(kVerbs), std::end(kVerbs), verb);
         const double left = rect.left, top = rect.top, right = rect.right, bottom = rect.bottom;
         for (const PointD corner : { PointD{ left, top }, PointD{ right, top },
                                      PointD{ right, bottom }, PointD{ left, bottom } })
