@@ -130,9 +130,10 @@ Index SceneBuilder::gradient(const Gradient &gradient)
 
 static uint64_t hashOfImage(const Image &image)
 {
-    uint64_t hash = uint64_t(uint32_t(image.size.width)) << 32 | uint32_t(image.size.height);
-    hash = hashOf({ image.file.data(), int64_t(image.file.size()) }, hash);
     const Bitmap &pixels = image.pixels;
+    uint64_t hash = uint64_t(uint32_t(image.size.width)) << 32 | uint32_t(image.size.height);
+    hash = hash << 3 | uint64_t(pixels.format()); // the same bytes may have alpha or not
+    hash = hashOf({ image.file.data(), int64_t(image.file.size()) }, hash);
     for (int32_t y = 0; y < pixels.height(); ++y) {
         const auto *const line = reinterpret_cast<const char *>(pixels.line(y));
         hash = hashOf({ line, pixels.lineBytes() }, hash);
@@ -148,16 +149,15 @@ static uint64_t hashOfImage(const Image &image)
 
 Index SceneBuilder::image(Image image)
 {
-    const uint64_t hash = hashOfImage(image);
-    for (auto [known, end] = m_images.equal_range(hash); known != end; ++known) {
+    const auto number = Index(m_scene.images.size());
+    const auto [known, isNew] = m_images.try_emplace(hashOfImage(image), number);
+    if (!isNew) {
         const Image &other = m_scene.images[known->second];
         if (other.size == image.size && other.file == image.file
             && other.pixels.isNull() == image.pixels.isNull()
             && (image.pixels.isNull() || other.pixels == image.pixels))
             return known->second;
     }
-    const auto number = Index(m_scene.images.size());
-    m_images.emplace(hash, number);
     m_scene.images.push_back(std::move(image));
     return number;
 }
@@ -178,14 +178,14 @@ Index SceneBuilder::clipAlone(Clip clip)
 {
     const ByteView verbs = bytesOf(clip.path.verbs()), points = bytesOf(clip.path.points());
     const uint64_t hash = hashOf(points, hashOf(verbs, clip.isEvenOdd ? 1 : 0));
-    for (auto [known, end] = m_clipsAlone.equal_range(hash); known != end; ++known) {
+    const auto number = Index(m_scene.clips.size());
+    const auto [known, isNew] = m_clipsAlone.try_emplace(hash, number);
+    if (!isNew) {
         const Clip &other = m_scene.clips[known->second];
         if (other.isEvenOdd == clip.isEvenOdd && areSame(bytesOf(other.path.verbs()), verbs)
             && areSame(bytesOf(other.path.points()), points))
             return known->second;
     }
-    const auto number = Index(m_scene.clips.size());
-    m_clipsAlone.emplace(hash, number);
     m_scene.clips.push_back(std::move(clip));
     return number;
 }
@@ -363,9 +363,8 @@ void SceneBuilder::takeBack(const Mark &mark)
 {
     for (; m_scene.images.size() > mark.images; m_scene.images.pop_back()) {
         const auto number = Index(m_scene.images.size() - 1);
-        auto [known, end] = m_images.equal_range(hashOfImage(m_scene.images.back()));
-        known = std::find_if(known, end, [=](const auto &it) { return it.second == number; });
-        if (known != end)
+        const auto known = m_images.find(hashOfImage(m_scene.images.back()));
+        if (known != m_images.end() && known->second == number)
             m_images.erase(known);
     }
     for (; m_scene.nodes.size() > mark.nodes; m_scene.nodes.pop_back()) {

@@ -6,10 +6,10 @@
 #include "picture/scene/Allowances.h"
 #include "picture/scene/Scene.h"
 
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 namespace svgtool::picture {
 
@@ -79,10 +79,11 @@ public:
     void takeBack(const Mark &mark);
 
 private:
-    /// Resources by their values.
+    /// Resources by their values. In order, since whoever makes a file can make all of them meet in
+    /// one place of a hash table.
     struct Known
     {
-        std::unordered_map<std::string, Index> numbers;
+        std::map<std::string, Index> numbers;
         Index latest = kNone; ///< what was asked for, which mostly is asked for again
     };
 
@@ -104,8 +105,8 @@ private:
     Known m_paints, m_strokes, m_hatches, m_patterns, m_gradients, m_transforms;
     Known m_fonts, m_glyphs;
     Known m_clips; ///< within others, as they were before they were cut to them
-    std::unordered_multimap<uint64_t, Index> m_clipsAlone; ///< by a hash of their paths
-    std::unordered_multimap<uint64_t, Index> m_images; ///< by a hash of what they show
+    /// By hashes of what they show. Of those that share one only the first is known.
+    std::map<uint64_t, Index> m_clipsAlone, m_images;
 };
 
 } // namespace svgtool::picture

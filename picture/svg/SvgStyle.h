@@ -3,9 +3,9 @@
 #include "picture/svg/SvgDocument.h"
 
 #include <array>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace svgtool::picture {
@@ -71,7 +71,7 @@ private:
 
     SvgDocument &m_document;
     std::vector<std::string> m_texts;
-    std::unordered_map<std::string, Index> m_known;
+    std::map<std::string, Index> m_known;
     std::vector<Index> m_fills; // by paint
     std::vector<StrokeValues> m_strokes;
     std::vector<Index> m_clips, m_transforms; // by number, kAny while it is not asked for
