@@ -425,6 +425,20 @@ def bitmap_rle_runs_rop(n):
     k = min(k, 4000)
     return emf([stretch((0, 0, 700, 700), (0, 0, k, k), *dib(k, k, 8, bits, 1, [0x808080, 0x123456]), rop=0x660046)])
 @family
+def bitmap_one_hash(n):
+    # lines of two blocks of four words: two high bits further on take back that of a word
+    def m(i):
+        lines = bytearray(4 * 68)
+        for bit in range(16):
+            if i >> bit & 1:
+                word = bit // 4 * 68 + bit % 4 * 8
+                for place in (7, 35, 39):
+                    lines[word + place] ^= 0x80
+        info, bits = dib(22, 4, 24, bytes(lines))
+        return stretch((i % 700, i // 700 % 1000, 22, 4), (0, 0, 22, 4), info, bits)
+    return emf(upto(n, [], m))
+
+@family
 def bitmap_mask_pairs(n):
     k = 512
     bits = bytes(k * k // 8)
