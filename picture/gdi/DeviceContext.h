@@ -431,7 +431,9 @@ private:
     Played m_shortfall; ///< of the record
     /// Brushes of bitmaps by what they show: theirs, and the colours where those are not.
     using ShownBrush = std::tuple<std::shared_ptr<const DecodedBitmap>, Argb, Argb>;
-    std::map<ShownBrush, Index> m_brushImages; ///< in the scene
+    using BrushImages = std::map<ShownBrush, Index>;
+    BrushImages m_brushImages; ///< in the scene
+    std::multimap<Index, BrushImages::iterator> m_brushesByImage; ///< the same, to take them back
     Grounds m_grounds;
 
     /// The last transfer that was mixed, for the next one may go on from it.

@@ -304,8 +304,10 @@ Played DeviceContext::addMixed(const Node &node, const AddNode &add, RasterOpera
 
 void DeviceContext::takeBack(const SceneBuilder::Mark &mark)
 {
-    if (m_builder.mark().images > mark.images)
-        std::erase_if(m_brushImages, [&](const auto &it) { return it.second >= mark.images; });
+    const auto first = m_brushesByImage.lower_bound(Index(mark.images));
+    for (auto it = first; it != m_brushesByImage.end(); ++it)
+        m_brushImages.erase(it->second);
+    m_brushesByImage.erase(first, m_brushesByImage.end());
     m_builder.takeBack(mark);
     m_grounds.forget(mark.nodes);
     while (!m_inverted.empty() && m_inverted.back().end > mark.nodes)

@@ -32,7 +32,9 @@ Index DeviceContext::brushImage(const Brush &brush)
     Image image;
     image.pixels = brushTile(brush);
     image.size = image.pixels.size();
-    return m_brushImages[shown] = m_builder.image(std::move(image));
+    const Index number = m_builder.image(std::move(image));
+    m_brushesByImage.emplace(number, m_brushImages.try_emplace(shown, number).first);
+    return number;
 }
 
 Paint DeviceContext::patternPaint(const Brush &brush)
