@@ -261,6 +261,7 @@ namespace {
                 return true;
             text.characters.resize(far->first);
             text.pieces.erase(far, text.pieces.end());
+            text.farthest = farthestOf(text.pieces);
             text.glyphs.resize(std::min(text.glyphs.size(), text.pieces.size()));
             return !text.pieces.empty();
         }

@@ -179,6 +179,7 @@ struct Text
     PointD baseline; ///< left end, before the turn
     double turn = 0; ///< degrees against the clock, around that
     std::vector<Piece> pieces; ///< one or more
+    double farthest = 0; ///< the largest x or y of them, either way
     /// Of each piece, in Scene::glyphs, the letter that is drawn in the place of its characters;
     /// empty where the characters are written.
     std::vector<Index> glyphs;
@@ -293,14 +294,20 @@ inline PointD placeOf(const Text &text, const Text::Piece &piece)
     return { text.baseline.x + piece.x, text.baseline.y + piece.y };
 }
 
+/// What Text::farthest is for these. It is kept, for a file may have a text looked at again and again.
+inline double farthestOf(std::span<const Text::Piece> pieces)
+{
+    double farthest = 0;
+    for (const Text::Piece &piece : pieces)
+        farthest = std::fmax(farthest, std::fmax(std::fabs(piece.x), std::fabs(piece.y)));
+    return farthest;
+}
+
 /// No letter of a text reaches further from its left end than this, in its own units.
 inline double reachOf(const Scene &scene, const Text &text)
 {
     constexpr double kWide = 3; // ems: no letter is wider, nor far off the baseline
-    double reach = 0;
-    for (const Text::Piece &piece : text.pieces)
-        reach = std::fmax(reach, std::fmax(std::fabs(piece.x), std::fabs(piece.y)));
-    return reach + text.width + kWide * scene.fonts[text.font].size;
+    return text.farthest + text.width + kWide * scene.fonts[text.font].size;
 }
 
 } // namespace svgtool::picture

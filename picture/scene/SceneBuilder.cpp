@@ -349,6 +349,7 @@ void SceneBuilder::add(Node node, const Ellipse &ellipse)
 
 void SceneBuilder::add(Node node, Text text)
 {
+    text.farthest = farthestOf(text.pieces);
     m_scene.texts.push_back(std::move(text));
     add(node, Node::Kind::Text, m_scene.texts.size());
 }
