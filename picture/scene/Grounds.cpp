@@ -81,9 +81,12 @@ namespace {
         return Paint{ Paint::Kind::Pattern, {}, builder.pattern(tile) };
     }
 
-    bool isInside(const Scene &scene, Index clip, Index outer)
+    // Parents come before their children. A file may make chains of any length of them.
+    bool isInside(const Scene &scene, Index clip, Index outer, int64_t &steps)
     {
-        while (clip != outer && clip != kNone)
+        if (outer == kNone)
+            return true;
+        for (; clip != kNone && clip > outer; --steps)
             clip = scene.clips[clip].parent;
         return clip == outer;
     }
@@ -148,7 +151,7 @@ namespace {
         if (isTakenBack(node))
             return;
         const bool coversAll = node.blend == Blend::Normal && node.opacity == 1
-                && isInside(scene, clip, node.clip);
+                && isInside(scene, clip, node.clip, builder.allowances().groundSteps);
         const auto rect = coversAll ? plainRect(scene, node) : std::nullopt;
         if (!rect)
             return rest.take(bounds, std::nullopt, to);
