@@ -85,8 +85,9 @@ inline constexpr double kGradientPixels = double(1 << 24);
 
 // Paths.
 
-/// Points that all operations together may take from paths that were used before: RestoreDC brings
-/// a path back, so that a short record can ask for a long one again and again.
+/// Points that all operations together may take from paths and regions that were used before:
+/// RestoreDC brings a path back, and a WMF keeps regions, so that a short record can ask for a long
+/// one again and again.
 inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
 /// Points that lines in the place of curves and outlines in the place of lines may have, together.
 inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
@@ -96,6 +97,8 @@ inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 /// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
 /// as many rows as their square.
 inline constexpr size_t kAreaWork = size_t(1) << 22;
+/// What each two of them take beside that, however small they are.
+inline constexpr size_t kAreaCombination = 64;
 
 // Pens and brushes of EMF+.
 

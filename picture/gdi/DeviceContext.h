@@ -95,7 +95,12 @@ public:
     /// In the lowest slot that is free; the table grows, up to the 16 bits that a WMF has.
     Played createInFreeSlot(GdiObject object);
     /// A region of the table; null if there is none.
-    const Region *region(uint32_t handle) const;
+    std::shared_ptr<const Region> region(uint32_t handle) const;
+    /// For a region of the table that is drawn. Once each is free, for which @ref grantRegion
+    /// stands.
+    /// @return false if the regions drawn so far have taken up what a document has for them
+    bool spendRegion(const Region &region);
+    void grantRegion(const Region &region);
     /// @param handle  of the table, or 0x80000000 and the number of a stock object
     Played selectObject(uint32_t handle);
     Played deleteObject(uint32_t handle);
@@ -142,6 +147,7 @@ public:
     // Clips and regions.
     Played selectClipPath(uint32_t mode);
     Played selectClipRegion(Region region, uint32_t mode);
+    Played replaceClip(std::shared_ptr<const Region> region);
     Played resetClip();
     Played intersectClip(const RectD &box);
     Played excludeClip(const RectD &box);

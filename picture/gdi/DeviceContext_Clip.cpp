@@ -158,6 +158,8 @@ std::optional<Region> DeviceContext::regionOf(const Path &path, bool isEvenOdd)
 // The pixels of a clip, without those that the meta one takes away.
 std::optional<Region> DeviceContext::regionOf(const ClipState &clip)
 {
+    if (clip.region && !spendClipWork(clip.region->rects().size()))
+        return std::nullopt;
     auto region = clip.region ? *clip.region : Region(wholePicture());
     for (Index at = clip.paths; at != m_state.meta.paths; at = m_clipPaths[at].before) {
         const auto pixels = regionOf(m_clipPaths[at].path, m_clipPaths[at].isEvenOdd);
@@ -174,10 +176,15 @@ Played DeviceContext::resetClip()
     return changeClip({ m_state.meta.paths, nullptr });
 }
 
+Played DeviceContext::replaceClip(std::shared_ptr<const Region> region)
+{
+    return changeClip({ m_state.meta.paths, std::move(region) });
+}
+
 Played DeviceContext::selectClipRegion(Region region, uint32_t number)
 {
     if (number == kCopy)
-        return changeClip({ m_state.meta.paths, std::make_shared<Region>(std::move(region)) });
+        return replaceClip(std::make_shared<Region>(std::move(region)));
     const auto mode = regionMode(number);
     if (!mode)
         return kNoMode;
@@ -298,10 +305,9 @@ Played DeviceContext::offsetClip(PointD offset)
             return kTooLarge;
     }
     if (m_state.clip.region) {
-        auto moved = m_state.clip.region->moved(dx, dy);
-        if (!spendClipWork(moved.rects().size()))
+        if (!spendClipWork(m_state.clip.region->rects().size()))
             return kTooLarge;
-        clip.region = std::make_shared<Region>(std::move(moved));
+        clip.region = std::make_shared<Region>(m_state.clip.region->moved(dx, dy));
     }
     return changeClip(std::move(clip));
 }

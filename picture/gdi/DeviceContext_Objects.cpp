@@ -132,12 +132,33 @@ Played DeviceContext::createInFreeSlot(GdiObject object)
     return kDone;
 }
 
-const Region *DeviceContext::region(uint32_t handle) const
+std::shared_ptr<const Region> DeviceContext::region(uint32_t handle) const
 {
     const GdiObject *const chosen = object(handle);
     const auto *const region =
             chosen != nullptr ? std::get_if<std::shared_ptr<const Region>>(chosen) : nullptr;
-    return region != nullptr ? region->get() : nullptr;
+    return region != nullptr ? *region : nullptr;
+}
+
+static size_t cornersOf(const Region &region)
+{
+    return 4 * region.rects().size();
+}
+
+bool DeviceContext::spendRegion(const Region &region)
+{
+    constexpr size_t kFree = 16; // what a record itself may take
+    const size_t corners = cornersOf(region);
+    if (corners > kFree && corners > m_left.pointsUsedAgain)
+        return false;
+    if (corners > kFree)
+        m_left.pointsUsedAgain -= corners;
+    return true;
+}
+
+void DeviceContext::grantRegion(const Region &region)
+{
+    m_left.pointsUsedAgain += cornersOf(region);
 }
 
 Played DeviceContext::selectObject(uint32_t handle)

@@ -86,21 +86,27 @@ Played extFloodFill(DeviceContext &dc, ByteView record)
     return takeFlood(dc, fields, mode);
 }
 
-static constexpr Played kNoRegion = notDone("there is no such region");
-static constexpr uint32_t kReplace = 5; // RGN_COPY
-
 // A region that is selected is the clip.
 Played selectObject(DeviceContext &dc, ByteView record)
 {
     const uint32_t handle = Fields(record, kBody).word() + 1u;
-    const Region *const region = dc.region(handle);
-    return region != nullptr ? dc.selectClipRegion(*region, kReplace) : dc.selectObject(handle);
+    auto region = dc.region(handle);
+    return region ? dc.replaceClip(std::move(region)) : dc.selectObject(handle);
 }
 
 Played selectClipRegion(DeviceContext &dc, ByteView record)
 {
-    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
-    return region != nullptr ? dc.selectClipRegion(*region, kReplace) : dc.resetClip();
+    auto region = dc.region(Fields(record, kBody).word() + 1u);
+    return region ? dc.replaceClip(std::move(region)) : dc.resetClip();
+}
+
+template<class Draw>
+static Played drawRegion(DeviceContext &dc, const std::shared_ptr<const Region> &region, Draw draw)
+{
+    if (!region)
+        return notDone("there is no such region");
+    return dc.spendRegion(*region) ? draw(region->rects())
+                                   : notDone("large regions are drawn too often");
 }
 
 // The descriptions have the region first, some writers the order of other records; which of the two
@@ -109,10 +115,10 @@ Played fillRegion(DeviceContext &dc, ByteView record)
 {
     Fields fields(record, kBody);
     const uint32_t first = fields.word() + 1u, second = fields.word() + 1u;
-    if (const Region *const region = dc.region(first))
-        return dc.fillRegion(region->rects(), second);
-    const Region *const region = dc.region(second);
-    return region != nullptr ? dc.fillRegion(region->rects(), first) : kNoRegion;
+    const auto region = dc.region(first);
+    return drawRegion(dc, region ? region : dc.region(second), [&](std::span<const RectI> rects) {
+        return dc.fillRegion(rects, region ? second : first);
+    });
 }
 
 Played frameRegion(DeviceContext &dc, ByteView record)
@@ -120,26 +126,30 @@ Played frameRegion(DeviceContext &dc, ByteView record)
     constexpr int64_t kEdgeBytes = 4;
     Fields fields(record, kBody);
     const uint32_t first = fields.word() + 1u, second = fields.word() + 1u;
-    if (const Region *const region = dc.region(first))
-        return dc.frameRegion(region->rects(), second, takePoint(fields));
+    const auto frame = [&dc](uint32_t region, uint32_t brush, PointD edge) {
+        return drawRegion(dc, dc.region(region), [&](std::span<const RectI> rects) {
+            return dc.frameRegion(rects, brush, edge);
+        });
+    };
+    if (dc.region(first))
+        return frame(first, second, takePoint(fields));
     Fields reversed(record, kBody);
     const PointD edge = takePoint(reversed);
     Fields objects(record, kBody + kEdgeBytes);
     const uint32_t brush = objects.word() + 1u;
-    const Region *const region = dc.region(objects.word() + 1u);
-    return region != nullptr ? dc.frameRegion(region->rects(), brush, edge) : kNoRegion;
+    return frame(objects.word() + 1u, brush, edge);
 }
 
 Played invertRegion(DeviceContext &dc, ByteView record)
 {
-    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
-    return region != nullptr ? dc.invertRegion(region->rects()) : kNoRegion;
+    return drawRegion(dc, dc.region(Fields(record, kBody).word() + 1u),
+                      [&dc](std::span<const RectI> rects) { return dc.invertRegion(rects); });
 }
 
 Played paintRegion(DeviceContext &dc, ByteView record)
 {
-    const Region *const region = dc.region(Fields(record, kBody).word() + 1u);
-    return region != nullptr ? dc.paintRegion(region->rects()) : kNoRegion;
+    return drawRegion(dc, dc.region(Fields(record, kBody).word() + 1u),
+                      [&dc](std::span<const RectI> rects) { return dc.paintRegion(rects); });
 }
 
 } // namespace svgtool::picture::wmf

@@ -77,8 +77,10 @@ Played createRegion(DeviceContext &dc, ByteView record)
         fields.skip(2 * (count % 2) + 2); // the count again
     }
     auto region = Region::of(std::move(rects));
-    return region ? dc.createInFreeSlot(std::make_shared<const Region>(std::move(*region)))
-                  : unusable("it has too many rectangles");
+    if (!region)
+        return unusable("it has too many rectangles");
+    dc.grantRegion(*region);
+    return dc.createInFreeSlot(std::make_shared<const Region>(std::move(*region)));
 }
 
 Played createPalette(DeviceContext &dc, ByteView record)

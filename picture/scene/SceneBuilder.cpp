@@ -210,6 +210,7 @@ Index SceneBuilder::clip(Clip clip)
 std::optional<Area> SceneBuilder::combined(const Area &a, const Area &b, AreaMode mode)
 {
     constexpr double kTolerance = 0.02; // pixels
+    m_allowances.areaWork -= std::min(m_allowances.areaWork, limits::kAreaCombination);
     return svgtool::combined(a, b, mode, kTolerance * m_unitsPerPixel, m_allowances.areaWork);
 }
 

@@ -1,6 +1,7 @@
 #include "faults/Allocator.h"
 #include "picture/api/picture.hpp"
 #include "support/EmfBuilder.h"
+#include "support/WmfBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -164,6 +165,34 @@ namespace {
         addPlus(file, 0x401A, 0, call.f32(float(i % 9)).f32(0).f32(90).f32(45).result());
     }
 
+    // A clip of many rectangles that is moved.
+    void addClipMove(EmfBuilder &file, int i)
+    {
+        if (i == 0) {
+            constexpr int kRects = 10'000;
+            ByteWriter clip;
+            clip.u32s({ 32 + 16 * kRects, 5, 32, 1, kRects, 16 * kRects, 0, 0, 300, 300 });
+            for (int rect = 0; rect < kRects; ++rect) {
+                const int x = rect % 100 * 3, y = rect / 100 * 3;
+                clip.u32s({ x, y, x + 1, y + 1 });
+            }
+            file.record(75, clip.result());
+        }
+        file.record(26, { 1, 0 }).record(43, { 0, 0, 5 + i % 9, 9 });
+    }
+
+    void expectBounded(const QByteArray &bytes, int64_t document, int64_t work)
+    {
+        ASSERT_LT(bytes.size(), 1'000'000);
+        FailingAllocator allocator(0, Scarcity::OneCall);
+        const Picture picture =
+                drawMetafile(std::as_bytes(std::span(bytes.constData(), size_t(bytes.size()))));
+        const auto given = int64_t(allocator.bytesGiven());
+        EXPECT_EQ(picture.error, PictureError::None);
+        EXPECT_LE(int64_t(picture.document.size()), document * 1000);
+        EXPECT_LE(given, work * 1'000'000);
+    }
+
     class PictureCost : public testing::TestWithParam<Family>
     {
     };
@@ -175,15 +204,7 @@ namespace {
         file.handles = 9;
         for (int i = 0; i < family.count; ++i)
             family.add(file, i);
-        const QByteArray bytes = file.build();
-        ASSERT_LT(bytes.size(), 1'000'000);
-        FailingAllocator allocator(0, Scarcity::OneCall);
-        const Picture picture =
-                drawMetafile(std::as_bytes(std::span(bytes.constData(), size_t(bytes.size()))));
-        const auto work = int64_t(allocator.bytesGiven());
-        EXPECT_EQ(picture.error, PictureError::None);
-        EXPECT_LE(int64_t(picture.document.size()), family.document * 1000);
-        EXPECT_LE(work, family.work * 1'000'000);
+        expectBounded(file.build(), family.document, family.work);
     }
 
     const Family kFamilies[] = {
@@ -195,9 +216,30 @@ namespace {
         { "caps", addCaps, 5000, 15000, 220 },
         { "tiles", addTiles, 5000, 1000, 25 },
         { "nested", addNested, 5000, 10000, 190 },
+        { "clipMove", addClipMove, 20000, 4000, 300 },
     };
     INSTANTIATE_TEST_SUITE_P(Families, PictureCost, testing::ValuesIn(kFamilies),
                              testing::PrintToStringParamName());
+
+    // A region of many rectangles that is painted, framed and inverted.
+    TEST(PictureCost, OfRegionsIsBounded)
+    {
+        constexpr int kRows = 200, kInRow = 100;
+        ByteWriter region;
+        region.u16s({ 0, 6, 0, 0, 0, kRows, 2 * kInRow, 0, 0, 400, 400 });
+        for (int row = 0; row < kRows; ++row) {
+            region.u16s({ 2 * kInRow, 2 * row, 2 * row + 1 });
+            for (int rect = 0; rect < kInRow; ++rect)
+                region.u16s({ 4 * rect, 4 * rect + 2 });
+            region.u16(2 * kInRow);
+        }
+        WmfBuilder file;
+        file.placeable(0, 0, 400, 400, 96).record(0x6FF, region.result());
+        file.record(0x2FC, { 0, 255, 0, 0 });
+        for (int i = 0; i < 10'000; ++i)
+            file.record(0x12B, { 0 }).record(0x429, { 0, 1, 1, 1 }).record(0x12A, { 0 });
+        expectBounded(file.build(), 12'000, 600);
+    }
 
 } // namespace
 } // namespace svgtool::test
