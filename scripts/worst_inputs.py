@@ -1014,6 +1014,66 @@ def gz_texts(n):
     raw = emf(upto(max(32_000_000, n * 32), [], m))
     return gzip.compress(raw, 9, mtime=0)
 
+# -- what a short record asks for again
+def wregion(rects):
+    rows, body = {}, b''
+    for l, t, r, b in rects: rows.setdefault((t, b), []).append((l, r))
+    for (t, b), spans in rows.items():
+        body += w(2 * len(spans), t, b) + b''.join(w(*span) for span in spans) + w(2 * len(spans))
+    return wrec(0x6FF, w(0, 6) + dw(0) + w(len(body) + 22 & 0xFFFF, len(rows), 500, 0, 0, 1000, 1000) + body)
+
+def wmf_region_again(name, again):
+    def make(n):
+        grid = [(i % 250 * 4, i // 250 * 2, i % 250 * 4 + 2, i // 250 * 2 + 1) for i in range(min(n // 8, 30000))]
+        return wmf(upto(n, [wregion(grid), wrec(0x2FC, w(0) + dw(0xFF) + w(0))], again))
+    make.__name__ = 'wmf_region_' + name
+    family(make)
+
+wmf_region_again('fill', lambda i: wrec(0x228, w(0, 1)))
+wmf_region_again('frame', lambda i: wrec(0x429, w(0, 1, 1, 1)))
+wmf_region_again('invert', lambda i: wrec(0x12A, w(0)))
+wmf_region_again('clip', lambda i: [wrec(0x12C, w(0)), wrec(0x220, w(i % 9, 1)), wrec(0x41B, w(9 + i % 99, 9, 1, 1))])
+
+def plus_region_again(name, again):
+    def tree(first, end):
+        if end - first == 1: return dw(0x10000000) + f(first % 250 * 4, first // 250 * 2, 2, 1)
+        middle = (first + end) // 2
+        return dw(2) + tree(first, middle) + tree(middle, end)
+    def make(n):
+        k = n // 48
+        return plusfile(upto(n, [plus(0x4008, REGION << 8, dw(PV, 2 * k - 1) + tree(0, k))], again))
+    make.__name__ = 'plus_region_' + name
+    family(make)
+
+plus_region_again('fill_again', lambda i: plus(0x4013, 0x8000, dw(0xFF203040)))
+plus_region_again('clip_again', lambda i: [plus(0x4034, 0), plus(0x4035, 0, f(1, 0)), plus(0x400A, 0xC000, dw(0xFF00FF, 1) + w(*box()))])
+
+def grid_clip(n):
+    grid = [(i % 300 * 3, i // 300 * 3, i % 300 * 3 + 1, i // 300 * 3 + 1) for i in range(n // 32)]
+    return rec(75, dw(len(region(grid)), 5) + region(grid))
+@family
+def clip_region_moves(n):
+    return emf(upto(n, [grid_clip(n)], lambda i: [rec(26, dw(1, 0)), rec(43, dw(*box()))]))
+@family
+def clip_region_saves(n):
+    return emf(upto(n, [grid_clip(n)], lambda i: [rec(33), rec(34, dw(-1)), rec(43, dw(*box()))]))
+@family
+def brushes_then_mask_pairs(n):
+    def brush(i):
+        info, bits = dib(8, 8, 1, b''.join(struct.pack('<I', (i * 2654435761 + k) & 0xFFFFFFFF) for k in range(8)), 0, [0, 0xFFFFFF])
+        return [patbrush(1 + i % 8, info, bits), SEL(1 + i % 8), rec(43, dw(i % 700, i // 700, i % 700 + 9, i // 700 + 9)), rec(40, dw(1 + i % 8))]
+    info, bits = dib(2, 2, 1, b'\x40\0\0\0\x80\0\0\0', 0, [0, 0xFFFFFF])
+    def pair(i): return [stretch((i % 500, i // 500, 2, 2), (0, 0, 2, 2), info, bits, rop) for rop in (0x8800C6, 0xEE0086)]
+    return emf(upto(n, upto(n // 2, [], brush), pair))
+@family
+def floods_over_texts(n):
+    def m(i): return rec(108, dw(*xy(), 4000, 0x300, 1) + f(1, 1) + R.randbytes(4000))
+    return emf(upto(n, upto(n // 2, [font(1), SEL(1)], m) + [brush_(2), SEL(2)], lambda i: [flood(*xy(), 0, 0), rec(43, dw(*box()))]))
+@family
+def floods_and_inversions_over_texts(n):
+    def m(i): return rec(108, dw(*xy(), 4000, 0x300, 1) + f(1, 1) + R.randbytes(4000))
+    return emf(upto(n, upto(n // 2, [font(1), SEL(1)], m) + [brush_(2), SEL(2), rec(20, dw(7))], lambda i: [flood(*xy(), 0, 0), rec(43, dw(*box(5)))]))
+
 # -- measuring
 
 def measure(tool, path, options=()):
