@@ -294,7 +294,8 @@ inline PointD placeOf(const Text &text, const Text::Piece &piece)
     return { text.baseline.x + piece.x, text.baseline.y + piece.y };
 }
 
-/// What Text::farthest is for these. It is kept, for a file may have a text looked at again and again.
+/// What Text::farthest is for these. It is kept, for a file may have a text looked at again and
+/// again.
 inline double farthestOf(std::span<const Text::Piece> pieces)
 {
     double farthest = 0;
