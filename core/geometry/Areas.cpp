@@ -1,5 +1,7 @@
 #include "core/geometry/Areas.h"
 
+#include "core/base/Limits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -300,6 +302,7 @@ std::optional<Area> combined(const Area &a, const Area &b, AreaMode mode, double
     if (!addEdges(edges, a.path, tolerance, work, false)
         || !addEdges(edges, b.path, tolerance, work, true))
         return std::nullopt;
+    work -= std::min(work, edges.size() * limits::kAreaEdge);
     Sweep sweep(std::move(edges), mode, a.isEvenOdd, b.isEvenOdd);
     if (!sweep.run(work))
         return std::nullopt;
