@@ -4,6 +4,8 @@
 #include "core/base/Bytes.h"
 
 #include <cstdint>
+#include <string>
+#include <utility>
 
 namespace svgtool {
 
@@ -34,5 +36,25 @@ inline uint64_t hashOf(ByteView bytes, uint64_t seed)
         hash = mixed(hash, fromLittleEndian(readPadded<uint64_t>(tail(bytes, at))));
     return hash;
 }
+
+/// Bytes in an order that mostly needs no look at them: of their hashes. Whoever makes the bytes
+/// cannot make a table of these slow, as they could one that has a place for each hash.
+class HashedBytes
+{
+public:
+    explicit HashedBytes(std::string bytes)
+        : m_hash(hashOf({ bytes.data(), int64_t(bytes.size()) }, 0)), m_bytes(std::move(bytes))
+    {
+    }
+    const std::string &bytes() const { return m_bytes; }
+    bool operator<(const HashedBytes &other) const
+    {
+        return m_hash != other.m_hash ? m_hash < other.m_hash : m_bytes < other.m_bytes;
+    }
+
+private:
+    uint64_t m_hash;
+    std::string m_bytes;
+};
 
 } // namespace svgtool

@@ -70,7 +70,8 @@ Index SceneBuilder::once(Known &known, std::vector<Resource> &list, const Resour
         return known.latest;
     Key key;
     makeKey(key);
-    const auto [place, isNew] = known.numbers.try_emplace(key.take(), Index(list.size()));
+    const auto [place, isNew] =
+            known.numbers.try_emplace(HashedBytes(key.take()), Index(list.size()));
     if (isNew)
         list.push_back(resource);
     known.latest = place->second;
@@ -196,7 +197,7 @@ Index SceneBuilder::clip(Clip clip)
         return clipAlone(std::move(clip));
     Key key;
     key << clip.parent << clip.isEvenOdd << clip.path;
-    const auto [place, isNew] = m_clips.numbers.try_emplace(key.take(), clip.parent);
+    const auto [place, isNew] = m_clips.numbers.try_emplace(HashedBytes(key.take()), clip.parent);
     if (!isNew)
         return place->second;
     auto cut = cutToParent(std::move(clip));

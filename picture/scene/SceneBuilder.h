@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/Bytes.h"
+#include "core/base/Hash.h"
 #include "core/geometry/Areas.h"
 #include "core/geometry/Region.h"
 #include "picture/scene/Allowances.h"
@@ -79,11 +80,10 @@ public:
     void takeBack(const Mark &mark);
 
 private:
-    /// Resources by their values. In order, since whoever makes a file can make all of them meet in
-    /// one place of a hash table.
+    /// Resources by their values.
     struct Known
     {
-        std::map<std::string, Index> numbers;
+        std::map<HashedBytes, Index> numbers;
         Index latest = kNone; ///< what was asked for, which mostly is asked for again
     };
 

@@ -71,9 +71,10 @@ Index SvgStyles::take(int64_t start)
     out.truncate(start);
     if (text.empty())
         return kDefault;
-    const auto [known, isNew] = m_known.try_emplace(std::move(text), Index(m_texts.size()));
+    const auto [known, isNew] =
+            m_known.try_emplace(HashedBytes(std::move(text)), Index(m_texts.size()));
     if (isNew)
-        m_texts.push_back(known->first);
+        m_texts.push_back(known->first.bytes());
     return known->second;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/Hash.h"
 #include "picture/svg/SvgDocument.h"
 
 #include <array>
@@ -71,7 +72,7 @@ private:
 
     SvgDocument &m_document;
     std::vector<std::string> m_texts;
-    std::map<std::string, Index> m_known;
+    std::map<HashedBytes, Index> m_known;
     std::vector<Index> m_fills; // by paint
     std::vector<StrokeValues> m_strokes;
     std::vector<Index> m_clips, m_transforms; // by number, kAny while it is not asked for
