@@ -96,10 +96,10 @@ public:
     Played createInFreeSlot(GdiObject object);
     /// A region of the table; null if there is none.
     std::shared_ptr<const Region> region(uint32_t handle) const;
-    /// For a region of the table that is drawn. Once each is free, for which @ref grantRegion
-    /// stands.
+    /// To be asked before a region of the table is drawn, as often as it is.
     /// @return false if the regions drawn so far have taken up what a document has for them
     bool spendRegion(const Region &region);
+    /// Adds to that what drawing a new region once takes.
     void grantRegion(const Region &region);
     /// @param handle  of the table, or 0x80000000 and the number of a stock object
     Played selectObject(uint32_t handle);
@@ -147,6 +147,7 @@ public:
     // Clips and regions.
     Played selectClipPath(uint32_t mode);
     Played selectClipRegion(Region region, uint32_t mode);
+    /// @param region  of device units
     Played replaceClip(std::shared_ptr<const Region> region);
     Played resetClip();
     Played intersectClip(const RectD &box);
