@@ -104,8 +104,10 @@ inline constexpr size_t kAreaCombination = 64, kAreaEdge = 8;
 
 /// Dashes that are drawn as figures, of all of a document; the others are strokes.
 inline constexpr size_t kDashes = 20'000;
-/// Pieces that a gradient of a path is made of, and all of a document's.
-inline constexpr size_t kMeshPieces = 4096, kAllMeshPieces = size_t(1) << 16;
+/// Pieces that a gradient of a path is made of; those of a document, whatever is in it; and the
+/// bytes of its records that let it have one more.
+inline constexpr size_t kMeshPieces = 4096, kMeshPiecesOfPicture = size_t(1) << 14;
+inline constexpr size_t kBytesOfMeshPiece = 16;
 
 // Clips.
 

@@ -376,7 +376,6 @@ private:
         bool leavesNothing; ///< of the picture, with those before
         Index inScene;
     };
-    bool spendClipWork(size_t work);
     /// @param region  null is the whole picture
     std::optional<Region> combined(const Region *region, const Region &with, Region::Mode mode);
     Played changeClip(ClipState clip);

@@ -35,22 +35,12 @@ RectI DeviceContext::wholePicture() const
              wholeUnit(std::ceil(view.right)), wholeUnit(std::ceil(view.bottom)) };
 }
 
-bool DeviceContext::spendClipWork(size_t work)
-{
-    constexpr size_t kFree = 16; // what a record itself may take
-    if (work > kFree && work > m_left.clipWork)
-        return false;
-    if (work > kFree)
-        m_left.clipWork -= work;
-    return true;
-}
-
 std::optional<Region> DeviceContext::combined(const Region *region, const Region &with,
                                               Region::Mode mode)
 {
     const Region whole(wholePicture());
     const Region &first = region != nullptr ? *region : whole;
-    if (!spendClipWork(first.rects().size() + with.rects().size()))
+    if (!spend(m_left.clipWork, first.rects().size() + with.rects().size()))
         return std::nullopt;
     return Region::combined(first, with, mode);
 }
@@ -115,7 +105,7 @@ Index DeviceContext::visibleClip()
 // Cuts a chain to one more path.
 bool DeviceContext::addPath(Index &paths, Path path, bool isEvenOdd)
 {
-    if (!spendClipWork(path.points().size()))
+    if (!spend(m_left.clipWork, path.points().size()))
         return false;
     if (paths != kNone && m_clipPaths[paths].path == path
         && m_clipPaths[paths].isEvenOdd == isEvenOdd)
@@ -158,7 +148,7 @@ std::optional<Region> DeviceContext::regionOf(const Path &path, bool isEvenOdd)
 // The pixels of a clip, without those that the meta one takes away.
 std::optional<Region> DeviceContext::regionOf(const ClipState &clip)
 {
-    if (clip.region && !spendClipWork(clip.region->rects().size()))
+    if (clip.region && !spend(m_left.clipWork, clip.region->rects().size()))
         return std::nullopt;
     auto region = clip.region ? *clip.region : Region(wholePicture());
     for (Index at = clip.paths; at != m_state.meta.paths; at = m_clipPaths[at].before) {
@@ -294,7 +284,7 @@ Played DeviceContext::offsetClip(PointD offset)
         if (work > m_left.clipWork)
             break;
     }
-    if (!spendClipWork(work)) {
+    if (!spend(m_left.clipWork, work)) {
         m_left.clipWork = 0;
         return kTooLarge;
     }
@@ -305,7 +295,7 @@ Played DeviceContext::offsetClip(PointD offset)
             return kTooLarge;
     }
     if (m_state.clip.region) {
-        if (!spendClipWork(m_state.clip.region->rects().size()))
+        if (!spend(m_left.clipWork, m_state.clip.region->rects().size()))
             return kTooLarge;
         clip.region = std::make_shared<Region>(m_state.clip.region->moved(dx, dy));
     }

@@ -147,13 +147,7 @@ static size_t cornersOf(const Region &region)
 
 bool DeviceContext::spendRegion(const Region &region)
 {
-    constexpr size_t kFree = 16; // what a record itself may take
-    const size_t corners = cornersOf(region);
-    if (corners > kFree && corners > m_left.pointsUsedAgain)
-        return false;
-    if (corners > kFree)
-        m_left.pointsUsedAgain -= corners;
-    return true;
+    return spend(m_left.pointsUsedAgain, cornersOf(region));
 }
 
 void DeviceContext::grantRegion(const Region &region)

@@ -35,8 +35,8 @@ public:
 
     /// The number of the record that is played, for the nodes that come of it.
     void setRecord(uint32_t number) { m_record = number; }
-    /// Lets objects of so many more bytes be used; a bound holds for what is used again and again.
-    void grant(size_t bytes) { m_left.pointsUsedAgain += bytes; }
+    /// Lets objects of so many more bytes be used; bounds hold for what is used again and again.
+    void grant(size_t bytes);
     /// @param dots  an inch has of device units, for units that are lengths; above 0
     void setResolution(PointD dots);
 
@@ -138,7 +138,7 @@ private:
     static Figure pathFigure(Path path, bool isEvenOdd);
     static Path pathOf(const Figure &figure);
     /// Takes work from what is left: objects that are used again and again.
-    bool spend(size_t points);
+    bool spend(size_t points) { return picture::spend(m_left.pointsUsedAgain, points); }
 
     // State.
     void updateTransform();

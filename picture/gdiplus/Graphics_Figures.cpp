@@ -121,14 +121,10 @@ Graphics::Figure Graphics::pathFigure(Path path, bool isEvenOdd)
     return { Figure::Kind::Path, {}, std::move(path), isEvenOdd };
 }
 
-bool Graphics::spend(size_t points)
+void Graphics::grant(size_t bytes)
 {
-    constexpr size_t kFree = 16; // what a record itself may take
-    if (points > kFree && points > m_left.pointsUsedAgain)
-        return false;
-    if (points > kFree)
-        m_left.pointsUsedAgain -= points;
-    return true;
+    m_left.pointsUsedAgain += bytes;
+    m_left.meshPieces += bytes / limits::kBytesOfMeshPiece;
 }
 
 Played Graphics::clear(plus::Argb color)

@@ -15,7 +15,7 @@ struct Allowances
     size_t clipWork = limits::kClipWork;
     size_t pointsUsedAgain = limits::kPointsUsedAgain;
     size_t pointsOfOutlines = limits::kPointsOfOutlines;
-    size_t meshPieces = limits::kAllMeshPieces;
+    size_t meshPieces = limits::kMeshPiecesOfPicture;
     size_t dashes = limits::kDashes;
     int64_t runLengthPixels = limits::kRunLengthPixelsOfPicture;
     int64_t brushPixels = limits::kAllEnlargedPixels; ///< of brushes that are mixed with pixels
@@ -24,5 +24,18 @@ struct Allowances
     int64_t groundSteps = limits::kGroundSteps;
     int64_t inversionSteps = limits::kGroundSteps;
 };
+
+/// Takes what an operation costs from an allowance, but for what any record may take.
+/// @return false, with nothing taken, where there is too little left
+inline bool spend(size_t &allowance, size_t cost)
+{
+    constexpr size_t kFree = 16;
+    if (cost <= kFree)
+        return true;
+    if (cost > allowance)
+        return false;
+    allowance -= cost;
+    return true;
+}
 
 } // namespace svgtool::picture
