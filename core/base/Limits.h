@@ -96,7 +96,7 @@ inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 
 /// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
 /// as many rows as their square.
-inline constexpr size_t kAreaWork = size_t(1) << 22;
+inline constexpr size_t kAreaWork = size_t(1) << 20;
 /// What each two of them take beside that, however small they are, and each line, which is sorted.
 inline constexpr size_t kAreaCombination = 64, kAreaEdge = 8;
 

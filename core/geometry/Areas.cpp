@@ -42,7 +42,7 @@ namespace {
         const RectD box = path.bounds();
         if (!path.isEmpty() && !std::isfinite(box.width() + box.height()))
             return false;
-        const auto lines = path.flattened(tolerance, work);
+        const auto lines = path.flattened(tolerance, work / limits::kAreaEdge);
         if (!lines) {
             work = 0; // so that it is not tried again and again
             return false;
@@ -302,7 +302,12 @@ std::optional<Area> combined(const Area &a, const Area &b, AreaMode mode, double
     if (!addEdges(edges, a.path, tolerance, work, false)
         || !addEdges(edges, b.path, tolerance, work, true))
         return std::nullopt;
-    work -= std::min(work, edges.size() * limits::kAreaEdge);
+    const size_t cost = edges.size() * limits::kAreaEdge;
+    if (cost > work) {
+        work = 0;
+        return std::nullopt;
+    }
+    work -= cost;
     Sweep sweep(std::move(edges), mode, a.isEvenOdd, b.isEvenOdd);
     if (!sweep.run(work))
         return std::nullopt;
