@@ -94,9 +94,9 @@ inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
 
 // Areas that are combined: regions of EMF+, and clips of both formats that are cut to each other.
 
-/// Lines times the rows in which they lie, of all of a document. Lines that cross each other make
-/// as many rows as their square.
-inline constexpr size_t kAreaWork = size_t(1) << 20;
+/// Lines times the rows in which they lie, of all of a document, and how many more for each byte of
+/// the file. Lines that cross each other make as many rows as their square.
+inline constexpr size_t kAreaWork = size_t(1) << 18, kAreaWorkOfByte = 2;
 /// What each two of them take beside that, however small they are, and each line, which is sorted.
 inline constexpr size_t kAreaCombination = 64, kAreaEdge = 8;
 

@@ -143,8 +143,7 @@ namespace {
     {
         auto shown = picture::EmfPlayer::shownOf(facts);
         const auto play = [&](const picture::Device &device, RecordTally *tally) {
-            picture::SceneBuilder builder(device.unitsPerPixel);
-            builder.lend(file);
+            picture::SceneBuilder builder(device.unitsPerPixel, file);
             picture::Playing playing(file.size, options.source == PictureSource::Emf,
                                      options.text == PictureText::Outlines);
             picture::EmfPlayer::playFile(file, facts, device, builder, picture::kNone, playing,
@@ -166,8 +165,7 @@ namespace {
     {
         auto picture = picture::WmfPlayer::pictureOf(file, facts);
         const auto play = [&](const picture::Device &device, RecordTally *tally) {
-            picture::SceneBuilder builder(device.unitsPerPixel);
-            builder.lend(file);
+            picture::SceneBuilder builder(device.unitsPerPixel, file);
             picture::DeviceContext context(device, 1, builder);
             if (options.text == PictureText::Outlines)
                 context.drawOutlines();

@@ -78,11 +78,17 @@ Index SceneBuilder::once(Known &known, std::vector<Resource> &list, const Resour
     return known.latest;
 }
 
+SceneBuilder::SceneBuilder(double unitsPerPixel, ByteView file)
+    : m_unitsPerPixel(unitsPerPixel), m_file(file)
+{
+    m_allowances.areaWork += size_t(file.size) * limits::kAreaWorkOfByte;
+}
+
 bool SceneBuilder::isLent(ByteView bytes) const
 {
     const std::less<const char *> isBefore; // which tells of bytes of other blocks, too
-    const char *const end = m_lent.data + m_lent.size;
-    return bytes.size > 0 && !isBefore(bytes.data, m_lent.data)
+    const char *const end = m_file.data + m_file.size;
+    return bytes.size > 0 && !isBefore(bytes.data, m_file.data)
             && !isBefore(end, bytes.data + bytes.size);
 }
 

@@ -23,14 +23,15 @@ class SceneBuilder
 {
 public:
     /// @param unitsPerPixel  of the picture, for what need not be finer than it shows
-    explicit SceneBuilder(double unitsPerPixel = 1) : m_unitsPerPixel(unitsPerPixel) { }
+    /// @param file           whose bytes stay where they are as long as the scene: images may
+    ///                       borrow them. The longer it is, the more work there may be.
+    explicit SceneBuilder(double unitsPerPixel = 1, ByteView file = {});
 
     Scene &scene() { return m_scene; }
     const Scene &scene() const { return m_scene; }
     Scene take() { return std::move(m_scene); }
 
-    /// The bytes of a file that stay where they are as long as the scene: images may borrow them.
-    void lend(ByteView file) { m_lent = file; }
+    /// Whether they are of the file.
     bool isLent(ByteView bytes) const;
 
     Index paint(const Paint &paint);
@@ -97,7 +98,7 @@ private:
     std::optional<Clip> cutToParent(Clip clip);
 
     double m_unitsPerPixel;
-    ByteView m_lent;
+    ByteView m_file;
     Allowances m_allowances;
     Scene m_scene;
     Index m_group = kNone;
