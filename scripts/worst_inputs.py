@@ -729,6 +729,20 @@ def plus_pathgradient_reuse(n):
 def plus_pathgradient_tiled(n):
     s = [pobj(BRUSH, 0, pathgrad([(1., 1.), (9., 2.), (5., 8.)], [0xFF000000 | R.randrange(1 << 24) for _ in range(3)], wrap=0))]
     return plusfile(upto(n, s, lambda i: [plus(0x402D, 0, f(.1, 0)), plus(0x400A, 0x4000, dw(0, 1) + w(0, 0, 700, 1000))]))
+def circle_gradient(radius, k):
+    c = .5522848 * radius
+    ring = [(radius, 0), (radius, c), (c, radius), (0, radius), (-c, radius), (-radius, c), (-radius, 0), (-radius, -c), (-c, -radius), (0, -radius), (c, -radius), (radius, -c), (radius, 0)]
+    outline = ppath([(5. + x, 5. + y) for x, y in ring], [0] + [3] * 11 + [0x83])
+    return dw(PV, 3, 1 | 4, 0, 0xFFFFFFFF) + f(5, 5) + dw(1, 0xFF0000FF) + dw(len(outline)) + outline + stops(k)
+@family
+def plus_pathgradient_circle_tiled(n):
+    s = [pobj(BRUSH, 0, circle_gradient(4, n // 16))]
+    return plusfile(upto(n, s, lambda i: [plus(0x402D, 0, f(.1, 0)), plus(0x400A, 0x4000, dw(0, 1) + w(0, 0, 700, 1000))]))
+@family
+def plus_pathgradient_one_place_tiled(n):
+    k = min(n // 16, 4000)
+    s = [pobj(BRUSH, 0, pathgrad([(1., 1.), (9., 2.)] + [(5., 8.)] * k, [0xFF000000 | R.randrange(1 << 24) for _ in range(3)], wrap=0))]
+    return plusfile(upto(n, s, lambda i: [plus(0x402D, 0, f(.1, 0)), plus(0x400A, 0x4000, dw(0, 1) + w(0, 0, 700, 1000))]))
 @family
 def plus_pathgradient_stops(n):
     k = n // 16
@@ -748,6 +762,19 @@ def plus_pen_dashes(n):
 def plus_pen_dash_tiny(n):
     s = [pobj(PEN, 0, pen(0x100 | 0x40 | 2, 1.0, dw(0x13) + dw(3) + dw(2) + f(.001, .001)))]
     return plusfile(upto(n, s, lambda i: plus(0x400D, 0x4000, dw(2) + w(*xy(), *xy()))))
+@family
+def plus_pen_dashed_stripes(n):
+    k, m = n // 16, n // 16 // 2 * 2
+    dashes = dw(k) + f(*[.1 + R.random() for _ in range(k)])
+    s = [pobj(PEN, 0, pen(0x100 | 0x400, 300.0, dashes + dw(m) + f(*sorted(R.random() for _ in range(m)))))]
+    return plusfile(upto(n, s, lambda i: plus(0x400D, 0x4000, dw(2) + w(*xy(), *xy()))))
+@family
+def plus_pen_dashes_many_figures(n):
+    k = n // 24
+    pts = [fxy() for _ in range(2 * k)]
+    dashes = dw(k) + f(*[.1 + 1000 * R.random() for _ in range(k)])
+    s = [pobj(PEN, 0, pen(0x40 | 0x100, 3.0, dw(2) + dashes)), pobj(PATH, 1, ppath(pts, [0, 1] * k))]
+    return plusfile(s + [plus(0x4015, 1, dw(0))])
 @family
 def plus_pen_stripes(n):
     k = n // 8 // 2 * 2

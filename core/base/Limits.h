@@ -89,8 +89,11 @@ inline constexpr double kGradientPixels = double(1 << 24);
 /// RestoreDC brings a path back, and a WMF keeps regions, so that a short record can ask for a long
 /// one again and again.
 inline constexpr size_t kPointsUsedAgain = size_t(1) << 21;
-/// Points that lines in the place of curves and outlines in the place of lines may have, together.
-inline constexpr size_t kPointsOfOutlines = size_t(1) << 21;
+/// What a stop of a gradient counts there: it is as long as some points.
+inline constexpr size_t kPointsOfStop = 4;
+/// Points that lines in the place of curves and outlines in the place of lines may have, together,
+/// beside one for each byte of the file.
+inline constexpr size_t kPointsOfOutlines = size_t(1) << 19;
 
 // Areas that are combined: regions of EMF+, and clips of both formats that are cut to each other.
 

@@ -2,6 +2,7 @@
 #include "picture/gdi/DeviceContext.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace svgtool::picture {
@@ -84,6 +85,8 @@ Played DeviceContext::strokeAndFillPath()
 }
 
 // What is asked for in vain takes what is left, so that the work is not done again and again.
+static constexpr size_t kAllThereAre = std::numeric_limits<size_t>::max();
+
 bool DeviceContext::spendPoints(size_t points)
 {
     const size_t left = m_left.pointsOfOutlines;
@@ -98,7 +101,7 @@ Played DeviceContext::flattenPath()
     constexpr double kTolerance = 0.1; // of a pixel
     auto lines = m_state.path->path.flattened(kTolerance * m_device.unitsPerPixel,
                                               m_left.pointsOfOutlines);
-    if (!spendPoints(lines ? lines->points().size() : limits::kPointsOfOutlines))
+    if (!spendPoints(lines ? lines->points().size() : kAllThereAre))
         return kTooManyPoints;
     m_state.path =
             std::make_shared<GdiPath>(GdiPath{ std::move(*lines), m_state.path->isWidened, false });
@@ -115,7 +118,7 @@ Played DeviceContext::widenPath()
     constexpr size_t kPointsOfLine = 8;
     const size_t left = m_left.pointsOfOutlines;
     if (m_state.path->path.points().size() > left / kPointsOfLine) {
-        spendPoints(limits::kPointsOfOutlines);
+        spendPoints(kAllThereAre);
         return kTooManyPoints;
     }
     const UsedPen &pen = usePen(kStroke, false);
@@ -129,7 +132,7 @@ Played DeviceContext::widenPath()
     placed.transform(toNib);
     const auto lines = placed.flattened(kTolerance * m_device.unitsPerPixel, left / kPointsOfLine);
     if (!lines) {
-        spendPoints(limits::kPointsOfOutlines);
+        spendPoints(kAllThereAre);
         return kTooManyPoints;
     }
     Path wide = outlineOf(*lines, { stroke.width, stroke.cap, stroke.join, stroke.miterLimit });

@@ -128,7 +128,7 @@ void Graphics::addFigure(Node node, const Figure &figure)
 bool Graphics::hasStops(const plus::Brush &brush)
 {
     const auto count = [](const auto &gradient) {
-        return gradient.colors.size() + gradient.factors.size();
+        return (gradient.colors.size() + gradient.factors.size()) * limits::kPointsOfStop;
     };
     if (const auto *const linear = std::get_if<plus::LinearGradientBrush>(&brush))
         return spend(count(*linear));

@@ -244,7 +244,10 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     node.clip = clip;
     node.isEvenOdd = !brush.boundary.isWinding;
     const auto back = brush.transform.inverse();
-    if (m_left.meshPieces == 0)
+    const size_t stops = (brush.colors.size() + brush.factors.size()) * limits::kPointsOfStop;
+    const size_t work =
+            brush.boundary.outline.points().size() + brush.surroundColors.size() + stops;
+    if (m_left.meshPieces == 0 || !spend(work))
         return false;
     if (const auto radial = radialPaint(brush, back->then(place))) {
         --m_left.meshPieces;
@@ -255,7 +258,6 @@ bool Graphics::fillTile(const plus::PathGradientBrush &brush, const Affine &plac
     const double pixel = m_device.unitsPerPixel / std::sqrt(std::abs(place.determinant()));
     const size_t most = std::min(m_left.meshPieces, limits::kMeshPieces);
     const auto edges = edgesOf(brush, pixel, most);
-    const size_t stops = brush.colors.size() + brush.factors.size();
     if (edges.empty() || edges.size() > most || !spend(edges.size() * stops))
         return false;
     m_left.meshPieces -= edges.size();

@@ -135,10 +135,11 @@ Played Graphics::strokeParts(const plus::Pen &pen, const Tip &tip, const Figure 
     const auto *const gradient = std::get_if<plus::PathGradientBrush>(&pen.brush);
     const bool cutsDashes =
             !stroke.dashes.empty() && (pen.dashCap != plus::DashCap::Flat || isMesh);
+    const std::vector<double> dashes = cutsDashes ? stroke.dashes : std::vector<double>();
     StrokeParts parts(pen, tip.width, m_device.unitsPerPixel, m_left.pointsUsedAgain);
     for (const Path &one : figuresOf(path)) {
-        if (!parts.add(one, cutsDashes ? stroke.dashes : std::vector<double>(), stroke.dashOffset,
-                       tolerance, m_left.dashes))
+        if (!spend(dashes.size())
+            || !parts.add(one, dashes, stroke.dashOffset, tolerance, m_left.dashes))
             return notDone("its line has too many dashes");
     }
     Node node = newNode();
@@ -188,7 +189,7 @@ bool Graphics::addBody(Node node, const plus::Pen &pen, const Path &body, const 
     const std::vector<Path> figures = figuresOf(body);
     for (size_t i = 0; i + 1 < pen.stripes.size(); i += 2) {
         const double from = pen.stripes[i], to = pen.stripes[i + 1];
-        if (!spend(kNodeWork + body.points().size()))
+        if (!spend(kNodeWork + body.points().size() + whole.dashes.size()))
             return false;
         Path stripe;
         for (const Path &figure : figures)

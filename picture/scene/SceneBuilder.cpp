@@ -82,6 +82,7 @@ SceneBuilder::SceneBuilder(double unitsPerPixel, ByteView file)
     : m_unitsPerPixel(unitsPerPixel), m_file(file)
 {
     m_allowances.areaWork += size_t(file.size) * limits::kAreaWorkOfByte;
+    m_allowances.pointsOfOutlines += size_t(file.size);
 }
 
 bool SceneBuilder::isLent(ByteView bytes) const
