@@ -890,6 +890,10 @@ def plus_string_gradient(n):
     s = [pobj(FONT, 0, pfont()), pobj(BRUSH, 1, lingrad(2))]
     return plusfile(upto(n, s, lambda i: plus(0x401C, 0, dw(1, 0xFFFFFFFF, 20) + f(*map(float, box(300))) + 'g&@abcdefghijklmnopq'.encode('utf-16le')[:40].ljust(40, b'a'))))
 @family
+def plus_string_gradient_stops(n):
+    s = [pobj(FONT, 0, pfont()), pobj(BRUSH, 1, lingrad(n // 16))]
+    return plusfile(upto(n, s, lambda i: plus(0x401C, 0, dw(1, 0xFFFFFFFF, 1) + f(*map(float, box(300))) + w(97, 0))))
+@family
 def plus_driverstring(n):
     k = 1000
     s = [pobj(FONT, 0, pfont())]

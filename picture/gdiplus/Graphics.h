@@ -116,10 +116,6 @@ public:
     // For what is drawn elsewhere: text, and the metafiles that images are.
     /// A node with clip and record, that others fill.
     Node newNode() const;
-    /// What a brush paints with, in the scene; of path gradients that cannot be said so their
-    /// colour in the middle.
-    /// @param brushToNode  world units to those of the node that is painted, before its transform
-    Index fillPaint(const plus::Brush &brush, const Affine &brushToNode);
 
 private:
     // A figure to be painted: what of it is known in simple terms is kept.

@@ -102,11 +102,6 @@ Paint Graphics::paintOf(const plus::Brush &brush, const Affine &toNode, const Pa
     return { Paint::Kind::Solid, m_state.isCopying ? onPaper(color) : color, kNone };
 }
 
-Index Graphics::fillPaint(const plus::Brush &brush, const Affine &brushToNode)
-{
-    return m_builder.paint(paintOf(brush, brushToNode, nullptr));
-}
-
 // A node of its kind, where the transform leaves it one that viewers draw.
 void Graphics::addFigure(Node node, const Figure &figure)
 {

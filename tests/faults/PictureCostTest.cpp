@@ -98,16 +98,19 @@ namespace {
                 fill.u32(x).u32(y).u16s({ x * 64, y * 60, (x + y) % 7 * 9000, 0 });
         file.record(118, fill.u32s({ 0, 1, 2, 3, 4, 5 }).result());
     }
-    // Lines of a pen that has many stripes, or whose end has many points.
+    // Lines of a pen that has many stripes, with as many dashes, or whose end has many points.
     void addStripes(EmfBuilder &file, int i)
     {
         constexpr int kEdges = 4000;
         if (i == 0) {
             beginPlus(file);
             ByteWriter pen;
-            pen.u32s({ kVersion, 0, 0x400, 2 }).f32(30).u32(kEdges);
-            for (int edge = 0; edge < kEdges; ++edge)
-                pen.f32(float(edge) / kEdges);
+            pen.u32s({ kVersion, 0, 0x500, 2 }).f32(30);
+            for (int list = 0; list < 2; ++list) {
+                pen.u32(kEdges);
+                for (int edge = 0; edge < kEdges; ++edge)
+                    pen.f32(float(edge) / kEdges);
+            }
             addObject(file, 2, pen.u32s({ kVersion, 0, 0xFF000000 }).result());
         }
         drawLine(file, i);
@@ -129,6 +132,35 @@ namespace {
             addObject(file, 2, pen.result());
         }
         drawLine(file, i);
+    }
+    // Boxes of small circles side by side, each with many stops.
+    void addCircles(EmfBuilder &file, int i)
+    {
+        constexpr quint32 kStops = 1000;
+        constexpr float kRing[][2] = { { 8, 4 },    { 8, 6.2F }, { 6.2F, 8 }, { 4, 8 },
+                                       { 1.8F, 8 }, { 0, 6.2F }, { 0, 4 },    { 0, 1.8F },
+                                       { 1.8F, 0 }, { 4, 0 },    { 6.2F, 0 }, { 8, 1.8F },
+                                       { 8, 4 } };
+        if (i == 0) {
+            beginPlus(file);
+            ByteWriter path;
+            path.u32s({ kVersion, std::size(kRing), 0 });
+            for (const auto &[x, y] : kRing)
+                path.f32(x).f32(y);
+            path.bytes(QByteArray(1, 0) + QByteArray(11, 3) + char(0x83) + QByteArray(3, 0));
+            const QByteArray outline = path.result();
+            ByteWriter brush;
+            brush.u32s({ kVersion, 3, 5, 0, 0xFFFFFFFF }).f32(4).f32(4).u32s({ 1, 0xFF0000FF });
+            brush.u32(quint32(outline.size())).bytes(outline).u32(kStops);
+            for (quint32 stop = 0; stop < kStops; ++stop)
+                brush.f32(float(stop) / (kStops - 1));
+            for (quint32 stop = 0; stop < kStops; ++stop)
+                brush.u32(0xFF000000 | stop * 2654435761U >> 8);
+            addObject(file, 1, brush.result());
+        }
+        addPlus(file, 0x402D, 0, ByteWriter().f32(0.1F).f32(0).result());
+        addPlus(file, 0x400A, 0x4000,
+                ByteWriter().u32s({ 0, 1 }).u16s({ 0, 0, 300, 300 }).result());
     }
     // Parts of an image with its tiles around, each somewhere else.
     void addTiles(EmfBuilder &file, int i)
@@ -214,6 +246,7 @@ namespace {
         { "triangles", addTriangles, 3000, 20, 100 },
         { "stripes", addStripes, 5000, 3500, 130 },
         { "caps", addCaps, 5000, 15000, 220 },
+        { "circles", addCircles, 100, 25000, 150 },
         { "tiles", addTiles, 5000, 1000, 25 },
         { "nested", addNested, 5000, 10000, 190 },
         { "clipMove", addClipMove, 20000, 4000, 300 },
